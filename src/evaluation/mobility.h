@@ -1,0 +1,249 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+#include "position/bit_board.h"
+
+namespace orvelin {
+
+class Attacks;
+class ChessPosition;
+
+/// Attack maps of both sides, safe-mobility scores and the maps around both kings.
+///
+/// Refers to the attack tables, which must outlive it, and owns its maps. compute() renews all of
+/// them for a position; between two calls they describe the last position computed, which may be
+/// any position of the search tree. One thread at a time. Nothing here allocates.
+class Mobility {
+ public:
+    /// Score for a number of safe squares: knight 0 to 8, bishop 0 to 13, rook 0 to 14 and queen
+    /// 0 to 27, one row after the other. The queen's row keeps its repeated 15.
+    static constexpr std::array<std::int32_t, 66> mobility_table{
+        // knight
+        -68, -28, -12, 0, 12, 20, 28, 36, 44,
+        // bishop
+        -64, -48, -36, -24, -16, -8, -4, 0, 8, 16, 24, 32, 36, 40,
+        // rook
+        -40, -20, -12, -6, 0, 4, 8, 12, 16, 20, 24, 26, 30, 32, 34,
+        // queen
+        -22, -12, -8, -5, -2, 0, 4, 6, 8, 10, 11, 13, 14, 15, 15, 17, 18, 19, 20, 22, 23, 24, 25,
+        26, 27, 28, 29, 30};
+
+    /// Weight in 1/256 of an attack on a king, by the number of attacking piece types. There are
+    /// only five types, so the entries above index 5 are never read.
+    static constexpr std::array<std::int32_t, 16> attack_weights{
+        0, 0, 128, 192, 225, 241, 248, 253, 256, 256, 256, 256, 256, 256, 256, 256};
+
+    /// Empty maps, on the attack tables `attacks`.
+    explicit Mobility(Attacks const& attacks);
+
+    /// Renews all maps and totals for `position`.
+    void compute(ChessPosition const& position);
+
+    // The steps of compute(), one by one. The order matters: the safe squares of rooks and queens
+    // depend on the lighter enemy pieces of the same pass. The pawn attacks start a side's union.
+    /// White: the 3 by 3 block around the king and the battlefield made from it.
+    void compute_white_king_neighbourhood(ChessPosition const& position);
+    /// Black: the 3 by 3 block around the king and the battlefield made from it.
+    void compute_black_king_neighbourhood(ChessPosition const& position);
+    /// White: pawn attacks; restarts the union of the side.
+    void compute_white_pawn_attacks(ChessPosition const& position);
+    /// Black: pawn attacks; restarts the union of the side.
+    void compute_black_pawn_attacks(ChessPosition const& position);
+    /// White: knight attacks and their mobility.
+    void compute_white_knight_attacks(ChessPosition const& position);
+    /// Black: knight attacks and their mobility.
+    void compute_black_knight_attacks(ChessPosition const& position);
+    /// White: bishop attacks, seen through own queens, and their mobility.
+    void compute_white_bishop_attacks(ChessPosition const& position);
+    /// Black: bishop attacks, seen through own queens, and their mobility.
+    void compute_black_bishop_attacks(ChessPosition const& position);
+    /// White: rook attacks, seen through own rooks and queens, and their mobility.
+    void compute_white_rook_attacks(ChessPosition const& position);
+    /// Black: rook attacks, seen through own rooks and queens, and their mobility.
+    void compute_black_rook_attacks(ChessPosition const& position);
+    /// White: queen attacks, their mobility and safe squares.
+    void compute_white_queen_attacks(ChessPosition const& position);
+    /// Black: queen attacks, their mobility and safe squares.
+    void compute_black_queen_attacks(ChessPosition const& position);
+    /// White: the safe squares from which a queen would check the enemy king.
+    void compute_white_safe_queen_checks(ChessPosition const& position);
+    /// Black: the safe squares from which a queen would check the enemy king.
+    void compute_black_safe_queen_checks(ChessPosition const& position);
+    /// White: joins the king's attacks to the union; the king's own map stays empty, by design.
+    void compute_white_king_attacks(ChessPosition const& position);
+    /// Black: joins the king's attacks to the union; the king's own map stays empty, by design.
+    void compute_black_king_attacks(ChessPosition const& position);
+
+    /// Sum over all pieces, white minus black.
+    std::int32_t safe_mobility() const { return safe_mobility_; }
+    /// The knights' share of the sum.
+    std::int32_t safe_knight_mobility() const { return safe_knight_mobility_; }
+    /// The bishops' share of the sum.
+    std::int32_t safe_bishop_mobility() const { return safe_bishop_mobility_; }
+    /// The rooks' share of the sum.
+    std::int32_t safe_rook_mobility() const { return safe_rook_mobility_; }
+    /// The queens' share of the sum.
+    std::int32_t safe_queen_mobility() const { return safe_queen_mobility_; }
+
+    /// Squares of the black battlefield that white knights attack.
+    BitBoard const& white_knight_battlefield_attack() const {
+        return battlefield_attack_[white][knight];
+    }
+    /// Squares of the black battlefield that white bishops attack.
+    BitBoard const& white_bishop_battlefield_attack() const {
+        return battlefield_attack_[white][bishop];
+    }
+    /// Squares of the black battlefield that white rooks attack.
+    BitBoard const& white_rook_battlefield_attack() const {
+        return battlefield_attack_[white][rook];
+    }
+    /// Squares of the black battlefield that white queens attack.
+    BitBoard const& white_queen_battlefield_attack() const {
+        return battlefield_attack_[white][queen];
+    }
+    /// Squares of the white battlefield that black knights attack.
+    BitBoard const& black_knight_battlefield_attack() const {
+        return battlefield_attack_[black][knight];
+    }
+    /// Squares of the white battlefield that black bishops attack.
+    BitBoard const& black_bishop_battlefield_attack() const {
+        return battlefield_attack_[black][bishop];
+    }
+    /// Squares of the white battlefield that black rooks attack.
+    BitBoard const& black_rook_battlefield_attack() const {
+        return battlefield_attack_[black][rook];
+    }
+    /// Squares of the white battlefield that black queens attack.
+    BitBoard const& black_queen_battlefield_attack() const {
+        return battlefield_attack_[black][queen];
+    }
+
+    /// The 3 by 3 block around the white king, its own square included.
+    BitBoard const& white_king_neighbourhood() const { return neighbourhood_[white]; }
+    /// The 3 by 3 block around the black king, its own square included.
+    BitBoard const& black_king_neighbourhood() const { return neighbourhood_[black]; }
+    /// The neighbourhood of the white king joined with itself two and three ranks ahead.
+    BitBoard const& white_king_battlefield() const { return battlefield_[white]; }
+    /// The neighbourhood of the black king joined with itself two and three ranks ahead.
+    BitBoard const& black_king_battlefield() const { return battlefield_[black]; }
+
+    /// Squares attacked by white pawns.
+    BitBoard const& white_pawn_attacks() const { return maps_[white].pawn_attacks; }
+    /// Squares attacked by white knights.
+    BitBoard const& white_knight_attacks() const { return maps_[white].knight_attacks; }
+    /// Squares attacked by white bishops.
+    BitBoard const& white_bishop_attacks() const { return maps_[white].bishop_attacks; }
+    /// Squares attacked by white rooks.
+    BitBoard const& white_rook_attacks() const { return maps_[white].rook_attacks; }
+    /// Squares attacked by white queens.
+    BitBoard const& white_queen_attacks() const { return maps_[white].queen_attacks; }
+    /// Safe squares of the white queens.
+    BitBoard const& white_queen_safe_squares() const { return maps_[white].queen_safe_squares; }
+    /// Safe squares where a white queen gives check.
+    BitBoard const& white_safe_queen_checks() const { return maps_[white].safe_queen_checks; }
+    /// Always empty: the king only counts in the union of the side.
+    BitBoard const& white_king_attacks() const { return maps_[white].king_attacks; }
+    /// Squares attacked by black pawns.
+    BitBoard const& black_pawn_attacks() const { return maps_[black].pawn_attacks; }
+    /// Squares attacked by black knights.
+    BitBoard const& black_knight_attacks() const { return maps_[black].knight_attacks; }
+    /// Squares attacked by black bishops.
+    BitBoard const& black_bishop_attacks() const { return maps_[black].bishop_attacks; }
+    /// Squares attacked by black rooks.
+    BitBoard const& black_rook_attacks() const { return maps_[black].rook_attacks; }
+    /// Squares attacked by black queens.
+    BitBoard const& black_queen_attacks() const { return maps_[black].queen_attacks; }
+    /// Safe squares of the black queens.
+    BitBoard const& black_queen_safe_squares() const { return maps_[black].queen_safe_squares; }
+    /// Safe squares where a black queen gives check.
+    BitBoard const& black_safe_queen_checks() const { return maps_[black].safe_queen_checks; }
+    /// Always empty: the king only counts in the union of the side.
+    BitBoard const& black_king_attacks() const { return maps_[black].king_attacks; }
+
+    /// Union of all attacks of White, the king's included.
+    BitBoard const& white_attacks() const { return attacked_[white]; }
+    /// Union of all attacks of Black, the king's included.
+    BitBoard const& black_attacks() const { return attacked_[black]; }
+
+    /// Safe queen check squares, white minus black.
+    int safe_queen_checks() const;
+    /// Men that no friend defends, black minus white.
+    int undefended_pieces(ChessPosition const& position) const;
+    /// Men attacked and not defended or attacked by a lesser man, black minus white.
+    int hanging_pieces(ChessPosition const& position) const;
+
+    /// Weight in 1/256 of the black attack on the white king, by the attacking types.
+    std::int32_t attackweight_white_king() const;
+    /// Weight in 1/256 of the white attack on the black king, by the attacking types.
+    std::int32_t attackweight_black_king() const;
+    /// Attacked squares around the white king, valued by the attacking type.
+    std::int32_t attacks_on_white_king() const;
+    /// Attacked squares around the black king, valued by the attacking type.
+    std::int32_t attacks_on_black_king() const;
+    /// Weighted attacks on the black king minus those on the white king, in 1/256.
+    std::int32_t king_safety() const;
+
+ private:
+    // Sides and piece types as indices of the maps; a side has its number as side to move.
+    static constexpr std::size_t white = 1;
+    static constexpr std::size_t black = 0;
+    static constexpr std::size_t knight = 0;
+    static constexpr std::size_t bishop = 1;
+    static constexpr std::size_t rook = 2;
+    static constexpr std::size_t queen = 3;
+
+    struct side_maps_t {
+        BitBoard pawn_attacks;
+        BitBoard knight_attacks;
+        BitBoard bishop_attacks;
+        BitBoard rook_attacks;
+        BitBoard queen_attacks;
+        BitBoard queen_safe_squares;
+        BitBoard safe_queen_checks;
+        BitBoard king_attacks;
+    };
+
+    template <int Side>
+    void compute_king_neighbourhood(ChessPosition const& position);
+    template <int Side>
+    void compute_pawn_attacks(ChessPosition const& position);
+    template <int Side>
+    void compute_knight_attacks(ChessPosition const& position);
+    template <int Side>
+    void compute_bishop_attacks(ChessPosition const& position);
+    template <int Side>
+    void compute_rook_attacks(ChessPosition const& position);
+    template <int Side>
+    void compute_queen_attacks(ChessPosition const& position);
+    /// Adds the attacks and the mobility of one type to the side's union and to the totals.
+    template <int Side>
+    void join(std::size_t type, BitBoard const& attacks, std::int32_t mobility,
+              std::int32_t& share);
+    template <int Side>
+    void compute_safe_queen_checks(ChessPosition const& position);
+    template <int Side>
+    void compute_king_attacks(ChessPosition const& position);
+    template <int Side>
+    BitBoard hanging(ChessPosition const& position) const;
+    template <int Side>
+    std::int32_t attackweight_king() const;
+    template <int Side>
+    std::int32_t attacks_on_king() const;
+
+    Attacks const& attacks_;
+    std::int32_t safe_mobility_ = 0;
+    std::int32_t safe_knight_mobility_ = 0;
+    std::int32_t safe_bishop_mobility_ = 0;
+    std::int32_t safe_rook_mobility_ = 0;
+    std::int32_t safe_queen_mobility_ = 0;
+    std::array<std::array<BitBoard, 4>, 2> battlefield_attack_{};
+    std::array<BitBoard, 2> neighbourhood_{};
+    std::array<BitBoard, 2> battlefield_{};
+    std::array<side_maps_t, 2> maps_{};
+    std::array<BitBoard, 2> attacked_{};
+};
+
+}  // namespace orvelin

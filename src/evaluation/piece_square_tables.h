@@ -1,0 +1,101 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <utility>
+
+#include "position/move.h"
+
+namespace orvelin {
+
+class ChessPosition;
+
+/// Running piece-square sums of a position.
+///
+/// Owns the constant tables and one pair of sums (middle game, end game) for each piece id. The
+/// sums follow the position only if `init()` was called on it and every move made or unmade since
+/// then was also passed to `make_move()` or `unmake_move()`. They are sums of floats and drift a
+/// little over a long run of moves; the order of the additions is therefore part of the behaviour
+/// and decides which nodes the search visits. Used by one thread at a time.
+class PieceSquareTables {
+ public:
+    /// Middle-game value first, end-game value second.
+    using pair_t = std::pair<float, float>;
+    /// Values of one kind of man by square id, a1 = 0.
+    using table_t = std::array<float, 64>;
+
+    /// Builds the tables; all sums are zero and no position is bound.
+    PieceSquareTables();
+
+    /// Binds the position and recomputes all sums from its board.
+    void init(ChessPosition const& position);
+
+    /// Follows a move that is made; the null move changes nothing.
+    void make_move(Move const& move);
+    /// Follows a move that is taken back.
+    void unmake_move(Move const& move);
+
+    /// Sum over all men of the board, White's view.
+    pair_t get_score() const;
+    /// White's pawns plus Black's (whose values are negative); the five others likewise.
+    pair_t get_pawn_score() const { return both(1); }
+    pair_t get_knight_score() const { return both(2); }
+    pair_t get_bishop_score() const { return both(3); }
+    pair_t get_rook_score() const { return both(4); }
+    pair_t get_queen_score() const { return both(5); }
+    pair_t get_king_score() const { return both(6); }
+
+    /// Recomputes the sums from the board and compares them with the running ones (tolerance
+    /// 0.01). The first difference goes to standard error and gives false. A debugging aid.
+    bool verify_score() const;
+
+    /// Running sum of a piece id, 0 to 14.
+    pair_t const& score(int piece_id) const { return score_[static_cast<std::size_t>(piece_id)]; }
+    /// Table values of a piece id, 0 to 14, on a square id, 0 to 63.
+    float middle_game(int piece_id, int square_id) const {
+        return mg_[static_cast<std::size_t>(piece_id)][static_cast<std::size_t>(square_id)];
+    }
+    float end_game(int piece_id, int square_id) const {
+        return eg_[static_cast<std::size_t>(piece_id)][static_cast<std::size_t>(square_id)];
+    }
+
+ private:
+    static constexpr std::size_t piece_ids = 15;
+    using sums_t = std::array<pair_t, piece_ids>;
+    using rows_t = std::array<table_t, piece_ids>;
+
+    pair_t both(std::size_t white_id) const {
+        pair_t const& white = score_[white_id];
+        pair_t const& black = score_[white_id + 8];
+        return {white.first + black.first, white.second + black.second};
+    }
+    sums_t board_sums() const;
+
+    template <bool Plus>
+    void change(int piece_id, int square_id);
+    template <bool Make>
+    void follow(Move const& move);
+    template <bool Make>
+    void follow_promotion(Move const& move, int type);
+    template <bool Make>
+    void follow_castling(Move const& move);
+
+    ChessPosition const* position_ = nullptr;
+    sums_t score_{};
+    rows_t mg_{};
+    rows_t eg_{};
+    table_t pawn_mg_;
+    table_t pawn_eg_;
+    table_t knight_mg_;
+    table_t knight_eg_;
+    table_t bishop_mg_;
+    table_t bishop_eg_;
+    table_t rook_mg_;
+    table_t rook_eg_;
+    table_t queen_mg_;
+    table_t queen_eg_;
+    table_t king_mg_;
+    table_t king_eg_;
+};
+
+}  // namespace orvelin

@@ -1,0 +1,99 @@
+#include "generation/magic_moves.h"
+
+#include <algorithm>
+#include <iterator>
+#include <stdexcept>
+
+namespace orvelin {
+
+MagicMoves::MagicMoves(bool keep_raw_tables) {
+    magic_bishop_moves_ = construct_magic_bishop_moves();
+    magic_rook_moves_ = construct_magic_rook_moves();
+    for (std::size_t s = 0; s < 64; ++s) {
+        bishop_attacks_[s] = distinct_sets(magic_bishop_moves_[s]);
+    }
+    for (std::size_t s = 0; s < 64; ++s) {
+        rook_attacks_[s] = distinct_sets(magic_rook_moves_[s]);
+    }
+    for (std::size_t s = 0; s < 64; ++s) {
+        fill_index(magic_bishop_moves_[s], bishop_attacks_[s], bishop_index_[s]);
+        require_same_length(magic_bishop_moves_[s], bishop_index_[s],
+                            "MagicMoves error(1) in constructor");
+    }
+    for (std::size_t s = 0; s < 64; ++s) {
+        fill_index(magic_rook_moves_[s], rook_attacks_[s], rook_index_[s]);
+        require_same_length(magic_rook_moves_[s], rook_index_[s],
+                            "MagicMoves error(2) in constructor");
+    }
+    for (auto* index : {&bishop_index_, &rook_index_}) index->back().assign(1, 0);
+    for (auto* attacks : {&bishop_attacks_, &rook_attacks_}) attacks->back().assign(1, BitBoard());
+    if (!keep_raw_tables) {
+        drop(magic_bishop_moves_);
+        drop(magic_rook_moves_);
+    }
+}
+
+/// The 0 of an index that no subset reaches is one of the distinct values, by design.
+std::vector<BitBoard> MagicMoves::distinct_sets(std::vector<BitBoard> const& raw) {
+    std::vector<BitBoard> sorted = raw;
+    std::sort(sorted.begin(), sorted.end());
+    std::vector<BitBoard> distinct;
+    std::unique_copy(sorted.begin(), sorted.end(), std::back_inserter(distinct));
+    return distinct;
+}
+
+void MagicMoves::fill_index(std::vector<BitBoard> const& raw, std::vector<BitBoard> const& attacks,
+                            std::vector<unsigned char>& index) {
+    index.reserve(raw.size());
+    for (BitBoard const& set : raw) {
+        for (std::size_t i = 0; i < attacks.size(); ++i) {
+            if (attacks[i] == set) {
+                index.push_back(static_cast<unsigned char>(i));
+                break;
+            }
+        }
+    }
+}
+
+void MagicMoves::require_same_length(std::vector<BitBoard> const& raw,
+                                     std::vector<unsigned char> const& index, const char* failure) {
+    if (index.size() != raw.size()) throw std::logic_error(failure);
+}
+
+/// Leaves a token of ten entries; the vectors keep their memory.
+void MagicMoves::drop(raw_tables_t& raw) {
+    for (auto& table : raw) {
+        table.clear();
+        table.resize(10);
+    }
+}
+
+MagicMoves::raw_tables_t MagicMoves::construct_magic_bishop_moves() const {
+    raw_tables_t tables;
+    for (int s = 0; s < 64; ++s) {
+        Square const square(s);
+        magic_t const& number = magic_numbers_.bishop(s);
+        auto& table = tables[static_cast<std::size_t>(s)];
+        table.resize(std::size_t{1} << (64 - number.shift));
+        for (BitBoard const& occupied : possible_occupancies(bishop_masks_.get_mask(square))) {
+            table[magic_index(number, occupied)] = bishop_moves(square, occupied);
+        }
+    }
+    return tables;
+}
+
+MagicMoves::raw_tables_t MagicMoves::construct_magic_rook_moves() const {
+    raw_tables_t tables;
+    for (int s = 0; s < 64; ++s) {
+        Square const square(s);
+        magic_t const& number = magic_numbers_.rook(s);
+        auto& table = tables[static_cast<std::size_t>(s)];
+        table.resize(std::size_t{1} << (64 - number.shift));
+        for (BitBoard const& occupied : possible_occupancies(rook_masks_.get_mask(square))) {
+            table[magic_index(number, occupied)] = rook_moves(square, occupied);
+        }
+    }
+    return tables;
+}
+
+}  // namespace orvelin

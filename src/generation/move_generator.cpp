@@ -1,0 +1,145 @@
+#include "generation/move_generator.h"
+
+#include "generation/attacks.h"
+#include "generation/men.h"
+#include "generation/tables.h"
+#include "position/chess_position.h"
+
+namespace orvelin {
+
+namespace {
+
+/// No position has more potential checkers than squares, so the vector never grows again.
+constexpr std::size_t most_checkers = 64;
+
+template <int Side>
+BitBoard pawn_targets(BitBoard const& pawn, BitBoard const& free, BitBoard const& enemies) {
+    if constexpr (Side == 1) {
+        BitBoard const step = (pawn << 8) & free;
+        return step | (((step & rank3) << 8) & free) | ((pawn << 9) & enemies & ~a_file) |
+               ((pawn << 7) & enemies & ~h_file);
+    } else {
+        BitBoard const step = (pawn >> 8) & free;
+        return step | (((step & rank6) >> 8) & free) | ((pawn >> 9) & enemies & ~h_file) |
+               ((pawn >> 7) & enemies & ~a_file);
+    }
+}
+
+std::uint64_t& entry(movetable_t& table, Square const& from) {
+    return table[static_cast<std::size_t>(from.id())];
+}
+
+}  // namespace
+
+MoveGenerator::MoveGenerator(Tables const& tables)
+    : connections_(&tables.connections), attacks_(&tables.attacks) {
+    potential_checkers_.reserve(most_checkers);
+}
+
+MoveGenerator::MoveGenerator(MoveGenerator const& other)
+    : connections_(other.connections_), attacks_(other.attacks_) {
+    potential_checkers_.reserve(most_checkers);
+}
+
+void MoveGenerator::create_movetable(ChessPosition const& position, movetable_t& table) {
+    table.fill(0);
+    occupied_ = position.pieces();
+    if (position.white_to_move()) {
+        generate_movetable<1>(position, table);
+    } else {
+        generate_movetable<0>(position, table);
+    }
+}
+
+template <int Side>
+void MoveGenerator::generate_movetable(ChessPosition const& position, movetable_t& table) {
+    using Own = Men<Side>;
+    BitBoard const free = ~occupied_;
+    BitBoard const& enemies = Men<1 - Side>::all(position);
+    auto const fill = [&](int piece_id, auto targets_from) {
+        BitBoard men = position.piece(piece_id);
+        while (men) {
+            Square const from = men.get_reset_square().get_unique_square();
+            entry(table, from) = to_ull(targets_from(from));
+        }
+    };
+    fill(Own::pawn,
+         [&](Square const& s) { return pawn_targets<Side>(s.bitboard(), free, enemies); });
+    fill(Own::knight, [&](Square const& s) { return attacks_->knight(s); });
+    fill(Own::bishop, [&](Square const& s) { return attacks_->bishop(s, occupied_); });
+    fill(Own::rook, [&](Square const& s) { return attacks_->rook(s, occupied_); });
+    fill(Own::queen, [&](Square const& s) { return attacks_->queen(s, occupied_); });
+    fill(Own::king, [&](Square const& s) { return attacks_->king(s); });
+}
+
+void MoveGenerator::serialize_captures(ChessPosition const& position, movetable_t& table,
+                                       MoveList& list) {
+    if (position.white_to_move()) {
+        serialize<1>(position, table, list, true);
+    } else {
+        serialize<0>(position, table, list, true);
+    }
+}
+
+void MoveGenerator::serialize_moves(ChessPosition const& position, movetable_t& table,
+                                    MoveList& list) {
+    if (position.white_to_move()) {
+        serialize<1>(position, table, list, false);
+    } else {
+        serialize<0>(position, table, list, false);
+    }
+}
+
+void MoveGenerator::generate_moves(ChessPosition const& position, MoveList& list) {
+    movetable_t table;
+    create_movetable(position, table);
+    serialize_moves(position, table, list);
+}
+
+template <int Side>
+void MoveGenerator::serialize(ChessPosition const& position, movetable_t& table, MoveList& list,
+                              bool captures_only) {
+    list.clear();
+    move_count_ = 0;
+    prepare<Side>(position);
+    generate_captures<Side>(position, table, list);
+    if (!captures_only) generate_quiet_moves<Side>(position, table, list);
+    list.set_size(move_count_);
+}
+
+template <int Side>
+void MoveGenerator::prepare(ChessPosition const& position) {
+    occupied_ = position.pieces();
+    pinned_ = position.pinned_pieces();
+    discovering_ = position.discovering_pieces();
+    own_pieces_ = Men<Side>::all(position);
+    enemy_pieces_ = Men<1 - Side>::all(position);
+    own_king_ = position.piece(Men<Side>::king);
+    enemy_king_ = position.piece(Men<1 - Side>::king);
+
+    BitBoard checkers = Men<1 - Side>::blocked_attackers(position, own_king_);
+    potential_checkers_.clear();
+    while (checkers) {
+        potential_checkers_.push_back(checkers.get_reset_square().get_unique_square());
+    }
+
+    Square const king = enemy_king_.get_unique_square();
+    rook_check_squares_ = attacks_->rook(king, occupied_);
+    bishop_check_squares_ = attacks_->bishop(king, occupied_);
+    knight_check_squares_ = attacks_->knight(king);
+}
+
+void MoveGenerator::remove(Move const& move, movetable_t& table) {
+    BitBoard const to = move.to().bitboard();
+    auto const from = static_cast<std::size_t>(move.from().id());
+    if (from < table.size()) table[from] &= ~to_ull(to);
+}
+
+void MoveGenerator::store(MoveList& list, Move const& move) {
+    if (move_count_ < MoveList::capacity) list[move_count_++] = move;
+}
+
+template void MoveGenerator::generate_movetable<0>(ChessPosition const&, movetable_t&);
+template void MoveGenerator::generate_movetable<1>(ChessPosition const&, movetable_t&);
+
+}  // namespace orvelin

@@ -1,0 +1,129 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <vector>
+
+#include "position/bit_board.h"
+#include "position/move.h"
+#include "position/move_list.h"
+#include "position/square.h"
+
+namespace orvelin {
+
+class Attacks;
+class ChessPosition;
+class Connections;
+struct Tables;
+
+/// For each from square the set of squares its man reaches; own men are not excluded.
+using movetable_t = std::array<std::uint64_t, 64>;
+
+/// Strictly legal move generation, with the check bit of every move found before it is made.
+///
+/// First a move table is built, then it is serialised into a list: captures and promotions, then
+/// quiet moves. Nothing is made and unmade. The object owns only the working state of the
+/// generation that runs (own men, pins, check squares, ...), which the serialisers fill before
+/// any test is called; table and list are the caller's. One object serves one thread.
+/// The template parameter is the side to move, 1 White and 0 Black, as `stm()` gives it.
+class MoveGenerator {
+ public:
+    explicit MoveGenerator(Tables const& tables);
+    /// Copies the references to the tables; the working state starts empty.
+    MoveGenerator(MoveGenerator const& other);
+    MoveGenerator& operator=(MoveGenerator const&) = delete;
+
+    /// Zeroes `table` and fills it for the side to move.
+    void create_movetable(ChessPosition const& position, movetable_t& table);
+    /// Adds the men of `Side` to a zeroed table, at the occupancy that `create_movetable` cached.
+    template <int Side>
+    void generate_movetable(ChessPosition const& position, movetable_t& table);
+
+    /// Fills `list` with the legal captures and promotions of a table made for `position`.
+    void serialize_captures(ChessPosition const& position, movetable_t& table, MoveList& list);
+    /// Fills `list` with all legal moves of a table made for `position`.
+    void serialize_moves(ChessPosition const& position, movetable_t& table, MoveList& list);
+    /// `create_movetable` on a table of its own, then `serialize_moves`.
+    void generate_moves(ChessPosition const& position, MoveList& list);
+
+    /// The two stages; called by the serialisers only. Captures come sorted by captured man.
+    template <int Side>
+    void generate_captures(ChessPosition const& position, movetable_t& table, MoveList& list);
+    template <int Side>
+    void generate_quiet_moves(ChessPosition const& position, movetable_t& table, MoveList& list);
+
+    /// Legality of moves of knights, bishops, rooks, queens and of quiet pawn moves.
+    bool is_legal(ChessPosition const& position, Move const& move) const;
+    /// Legality of pawn captures, en passant included, and of promotions.
+    bool is_legal_pawnmove(ChessPosition const& position, Move const& move) const;
+    /// Legality of king moves, castling excepted.
+    template <int Side>
+    bool is_legal_kingmove(ChessPosition const& position, Move const& move) const;
+    /// Writes the check bit and the class `xnormal_move` into `move`.
+    template <int Side>
+    void set_checkstatus(ChessPosition const& position, Move& move);
+
+    /// Takes the target of `move` out of the table, for a search that serialises stage by stage.
+    void remove(Move const& move, movetable_t& table);
+
+ private:
+    template <int Side>
+    void prepare(ChessPosition const& position);
+    template <int Side>
+    void serialize(ChessPosition const& position, movetable_t& table, MoveList& list,
+                   bool captures_only);
+
+    template <int Side>
+    void pawn_captures(ChessPosition const& position, movetable_t const& table, MoveList& list);
+    template <int Side>
+    void en_passant_capture(ChessPosition const& position, Square from, MoveList& list);
+    template <int Side>
+    void promotions(ChessPosition const& position, Square from, BitBoard to_set, MoveList& list);
+    template <int Side>
+    void piece_moves(ChessPosition const& position, movetable_t const& table, int piece_id,
+                     BitBoard const& to_mask, MoveList& list);
+    template <int Side>
+    void king_moves(ChessPosition const& position, movetable_t const& table,
+                    BitBoard const& to_mask, MoveList& list);
+    template <int Side>
+    void castlings(ChessPosition const& position, MoveList& list);
+    template <int Side>
+    bool castling_allowed(ChessPosition const& position, Square king, Square rook) const;
+
+    template <int Side>
+    bool checks_by_normal_move(ChessPosition const& position, Move const& move) const;
+    template <int Side>
+    bool checks_by_promotion(ChessPosition const& position, Move const& move) const;
+    bool checks_by_castling(Move const& move) const;
+    template <int Side>
+    bool checks_by_en_passant(ChessPosition const& position, Move const& move) const;
+    template <int Side>
+    bool slider_reaches_king(ChessPosition const& position, BitBoard const& occupied) const;
+
+    bool pin_allows(Move const& move) const;
+    bool en_passant_keeps_king_safe(Move const& move) const;
+    /// Appends a move. What a list cannot hold is dropped: no game reaches 256 moves, only a
+    /// position made by hand does.
+    void store(MoveList& list, Move const& move);
+    void sort_by_captured_man(MoveList& list) const;
+
+    Connections const* connections_;
+    Attacks const* attacks_;
+    int move_count_ = 0;
+    BitBoard occupied_;
+    BitBoard pinned_;
+    BitBoard discovering_;
+    BitBoard own_pieces_;
+    BitBoard enemy_pieces_;
+    BitBoard targets_;
+    BitBoard own_king_;
+    BitBoard enemy_king_;
+    BitBoard rook_check_squares_;
+    BitBoard bishop_check_squares_;
+    BitBoard knight_check_squares_;
+    BitBoard pawn_check_squares_;
+    /// Enemy men that attack the own king or stand on one of its lines.
+    std::vector<Square> potential_checkers_;
+};
+
+}  // namespace orvelin

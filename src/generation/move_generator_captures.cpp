@@ -1,0 +1,86 @@
+#include <cstdlib>
+
+#include "generation/men.h"
+#include "generation/move_generator.h"
+#include "position/chess_position.h"
+
+namespace orvelin {
+
+template <int Side>
+void MoveGenerator::generate_captures(ChessPosition const& position, movetable_t& table,
+                                      MoveList& list) {
+    using Own = Men<Side>;
+    targets_ = enemy_pieces_ & ~enemy_king_;
+    pawn_captures<Side>(position, table, list);
+    for (int const piece_id : {Own::knight, Own::bishop, Own::rook, Own::queen}) {
+        piece_moves<Side>(position, table, piece_id, targets_, list);
+    }
+    king_moves<Side>(position, table, targets_, list);
+    sort_by_captured_man(list);
+}
+
+template <int Side>
+void MoveGenerator::pawn_captures(ChessPosition const& position, movetable_t const& table,
+                                  MoveList& list) {
+    using Own = Men<Side>;
+    BitBoard const& last_rank = Own::last_rank();
+    BitBoard pawns = position.piece(Own::pawn);
+    while (pawns) {
+        Square const from = pawns.get_reset_square().get_unique_square();
+        BitBoard const reached(table[static_cast<std::size_t>(from.id())]);
+        BitBoard to_set = reached & targets_ & ~last_rank;
+        while (to_set) {
+            Square const to = to_set.get_reset_square().get_unique_square();
+            Move move(from, to, normal_move, Piece(Own::pawn), position[to.id()]);
+            set_checkstatus<Side>(position, move);
+            if (is_legal_pawnmove(position, move)) store(list, move);
+        }
+        en_passant_capture<Side>(position, from, list);
+        promotions<Side>(position, from, reached & last_rank & ~enemy_king_, list);
+    }
+}
+
+template <int Side>
+void MoveGenerator::en_passant_capture(ChessPosition const& position, Square from, MoveList& list) {
+    using Own = Men<Side>;
+    Square const to = position.ep();
+    if (to == Square()) return;
+    int const distance = Side == 1 ? to - from : from - to;
+    if (distance != 7 && distance != 9) return;
+    if (std::abs(to.file_number() - from.file_number()) >= 2) return;
+    Move move(from, to, en_passant, Piece(Own::pawn), Piece(Men<1 - Side>::pawn));
+    set_checkstatus<Side>(position, move);
+    if (is_legal_pawnmove(position, move)) store(list, move);
+}
+
+template <int Side>
+void MoveGenerator::promotions(ChessPosition const& position, Square from, BitBoard to_set,
+                               MoveList& list) {
+    while (to_set) {
+        Square const to = to_set.get_reset_square().get_unique_square();
+        for (move_t const code : {promo_queen, promo_rook, promo_bishop, promo_knight}) {
+            Move move(from, to, code, Piece(Men<Side>::pawn), position[to.id()]);
+            set_checkstatus<Side>(position, move);
+            if (is_legal_pawnmove(position, move)) store(list, move);
+        }
+    }
+}
+
+/// Stable, so that of two moves with equal victims the lower attacker stays in front.
+void MoveGenerator::sort_by_captured_man(MoveList& list) const {
+    for (int i = 1; i < move_count_; ++i) {
+        Move const move = list[i];
+        int const value = move.capture().abs_value();
+        int j = i;
+        while (j > 0 && list[j - 1].capture().abs_value() < value) {
+            list[j] = list[j - 1];
+            --j;
+        }
+        list[j] = move;
+    }
+}
+
+template void MoveGenerator::generate_captures<0>(ChessPosition const&, movetable_t&, MoveList&);
+template void MoveGenerator::generate_captures<1>(ChessPosition const&, movetable_t&, MoveList&);
+
+}  // namespace orvelin

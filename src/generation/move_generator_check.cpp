@@ -1,0 +1,120 @@
+#include "generation/attacks.h"
+#include "generation/men.h"
+#include "generation/move_generator.h"
+#include "position/chess_position.h"
+
+namespace orvelin {
+
+namespace {
+
+bool meets(BitBoard const& left, BitBoard const& right) {
+    return static_cast<bool>(left & right);
+}
+
+/// The square of the castling rook after the move. The rank is told by the king's square, so a
+/// king that does not stand on its home rank (a position made by hand) gives no square.
+Square castled_rook(Square const& from, Square const& to) {
+    bool const kingside = to > from;
+    if (from.id() <= 6) return Square(kingside ? 5 : 3);
+    if (from.id() > 56) return Square(kingside ? 61 : 59);
+    return Square();
+}
+
+}  // namespace
+
+template <int Side>
+void MoveGenerator::set_checkstatus(ChessPosition const& position, Move& move) {
+    move.check(false);
+    move.xcode(xnormal_move);
+    pawn_check_squares_ = Men<Side>::pawn_sources(enemy_king_);
+    bool check = false;
+    switch (move.code()) {
+        case nullmove:
+            return;
+        case normal_move:
+            check = checks_by_normal_move<Side>(position, move);
+            break;
+        case castling:
+            check = checks_by_castling(move);
+            break;
+        case en_passant:
+            check = checks_by_en_passant<Side>(position, move);
+            break;
+        default:
+            check = checks_by_promotion<Side>(position, move);
+            break;
+    }
+    if (check) move.check(true);
+}
+
+template <int Side>
+bool MoveGenerator::slider_reaches_king(ChessPosition const& position,
+                                        BitBoard const& occupied) const {
+    Square const king = enemy_king_.get_unique_square();
+    return meets(attacks_->rook(king, occupied), Men<Side>::rooks_and_queens(position)) ||
+           meets(attacks_->bishop(king, occupied), Men<Side>::bishops_and_queens(position));
+}
+
+template <int Side>
+bool MoveGenerator::checks_by_normal_move(ChessPosition const& position, Move const& move) const {
+    BitBoard const from = move.from().bitboard();
+    BitBoard const to = move.to().bitboard();
+    Piece const man = move.piece();
+    if (meets(discovering_, from)) {
+        // A pawn or king may stay on the line; any other man leaves it when it moves.
+        if (!man.pawn() && !man.king()) return true;
+        if (slider_reaches_king<Side>(position, (occupied_ & ~from) | to)) return true;
+    }
+    if (man.queen()) return meets(rook_check_squares_ | bishop_check_squares_, to);
+    if (man.rook()) return meets(rook_check_squares_, to);
+    if (man.bishop()) return meets(bishop_check_squares_, to);
+    if (man.knight()) return meets(knight_check_squares_, to);
+    if (man.pawn()) return meets(pawn_check_squares_, to);
+    return false;
+}
+
+template <int Side>
+bool MoveGenerator::checks_by_promotion(ChessPosition const& position, Move const& move) const {
+    Square const king = enemy_king_.get_unique_square();
+    BitBoard const to = move.to().bitboard();
+    BitBoard const occupied = (occupied_ & ~move.from().bitboard()) | to;
+    BitBoard const rook_lines = attacks_->rook(king, occupied);
+    BitBoard const bishop_lines = attacks_->bishop(king, occupied);
+    bool direct = false;
+    switch (move.code()) {
+        case promo_queen:
+            direct = meets(rook_lines | bishop_lines, to);
+            break;
+        case promo_rook:
+            direct = meets(rook_lines, to);
+            break;
+        case promo_bishop:
+            direct = meets(bishop_lines, to);
+            break;
+        default:
+            direct = meets(knight_check_squares_, to);
+            break;
+    }
+    return direct || meets(rook_lines, Men<Side>::rooks_and_queens(position)) ||
+           meets(bishop_lines, Men<Side>::bishops_and_queens(position));
+}
+
+/// Only the rook can give check: the king's own lines open along the rank, to the rook.
+bool MoveGenerator::checks_by_castling(Move const& move) const {
+    BitBoard const occupied = occupied_ & ~(move.from().bitboard() | move.to().bitboard());
+    BitBoard const& lines = attacks_->rook(enemy_king_.get_unique_square(), occupied);
+    return meets(lines, castled_rook(move.from(), move.to()).bitboard());
+}
+
+template <int Side>
+bool MoveGenerator::checks_by_en_passant(ChessPosition const& position, Move const& move) const {
+    BitBoard const to = move.to().bitboard();
+    BitBoard const victim = (move.to() - Men<Side>::forward).bitboard();
+    BitBoard const occupied = (occupied_ & ~(move.from().bitboard() | victim)) | to;
+    return slider_reaches_king<Side>(position, occupied) || meets(pawn_check_squares_, to);
+}
+
+template void MoveGenerator::set_checkstatus<0>(ChessPosition const&, Move&);
+template void MoveGenerator::set_checkstatus<1>(ChessPosition const&, Move&);
+
+}  // namespace orvelin

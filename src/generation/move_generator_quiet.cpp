@@ -1,0 +1,102 @@
+#include "generation/attacks.h"
+#include "generation/connections.h"
+#include "generation/men.h"
+#include "generation/move_generator.h"
+#include "position/chess_position.h"
+
+namespace orvelin {
+
+template <int Side>
+void MoveGenerator::generate_quiet_moves(ChessPosition const& position, movetable_t& table,
+                                         MoveList& list) {
+    using Own = Men<Side>;
+    BitBoard const free = ~occupied_;
+    for (int const piece_id : {Own::queen, Own::rook, Own::knight, Own::bishop}) {
+        piece_moves<Side>(position, table, piece_id, free, list);
+    }
+    piece_moves<Side>(position, table, Own::pawn, free & ~Own::last_rank(), list);
+    king_moves<Side>(position, table, free, list);
+    castlings<Side>(position, list);
+}
+
+template <int Side>
+void MoveGenerator::piece_moves(ChessPosition const& position, movetable_t const& table,
+                                int piece_id, BitBoard const& to_mask, MoveList& list) {
+    BitBoard men = position.piece(piece_id);
+    while (men) {
+        Square const from = men.get_reset_square().get_unique_square();
+        BitBoard to_set = to_mask & BitBoard(table[static_cast<std::size_t>(from.id())]);
+        while (to_set) {
+            Square const to = to_set.get_reset_square().get_unique_square();
+            Move move(from, to, normal_move, Piece(piece_id), position[to.id()]);
+            set_checkstatus<Side>(position, move);
+            if (is_legal(position, move)) store(list, move);
+        }
+    }
+}
+
+template <int Side>
+void MoveGenerator::king_moves(ChessPosition const& position, movetable_t const& table,
+                               BitBoard const& to_mask, MoveList& list) {
+    BitBoard kings = position.piece(Men<Side>::king);
+    while (kings) {
+        Square const from = kings.get_reset_square().get_unique_square();
+        BitBoard to_set = to_mask & BitBoard(table[static_cast<std::size_t>(from.id())]);
+        while (to_set) {
+            Square const to = to_set.get_reset_square().get_unique_square();
+            Move move(from, to, normal_move, Piece(Men<Side>::king), position[to.id()]);
+            set_checkstatus<Side>(position, move);
+            if (is_legal_kingmove<Side>(position, move)) store(list, move);
+        }
+    }
+}
+
+template <int Side>
+void MoveGenerator::castlings(ChessPosition const& position, MoveList& list) {
+    using Own = Men<Side>;
+    Square const king = own_king_.get_unique_square();
+    // A position made by hand can hold rights without a king.
+    if (king == Square()) return;
+    int const rights = (position.castlingrights() >> (Side == 1 ? 0 : 8)) & 0xFF;
+    for (int file = 0; file < 8 && (rights >> file) != 0; ++file) {
+        if (((rights >> file) & 1) == 0) continue;
+        Square const rook(Own::home_rank + file);
+        if (!castling_allowed<Side>(position, king, rook)) continue;
+        Move move(king, rook, castling, Piece(Own::king), Piece());
+        set_checkstatus<Side>(position, move);
+        store(list, move);
+    }
+}
+
+/// Neither man may be stopped on its way and the king may neither stand on nor cross an attacked
+/// square, its own included.
+template <int Side>
+bool MoveGenerator::castling_allowed(ChessPosition const& position, Square king,
+                                     Square rook) const {
+    using Enemy = Men<1 - Side>;
+    bool const kingside = king < rook;
+    Square const king_target(Men<Side>::home_rank + (kingside ? 6 : 2));
+    Square const rook_target(Men<Side>::home_rank + (kingside ? 5 : 3));
+    BitBoard const others = occupied_ & ~(own_king_ | rook.bitboard());
+    BitBoard king_way = connections_->closed_line_segment(king, king_target);
+    BitBoard const& rook_way = connections_->closed_line_segment(rook, rook_target);
+    if ((king_way | rook_way) & others) return false;
+    while (king_way) {
+        if (Enemy::attackers(position, king_way.get_reset_square())) return false;
+    }
+    // The rook's departure must not open the rank to an enemy rook or queen.
+    return !(attacks_->rook(king_target, others) & Enemy::rooks_and_queens(position));
+}
+
+template void MoveGenerator::piece_moves<0>(ChessPosition const&, movetable_t const&, int,
+                                            BitBoard const&, MoveList&);
+template void MoveGenerator::piece_moves<1>(ChessPosition const&, movetable_t const&, int,
+                                            BitBoard const&, MoveList&);
+template void MoveGenerator::king_moves<0>(ChessPosition const&, movetable_t const&,
+                                           BitBoard const&, MoveList&);
+template void MoveGenerator::king_moves<1>(ChessPosition const&, movetable_t const&,
+                                           BitBoard const&, MoveList&);
+template void MoveGenerator::generate_quiet_moves<0>(ChessPosition const&, movetable_t&, MoveList&);
+template void MoveGenerator::generate_quiet_moves<1>(ChessPosition const&, movetable_t&, MoveList&);
+
+}  // namespace orvelin

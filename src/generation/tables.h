@@ -1,0 +1,30 @@
+#pragma once
+
+#include "generation/attacks.h"
+#include "generation/connections.h"
+#include "generation/hash_keys.h"
+#include "search/lmr_table.h"
+#include "search/transposition_table.h"
+
+namespace orvelin {
+
+/// Everything that is computed once at start, and the transposition table.
+///
+/// The engine owns the only instance; positions, generators, evaluation and search keep
+/// references into it, so it is neither copied nor moved. All members but the transposition table
+/// are read-only after construction and may be read from any thread.
+struct Tables {
+    Tables();
+    Tables(Tables const&) = delete;
+    Tables& operator=(Tables const&) = delete;
+
+    TranspositionTable transposition_table;
+    Attacks attacks;
+    Connections connections;
+    LmrTable lmr_table;
+    HashKeys hash_keys;
+    /// Kept beside the first set although nothing reads it.
+    HashKeys hash_keys2;
+};
+
+}  // namespace orvelin

@@ -1,0 +1,151 @@
+#include "position/board_position.h"
+
+#include <array>
+
+namespace orvelin {
+
+namespace {
+
+constexpr int white_rook_id = 4;
+constexpr int black_rook_id = 12;
+
+/// What a promotion adds to the pawn's id, by move code.
+constexpr std::array<int, 8> promotion_step{0, 0, 4, 3, 2, 1, 0, 0};
+
+/// Where king and rook stand after castling.
+struct CastlingTargets {
+    Square king;
+    Square rook;
+};
+
+/// The side is told by the squares alone: a rook on a higher square means g and f file.
+CastlingTargets castling_targets(Move const& move) {
+    int const rank = move.piece().white_king() ? 0 : 56;
+    if (move.to() > move.from()) {
+        return {Square(rank + 6), Square(rank + 5)};
+    }
+    return {Square(rank + 2), Square(rank + 3)};
+}
+
+/// The rook of the castling king's side.
+int castling_rook(Move const& move) {
+    return move.piece().white_king() ? white_rook_id : black_rook_id;
+}
+
+std::size_t index(Square const& square) {
+    return static_cast<std::size_t>(square.id());
+}
+
+// Square of the pawn that an en passant capture takes. An illegal word may name a square off
+// the board, which is passed over.
+Square en_passant_victim(Move const& move, int side) {
+    int const id = move.to().id() - (16 * side - 8);
+    return id >= 0 && id < 64 ? Square(id) : Square();
+}
+
+}  // namespace
+
+void BoardPosition::compute_pieces() {
+    white_pieces_ = boards_[1] | boards_[2] | boards_[3] | boards_[4] | boards_[5] | boards_[6];
+    black_pieces_ =
+        boards_[9] | boards_[10] | boards_[11] | boards_[12] | boards_[13] | boards_[14];
+    pieces_ = white_pieces_ | black_pieces_;
+}
+
+void BoardPosition::place(std::size_t square, std::size_t id) {
+    boards_[id & 15] |= Square::bb[square];
+    board_[square] = Piece(static_cast<int>(id & 15));
+}
+
+void BoardPosition::lift(std::size_t square, std::size_t id) {
+    boards_[id & 15] &= ~Square::bb[square];
+    board_[square] = Piece();
+}
+
+void BoardPosition::clear() {
+    boards_.fill(BitBoard());
+    board_.fill(Piece());
+    stm_ = 1;
+}
+
+void BoardPosition::make_move(Move const& move) {
+    Square const from = move.from();
+    Square const to = move.to();
+    int const piece = move.piece_id();
+    switch (move.code()) {
+        case nullmove:
+            break;
+        case normal_move:
+            lift(index(to), static_cast<std::size_t>(move.capture_id()));
+            lift(index(from), static_cast<std::size_t>(piece));
+            place(index(to), static_cast<std::size_t>(piece));
+            break;
+        case en_passant: {
+            Square const victim = en_passant_victim(move, stm_);
+            lift(index(victim), static_cast<std::size_t>(move.capture_id()));
+            lift(index(from), static_cast<std::size_t>(piece));
+            place(index(to), static_cast<std::size_t>(piece));
+            break;
+        }
+        case castling: {
+            CastlingTargets const targets = castling_targets(move);
+            // Both men leave before either arrives, so the squares may overlap.
+            lift(index(from), static_cast<std::size_t>(piece));
+            lift(index(to), static_cast<std::size_t>(castling_rook(move)));
+            place(index(targets.king), static_cast<std::size_t>(piece));
+            place(index(targets.rook), static_cast<std::size_t>(castling_rook(move)));
+            break;
+        }
+        default:
+            lift(index(to), static_cast<std::size_t>(move.capture_id()));
+            lift(index(from), static_cast<std::size_t>(piece));
+            place(index(to), static_cast<std::size_t>(piece + promotion_step[move.code()]));
+            break;
+    }
+    compute_pieces();
+    switch_color_to_move();
+}
+
+void BoardPosition::unmake_move(Move const& move) {
+    Square const from = move.from();
+    Square const to = move.to();
+    int const piece = move.piece_id();
+    switch (move.code()) {
+        case nullmove:
+            break;
+        case normal_move:
+            lift(index(to), static_cast<std::size_t>(piece));
+            place(index(from), static_cast<std::size_t>(piece));
+            // Without a capture this writes into board 0, which is emptied below.
+            place(index(to), static_cast<std::size_t>(move.capture_id()));
+            break;
+        case en_passant: {
+            lift(index(to), static_cast<std::size_t>(piece));
+            place(index(from), static_cast<std::size_t>(piece));
+            // The side to move is still the one after the move.
+            Square const victim = en_passant_victim(move, stm_ ^ 1);
+            if (victim != Square()) {
+                place(index(victim), static_cast<std::size_t>(move.capture_id()));
+            }
+            break;
+        }
+        case castling: {
+            CastlingTargets const targets = castling_targets(move);
+            lift(index(targets.king), static_cast<std::size_t>(piece));
+            lift(index(targets.rook), static_cast<std::size_t>(castling_rook(move)));
+            place(index(from), static_cast<std::size_t>(piece));
+            place(index(to), static_cast<std::size_t>(castling_rook(move)));
+            break;
+        }
+        default:
+            lift(index(to), static_cast<std::size_t>(piece + promotion_step[move.code()]));
+            place(index(to), static_cast<std::size_t>(move.capture_id()));
+            place(index(from), static_cast<std::size_t>(piece));
+            break;
+    }
+    boards_[0].clear();
+    compute_pieces();
+    switch_color_to_move();
+}
+
+}  // namespace orvelin

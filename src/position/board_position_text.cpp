@@ -1,0 +1,151 @@
+#include <array>
+#include <cstdint>
+#include <iomanip>
+#include <sstream>
+#include <stdexcept>
+#include <string_view>
+#include <utility>
+
+#include "position/board_position.h"
+
+namespace orvelin {
+
+namespace {
+
+/// The men in the order of the diagnosis routines.
+constexpr std::array<int, 12> men{1, 2, 3, 4, 5, 6, 9, 10, 11, 12, 13, 14};
+
+constexpr std::array<char const*, 12> labels{
+    "white pawn: ",   "white knight: ", "white bishop: ", "white rook: ",
+    "white queen: ",  "white king: ",   "black pawn: ",   "black knight: ",
+    "black bishop: ", "black rook: ",   "black queen: ",  "black king: "};
+
+constexpr std::string_view letters = "PNBRQKpnbrqk";
+
+bool on_board(int square) {
+    return square >= 0 && square < 64;
+}
+
+}  // namespace
+
+void BoardPosition::set_piece_on(Square const& square, int id) {
+    if (on_board(square.id())) {
+        place(static_cast<std::size_t>(square.id()), static_cast<std::size_t>(id));
+    }
+}
+
+void BoardPosition::remove_piece_from(Square const& square, int id) {
+    if (on_board(square.id())) {
+        lift(static_cast<std::size_t>(square.id()), static_cast<std::size_t>(id));
+    }
+}
+
+void BoardPosition::flip() {
+    for (BitBoard& board : boards_) {
+        board.flip();
+    }
+    for (std::size_t id = 1; id <= 6; ++id) {
+        std::swap(boards_[id], boards_[id + 8]);
+    }
+    for (std::size_t i = 0; i < 32; ++i) {
+        std::swap(board_[i], board_[i ^ 56]);
+    }
+    for (Piece& piece : board_) {
+        if (piece) {
+            piece.set_id(piece.id() ^ 8);
+        }
+    }
+    switch_color_to_move();
+    compute_pieces();
+}
+
+void BoardPosition::flop() {
+    for (BitBoard& board : boards_) {
+        board.flop();
+    }
+    for (std::size_t rank = 0; rank < 64; rank += 8) {
+        for (std::size_t file = 0; file < 4; ++file) {
+            std::swap(board_[rank + file], board_[rank + 7 - file]);
+        }
+    }
+    compute_pieces();
+}
+
+void BoardPosition::fen(std::string const& text) {
+    clear();
+    std::istringstream stream(text);
+    std::string placement;
+    std::string side;
+    stream >> placement >> side;
+    // 64 bits, because no length of text can bring it past its bounds.
+    std::int64_t square = 56;
+    for (char const letter : placement) {
+        if (letter == '/') {
+            square -= 16;
+        } else if (letter >= '1' && letter <= '8') {
+            square += letter - '0';
+        } else {
+            std::size_t const man = letters.find(letter);
+            if (man == std::string_view::npos) {
+                std::ostringstream message;
+                message << "ChessPosition::fen(" << text << ") \nunkown piece 0x" << std::hex
+                        << static_cast<unsigned int>(static_cast<unsigned char>(letter));
+                throw std::logic_error(message.str());
+            }
+            if (square >= 0 && square < 64) {
+                place(static_cast<std::size_t>(square), static_cast<std::size_t>(men[man]));
+            }
+            ++square;
+        }
+    }
+    // Any other text than "w", or none, means Black.
+    stm_ = side == "w" ? 1 : 0;
+    compute_pieces();
+}
+
+bool BoardPosition::corrupt(std::uint64_t /*unused*/) const {
+    if (white_king().popcount() != 1 || black_king().popcount() != 1) {
+        return 1;
+    }
+    BitBoard seen;
+    for (std::size_t id = 1; id <= 14; ++id) {
+        if (seen & boards_[id]) {
+            return 1;
+        }
+        seen |= boards_[id];
+    }
+    return false;
+}
+
+// An entry whose own piece board lacks the square passes when no other board holds it, and once
+// its own board has been met the later ones are not looked at: kept as it is.
+bool BoardPosition::consistent() const {
+    for (int square = 0; square < 64; ++square) {
+        int const id = (*this)[square].id();
+        if (id == 7 || id == 8 || id > 14) {
+            continue;
+        }
+        for (int const man : men) {
+            bool const held = static_cast<bool>(piece(man) & Square(square).bitboard());
+            if (!held) {
+                continue;
+            }
+            if (man != id) {
+                return false;
+            }
+            break;
+        }
+    }
+    return true;
+}
+
+std::string BoardPosition::dump() const {
+    std::string text = "side to move: " + std::to_string(stm_) + '\n';
+    for (std::size_t i = 0; i < men.size(); ++i) {
+        text += labels[i];
+        text += '\n' + piece(men[i]).dump() + '\n';
+    }
+    return text;
+}
+
+}  // namespace orvelin

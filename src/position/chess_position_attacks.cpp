@@ -1,0 +1,133 @@
+// Who attacks what, pins and check.
+
+#include "generation/attacks.h"
+#include "generation/connections.h"
+#include "position/chess_position.h"
+#include "position/masks.h"
+
+namespace orvelin {
+
+namespace {
+
+constexpr int black = 0;
+constexpr int white = 1;
+
+/// The piece id of one side's man of type `type`, 1 pawn to 6 king.
+template <int Side>
+constexpr int man(int type) {
+    return Side == white ? type : type + 8;
+}
+
+}  // namespace
+
+template <int Side>
+BitBoard ChessPosition::pawn_attackers(BitBoard const& target) const {
+    if constexpr (Side == white) {
+        return (((target >> 7) & not_a_file) | ((target >> 9) & not_h_file)) & white_pawn();
+    } else {
+        return (((target << 7) & not_h_file) | ((target << 9) & not_a_file)) & black_pawn();
+    }
+}
+
+template <int Side>
+BitBoard ChessPosition::attackers(BitBoard const& target, BitBoard const& occupied) const {
+    const Square square = target.get_unique_square();
+    BitBoard const& queens = piece(man<Side>(5));
+    return pawn_attackers<Side>(target) | (attacks_.knight(square) & piece(man<Side>(2))) |
+           (attacks_.bishop(square, occupied) & (piece(man<Side>(3)) | queens)) |
+           (attacks_.rook(square, occupied) & (piece(man<Side>(4)) | queens)) |
+           (attacks_.king(square) & piece(man<Side>(6)));
+}
+
+template <int Side>
+Square ChessPosition::weakest_attacker(Square const& square) const {
+    if (const BitBoard found = pawn_attackers<Side>(square.bitboard())) {
+        return found.get_first_square();
+    }
+    if (const BitBoard found = attacks_.knight(square) & piece(man<Side>(2))) {
+        return found.get_first_square();
+    }
+    const BitBoard diagonals_seen = attacks_.bishop(square, pieces());
+    if (const BitBoard found = diagonals_seen & piece(man<Side>(3))) {
+        return found.get_first_square();
+    }
+    const BitBoard lines_seen = attacks_.rook(square, pieces());
+    if (const BitBoard found = lines_seen & piece(man<Side>(4))) {
+        return found.get_first_square();
+    }
+    if (const BitBoard found = (diagonals_seen | lines_seen) & piece(man<Side>(5))) {
+        return found.get_first_square();
+    }
+    return (attacks_.king(square) & piece(man<Side>(6))).get_first_square();
+}
+
+Square ChessPosition::white_weakest_attacker(Square const& square) const {
+    return weakest_attacker<white>(square);
+}
+
+Square ChessPosition::black_weakest_attacker(Square const& square) const {
+    return weakest_attacker<black>(square);
+}
+
+BitBoard ChessPosition::white_attackers(BitBoard const& target) const {
+    return attackers<white>(target, pieces());
+}
+
+BitBoard ChessPosition::black_attackers(BitBoard const& target) const {
+    return attackers<black>(target, pieces());
+}
+
+BitBoard ChessPosition::white_blocked_attackers(BitBoard const& target) const {
+    return attackers<white>(target, BitBoard());
+}
+
+BitBoard ChessPosition::black_blocked_attackers(BitBoard const& target) const {
+    return attackers<black>(target, BitBoard());
+}
+
+bool ChessPosition::white_attacks(BitBoard const& target) const {
+    return static_cast<bool>(white_attackers(target));
+}
+
+bool ChessPosition::black_attacks(BitBoard const& target) const {
+    return static_cast<bool>(black_attackers(target));
+}
+
+template <int Side>
+void ChessPosition::find_pins_to_king() {
+    constexpr int enemy = 1 - Side;
+    history_t& current = record();
+    const Square king = Side == white ? current.white_kingsfield : current.black_kingsfield;
+    BitBoard const& own_men = Side == white ? white_pieces() : black_pieces();
+    BitBoard const& enemy_queens = piece(man<enemy>(5));
+    BitBoard sliders = (connections_.rook_attacks(king) & (piece(man<enemy>(4)) | enemy_queens)) |
+                       (connections_.bishop_attacks(king) & (piece(man<enemy>(3)) | enemy_queens));
+    while (sliders) {
+        const Square slider = sliders.get_reset_square().get_unique_square();
+        const BitBoard between = connections_.line_segment(slider, king) & pieces();
+        if (between.popcount() != 1) continue;
+        if (between & own_men) {
+            current.pinned_pieces |= between;
+        } else {
+            current.discovering_pieces |= between;
+        }
+    }
+}
+
+void ChessPosition::find_pinned_pieces() {
+    history_t& current = record();
+    current.pinned_pieces.clear();
+    current.discovering_pieces.clear();
+    current.black_kingsfield = black_king().get_unique_square();
+    current.white_kingsfield = white_king().get_unique_square();
+    find_pins_to_king<black>();
+    find_pins_to_king<white>();
+    current.white_queencheck_squares = attacks_.queen(current.black_kingsfield, pieces());
+    current.black_queencheck_squares = attacks_.queen(current.white_kingsfield, pieces());
+}
+
+void ChessPosition::look_for_check() {
+    record().check = white_to_move() ? black_attacks(white_king()) : white_attacks(black_king());
+}
+
+}  // namespace orvelin

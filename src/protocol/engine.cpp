@@ -1,0 +1,112 @@
+#include "protocol/engine.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <chrono>
+#include <functional>
+#include <iostream>
+#include <string_view>
+#include <utility>
+
+#include "protocol/arguments.h"
+
+namespace orvelin {
+
+Engine::Engine(Communicator& communicator, std::ofstream& log)
+    : communicator_(communicator),
+      position_(tables_),
+      analysis_(position_, tables_),
+      id_(static_cast<int>(std::chrono::system_clock::now().time_since_epoch().count() & 0x1ff)),
+      log_(log) {
+    position_.newgame();
+    analysis_.init(position_);
+    analysis_thread_ = std::thread(std::ref(analysis_));
+}
+
+Engine::~Engine() {
+    analysis_thread_.join();
+}
+
+bool Engine::equal_options(std::string first, std::string second) {
+    auto const upper = [](unsigned char letter) { return static_cast<char>(std::toupper(letter)); };
+    std::transform(first.begin(), first.end(), first.begin(), upper);
+    std::transform(second.begin(), second.end(), second.begin(), upper);
+    return first == second;
+}
+
+void Engine::set_action(char action) {
+    if (action == 1) {
+        analysis_.set_action(think_action);
+        while (analysis_.get_status() != searching_status) {
+        }
+    } else if (action == 2) {
+        analysis_.set_action(stop_action);
+        while (analysis_.get_status() == searching_status) {
+        }
+    }
+}
+
+Engine::handler_t Engine::find_handler(std::string const& word) {
+    static constexpr std::array<std::pair<std::string_view, handler_t>, 10> commands{{
+        {"ucinewgame", &Engine::command_ucinewgame},
+        {"eval", &Engine::command_eval},
+        {"bench", &Engine::command_bench},
+        {"usermove", &Engine::command_usermove},
+        {"position", &Engine::command_position},
+        {"go", &Engine::command_go},
+        {"ponderhit", &Engine::command_ponderhit},
+        {"isready", &Engine::command_isready},
+        {"stop", &Engine::command_stop},
+        {"quit", &Engine::command_quit},
+    }};
+    for (auto const& [name, handler] : commands) {
+        if (name == word) return handler;
+    }
+    return nullptr;
+}
+
+void Engine::from_console() {
+    for (command_ = communicator_.from_interface(); !command_.empty();
+         command_ = communicator_.from_interface()) {
+        if (!dispatch()) return;
+    }
+}
+
+bool Engine::dispatch() {
+    std::istringstream line(command_);
+    std::string const word = read_token(line);
+    if (!word.empty()) write_log("engine <- " + command_);
+    handler_t const handler = find_handler(word);
+    return handler == nullptr || (this->*handler)(line);
+}
+
+// The report goes straight to the standard output, ahead of queued lines and without a flush.
+bool Engine::command_eval(std::istringstream&) {
+    std::cout << analysis_.static_eval_report();
+    return true;
+}
+
+bool Engine::command_isready(std::istringstream&) {
+    send("readyok");
+    return true;
+}
+
+bool Engine::command_quit(std::istringstream&) {
+    set_action(2);
+    analysis_.quit();
+    return true;
+}
+
+void Engine::send(std::string const& line) {
+    write_log("engine -> " + line);
+    communicator_.to_interface(line);
+}
+
+// While the log is closed the write fails and leaves the stream in a failed state, by which the
+// switch of the log knows that it has a file to open.
+void Engine::write_log(std::string const& line) {
+    log_ << line << std::endl;
+}
+
+}  // namespace orvelin

@@ -1,0 +1,126 @@
+#pragma once
+
+#include <cstdint>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <thread>
+
+#include "generation/tables.h"
+#include "position/chess_position.h"
+#include "protocol/communicator.h"
+#include "search/analysis.h"
+#include "search/multi_pv.h"
+
+namespace orvelin {
+
+/// Owns the whole chess machinery and translates UCI lines into operations on it.
+///
+/// All members run on the main thread; the analysis thread, which the constructor starts, runs the
+/// one `Analysis` of this object and shares with the driver the control words, the counters and,
+/// under its mutex, the lines of `Analysis`. Two state words meet here: the status of `Analysis`
+/// says what the search does, the engine state says what the interface waits for. Keeping the two
+/// apart is what lets `bestmove` wait while pondering and under `infinite`. The position belongs
+/// to the search while one runs; nothing guards it, because an interface leaves it alone then.
+class Engine {
+ public:
+    /// Builds the tables, sets the start position and starts the analysis thread. The communicator
+    /// and the log are kept by reference and must outlive the engine.
+    Engine(Communicator& communicator, std::ofstream& log);
+
+    /// Joins the analysis thread: the command `quit` must have been handled before.
+    ~Engine();
+
+    Engine(Engine const&) = delete;
+    Engine& operator=(Engine const&) = delete;
+
+    /// Takes all waiting lines from the communicator and acts on each. Unknown words are dropped.
+    /// Throws `std::logic_error` on bad move text, which nothing catches.
+    void from_console();
+
+    /// Reports what the search has found since the last call, and sends `bestmove` when the search
+    /// has ended and the interface waits for it.
+    void to_console();
+
+    /// Queues one `info` line for each line of the last copy taken from the search. Nothing is
+    /// sent in the first millisecond of a search.
+    void send_info(Analysis& analysis);
+
+    /// Queues the `info hashfull` line.
+    void send_hashfull(Analysis& analysis);
+
+    /// Whether two option names are the same but for the case of their letters.
+    static bool equal_options(std::string first, std::string second);
+
+    /// 1 starts the search and spins until it runs; 2 stops it and spins while it runs. Any other
+    /// value does nothing.
+    void set_action(char action);
+
+    // Parts and state, for tests and tools.
+
+    Analysis& analysis() { return analysis_; }
+    ChessPosition const& position() const { return position_; }
+    /// The last `position` line, with every `bestmove` that was printed since appended.
+    std::string const& position_line() const { return position_line_; }
+    /// 0 idle, 1 thinking, 2 pondering, 3 infinite.
+    int engine_state() const { return engine_state_; }
+
+ private:
+    /// Acts on the rest of one command line; false ends the work on the queue for this pass.
+    using handler_t = bool (Engine::*)(std::istringstream& arguments);
+
+    /// The handler of a command word, or null for a word that is none.
+    static handler_t find_handler(std::string const& word);
+
+    /// What the interface waits for.
+    enum engine_state_t : int {
+        idle = 0,
+        thinking = 1,   ///< `bestmove` goes out as soon as the search has ended
+        pondering = 2,  ///< `bestmove` is held back
+        infinite = 3    ///< `bestmove` is held back
+    };
+
+    bool command_ucinewgame(std::istringstream& arguments);
+    bool command_eval(std::istringstream& arguments);
+    bool command_bench(std::istringstream& arguments);
+    bool command_usermove(std::istringstream& arguments);
+    bool command_position(std::istringstream& arguments);
+    bool command_go(std::istringstream& arguments);
+    bool command_ponderhit(std::istringstream& arguments);
+    bool command_isready(std::istringstream& arguments);
+    bool command_stop(std::istringstream& arguments);
+    bool command_quit(std::istringstream& arguments);
+
+    bool dispatch();
+    void parse_position(std::istringstream& arguments);
+    void parse_moves(std::istringstream& arguments);
+    void make_text_move(std::string const& text);
+    void reset_go_limits();
+    bool read_limit(std::string const& token, std::istringstream& arguments);
+    void set_movestogo(int moves);
+    void read_searchmoves(std::istringstream& arguments);
+
+    void take_lines();
+    void take_last_lines();
+    void send(std::string const& line);
+    void write_log(std::string const& line);
+    std::string info_line(int index, std::string const& head, std::string const& counts) const;
+    std::string bestmove_line() const;
+    void prepare_bench(std::string const& fen);
+
+    Communicator& communicator_;
+    Tables tables_;
+    ChessPosition position_;
+    Analysis analysis_;
+    std::thread analysis_thread_;
+    int id_;
+    MultiPV multipv_;
+    std::string command_;
+    std::string position_line_;
+    bool debug_ = false;
+    bool chess960_ = false;
+    std::ofstream& log_;
+    int engine_state_ = idle;
+};
+
+}  // namespace orvelin

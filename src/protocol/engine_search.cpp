@@ -1,0 +1,114 @@
+#include <array>
+#include <cstdint>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "protocol/arguments.h"
+#include "protocol/engine.h"
+#include "time/sleep.h"
+
+namespace orvelin {
+
+// The limits are reset even when the command is then refused, and also under a search that runs on
+// in the states of the held-back `bestmove`: by design. The opening book is to answer between the
+// reset and the refusal.
+bool Engine::command_go(std::istringstream& arguments) {
+    reset_go_limits();
+    if (engine_state_ == thinking) {
+        write_log("Error: received go while already thinking");
+        return false;
+    }
+    engine_state_ = thinking;
+    while (read_limit(read_token(arguments), arguments)) {
+    }
+    analysis_.set_action(think_action);
+    return true;
+}
+
+void Engine::reset_go_limits() {
+    analysis_.reset();
+    analysis_.set_depth(102);
+    analysis_.reset_max_nodes();
+    set_movestogo(40);
+}
+
+// Under a running search the position is mid-line; the side that is to move at its root is what
+// the time manager already holds.
+void Engine::set_movestogo(int moves) {
+    if (analysis_.get_status() == searching_status) {
+        analysis_.time_manager().set_movestogo(moves);
+    } else {
+        analysis_.set_movestogo(moves);
+    }
+}
+
+bool Engine::read_limit(std::string const& token, std::istringstream& arguments) {
+    using setter_t = void (Analysis::*)(int);
+    static constexpr std::array<std::pair<std::string_view, setter_t>, 7> numbers{{
+        {"wtime", &Analysis::set_wtime},
+        {"btime", &Analysis::set_btime},
+        {"winc", &Analysis::set_winc},
+        {"binc", &Analysis::set_binc},
+        {"depth", &Analysis::set_depth},
+        {"mate", &Analysis::set_mate},
+        {"movetime", &Analysis::set_movetime},
+    }};
+    for (auto const& [name, setter] : numbers) {
+        if (token == name) {
+            (analysis_.*setter)(read_number(arguments));
+            return true;
+        }
+    }
+    if (token == "movestogo") {
+        set_movestogo(read_number(arguments));
+    } else if (token == "nodes") {
+        // Read as an int and sign-extended, so that a negative limit is an enormous one.
+        analysis_.set_nodes(static_cast<std::uint64_t>(std::int64_t{read_number(arguments)}));
+    } else if (token == "infinite") {
+        analysis_.set_infinite(true);
+        engine_state_ = infinite;
+    } else if (token == "ponder") {
+        analysis_.set_pondering(true);
+        engine_state_ = pondering;
+    } else if (token == "searchmoves") {
+        read_searchmoves(arguments);
+    } else {
+        return false;
+    }
+    return true;
+}
+
+void Engine::read_searchmoves(std::istringstream& arguments) {
+    std::vector<Move> moves;
+    for (std::string text = read_token(arguments); !text.empty(); text = read_token(arguments)) {
+        moves.push_back(position_.convert_to_move(text));
+    }
+    analysis_.set_searchmoves(std::move(moves));
+}
+
+// The clock is not restarted: the time spent pondering counts against the budget.
+bool Engine::command_ponderhit(std::istringstream&) {
+    analysis_.ponderhit();
+    engine_state_ = thinking;
+    return true;
+}
+
+// Neither hashfull nor the position line follow a stopped search, so that the next `position` is
+// parsed in full: by design.
+bool Engine::command_stop(std::istringstream&) {
+    if (engine_state_ == idle) return true;
+    set_action(2);
+    engine_state_ = idle;
+    while (analysis_.get_status() == searching_status) sleep_milliseconds(5);
+    if (multipv_.version() < analysis_.mpv_version()) {
+        take_last_lines();
+        send_info(analysis_);
+    }
+    position_.make_move(analysis_.best_move());
+    send(bestmove_line());
+    analysis_.set_status(ready_status);
+    return true;
+}
+
+}  // namespace orvelin

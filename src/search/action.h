@@ -1,0 +1,19 @@
+#pragma once
+
+#include <cstdint>
+
+namespace orvelin {
+
+/// What the analysis thread is asked to do.
+enum action_t : std::int32_t {
+    no_action = 0,     ///< nothing to do
+    think_action = 1,  ///< start a search
+    stop_action = 2    ///< end the running search
+};
+
+/// What the analysis thread is doing.
+inline constexpr int ready_status = 0;      ///< nothing to report
+inline constexpr int searching_status = 1;  ///< a search runs
+inline constexpr int finished_status = 2;   ///< a search has ended, or a stop was taken while idle
+
+}  // namespace orvelin

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "position/move.h"
+
+namespace orvelin {
+
+/// How often a quiet move gave a cut-off as the answer to an earlier move, by piece and
+/// destination of both. One table serves the opponent's last move and the own move before it.
+///
+/// The object holds its 7 MiB in place and therefore lives on the heap, owned by the search
+/// object and touched by the analysis thread only. Values wrap around rather than overflow.
+class CounterMove {
+ public:
+    /// Sets all values to 0.
+    void clear();
+
+    /// Ages all values: arithmetic shift right by 3.
+    void divide_by_8();
+
+    /// Adds 2^(depth mod 64) to the value of `answer` after `earlier`.
+    void increment(Move const& earlier, Move const& answer, int depth) {
+        add(earlier, answer, weight(depth));
+    }
+    /// Subtracts 2^(depth mod 64) from the value of `answer` after `earlier`.
+    void decrement(Move const& earlier, Move const& answer, int depth) {
+        add(earlier, answer, 0 - weight(depth));
+    }
+
+    std::int64_t value(Move const& earlier, Move const& answer) const {
+        return value(earlier.piece_id(), earlier.to().id(), answer);
+    }
+    /// The earlier move as piece id, 0 to 14, and destination, 0 to 64.
+    std::int64_t value(int const& piece, int const& destination, Move const& answer) const {
+        return values_[index(piece, destination, answer)];
+    }
+
+ private:
+    static constexpr std::size_t pieces = 15;
+    static constexpr std::size_t squares = 64;
+
+    static std::uint64_t weight(int depth) {
+        return std::uint64_t{1} << (static_cast<unsigned int>(depth) & 63U);
+    }
+
+    /// The array is flat so that the empty move, whose destination is 64, stays inside.
+    static std::size_t index(int piece, int destination, Move const& answer) {
+        std::size_t const earlier =
+            static_cast<std::size_t>(piece) * squares + static_cast<std::size_t>(destination);
+        return (earlier * pieces + static_cast<std::size_t>(answer.piece_id())) * squares +
+               static_cast<std::size_t>(answer.to().id());
+    }
+
+    void add(Move const& earlier, Move const& answer, std::uint64_t amount) {
+        std::int64_t& value = values_[index(earlier.piece_id(), earlier.to().id(), answer)];
+        value = static_cast<std::int64_t>(static_cast<std::uint64_t>(value) + amount);
+    }
+
+    std::array<std::int64_t, pieces * squares * pieces * squares> values_{};
+};
+
+}  // namespace orvelin

@@ -1,0 +1,70 @@
+#include <algorithm>
+#include <array>
+#include <stdexcept>
+
+#include "position/chess_position.h"
+#include "search/analysis.h"
+
+namespace orvelin {
+
+namespace {
+
+/// Exchange values by the low three bits of a piece id; index 7 is no piece.
+constexpr std::array<int, 8> exchange_value{0, 100, 300, 300, 500, 900, 4000, 0};
+
+/// Gain of a promotion by move code.
+constexpr std::array<int, 8> promotion_gain{0, 0, 800, 400, 200, 200, 0, 0};
+
+constexpr int king_type = 6;
+
+/// What the winner of an enemy king is given.
+constexpr int king_capture_score = 32000;
+
+int captured_type(Move const& move) {
+    int const type = move.capture_id() & 7;
+    if (type == 7) {
+        throw std::logic_error("Piece::abs_value out of range:");
+    }
+    return type;
+}
+
+int gain_of(Move const& move, int type) {
+    return exchange_value[static_cast<std::size_t>(type)] + promotion_gain[move.code()];
+}
+
+}  // namespace
+
+int Analysis::see(Move const& move) {
+    int const gain = gain_of(move, captured_type(move));
+    position_.force_move(move);
+    int const result = gain - see(move.to());
+    position_.undo_forced_move(move);
+    return result;
+}
+
+int Analysis::see(Square square) {
+    int const side = position_.stm();
+    if (side != 0 && side != 1) {
+        throw std::logic_error("Analysis::see   side to move is corrupt");
+    }
+    // Looked for on the board as it stands, so a slider behind an earlier captor counts.
+    Square const attacker = side == 1 ? position_.white_weakest_attacker(square)
+                                      : position_.black_weakest_attacker(square);
+    if (attacker == Square()) {
+        return 0;
+    }
+    Move const move = position_.convert_to_move(attacker, square, normal_move);
+    int const type = captured_type(move);
+    if (type == king_type) {
+        return king_capture_score;
+    }
+    // A pawn that recaptures on the last rank stays a pawn here, by design.
+    int const gain = gain_of(move, type);
+    position_.force_move(move);
+    int const result = gain - see(square);
+    position_.undo_forced_move(move);
+    // The side may decline to go on.
+    return std::max(result, 0);
+}
+
+}  // namespace orvelin

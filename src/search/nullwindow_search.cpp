@@ -1,0 +1,266 @@
+#include <algorithm>
+#include <array>
+
+#include "generation/tables.h"
+#include "position/chess_position.h"
+#include "search/analysis.h"
+#include "search/lmr_table.h"
+#include "search/transposition_table.h"
+
+namespace orvelin {
+
+struct Analysis::NullWindowNode {
+    int depth;
+    int alpha;
+    int beta;
+    int eval;
+    bool check;
+    Move hash_move;
+};
+
+int Analysis::nullwindow_search(int depth, int alpha, int beta) {
+    new_node();
+    int result = 0;
+    if (mate_distance_cut(alpha, beta, result)) {
+        return result;
+    }
+    if (ply_ > seldepth_.load(std::memory_order_relaxed)) {
+        seldepth_.store(ply_);
+    }
+    if (stopped()) {
+        return alpha;
+    }
+    if (position_.draw_by_threefold_repetition()) {
+        return draw_score;
+    }
+    if (depth < 1 || ply_ > max_iteration) {
+        return leaf_value(alpha, beta);
+    }
+    MoveTable move_table;
+    move_generator_.create_movetable(position_, move_table);
+
+    NullWindowNode node{depth, alpha, beta, -infinite_score, position_.check(), Move()};
+    if (!node.check) {
+        node.eval = static_eval();
+        if (node.eval > min_mate_score || node.eval < -min_mate_score) {
+            return node.eval;
+        }
+    }
+    if (nullmove_cut(node)) {
+        return beta;
+    }
+    if (reduced_search_cut(node)) {
+        return beta;
+    }
+    if (table_cut(node, result)) {
+        return result;
+    }
+    if (node.hash_move.code() != nullmove) {
+        // Searched already. For a promotion all four moves leave the list: by design.
+        move_table[static_cast<std::size_t>(node.hash_move.from().id())] &=
+            ~to_ull(node.hash_move.to().bitboard());
+    }
+    std::array<Move, MoveList::capacity> moves;
+    MoveList list(moves.data());
+    move_generator_.serialize_moves(position_, move_table, list);
+    if (list.size() == 0 && node.hash_move == Move()) {
+        return node.check ? ply_ - mate_score : draw_score;
+    }
+    localsort(list, node.depth, false, Move());
+    return search_null_window_moves(node, list);
+}
+
+// A refuted pass deepens the node by one ply for all that follows in it.
+bool Analysis::nullmove_cut(NullWindowNode& node) {
+    if (node.eval < node.beta || !nullmove_allowed()) {
+        return false;
+    }
+    if (nullmove_search(node.depth, node.alpha, node.beta) >= node.beta) {
+        return true;
+    }
+    int const threat_alpha = node.alpha - 200;
+    if (nullmove_search(node.depth, threat_alpha, node.beta - 200) < threat_alpha) {
+        ++node.depth;
+    }
+    return false;
+}
+
+// The position has to hold 200 above beta at a reduced depth. No move is made, so the same
+// node is entered, and counted, once more.
+bool Analysis::reduced_search_cut(NullWindowNode const& node) {
+    if (node.eval < node.beta + 200 || node.check || node.depth < 5 || mate_attack_count_ != 0) {
+        return false;
+    }
+    return nullwindow_search(node.depth - 4, node.beta + 199, node.beta + 200) >= node.beta + 200;
+}
+
+// Table cut-off, then the search of the table's move before any list is made.
+bool Analysis::table_cut(NullWindowNode& node, int& result) {
+    TTrecord const* const record = transposition_table_.find(position_.get_hash());
+    if (record == nullptr) {
+        return false;
+    }
+    if (record->get_draft() >= node.depth) {
+        int const score = record->get_score(ply_);
+        if (record->is_exact_value()) {
+            // Not clamped to the window, by design.
+            result = score;
+            return true;
+        }
+        if (record->is_upperbound() && score <= node.alpha) {
+            result = node.alpha;
+            return true;
+        }
+        if (record->is_lowerbound() && score >= node.beta) {
+            result = node.beta;
+            return true;
+        }
+    }
+    TTmove ttmove = record->get_move();
+    if (!is_legal(ttmove)) {
+        return false;
+    }
+    node.hash_move = ttmove(position_);
+    result = node.beta;
+    return hash_move_cut(node);
+}
+
+// Neither reduced nor followed by a stop test: a stopped subtree can store its bound here,
+// by design. The ordering tables learn nothing from this cut-off.
+bool Analysis::hash_move_cut(NullWindowNode const& node) {
+    MoveList const no_list(nullptr);
+    int const extension = extend(no_list, node.hash_move);
+    make_move(node.hash_move);
+    int const score = -nullwindow_search(node.depth - 1 + extension, -node.beta, -node.alpha);
+    unmake_move(node.hash_move);
+    if (score < node.beta) {
+        return false;
+    }
+    put_in_tt(lower_bound, node.depth, node.beta, node.hash_move, date_);
+    return true;
+}
+
+int Analysis::search_null_window_moves(NullWindowNode const& node, MoveList const& list) {
+    int const size = static_cast<int>(list.size());
+    // The index counts the skipped moves too.
+    for (int i = 0; i < size; ++i) {
+        Move const move = list[i];
+        if (move == node.hash_move) {
+            continue;
+        }
+        if (!node.check && skip_late_move(node, move, i)) {
+            continue;
+        }
+        int const score = search_null_window_move(node, list, move, i);
+        if (stopped()) {
+            return node.alpha;
+        }
+        if (score > node.alpha) {
+            if (move.capture_id() == 0) {
+                learn_cutoff(node, list, i);
+            }
+            put_in_tt(lower_bound, node.depth, node.beta, move, date_);
+            return node.beta;
+        }
+    }
+    put_in_tt(upper_bound, node.depth, node.alpha, node.hash_move, date_);
+    return node.alpha;
+}
+
+// Late move pruning and futility, for quiet moves of a node that is not in check.
+bool Analysis::skip_late_move(NullWindowNode const& node, Move const& move, int index) const {
+    bool const quiet = move.capture_id() == 0 && move.code() == normal_move && !move.check();
+    if (!quiet) {
+        return false;
+    }
+    if (ply_ > 4) {
+        if (node.depth <= 2 && index >= 7) {
+            return true;
+        }
+        if ((node.depth == 3 || node.depth == 4) && index >= 11) {
+            return true;
+        }
+    }
+    switch (node.depth) {
+        case 1:
+            return node.eval < node.alpha - 99;
+        case 2:
+            return node.eval < node.alpha - 499;
+        case 3:
+            return node.eval < node.alpha - 899;
+        default:
+            return false;
+    }
+}
+
+int Analysis::search_null_window_move(NullWindowNode const& node, MoveList const& list,
+                                      Move const& move, int index) {
+    int const extension = extend(list, move);
+    int reduction = 0;
+    if (extension == 0 && !node.check && move.xcode() != good_capture && move.xcode() != killer &&
+        !move.check()) {
+        reduction = lmr_table_.value(node.depth, static_cast<unsigned int>(index));
+    }
+    make_move(move);
+    int score = -nullwindow_search(node.depth - 1 - reduction + extension, -node.beta, -node.alpha);
+    if (score >= node.beta && reduction > 0) {
+        score = -nullwindow_search(node.depth - 1, -node.beta, -node.alpha);
+    }
+    unmake_move(move);
+    return score;
+}
+
+// Raises the quiet move that cut, and lowers every list entry before it, captures and
+// skipped moves included.
+void Analysis::learn_cutoff(NullWindowNode const& node, MoveList const& list, int index) {
+    Move const cut_move = list[index];
+    int const depth = node.depth;
+    auto const teach_counter = [&](Move const& earlier) {
+        counter_moves_->increment(earlier, cut_move, depth);
+        for (int j = 0; j < index; ++j) {
+            counter_moves_->decrement(earlier, list[j], depth);
+        }
+    };
+    Move const previous = position_.last_move();
+    if (previous != Move()) {
+        teach_counter(previous);
+        Move const before_previous = move_before_last();
+        if (before_previous != Move()) {
+            teach_counter(before_previous);
+        }
+    }
+    unsigned int const history_depth = static_cast<unsigned int>(depth);
+    history_table_.increment(cut_move, history_depth);
+    for (int j = 0; j < index; ++j) {
+        history_table_.decrement(list[j], history_depth);
+    }
+    killers_.set_killer(ply_, cut_move);
+}
+
+int Analysis::nullmove_search(int depth, int alpha, int beta) {
+    make_nullmove();
+    int const reduced_depth = std::max(depth - depth / 5 - 4, 0);
+    int const score = nullwindow_search(reduced_depth, -beta, -alpha);
+    unmake_nullmove();
+    return -score;
+}
+
+bool Analysis::nullmove_allowed() const {
+    if (position_.last_move().code() == nullmove) {
+        return false;
+    }
+    if (position_.check()) {
+        return false;
+    }
+    if (ply_ < 1) {
+        return false;
+    }
+    // Knights and pawns do not count.
+    BitBoard const sliders =
+        position_.stm() == 1
+            ? position_.white_bishop() | position_.white_rook() | position_.white_queen()
+            : position_.black_bishop() | position_.black_rook() | position_.black_queen();
+    return static_cast<bool>(sliders);
+}
+
+}  // namespace orvelin

@@ -1,0 +1,83 @@
+#include <algorithm>
+#include <array>
+
+#include "generation/tables.h"
+#include "position/chess_position.h"
+#include "search/analysis.h"
+
+namespace orvelin {
+
+namespace {
+
+/// Below this level of quiescence only captures that win material are searched.
+constexpr int losing_captures_end = -8;
+
+}  // namespace
+
+int Analysis::quiescence(int alpha, int beta, int qdepth) {
+    // At level 0 the caller has already counted this node.
+    if (qdepth < 0) {
+        new_node();
+    }
+    MoveTable move_table;
+    move_generator_.create_movetable(position_, move_table);
+    bool const check = position_.check();
+    int value = ply_ - mate_score;
+    if (!check) {
+        value = static_eval();
+        if (value > max_ordinary_score) {
+            value -= ply_;
+        } else if (value < -max_ordinary_score) {
+            value += ply_;
+        }
+    }
+    if (value >= beta) {
+        return beta;
+    }
+    alpha = std::max(value, alpha);
+    if (stopped()) {
+        return alpha;
+    }
+
+    std::array<Move, MoveList::capacity> moves;
+    MoveList list(moves.data());
+    if (check) {
+        move_generator_.serialize_moves(position_, move_table, list);
+        if (list.size() == 0) {
+            return ply_ - mate_score;
+        }
+    } else {
+        move_generator_.serialize_captures(position_, move_table, list);
+        if (list.size() == 0) {
+            return alpha;
+        }
+    }
+    for (Move const& move : list) {
+        if (qdepth < losing_captures_end && !check && see(move) <= 0) {
+            continue;
+        }
+        int const score = quiescence_move(move, alpha, beta, qdepth);
+        if (score >= beta) {
+            return beta;
+        }
+        alpha = std::max(alpha, score);
+    }
+    return alpha;
+}
+
+// A mate score has the ply taken off again at each level that it passes, beyond the ply
+// already in it: mates seen in quiescence are discounted, by design.
+int Analysis::quiescence_move(Move const& move, int alpha, int beta, int qdepth) {
+    make_move(move);
+    int const reply = quiescence(-beta, -alpha, qdepth - 1);
+    int score = -reply;
+    if (reply < -max_ordinary_score) {
+        score = -reply - ply_;
+    } else if (reply > max_ordinary_score) {
+        score = ply_ - reply;
+    }
+    unmake_move(move);
+    return score;
+}
+
+}  // namespace orvelin

@@ -1,0 +1,114 @@
+#include <array>
+
+#include "generation/tables.h"
+#include "position/chess_position.h"
+#include "search/analysis.h"
+
+namespace orvelin {
+
+int Analysis::root_search(MoveList& /*list*/, int depth, int alpha, int beta) {
+    PrincipalVariation local_line;
+    int const score = pv_search(depth, alpha, beta, local_line);
+    {
+        std::lock_guard const lock(analysis_mutex_);
+        mpv_.clear();
+        // Published whatever happened: after a stop this is the best line fully searched.
+        mpv_.add(root_line_);
+        if (mpv_.number() < 2) {
+            return score;
+        }
+    }
+    search_further_lines(depth);
+    return score;
+}
+
+void Analysis::publish(PrincipalVariation const& line) {
+    std::lock_guard const lock(analysis_mutex_);
+    mpv_.add(line);
+}
+
+void Analysis::search_further_lines(int depth) {
+    int const saved_score = best_score_.load();
+    Move const saved_move = best_move_.load();
+    MoveList list;
+    // The `searchmoves` limit holds for the first line only, by design.
+    move_generator_.generate_moves(position_, list);
+    remove(saved_move, list);
+    PrincipalVariation pass_line;
+    for (int n = 1; n < wanted_lines(); ++n) {
+        Move pass_move;
+        if (list.size() > 0) {
+            search_root_pass(list, depth, pass_line, pass_move);
+        }
+        // The line is not emptied between passes: with no move left it is added again.
+        publish(pass_line);
+        if (list.size() > 0) {
+            remove(pass_move, list);
+        }
+    }
+    best_score_.store(saved_score);
+    best_move_.store(saved_move);
+}
+
+// The window is handed on as it stands, never flipped for the opponent's side: the lower
+// bound is the pass's best, the upper bound infinity. A later move can thus only improve on
+// a negative best. No stop test stands here: after a stop each search returns at once.
+void Analysis::search_root_pass(MoveList& list, int depth, PrincipalVariation& pass_line,
+                                Move& pass_move) {
+    int best = -infinite_score;
+    for (Move const move : list) {
+        PrincipalVariation child_line;
+        make_move(move);
+        int const score = -pv_search(depth - 1, best, infinite_score, child_line);
+        unmake_move(move);
+        if (score > best) {
+            pass_line = move + child_line;
+            best = score;
+            pass_line.set_score(score);
+            pass_line.set_depth(depth);
+            pass_move = move;
+        }
+    }
+}
+
+int Analysis::wanted_lines() const {
+    std::lock_guard const lock(analysis_mutex_);
+    return mpv_.number();
+}
+
+void Analysis::select_searchmoves(MoveList& list) {
+    std::lock_guard const lock(searchmoves_mutex_);
+    if (ply_ != 0 || searchmoves_.empty() || list.size() == 0) {
+        return;
+    }
+    std::array<Move, MoveList::capacity> chosen;
+    std::size_t count = 0;
+    for (Move const move : list) {
+        // A move entered twice comes out twice.
+        for (Move const& wanted : searchmoves_) {
+            if (move == wanted && count < chosen.size()) {
+                chosen[count++] = move;
+            }
+        }
+    }
+    list.set_size(static_cast<int>(count));
+    for (std::size_t i = 0; i < count; ++i) {
+        list[static_cast<int>(i)] = chosen[i];
+    }
+}
+
+void Analysis::remove(Move const& move, MoveList& list) {
+    int const size = static_cast<int>(list.size());
+    for (int i = 0; i < size; ++i) {
+        if (list[i] != move) {
+            continue;
+        }
+        for (int j = i + 1; j < size; ++j) {
+            list[j - 1] = list[j];
+        }
+        list.set_size(size - 1);
+        return;
+    }
+}
+
+}  // namespace orvelin

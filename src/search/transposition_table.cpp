@@ -1,0 +1,87 @@
+#include "search/transposition_table.h"
+
+#include <algorithm>
+#include <bit>
+#include <limits>
+#include <new>
+
+namespace orvelin {
+
+namespace {
+
+constexpr std::uint64_t bytes_per_megabyte = std::uint64_t{1} << 20;
+constexpr int min_megabytes = 6;
+
+std::uint64_t buckets_of(int megabytes) {
+    auto const wanted = static_cast<std::uint64_t>(std::max(megabytes, min_megabytes));
+    return std::bit_floor(wanted * bytes_per_megabyte / sizeof(Bucket));
+}
+
+}  // namespace
+
+TranspositionTable::TranspositionTable() {
+    allocate(default_buckets);
+}
+
+int TranspositionTable::get_size() const {
+    return static_cast<int>(size_ * sizeof(Bucket) / bytes_per_megabyte);
+}
+
+void TranspositionTable::set_size(int megabytes) {
+    std::uint64_t const size = buckets_of(megabytes);
+    if (size != size_) {
+        allocate(size);
+    }
+}
+
+/// The old array goes first, so that both need never fit into memory together. The new one
+/// comes zeroed by the system, page by page when it is first touched.
+void TranspositionTable::allocate(std::uint64_t size) {
+    size_ = 0;
+    buckets_ = nullptr;
+    memory_.reset();
+    if (size >= std::numeric_limits<std::size_t>::max() / sizeof(Bucket)) {
+        throw std::bad_array_new_length();
+    }
+    // One bucket more leaves room for the alignment.
+    memory_.reset(std::calloc(size + 1, sizeof(Bucket)));
+    if (memory_ == nullptr) {
+        throw std::bad_alloc();
+    }
+    void* start = memory_.get();
+    std::size_t space = (size + 1) * sizeof(Bucket);
+    buckets_ =
+        static_cast<Bucket*>(std::align(alignof(Bucket), size * sizeof(Bucket), start, space));
+    size_ = size;
+    touched_.store(false, std::memory_order_relaxed);
+}
+
+void TranspositionTable::set_threshold(int bytes) {
+    static_assert(sizeof(Bucket) == 1U << 6);
+    threshold_ = static_cast<std::uint64_t>(static_cast<std::int64_t>(bytes >> 6));
+}
+
+int TranspositionTable::hashfull(unsigned char date) const {
+    std::uint64_t const sample = std::min<std::uint64_t>(size_, 1000);
+    int count = 0;
+    for (std::uint64_t i = 0; i < sample; ++i) {
+        count += buckets_[i].has_date(date);
+    }
+    return count >> 2;
+}
+
+void TranspositionTable::clear() {
+    if (!touched_.load(std::memory_order_relaxed) || threshold_ >= size_) {
+        return;
+    }
+    for (std::uint64_t i = threshold_ + 1; i < size_; ++i) {
+        buckets_[i].clear();
+    }
+}
+
+unsigned char* TranspositionTable::get_uchar_adress() {
+    touched_.store(true, std::memory_order_relaxed);
+    return reinterpret_cast<unsigned char*>(buckets_);
+}
+
+}  // namespace orvelin

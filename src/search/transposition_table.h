@@ -1,0 +1,112 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+
+#include "search/bucket.h"
+#include "search/tt_record.h"
+
+namespace orvelin {
+
+/// What the search remembers per position: best move, score with its bound, depth, date.
+///
+/// Owns one array of buckets, a power of two of them, indexed by the low bits of the key. A
+/// bucket is in use only when its index is above the threshold: the low end of the array is
+/// lent out as plain memory while an endgame table is built there, and bucket 0 is never
+/// used. The analysis thread alone reads and writes records during a search; the main
+/// thread may take hashfull() meanwhile, a snapshot. All else that the main thread does
+/// here, set_size() above all, belongs between searches.
+class TranspositionTable {
+ public:
+    /// Buckets of a new table: 128 MiB.
+    static constexpr std::uint64_t default_buckets = std::uint64_t{1} << 21;
+
+    TranspositionTable();
+    TranspositionTable(TranspositionTable const&) = delete;
+    TranspositionTable& operator=(TranspositionTable const&) = delete;
+    ~TranspositionTable() = default;
+
+    /// Size in MiB.
+    int get_size() const;
+    /// Makes the table as large as fits into so many MiB (at least 6), in a power of two of
+    /// buckets. A new size empties the table; the same size keeps all.
+    /// Throws std::bad_array_new_length for a size that cannot be told in bytes, and
+    /// std::bad_alloc when there is no memory; the table is then empty and stores nothing.
+    void set_size(int megabytes);
+    /// Number of buckets.
+    std::uint64_t buckets() const { return size_; }
+
+    /// Takes the first `bytes` of the array out of use. A negative number leaves no bucket.
+    void set_threshold(int bytes);
+    /// The threshold in bytes.
+    std::uint64_t get_threshold() const { return threshold_ * sizeof(Bucket); }
+    /// The threshold itself: the index of the last bucket that is out of use.
+    std::uint64_t threshold_buckets() const { return threshold_; }
+    void set_threshold_buckets(std::uint64_t index) { threshold_ = index; }
+
+    /// Per mille of the records that have this date, from the first 1000 buckets. Kept: the
+    /// sample counts bucket 0 and those below the threshold in, though they are not in use.
+    int hashfull(unsigned char date) const;
+
+    /// Empties the buckets above the threshold; those at and below it keep their bytes.
+    void clear();
+
+    bool enabled() const { return enabled_; }
+    void set_enabled(bool enabled) { enabled_ = enabled; }
+
+    /// The record of this key in its place, nullptr when there is none or the table is
+    /// disabled. Valid until the next write.
+    TTrecord const* find(std::uint64_t key) const {
+        std::uint64_t const index = key & (size_ - 1);
+        return in_use(index) ? buckets_[index].find(key) : nullptr;
+    }
+
+    /// Fills in the value for the key that the record comes with, as Bucket::read.
+    bool read(TTrecord& record) const {
+        std::uint64_t const index = record.get_key() & (size_ - 1);
+        return in_use(index) && buckets_[index].read(record);
+    }
+
+    /// Stores the record, as Bucket::write; nothing for a bucket that is not in use.
+    void write(TTrecord const& record) {
+        std::uint64_t const index = record.get_key() & (size_ - 1);
+        if (in_use(index)) {
+            bucket(index).write(record);
+        }
+    }
+
+    /// The bucket of that index, below buckets(); not checked.
+    Bucket& bucket(std::uint64_t index) {
+        touched_.store(true, std::memory_order_relaxed);
+        return buckets_[index];
+    }
+    Bucket const& bucket(std::uint64_t index) const { return buckets_[index]; }
+
+    /// Start of the array as plain memory, for the tables that are built in its low end.
+    unsigned char* get_uchar_adress();
+
+ private:
+    struct Release {
+        void operator()(void* memory) const { std::free(memory); }
+    };
+
+    void allocate(std::uint64_t size);
+
+    bool in_use(std::uint64_t index) const {
+        // The last test is for a table whose allocation failed: its size is 0.
+        return enabled_ && index > threshold_ && index < size_;
+    }
+
+    Bucket* buckets_ = nullptr;
+    std::uint64_t size_ = 0;
+    std::uint64_t threshold_ = 0;
+    bool enabled_ = true;
+    /// Whether anything can have been written since the allocation. Spares clear() the walk
+    /// through zero pages that the system has not even provided yet.
+    std::atomic<bool> touched_{false};
+    std::unique_ptr<void, Release> memory_;
+};
+
+}  // namespace orvelin

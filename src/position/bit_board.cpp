@@ -53,7 +53,11 @@ std::string BitBoard::dump() const {
 }
 
 void BitBoard::write() const {
-    std::cout << '\n' << dump() << std::flush;
+    std::cout << std::endl;
+    std::istringstream lines(dump());
+    for (std::string line; std::getline(lines, line);) {
+        std::cout << line << std::endl;
+    }
 }
 
 }  // namespace orvelin

@@ -97,13 +97,8 @@ class BoardPosition {
     std::string dump() const;
 
  private:
-    /// Squares and ids of one move, unpacked.
-    struct Step;
-
     void place(std::size_t square, std::size_t id);
     void lift(std::size_t square, std::size_t id);
-    void make_castling(Step const& step);
-    void unmake_castling(Step const& step);
 
     BitBoard white_pieces_;
     BitBoard black_pieces_;

@@ -105,12 +105,12 @@ void BoardPosition::fen(std::string const& text) {
 
 bool BoardPosition::corrupt(std::uint64_t /*unused*/) const {
     if (white_king().popcount() != 1 || black_king().popcount() != 1) {
-        return 1;
+        return true;
     }
     BitBoard seen;
     for (std::size_t id = 1; id <= 14; ++id) {
         if (seen & boards_[id]) {
-            return 1;
+            return true;
         }
         seen |= boards_[id];
     }

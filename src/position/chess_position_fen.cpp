@@ -93,6 +93,7 @@ std::uint16_t ChessPosition::read_castlingrights(std::string const& field) const
 
 void ChessPosition::fen(std::string const& text) {
     // The text may be this position's own initial position, which clear() overwrites.
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
     const std::string source = text;
     clear();
     const fen_fields_t fields = split_fen(source);
@@ -115,8 +116,8 @@ void ChessPosition::fen(std::string const& text) {
 }
 
 std::string ChessPosition::placement_text() const {
-    // Ids above the black king's, which only an illegal promotion can make, are written as blanks.
-    static constexpr char letters[] = " PNBRQK  pnbrqk    ";
+    // Ids 7, 8 and 15, which only an illegal promotion can make, are written as blanks.
+    static constexpr char letters[] = " PNBRQK  pnbrqk ";
     std::string text;
     for (int rank = 7; rank >= 0; --rank) {
         int empty_squares = 0;

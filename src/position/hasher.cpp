@@ -20,10 +20,11 @@ constexpr std::size_t index(int id) {
     return static_cast<std::size_t>(id);
 }
 
-/// Row of a man's keys. Ids above the king's, which only an illegal promotion can make, share the
-/// row of no man, whose keys are 0.
+/// Row of a man's keys. Ids are cut to four bits, as the board does with those that an illegal
+/// promotion makes; id 15 shares the row of no man, whose keys are 0.
 constexpr std::size_t row(int id) {
-    return id < 15 ? index(id) : 0;
+    const std::size_t cut = index(id & 15);
+    return cut < 15 ? cut : 0;
 }
 
 /// Row of the man that a promotion puts on the board.

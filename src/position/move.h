@@ -1,6 +1,5 @@
 #pragma once
 
-#include <compare>
 #include <cstdint>
 #include <string>
 
@@ -46,7 +45,7 @@ enum xmove_t : std::uint8_t {
 /// promotion has the pawn as piece. The setters clear their field and OR the new value in, which
 /// must fit.
 class Move {
-   public:
+ public:
     /// The empty move.
     constexpr Move() = default;
     /// Class xnormal_move, no check. Squares are cut to six bits; the other fields must fit.
@@ -105,7 +104,7 @@ class Move {
     /// All fields in one line, for diagnosis.
     std::string dump() const;
 
-   private:
+ private:
     static constexpr int to_shift = 0;
     static constexpr int from_shift = 6;
     static constexpr int code_shift = 12;

@@ -6,12 +6,12 @@
 
 namespace orvelin {
 
-Square::Square(std::string const& name) {
-    if (name.size() != 2) {
+Square::Square(std::string const& text) {
+    if (text.size() != 2) {
         throw std::logic_error("Square::Square(string)  size() error");
     }
     int const id =
-        (static_cast<signed char>(name[0]) - 'a') + 8 * (static_cast<signed char>(name[1]) - '1');
+        (static_cast<signed char>(text[0]) - 'a') + 8 * (static_cast<signed char>(text[1]) - '1');
     if (id < 0 || id > 63) {
         throw std::logic_error("Square::Square(string)  out of range");
     }

@@ -1,0 +1,212 @@
+#include <gtest/gtest.h>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "generation/tables.h"
+#include "position/chess_position.h"
+#include "support/shared_tables.h"
+
+namespace orvelin {
+namespace {
+
+class NotationTest : public ::testing::Test {
+ protected:
+    Move pair(char const* from, char const* to, move_t code = normal_move) const {
+        return position.convert_to_move(Square(std::string(from)), Square(std::string(to)), code);
+    }
+
+    Move text(std::string const& move) { return position.convert_to_move(move); }
+
+    ChessPosition position{test::shared_tables()};
+};
+
+TEST_F(NotationTest, QuietPairTakesManAndCodeFromTheBoard) {
+    position.newgame();
+    const Move move = pair("g1", "f3");
+    EXPECT_EQ(move.from(), Square("g1"));
+    EXPECT_EQ(move.to(), Square("f3"));
+    EXPECT_EQ(move.code(), normal_move);
+    EXPECT_EQ(move.piece_id(), 2);
+    EXPECT_EQ(move.capture_id(), 0);
+    EXPECT_EQ(move.xcode(), xnormal_move);
+    EXPECT_FALSE(move.check());
+}
+
+TEST_F(NotationTest, CapturePairTakesTheCapturedMan) {
+    position.fen("4k3/8/8/3n4/4P3/8/8/4K3 w - - 0 1");
+    EXPECT_EQ(pair("e4", "d5").capture_id(), 10);
+    EXPECT_EQ(pair("e4", "d5").code(), normal_move);
+}
+
+TEST_F(NotationTest, PairWithoutAManHasCodeZero) {
+    position.newgame();
+    EXPECT_EQ(pair("e4", "e5").code(), nullmove);
+    EXPECT_EQ(pair("e4", "e5", promo_queen).code(), nullmove);
+    EXPECT_EQ(pair("e4", "e7").capture_id(), 9);
+}
+
+TEST_F(NotationTest, KingOnOwnRookIsCastling) {
+    position.fen("r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1");
+    EXPECT_EQ(pair("e1", "h1").code(), castling);
+    EXPECT_EQ(pair("e1", "h1").capture_id(), 0);
+    EXPECT_EQ(pair("e1", "a1").code(), castling);
+    EXPECT_EQ(pair("e8", "h8").code(), castling);
+    EXPECT_EQ(pair("e8", "a8").code(), castling);
+    EXPECT_EQ(pair("e1", "a8").code(), normal_move);
+    EXPECT_EQ(pair("e1", "a8").capture_id(), 12);
+}
+
+TEST_F(NotationTest, CallersCastlingCodeClearsTheCapture) {
+    position.newgame();
+    const Move move = pair("g1", "f1", castling);
+    EXPECT_EQ(move.code(), castling);
+    EXPECT_EQ(move.capture_id(), 0);
+}
+
+TEST_F(NotationTest, WhiteEnPassantIsToldFromTheBoard) {
+    position.fen("4k3/8/8/2pPp3/8/8/8/4K3 w - - 0 1");
+    for (char const* to : {"c6", "e6"}) {
+        EXPECT_EQ(pair("d5", to).code(), en_passant);
+        EXPECT_EQ(pair("d5", to).capture_id(), 9);
+    }
+    EXPECT_EQ(pair("d5", "d6").code(), normal_move);
+    position.fen("4k3/8/2n5/2pP4/8/8/8/4K3 w - - 0 1");
+    EXPECT_EQ(pair("d5", "c6").code(), normal_move);
+    EXPECT_EQ(pair("d5", "c6").capture_id(), 10);
+    EXPECT_EQ(pair("d5", "e6").code(), normal_move);
+    EXPECT_EQ(pair("d5", "e6").capture_id(), 0);
+}
+
+TEST_F(NotationTest, BlackEnPassantIsToldFromTheBoard) {
+    position.fen("4k3/8/8/8/2PpP3/8/8/4K3 b - - 0 1");
+    for (char const* to : {"c3", "e3"}) {
+        EXPECT_EQ(pair("d4", to).code(), en_passant);
+        EXPECT_EQ(pair("d4", to).capture_id(), 1);
+    }
+    position.fen("4k3/8/8/8/3pB3/8/8/4K3 b - - 0 1");
+    EXPECT_EQ(pair("d4", "e3").code(), normal_move);
+}
+
+TEST_F(NotationTest, EnPassantAtTheEdgeOfTheBoardIsNone) {
+    position.fen("4k3/8/8/8/8/8/8/P3K3 w - - 0 1");
+    EXPECT_EQ(pair("a1", "h1").code(), normal_move);
+    position.fen("4k2p/8/8/8/8/8/8/4K3 b - - 0 1");
+    EXPECT_EQ(pair("h8", "a8").code(), normal_move);
+}
+
+TEST_F(NotationTest, OtherwiseTheCallersCodeStays) {
+    position.fen("4k3/P7/8/8/8/8/8/4K3 w - - 0 1");
+    for (const move_t code : {promo_queen, promo_rook, promo_bishop, promo_knight, normal_move}) {
+        EXPECT_EQ(pair("a7", "a8", code).code(), code);
+        EXPECT_EQ(pair("a7", "a8", code).piece_id(), 1);
+    }
+}
+
+TEST_F(NotationTest, StandardCastlingTextIsRewritten) {
+    const std::string fen = "r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1";
+    const std::pair<char const*, char const*> texts[] = {
+        {"e1g1", "h1"}, {"e1c1", "a1"}, {"e8g8", "h8"}, {"e8c8", "a8"}};
+    for (auto const& [standard, rook] : texts) {
+        position.fen(fen);
+        if (standard[1] == '8') position.switch_color_to_move();
+        const Move move = text(standard);
+        EXPECT_EQ(move.code(), castling) << standard;
+        EXPECT_EQ(move.to(), Square(std::string(rook)));
+        EXPECT_EQ(move.from().file(), 'e');
+        EXPECT_EQ(move.algebraic(false), standard);
+        EXPECT_EQ(text(move.algebraic(true)), move);
+    }
+}
+
+TEST_F(NotationTest, CastlingTextWithTheRookElsewhereIsAKingMove) {
+    position.fen("4k3/8/8/8/8/8/8/1R2K1R1 w BG - 0 1");
+    EXPECT_EQ(text("e1c1").code(), normal_move);
+    EXPECT_EQ(text("e1c1").to(), Square("c1"));
+    position.fen("4k3/8/8/8/8/8/8/4KR2 w F - 0 1");
+    EXPECT_EQ(text("e1g1").code(), normal_move);
+    EXPECT_EQ(text("e1g1").to(), Square("g1"));
+}
+
+TEST_F(NotationTest, CastlingTextNeedsKingRookAndAnEmptySquare) {
+    position.fen("4k3/8/8/8/8/8/8/4K1NR w - - 0 1");
+    EXPECT_EQ(text("e1g1").code(), normal_move);
+    position.fen("4k3/8/8/8/8/8/8/K3Q2R w - - 0 1");
+    EXPECT_EQ(text("e1g1").piece_id(), 5);
+    EXPECT_EQ(text("e1g1").code(), normal_move);
+    position.fen("4k3/8/8/8/8/8/8/4K2r w - - 0 1");
+    EXPECT_EQ(text("e1g1").code(), normal_move);
+    position.fen("r2qk3/8/8/8/8/8/8/4K3 b q - 0 1");
+    EXPECT_EQ(text("e8c8").code(), castling);
+}
+
+TEST_F(NotationTest, CastlingTextWithAFifthLetterIsNotRewritten) {
+    position.fen("4k3/8/8/8/8/8/8/4K2R w K - 0 1");
+    EXPECT_EQ(text("e1g1x").to(), Square("g1"));
+}
+
+TEST_F(NotationTest, FifthLetterGivesThePromotion) {
+    position.fen("4k3/P7/8/8/8/8/8/4K3 w - - 0 1");
+    const std::pair<char const*, move_t> texts[] = {
+        {"a7a8q", promo_queen},  {"a7a8r", promo_rook}, {"a7a8b", promo_bishop},
+        {"a7a8n", promo_knight}, {"a7a8", normal_move}, {"a7a8k", normal_move},
+        {"a7a8Q", normal_move}};
+    for (auto const& [move, code] : texts) EXPECT_EQ(text(move).code(), code) << move;
+}
+
+TEST_F(NotationTest, TextMoveCarriesItsCheckBit) {
+    position.fen("4k3/8/8/8/8/8/8/R3K3 w - - 0 1");
+    EXPECT_TRUE(text("a1a8").check());
+    EXPECT_FALSE(text("a1a7").check());
+    position.fen("4k3/8/8/8/8/8/4N3/K3R3 w - - 0 1");
+    EXPECT_TRUE(text("e2c3").check());
+}
+
+TEST_F(NotationTest, TextLeavesThePositionButNotTheCounter) {
+    position.newgame();
+    const ChessPosition saved(position);
+    text("e2e4");
+    EXPECT_TRUE(position == saved);
+    EXPECT_EQ(position.history().size(), 1U);
+    EXPECT_EQ(position.get_make_move_counter(), 1U);
+    EXPECT_TRUE(position.repetition_filter() == saved.repetition_filter());
+}
+
+TEST_F(NotationTest, IllegalTextInGoodFormGetsAWord) {
+    position.newgame();
+    const Move move = text("e1e8");
+    EXPECT_EQ(move.code(), normal_move);
+    EXPECT_EQ(move.capture_id(), 14);
+    EXPECT_EQ(text("e4e5").code(), nullmove);
+}
+
+TEST_F(NotationTest, BadTextIsReported) {
+    position.newgame();
+    for (char const* bad : {"", "e2e", "e2e4qq", "i2e4", "e9e4", "e2i4", "e2e0", "E2E4", "0000"}) {
+        try {
+            text(bad);
+            ADD_FAILURE() << "no exception for " << bad;
+        } catch (std::logic_error const& error) {
+            EXPECT_EQ(std::string(error.what()),
+                      "ChessPosition::convert_to_move(const string& " + std::string(bad) + ")");
+        }
+    }
+    EXPECT_EQ(position.history().size(), 1U);
+}
+
+TEST_F(NotationTest, HistoryListsTheMovesInOrder) {
+    position.fen("4k3/8/8/8/8/8/8/4K2R w K - 0 1");
+    EXPECT_TRUE(position.moves_history().empty());
+    EXPECT_EQ(position.history_str(), "");
+    const Move castle = text("e1g1");
+    position.make_move(castle);
+    position.make_move(Move());
+    const std::vector<Move> moves = position.moves_history();
+    ASSERT_EQ(moves.size(), 2U);
+    EXPECT_EQ(moves[0], castle);
+    EXPECT_EQ(moves[1], Move());
+    EXPECT_EQ(position.history_str(), "e1g1 0000");
+}
+
+}  // namespace
+}  // namespace orvelin

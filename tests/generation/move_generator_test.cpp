@@ -1,0 +1,211 @@
+#include "generation/move_generator.h"
+
+#include <algorithm>
+#include <array>
+#include <random>
+
+#include "generation/generator_fixture.h"
+#include "support/plain_board.h"
+
+namespace orvelin::test {
+
+namespace {
+
+const std::string start = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
+
+using MoveGeneratorTest = GeneratorFixture;
+
+}  // namespace
+
+TEST_F(MoveGeneratorTest, StartPositionHasTwentyMovesAndNoCaptures) {
+    EXPECT_EQ(texts(moves(start)), (texts_t{"b1a3", "b1c3", "g1f3", "g1h3", "a2a3", "a2a4", "b2b3",
+                                            "b2b4", "c2c3", "c2c4", "d2d3", "d2d4", "e2e3", "e2e4",
+                                            "f2f3", "f2f4", "g2g3", "g2g4", "h2h3", "h2h4"}));
+    EXPECT_TRUE(captures(start).empty());
+}
+
+TEST_F(MoveGeneratorTest, EveryMoveIsOfTheNormalClass) {
+    for (Move const& move :
+         moves("r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1")) {
+        EXPECT_EQ(move.xcode(), xnormal_move);
+    }
+}
+
+TEST_F(MoveGeneratorTest, QuietPromotionsComeBehindRealCaptures) {
+    std::vector<Move> const list = captures("1n6/P6k/8/3p4/4P3/8/8/K7 w - - 0 1");
+    EXPECT_EQ(texts(list), (texts_t{"a7b8q", "a7b8r", "a7b8b", "a7b8n", "e4d5", "a7a8q", "a7a8r",
+                                    "a7a8b", "a7a8n"}));
+    for (std::size_t i = 5; i < list.size(); ++i) EXPECT_FALSE(list[i].capture());
+}
+
+TEST_F(MoveGeneratorTest, BlackPromotesOnTheFirstRank) {
+    EXPECT_EQ(texts(captures("7K/8/8/8/8/8/p6k/1N6 b - - 0 1")),
+              (texts_t{"a2b1q", "a2b1r", "a2b1b", "a2b1n", "a2a1q", "a2a1r", "a2a1b", "a2a1n"}));
+}
+
+TEST_F(MoveGeneratorTest, CapturesAreSortedByVictimThenByAttacker) {
+    // The queen on d5 can be taken by pawn, knight, bishop, rook, queen and king.
+    EXPECT_EQ(texts(captures("7k/5p2/8/3q4/2P1K3/2N5/6B1/Q2R4 w - - 0 1")),
+              (texts_t{"c4d5", "c3d5", "d1d5", "e4d5"}));
+    EXPECT_EQ(texts(captures("7k/8/1p3r2/8/p2Nb3/2P2n2/8/R1K5 w - - 0 1")),
+              (texts_t{"d4f3", "a1a4"}));
+}
+
+TEST_F(MoveGeneratorTest, EnPassantSortsAsAPawnCapture) {
+    EXPECT_EQ(texts(captures("7k/8/2n5/1P1Pp3/8/8/8/K7 w - e6 0 1")),
+              (texts_t{"b5c6", "d5c6", "d5e6"}));
+}
+
+TEST_F(MoveGeneratorTest, FullListComesOutInItsFixedOrder) {
+    EXPECT_EQ(texts(moves("7k/8/8/p7/1P6/8/8/K6N w - - 0 1")),
+              (texts_t{"b4a5", "h1f2", "h1g3", "b4b5", "a1b1", "a1a2", "a1b2"}));
+    texts_t const list = texts(moves("4k3/8/8/8/8/4P3/8/RN1QKB1R w KQ - 0 1"));
+    std::string origins;
+    for (std::string const& text : list) {
+        std::string const from = text.substr(0, 2);
+        if (origins.size() < 2 || origins.substr(origins.size() - 2) != from) origins += from;
+    }
+    // Queen, rooks, knight, bishop, pawn, king, and castling last.
+    EXPECT_EQ(origins, "d1a1h1b1f1e3e1");
+}
+
+TEST_F(MoveGeneratorTest, CheckmateAndStalemateGiveAnEmptyList) {
+    EXPECT_TRUE(moves("7k/6Q1/6K1/8/8/8/8/8 b - - 0 1").empty());
+    EXPECT_TRUE(moves("7k/5Q2/6K1/8/8/8/8/8 b - - 0 1").empty());
+    EXPECT_TRUE(moves("R5k1/5ppp/8/8/8/8/8/K7 b - - 0 1").empty());
+}
+
+TEST_F(MoveGeneratorTest, TableHoldsOwnMenButNeitherStageListsThem) {
+    position_.fen(start);
+    movetable_t table;
+    generator_.create_movetable(position_, table);
+    EXPECT_EQ(BitBoard(table[1]), (BitBoard{Square("a3"), Square("c3"), Square("d2")}));
+    MoveList list;
+    generator_.serialize_moves(position_, table, list);
+    for (Move const& move : list) EXPECT_NE(move.to(), Square("d2"));
+}
+
+TEST_F(MoveGeneratorTest, TableIsZeroWhereNoOwnManStands) {
+    position_.fen("r3k2r/8/8/8/8/8/P7/4K2R w K - 0 1");
+    movetable_t table;
+    table.fill(~std::uint64_t{0});
+    generator_.create_movetable(position_, table);
+    for (int s = 0; s < 64; ++s) {
+        bool const own = s == 4 || s == 7 || s == 8;
+        EXPECT_EQ(table[static_cast<std::size_t>(s)] != 0, own) << s;
+    }
+}
+
+TEST_F(MoveGeneratorTest, EnPassantIsNotInTheTable) {
+    position_.fen("7k/8/8/3Pp3/8/8/8/K7 w - e6 0 1");
+    movetable_t table;
+    generator_.create_movetable(position_, table);
+    EXPECT_EQ(BitBoard(table[35]), BitBoard{Square("d6")});
+    MoveList list;
+    generator_.serialize_captures(position_, table, list);
+    ASSERT_EQ(list.size(), 1U);
+    EXPECT_EQ(list[0].code(), en_passant);
+    EXPECT_EQ(list[0].capture_id(), 9);
+}
+
+TEST_F(MoveGeneratorTest, EnPassantDoesNotReachAroundTheBoard) {
+    // h4 to a6 is nine squares as well.
+    EXPECT_TRUE(captures("7k/8/8/p6P/7P/8/8/K7 w - a6 0 1").empty());
+    EXPECT_TRUE(captures("7k/8/8/P6p/8/8/8/K7 w - h6 0 1").empty());
+}
+
+TEST_F(MoveGeneratorTest, DoubleStepNeedsBothSquaresFree) {
+    EXPECT_EQ(moves_from("7k/8/8/8/p7/8/P7/7K w - - 0 1", "a2"), texts_t{"a2a3"});
+    EXPECT_EQ(moves_from("7k/8/8/8/8/p7/P7/7K w - - 0 1", "a2"), texts_t{});
+    EXPECT_EQ(moves_from("7k/p7/8/P7/8/8/8/7K b - - 0 1", "a7"), texts_t{"a7a6"});
+    EXPECT_EQ(moves_from("7k/p7/P7/8/8/8/8/7K b - - 0 1", "a7"), texts_t{});
+}
+
+TEST_F(MoveGeneratorTest, RemoveTakesOneTargetOutOfTheTable) {
+    position_.fen(start);
+    movetable_t table;
+    generator_.create_movetable(position_, table);
+    movetable_t const before = table;
+    generator_.remove(Move(), table);
+    EXPECT_EQ(table, before);
+    generator_.remove(Move(Square("b1"), Square("c3"), normal_move, white_knight, no_piece), table);
+    EXPECT_EQ(BitBoard(table[1]), (BitBoard{Square("a3"), Square("d2")}));
+    MoveList list;
+    generator_.serialize_moves(position_, table, list);
+    EXPECT_EQ(list.size(), 19U);
+}
+
+TEST_F(MoveGeneratorTest, ACopyGeneratesByItself) {
+    position_.fen(start);
+    MoveList list;
+    generator_.generate_moves(position_, list);
+    MoveGenerator copy(generator_);
+    MoveList copied_list;
+    copy.generate_moves(position_, copied_list);
+    ASSERT_EQ(copied_list.size(), list.size());
+    EXPECT_TRUE(std::equal(list.begin(), list.end(), copied_list.begin()));
+}
+
+TEST_F(MoveGeneratorTest, MoreMovesThanAListHoldsAreDropped) {
+    std::string const ring_of_queens = "QQQQQQQQ/Q6Q/Q6Q/Q6Q/Q6Q/Q6Q/Q6Q/KQQQQQQQ w - - 0 1";
+    std::array<Move, 400> storage{};
+    storage.fill(Move(Square("h8"), Square("a8"), normal_move, white_pawn, white_knight));
+    Move const untouched = storage[0];
+    position_.fen(ring_of_queens);
+    ASSERT_GT(PlainBoard(position_).legal_moves().size(), 256U);
+    MoveList list(storage.data());
+    generator_.generate_moves(position_, list);
+    EXPECT_EQ(list.size(), 256U);
+    EXPECT_NE(storage[255], untouched);
+    for (std::size_t i = 256; i < storage.size(); ++i) EXPECT_EQ(storage[i], untouched) << i;
+}
+
+namespace {
+
+/// A board of random men, any number of kings and pawns on the last ranks included, with random
+/// rights and a random en passant square.
+std::string random_fen(std::mt19937& random) {
+    std::string const letters = "PNBRQKpnbrqk";
+    auto const density = 1 + random() % 12;
+    std::string fen;
+    for (int s = 0; s < 64; ++s) {
+        if (s > 0 && s % 8 == 0) fen += '/';
+        fen += random() % 12 < density ? letters[random() % letters.size()] : '1';
+    }
+    fen += random() % 2 == 0 ? " w " : " b ";
+    fen += random() % 2 == 0 ? "KQkqBCDEFGbcdefg " : "ABCDEFGHabcdefgh ";
+    fen += "abcdefgh"[random() % 8];
+    fen += random() % 2 == 0 ? "3 0 1" : "6 0 1";
+    return fen;
+}
+
+}  // namespace
+
+TEST_F(MoveGeneratorTest, PositionsMadeByHandGiveMovesOfTheirOwnMen) {
+    std::mt19937 random(77);
+    for (int i = 0; i < 3000; ++i) {
+        std::string const fen = random_fen(random);
+        for (Move const& move : moves(fen)) {
+            // Castling goes by the squares; among many kings none may stand on the one named.
+            if (move.code() == castling) continue;
+            ASSERT_EQ(move.piece_id(), position_[move.from().id()].id()) << fen;
+            ASSERT_EQ(move.piece().black_piece(), position_.black_to_move()) << fen;
+        }
+    }
+}
+
+TEST_F(MoveGeneratorTest, PositionsMadeByHandCanBePlayedOn) {
+    std::mt19937 random(78);
+    for (int i = 0; i < 300; ++i) {
+        position_.fen(random_fen(random));
+        MoveList list;
+        for (int ply = 0; ply < 30; ++ply) {
+            generator_.generate_moves(position_, list);
+            ASSERT_LE(list.size(), 256U);
+            if (list.size() == 0) break;
+            position_.make_move(list[static_cast<int>(random() % list.size())]);
+        }
+    }
+}
+
+}  // namespace orvelin::test

@@ -1,0 +1,84 @@
+#include "support/perft.h"
+
+#include <cstdint>
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+#include "generation/tables.h"
+#include "position/chess_position.h"
+#include "support/session_player.h"
+#include "support/session_reader.h"
+#include "support/shared_tables.h"
+#include "support/test_config.h"
+
+namespace orvelin::test {
+
+namespace {
+
+/// Leaf counts of one position at depths 1, 2, 3 and so on.
+struct perft_case_t {
+    std::string name;
+    std::string fen;
+    std::vector<std::uint64_t> leaves;
+};
+
+std::vector<perft_case_t> well_known_positions() {
+    return {
+        {"start",
+         "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",
+         {20, 400, 8902, 197281, 4865609, 119060324}},
+        {"kiwipete",
+         "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1",
+         {48, 2039, 97862, 4085603, 193690690}},
+        {"rook_ending",
+         "8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 w - - 0 1",
+         {14, 191, 2812, 43238, 674624}},
+        {"promotions",
+         "r3k2r/Pppp1ppp/1b3nbN/nP6/BBP1P3/q4N2/Pp1P2PP/R2Q1RK1 w kq - 0 1",
+         {6, 264, 9467, 422333, 15833292}},
+        {"discovery",
+         "rnbq1k1r/pp1Pbppp/2p5/8/2B5/8/PPP1NnPP/RNBQK2R w KQ - 1 8",
+         {44, 1486, 62379, 2103487, 89941194}},
+        {"middle_game",
+         "r4rk1/1pp1qppp/p1np1n2/2b1p1B1/2B1P1b1/P1NP1N2/1PP1QPPP/R4RK1 w - - 0 10",
+         {46, 2079, 89890, 3894594, 164075551}},
+    };
+}
+
+class WellKnownPerft : public testing::TestWithParam<perft_case_t> {};
+
+TEST_P(WellKnownPerft, counts_the_leaves_of_every_depth) {
+    constexpr std::uint64_t leaf_limit = short_tests ? 5'000'000 : 200'000'000;
+    Tables const& tables = shared_tables();
+    Perft perft(tables);
+    ChessPosition position(tables);
+    position.fen(GetParam().fen);
+    int depth = 0;
+    for (const std::uint64_t leaves : GetParam().leaves) {
+        ++depth;
+        if (leaves > leaf_limit) break;
+        EXPECT_EQ(perft.count(position, depth), leaves) << "depth " << depth;
+    }
+    EXPECT_EQ(position.fen(), GetParam().fen);
+}
+
+INSTANTIATE_TEST_SUITE_P(perft, WellKnownPerft, testing::ValuesIn(well_known_positions()),
+                         [](testing::TestParamInfo<perft_case_t> const& known) {
+                             return known.param.name;
+                         });
+
+}  // namespace
+
+TEST(PerftSessions, count_the_leaves_of_each_position) {
+    SessionPlayer player;
+    for (session_t const& session : read_sessions("perft.txt")) {
+        std::string position;
+        for (session_command_t const& command : session.commands) {
+            if (command.text.starts_with("pos ")) position = command.text;
+            EXPECT_EQ(player.play(command.text), command.answer) << position;
+        }
+    }
+}
+
+}  // namespace orvelin::test

@@ -1,0 +1,153 @@
+#include <cmath>
+#include <gtest/gtest.h>
+
+#include "evaluation/evaluated_position.h"
+
+namespace orvelin::test {
+
+namespace {
+
+TEST(EvaluationKing, kings_in_the_far_corners_cancel) {
+    EXPECT_EQ(term_of("7k/8/8/8/8/8/8/K7 w - - 0 1", term::king_activity), 0.0F);
+}
+
+TEST(EvaluationKing, king_in_the_centre_without_pawns_is_worth_two) {
+    // The other king stands on no counted ring: second from the edge.
+    EXPECT_EQ(term_of("8/1k6/8/8/4K3/8/8/8 w - - 0 1", term::king_activity), 2.0F);
+    EXPECT_EQ(term_of("8/1k6/8/8/8/2K5/8/8 w - - 0 1", term::king_activity), 1.0F);
+    EXPECT_EQ(term_of("8/1k6/8/8/8/8/8/K7 w - - 0 1", term::king_activity), -1.0F);
+    EXPECT_EQ(term_of("8/8/8/4k3/8/8/8/K7 w - - 0 1", term::king_activity), -3.0F);
+}
+
+TEST(EvaluationKing, no_weak_pawns_and_nothing_ahead_give_minus_forty) {
+    // White: -16 - 24. Black: two steps from the weak pawn h2, nothing ahead: -4 - 24.
+    EXPECT_EQ(term_of("8/6pp/8/3pp3/3PP2k/8/7P/1K6 w - - 0 1", term::king_activity), -12.0F);
+}
+
+TEST(EvaluationKing, king_activity_counts_the_way_to_the_squares_ahead_of_a_passed_pawn) {
+    // White: D(a1, weak h6) = 7 and D(a1, a5...) = 4; black: D(h8, a3) = 7, D(h8, h4...) = 4.
+    EXPECT_EQ(term_of("7k/8/7p/8/8/P7/8/K7 w - - 0 1", term::king_activity), 0.0F);
+    // White king on a4: D(weak h6) = 7, D(a5) = 1.
+    EXPECT_EQ(term_of("7k/8/7p/8/K7/P7/8/8 w - - 0 1", term::king_activity), 9.0F);
+}
+
+TEST(EvaluationKing, king_activity_is_weighted_by_the_phase) {
+    EvaluatedPosition const evaluated("8/1k6/8/8/4K3/8/8/Q7 w - - 0 1");
+    EXPECT_EQ(evaluated.term(term::king_activity), 2.0F * evaluated.evaluation.eg_phase());
+    EXPECT_LT(evaluated.evaluation.eg_phase(), 1.0F);
+}
+
+TEST(EvaluationKing, lone_queen_next_to_the_king_is_no_attack) {
+    EvaluatedPosition const lone("7k/8/5Q2/8/8/8/8/K7 w - - 0 1");
+    EXPECT_EQ(lone.term(term::king_attack), 0.0F);
+    EXPECT_EQ(lone.evaluation.king_safety(), 0);
+    EvaluatedPosition const two("7k/8/5Q2/8/8/8/8/K5R1 w - - 0 1");
+    EXPECT_EQ(two.term(term::king_attack), 120.0F);
+    EXPECT_EQ(two.evaluation.king_safety(), 120);
+}
+
+TEST(EvaluationKing, king_attack_keeps_the_fraction) {
+    // Three types: weight 192; the sum of attacked squares is not a multiple of 4/3.
+    EvaluatedPosition const evaluated("7k/8/4NQ2/8/8/8/8/K5R1 w - - 0 1");
+    Mobility const& maps = evaluated.evaluation.mobility_maps();
+    EXPECT_EQ(maps.attackweight_black_king(), 192);
+    EXPECT_EQ(evaluated.term(term::king_attack), static_cast<float>(maps.king_safety() / 256.0));
+}
+
+TEST(EvaluationKing, rook_beside_the_king_counts_in_contact_by_presence) {
+    EvaluatedPosition const evaluated("7k/pp6/8/8/8/8/PP6/4Kr2 w - - 0 1");
+    // Six squares around the white king are on files without a black pawn, four around the other.
+    EXPECT_EQ(evaluated.term(term::open_files_on_king), (4.0F - 6.0F) * 15.0F);
+    EXPECT_EQ(evaluated.term(term::rook_king_contact), -1.0F);
+    EXPECT_EQ(evaluated.term(term::rook_battlefield_contact), -1.0F);
+    EXPECT_EQ(term_of("7k/pp6/8/8/8/8/PP2r3/4Kr2 w - - 0 1", term::rook_king_contact), -1.0F);
+}
+
+TEST(EvaluationKing, open_file_beside_the_black_king_counts_three_squares) {
+    EXPECT_EQ(term_of("8/8/8/1k6/8/8/PP2PPPP/4K3 w - - 0 1", term::open_files_on_king),
+              // c4 c5 c6 minus d1 e1 f1 d2 e2 f2: black has no pawn at all.
+              (3.0F - 6.0F) * 15.0F);
+}
+
+TEST(EvaluationKing, open_files_are_empty_for_a_board_without_pawns) {
+    EXPECT_EQ(term_of("7k/8/8/8/8/8/8/4K3 w - - 0 1", term::open_files_on_king), 0.0F);
+}
+
+TEST(EvaluationKing, contacts_are_counted_for_each_type) {
+    EvaluatedPosition const evaluated("6k1/5N2/3B4/6R1/8/2q5/1n6/K3b3 w - - 0 1");
+    EXPECT_EQ(evaluated.term(term::knight_king_contact), 0.0F);
+    EXPECT_EQ(evaluated.term(term::bishop_king_contact), 0.0F);
+    EXPECT_EQ(evaluated.term(term::rook_king_contact), 0.0F);
+    EXPECT_EQ(evaluated.term(term::queen_king_contact), 0.0F);
+    EXPECT_EQ(evaluated.term(term::knight_battlefield_contact), 0.0F);
+    EXPECT_EQ(evaluated.term(term::rook_battlefield_contact), 1.0F);
+    EvaluatedPosition const queen("6k1/6Q1/8/8/8/8/8/K7 w - - 0 1");
+    EXPECT_EQ(queen.term(term::queen_king_contact), 1.0F);
+    EXPECT_EQ(queen.term(term::queen_battlefield_contact), 1.0F);
+    EvaluatedPosition const bishop("6k1/8/8/8/8/8/1b6/K7 w - - 0 1");
+    EXPECT_EQ(bishop.term(term::bishop_king_contact), -1.0F);
+    EXPECT_EQ(bishop.term(term::bishop_battlefield_contact), -1.0F);
+    EvaluatedPosition const knight("6k1/8/8/8/8/8/8/KN6 w - - 0 1");
+    EXPECT_EQ(knight.term(term::knight_king_contact), 0.0F);
+}
+
+TEST(EvaluationKing, battlefield_attacks_count_squares_white_minus_black) {
+    EvaluatedPosition const evaluated("6k1/8/8/8/8/8/8/K4R2 w - - 0 1");
+    // f4 to f8 of the black battlefield, files f to h and ranks 4 to 8.
+    EXPECT_EQ(evaluated.term(term::rook_battlefield_attack), 5.0F);
+    EXPECT_EQ(evaluated.term(term::queen_battlefield_attack), 0.0F);
+    EXPECT_EQ(term_of("k4r2/8/8/8/8/8/8/6K1 w - - 0 1", term::rook_battlefield_attack), -5.0F);
+}
+
+TEST(EvaluationKing, castling_rights_of_both_sides_cancel) {
+    EXPECT_EQ(term_of("r3k2r/8/8/8/8/8/8/R3K2R w Kkq - 0 1", term::castling_rights), 0.0F);
+    EXPECT_EQ(term_of("r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1", term::castling_rights), 0.0F);
+    EXPECT_EQ(term_of("r3k2r/8/8/8/8/8/8/R3K2R w Q - 0 1", term::castling_rights), 20.0F);
+    EXPECT_EQ(term_of("r3k2r/8/8/8/8/8/8/R3K2R w k - 0 1", term::castling_rights), -20.0F);
+    EXPECT_EQ(term_of("r3k2r/8/8/8/8/8/8/R3K2R w - - 0 1", term::castling_rights), 0.0F);
+}
+
+TEST(EvaluationKing, pawn_shield_is_zero_for_a_king_on_a_file_without_own_pawn) {
+    EXPECT_EQ(term_of("4k3/7p/8/8/8/8/8/4K3 w - - 0 1", term::pawn_shield), 0.0F);
+    EXPECT_EQ(term_of("k7/7p/8/8/8/8/3P1P2/4K3 w - - 0 1", term::pawn_shield), 0.0F);
+}
+
+TEST(EvaluationKing, pawn_shield_reaches_one_rank_further_ahead) {
+    // d2, e3 and f3 count, h2 and e4 don't.
+    EXPECT_EQ(term_of("k7/7p/8/8/4P3/4PP2/3P3P/4K3 w - - 0 1", term::pawn_shield), 30.0F);
+}
+
+TEST(EvaluationKing, pawn_shield_difference_is_signed) {
+    EXPECT_EQ(term_of("4k3/3ppp2/8/8/8/8/4P3/4K3 w - - 0 1", term::pawn_shield), -20.0F);
+}
+
+TEST(EvaluationKing, pawn_storm_counts_pawns_in_the_enemy_battlefield) {
+    // White g4 and h5 are inside files f to h and ranks 4 to 8; black b5 inside files a, b.
+    EXPECT_EQ(term_of("6k1/8/8/1p5P/3p2P1/8/8/K7 w - - 0 1", term::pawn_storm), 5.0F);
+}
+
+TEST(EvaluationKing, pinned_pieces_are_split_by_colour) {
+    EXPECT_EQ(term_of("4k3/4n3/8/8/8/8/8/K3R3 w - - 0 1", term::pinned_pieces), 1.0F);
+    EXPECT_EQ(term_of("4r1k1/8/8/8/8/4B3/8/4K3 w - - 0 1", term::pinned_pieces), -1.0F);
+    EXPECT_EQ(term_of("4k3/4N3/8/8/8/8/8/K3R3 w - - 0 1", term::pinned_pieces), 0.0F);
+}
+
+TEST(EvaluationKing, opposite_bishops_need_one_each_on_different_colours) {
+    std::size_t const index = term::opposite_colored_bishops;
+    EXPECT_EQ(term_of("r1b1k2r/8/8/8/8/8/8/R1B1K2R w - - 0 1", index), 1.0F);
+    EXPECT_EQ(term_of("2b1k3/8/8/8/8/8/8/4KB2 w - - 0 1", index), 0.0F);
+    EXPECT_EQ(term_of("4k3/8/8/8/8/8/8/2B1KB2 w - - 0 1", index), 0.0F);
+    EXPECT_EQ(term_of("2b1kb2/8/8/8/8/8/8/2B1KB2 w - - 0 1", index), 0.0F);
+    EXPECT_EQ(term_of("4k3/8/8/8/8/8/8/4KB2 w - - 0 1", index), 0.0F);
+}
+
+TEST(EvaluationKing, boards_without_kings_are_harmless) {
+    EvaluatedPosition const evaluated("8/pp4Q1/8/8/8/8/5PP1/8 w - - 0 1");
+    EXPECT_EQ(evaluated.term(term::king_attack), 0.0F);
+    EXPECT_EQ(evaluated.term(term::pawn_shield), 0.0F);
+    EXPECT_TRUE(std::isfinite(evaluated.term(term::king_activity)));
+}
+
+}  // namespace
+
+}  // namespace orvelin::test

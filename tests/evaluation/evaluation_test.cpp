@@ -1,0 +1,282 @@
+#include "evaluation/evaluation.h"
+
+#include <cmath>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "position/chess_position.h"
+#include "support/fresh_evaluation.h"
+#include "support/shared_tables.h"
+
+namespace orvelin {
+namespace {
+
+using test::FreshEvaluation;
+using test::shared_tables;
+
+constexpr char const* start_fen = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
+constexpr char const* kiwi_fen =
+    "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1";
+
+// The dot product with every operation rounded to float, end game before middle game.
+float blended(Evaluation const& evaluation) {
+    volatile float score = 0.0F;
+    for (std::size_t i = 0; i < 47; ++i) {
+        float const v = evaluation.variable_vector()[i];
+        volatile float eg = v * evaluation.weight_eg_vector()[i];
+        eg = eg * evaluation.eg_phase();
+        volatile float mg = v * evaluation.weight_mg_vector()[i];
+        mg = mg * evaluation.mg_phase();
+        volatile float const sum = eg + mg;
+        score = score + sum;
+    }
+    return score;
+}
+
+TEST(EvaluationTest, ANewObjectHasZeroTermsAndTheMiddleGamePhase) {
+    ChessPosition const position(shared_tables());
+    Evaluation const evaluation(position, shared_tables());
+    ASSERT_EQ(evaluation.variable_vector().size(), 47U);
+    for (float const v : evaluation.variable_vector()) EXPECT_EQ(v, 0.0F);
+    EXPECT_EQ(evaluation.mg_phase(), 1.0F);
+    EXPECT_EQ(evaluation.eg_phase(), 0.0F);
+    EXPECT_EQ(evaluation.score(), 0.0F);
+    EXPECT_EQ(evaluation.total_evals(), 0U);
+    EXPECT_EQ(evaluation.pawn_evals(), 0U);
+    EXPECT_EQ(evaluation.missed_pht_reads(), 0U);
+    EXPECT_FALSE(evaluation.log());
+}
+
+TEST(EvaluationTest, StartPositionPhaseIsExact) {
+    FreshEvaluation at(start_fen);
+    EXPECT_EQ(at.score(), 14);
+    EXPECT_EQ(at.evaluation().mg_phase(), 1.0F);
+    EXPECT_EQ(at.evaluation().eg_phase(), 0.0F);
+}
+
+TEST(EvaluationTest, NineQueensGiveAPhaseBeyondTheMiddleGame) {
+    FreshEvaluation at("4k3/8/8/8/8/8/QQQQQQQQ/4K2Q w - - 0 1");
+    at.score();
+    EXPECT_GT(at.evaluation().mg_phase(), 1.0F);
+    EXPECT_LT(at.evaluation().eg_phase(), 0.0F);
+    EXPECT_EQ(at.evaluation().mg_phase(), 8100.0F / 6200.0F);
+    EXPECT_EQ(at.evaluation().eg_phase(), 1.0F - 8100.0F / 6200.0F);
+    EXPECT_EQ(at.score(), static_cast<int>(std::round(blended(at.evaluation()))));
+}
+
+TEST(EvaluationTest, BlendRoundsEveryOperationInOrder) {
+    for (char const* fen :
+         {kiwi_fen, "8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 w - - 0 1",
+          "r4rk1/1pp1qppp/p1np1n2/2b1p1B1/2B1P1b1/P1NP1N2/1PP1QPPP/R4RK1 w - - 0 10",
+          "3r2k1/5ppp/8/1P6/8/2B5/5PPP/6K1 b - - 0 1"}) {
+        FreshEvaluation at(fen);
+        int const score = at.score();
+        int const sign = at.position().stm() == 1 ? 1 : -1;
+        EXPECT_EQ(score, sign * static_cast<int>(std::round(blended(at.evaluation())))) << fen;
+    }
+}
+
+TEST(EvaluationTest, OppositeBishopsHalveTheWholeSum) {
+    FreshEvaluation at("r1bqk2r/pppp1ppp/8/8/8/8/PPP2PPP/RNBQK2R w KQkq - 0 1");
+    int const score = at.score();
+    ASSERT_EQ(at.evaluation().variable_vector()[45], 1.0F);
+    float const half = static_cast<float>(static_cast<double>(blended(at.evaluation())) / 2.0);
+    EXPECT_EQ(score, static_cast<int>(std::round(half)));
+}
+
+TEST(EvaluationTest, OtherBishopsDoNotHalve) {
+    for (char const* fen : {"r1bqkb1r/pppp1ppp/8/8/8/8/PPP2PPP/RNBQKB1R w KQkq - 0 1",
+                            "r1bqk2r/pppp1ppp/8/8/8/8/PPP2PPP/RN1QKB1R w KQkq - 0 1",
+                            "r2qk2r/pppp1ppp/8/8/8/8/PPP2PPP/RNBQK2R w KQkq - 0 1"}) {
+        FreshEvaluation at(fen);
+        int const score = at.score();
+        EXPECT_EQ(at.evaluation().variable_vector()[45], 0.0F) << fen;
+        EXPECT_EQ(score, static_cast<int>(std::round(blended(at.evaluation())))) << fen;
+    }
+}
+
+TEST(EvaluationTest, AMirroredPositionHasTheSameScore) {
+    std::vector<std::pair<char const*, char const*>> const twins{
+        {start_fen, "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR b KQkq - 0 1"},
+        {kiwi_fen, "r3k2r/pppbbppp/2n2q1P/1P2p3/3pn3/BN2PNP1/P1PPQPB1/R3K2R b KQkq - 0 1"},
+        {"8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 w - - 0 1", "8/4p1p1/8/1r3P1K/kp5R/3P4/2P5/8 b - - 0 1"},
+        {"r3k2r/Pppp1ppp/1b3nbN/nP6/BBP1P3/q4N2/Pp1P2PP/R2Q1RK1 w kq - 0 1",
+         "r2q1rk1/pP1p2pp/Q4n2/bbp1p3/Np6/1B3NBn/pPPP1PPP/R3K2R b KQ - 0 1"},
+        {"8/8/8/3k4/8/8/3PK3/8 w - - 0 1", "8/3pk3/8/8/3K4/8/8/8 b - - 0 1"},
+    };
+    for (auto const& [fen, mirrored] : twins) {
+        FreshEvaluation at(fen);
+        FreshEvaluation twin(mirrored);
+        EXPECT_NEAR(at.score(), twin.score(), 1) << fen;
+        EXPECT_EQ(at.evaluation().variable_vector()[46], -twin.evaluation().variable_vector()[46]);
+    }
+}
+
+TEST(EvaluationTest, TheBonusOfOppositeBishopsIsAlwaysWhites) {
+    FreshEvaluation at("4k3/2b2ppp/8/8/8/8/2B2PPP/4K3 w - - 0 1");
+    FreshEvaluation twin("4k3/2b2ppp/8/8/8/8/2B2PPP/4K3 b - - 0 1");
+    at.score();
+    twin.score();
+    EXPECT_EQ(at.evaluation().variable_vector()[45], 1.0F);
+    EXPECT_EQ(twin.evaluation().variable_vector()[45], 1.0F);
+}
+
+TEST(EvaluationTest, TheSideToMoveIsWorthFourteen) {
+    FreshEvaluation white("4k3/pppp4/8/8/8/8/PPPP4/4K3 w - - 0 1");
+    FreshEvaluation black("4k3/pppp4/8/8/8/8/PPPP4/4K3 b - - 0 1");
+    EXPECT_EQ(white.score(), 14);
+    EXPECT_EQ(black.score(), 14);
+    EXPECT_EQ(white.evaluation().variable_vector()[46], 1.0F);
+    EXPECT_EQ(black.evaluation().variable_vector()[46], -1.0F);
+}
+
+TEST(EvaluationTest, SpaceMeasuresNothing) {
+    FreshEvaluation at(kiwi_fen);
+    at.score();
+    EXPECT_EQ(at.evaluation().variable_vector()[7], 0.0F);
+}
+
+TEST(EvaluationTest, PieceSquareTermsAreBlendedByThePhase) {
+    FreshEvaluation at("8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 w - - 0 1");
+    at.score();
+    Evaluation const& evaluation = at.evaluation();
+    PieceSquareTables const& tables = evaluation.piece_square_tables();
+    auto const expect = [&](std::size_t index, PieceSquareTables::pair_t const& sum) {
+        volatile float const mg = sum.first * evaluation.mg_phase();
+        volatile float const eg = sum.second * evaluation.eg_phase();
+        EXPECT_EQ(evaluation.variable_vector()[index], mg + eg) << index;
+    };
+    expect(8, tables.get_pawn_score());
+    expect(9, tables.get_knight_score());
+    expect(10, tables.get_bishop_score());
+    expect(11, tables.get_rook_score());
+    expect(12, tables.get_queen_score());
+    expect(13, tables.get_king_score());
+    EXPECT_NE(evaluation.variable_vector()[8], 0.0F);
+}
+
+TEST(EvaluationTest, MaterialTermIsTheTableValue) {
+    FreshEvaluation at("4k3/pppp4/8/8/8/8/PPPPP3/4K3 w - - 0 1");
+    at.score();
+    EXPECT_EQ(at.evaluation().variable_vector()[0], 145.0F);
+    EXPECT_EQ(at.evaluation().material(), 145);
+}
+
+TEST(EvaluationTest, AccessorsGiveTheTermsTruncated) {
+    FreshEvaluation at(kiwi_fen);
+    at.score();
+    EXPECT_EQ(at.evaluation().material(), 0);
+    EXPECT_EQ(at.evaluation().mobility(), 17);
+    EXPECT_EQ(at.evaluation().mobility(), at.evaluation().mobility_maps().safe_mobility());
+    EXPECT_EQ(at.evaluation().fen(), kiwi_fen);
+}
+
+TEST(EvaluationTest, WeightVectorsAreThoseOfTheModel) {
+    FreshEvaluation at(start_fen);
+    EXPECT_EQ(at.evaluation().weight_mg_vector(), Weight().mg);
+    EXPECT_EQ(at.evaluation().weight_eg_vector(), Weight().eg);
+}
+
+TEST(EvaluationTest, ClearChangesNothing) {
+    FreshEvaluation at(kiwi_fen);
+    int const score = at.score();
+    std::vector<float> const terms = at.evaluation().variable_vector();
+    at.evaluation().clear();
+    EXPECT_EQ(at.evaluation().variable_vector(), terms);
+    EXPECT_EQ(at.evaluation().total_evals(), 1U);
+    EXPECT_EQ(at.score(), score);
+}
+
+TEST(EvaluationTest, InitFollowsAPositionThatWasSetByOtherMeans) {
+    FreshEvaluation at(start_fen);
+    at.position().fen(kiwi_fen);
+    EXPECT_FALSE(at.evaluation().piece_square_tables().get_pawn_score() ==
+                 FreshEvaluation(kiwi_fen).evaluation().piece_square_tables().get_pawn_score());
+    at.evaluation().init();
+    EXPECT_TRUE(at.evaluation().piece_square_tables().verify_score());
+    EXPECT_EQ(at.score(), FreshEvaluation(kiwi_fen).score());
+}
+
+TEST(EvaluationTest, MovesPassOnToThePieceSquareSums) {
+    FreshEvaluation at(start_fen);
+    Move const move{Square(12), Square(28), static_cast<unsigned int>(normal_move), Piece(1),
+                    Piece(0)};
+    at.position().make_move(move);
+    at.evaluation().make_move(move);
+    EXPECT_TRUE(at.evaluation().piece_square_tables().verify_score());
+    EXPECT_NE(at.evaluation().piece_square_tables().get_pawn_score().first, 0.0F);
+    at.position().unmake_move();
+    at.evaluation().unmake_move(move);
+    EXPECT_TRUE(at.evaluation().piece_square_tables().verify_score());
+}
+
+TEST(EvaluationTest, EveryCallIsCounted) {
+    FreshEvaluation at(start_fen);
+    at.score();
+    at.score();
+    EXPECT_EQ(at.evaluation().total_evals(), 2U);
+    EXPECT_EQ(at.evaluation().pawn_evals(), 1U);
+    EXPECT_EQ(at.evaluation().missed_pht_reads(), 1U);
+}
+
+TEST(EvaluationTest, ABoardWithoutKingsIsHarmless) {
+    FreshEvaluation at("8/8/8/8/8/8/8/8 w - - 0 1");
+    at.score();
+    EXPECT_EQ(at.evaluation().mg_phase(), 0.0F);
+    FreshEvaluation queens("QQQQQQQQ/QQQQQQQQ/QQQQQQQQ/QQQQQQQQ/qqqqqqqq/8/8/8 b - - 0 1");
+    queens.score();
+    EXPECT_GT(queens.evaluation().mg_phase(), 1.0F);
+}
+
+// Runs a test in an empty working directory.
+class EvaluationLogTest : public testing::Test {
+ protected:
+    void SetUp() override {
+        old_ = std::filesystem::current_path();
+        folder_ = std::filesystem::path(testing::TempDir()) /
+                  ("orvelin_evaluation_log_" +
+                   std::string(testing::UnitTest::GetInstance()->current_test_info()->name()));
+        std::filesystem::remove_all(folder_);
+        std::filesystem::create_directories(folder_);
+        std::filesystem::current_path(folder_);
+    }
+    void TearDown() override {
+        std::filesystem::current_path(old_);
+        std::filesystem::remove_all(folder_);
+    }
+
+    std::filesystem::path old_;
+    std::filesystem::path folder_;
+};
+
+TEST_F(EvaluationLogTest, OnEmptiesTheFileAndOffClosesIt) {
+    {
+        std::ofstream file("eval_log.log");
+        file << "old text";
+    }
+    FreshEvaluation at(start_fen);
+    at.evaluation().set_log(true);
+    EXPECT_TRUE(at.evaluation().log());
+    EXPECT_TRUE(std::filesystem::exists("eval_log.log"));
+    EXPECT_EQ(std::filesystem::file_size("eval_log.log"), 0U);
+    at.score();
+    at.evaluation().set_log(false);
+    EXPECT_FALSE(at.evaluation().log());
+    EXPECT_EQ(std::filesystem::file_size("eval_log.log"), 0U);
+}
+
+TEST_F(EvaluationLogTest, AFailedOpenIsIgnored) {
+    std::filesystem::create_directory("eval_log.log");
+    FreshEvaluation at(start_fen);
+    at.evaluation().set_log(true);
+    EXPECT_TRUE(at.evaluation().log());
+    EXPECT_EQ(at.score(), 14);
+    at.evaluation().set_log(false);
+    EXPECT_FALSE(at.evaluation().log());
+}
+
+}  // namespace
+}  // namespace orvelin

@@ -43,6 +43,8 @@ class AnalysisFixture : public testing::Test {
         probe_.seldepth(0);
         probe_.mate_attack_count(0);
         probe_.leaf_count(0);
+        // Empty records have date 0: a search never has it before its stamp wraps.
+        probe_.date(1);
     }
 
     /// All legal moves in the generator's order.

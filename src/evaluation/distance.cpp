@@ -3,18 +3,9 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "position/masks.h"
+#include "position/set_steps.h"
 
 namespace orvelin {
-
-namespace {
-
-BitBoard dilated(BitBoard const& set) {
-    BitBoard const row = set | ((set >> 1) & not_h_file) | ((set << 1) & not_a_file);
-    return row | (row << 8) | (row >> 8);
-}
-
-}  // namespace
 
 Distance::Distance() {
     constexpr int square_count = 64;
@@ -29,7 +20,7 @@ Distance::Distance() {
         auto& rings = rings_[static_cast<std::size_t>(from)];
         rings[0] = Square(from).bitboard();
         for (std::size_t ring = 1; ring < ring_count; ++ring) {
-            rings[ring] = dilated(rings[ring - 1]);
+            rings[ring] = king_block(rings[ring - 1]);
         }
     }
 }

@@ -1,7 +1,6 @@
 #include "evaluation/evaluation.h"
 
 #include <cmath>
-#include <sstream>
 
 #include "position/chess_position.h"
 

@@ -105,7 +105,8 @@ class Evaluation {
     /// Phase of the last evaluation: 1 and 0 with all men on the board, 0 and 1 without any piece.
     float mg_phase() const { return mg_phase_; }
     float eg_phase() const { return eg_phase_; }
-    /// Blended score of the last evaluation before the sign of the side to move, White's view.
+    /// Score of the last evaluation, the endgame function's result where one applies, before the
+    /// sign of the side to move; White's view.
     float score() const { return score_; }
     /// Whether set_log() switched the log on.
     bool log() const { return log_; }

@@ -7,6 +7,7 @@
 #include "evaluation/side_men.h"
 #include "position/chess_position.h"
 #include "position/masks.h"
+#include "position/set_steps.h"
 
 namespace orvelin {
 
@@ -99,10 +100,7 @@ static_assert(lone_pawn[1].base == 300 && lone_pawn[6].base == 700 && lone_pawn[
 /// A weak king in front of the pawn that holds the draw.
 bool held_from_the_front(pawn_ending_t const& ending, int rank, bool strong_to_move) {
     BitBoard const pawn = ending.pawn;
-    if (rank == 6) {
-        return static_cast<bool>(ending.weak &
-                                 (((pawn << 7) & not_h_file) | ((pawn << 9) & not_a_file)));
-    }
+    if (rank == 6) return static_cast<bool>(ending.weak & pawn_attacks<1>(pawn));
     if (ending.weak & ((pawn << 8) | (pawn << 16))) return true;
     return rank < 4 && strong_to_move && (ending.strong & (pawn << 8)) &&
            (ending.weak & (pawn << 24));

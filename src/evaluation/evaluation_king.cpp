@@ -6,6 +6,7 @@
 #include "evaluation/side_men.h"
 #include "position/chess_position.h"
 #include "position/masks.h"
+#include "position/set_steps.h"
 
 namespace orvelin {
 
@@ -20,7 +21,7 @@ int pawn_shield(ChessPosition const& position, BitBoard const& neighbourhood,
                 BitBoard const& open_files) {
     using men = SideMen<Side>;
     if (men::kings(position) & open_files) return 0;
-    return (men::pawns(position) & (neighbourhood | men::ahead(neighbourhood, 1))).popcount();
+    return (men::pawns(position) & (neighbourhood | ahead<Side>(neighbourhood, 1))).popcount();
 }
 
 float castling_rights_term(unsigned rights) {

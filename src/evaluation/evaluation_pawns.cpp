@@ -6,6 +6,7 @@
 #include "evaluation/side_men.h"
 #include "position/chess_position.h"
 #include "position/masks.h"
+#include "position/set_steps.h"
 
 namespace orvelin {
 
@@ -73,8 +74,7 @@ int passed_pawn_score(ChessPosition const& position, passers_t const& passers,
 /// Pawns with any man directly in front.
 template <int Side>
 int blocked_pawns(ChessPosition const& position) {
-    using men = SideMen<Side>;
-    return (men::ahead(men::pawns(position), 1) & position.pieces()).popcount();
+    return (ahead<Side>(SideMen<Side>::pawns(position), 1) & position.pieces()).popcount();
 }
 
 /// Own pawns on the colour of a lone bishop; nothing without one or with two.

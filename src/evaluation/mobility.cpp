@@ -3,7 +3,7 @@
 #include "evaluation/side_men.h"
 #include "generation/attacks.h"
 #include "position/chess_position.h"
-#include "position/masks.h"
+#include "position/set_steps.h"
 
 namespace orvelin {
 
@@ -75,13 +75,9 @@ void Mobility::compute(ChessPosition const& position) {
 
 template <int Side>
 void Mobility::compute_pawn_attacks(ChessPosition const& position) {
-    BitBoard const pawns = SideMen<Side>::pawns(position);
-    if constexpr (Side == 1) {
-        maps_[Side].pawn_attacks = ((pawns << 7) & not_h_file) | ((pawns << 9) & not_a_file);
-    } else {
-        maps_[Side].pawn_attacks = ((pawns >> 9) & not_h_file) | ((pawns >> 7) & not_a_file);
-    }
-    attacked_[Side] = maps_[Side].pawn_attacks;
+    BitBoard const attacks = pawn_attacks<Side>(SideMen<Side>::pawns(position));
+    maps_[Side].pawn_attacks = attacks;
+    attacked_[Side] = attacks;
 }
 
 template <int Side>

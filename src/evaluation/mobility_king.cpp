@@ -2,7 +2,7 @@
 #include "evaluation/side_men.h"
 #include "generation/attacks.h"
 #include "position/chess_position.h"
-#include "position/masks.h"
+#include "position/set_steps.h"
 
 namespace orvelin {
 
@@ -12,12 +12,9 @@ static_assert(Mobility::attack_weights.back() == 256);
 
 template <int Side>
 void Mobility::compute_king_neighbourhood(ChessPosition const& position) {
-    using men = SideMen<Side>;
-    BitBoard const king = men::kings(position);
-    BitBoard const row = king | ((king >> 1) & not_h_file) | ((king << 1) & not_a_file);
-    BitBoard const block = row | (row << 8) | (row >> 8);
+    BitBoard const block = king_block(SideMen<Side>::kings(position));
     neighbourhood_[Side] = block;
-    battlefield_[Side] = block | men::ahead(block, 2) | men::ahead(block, 3);
+    battlefield_[Side] = block | ahead<Side>(block, 2) | ahead<Side>(block, 3);
 }
 
 template <int Side>

@@ -49,9 +49,9 @@ class PieceSquareTables {
     /// 0.01). The first difference goes to standard error and gives false. A debugging aid.
     bool verify_score() const;
 
-    /// Running sum of a piece id, 0 to 14.
+    /// Running sum of a piece id, 0 to 15.
     pair_t const& score(int piece_id) const { return score_[static_cast<std::size_t>(piece_id)]; }
-    /// Table values of a piece id, 0 to 14, on a square id, 0 to 63.
+    /// Table values of a piece id, 0 to 15, on a square id, 0 to 63.
     float middle_game(int piece_id, int square_id) const {
         return mg_[static_cast<std::size_t>(piece_id)][static_cast<std::size_t>(square_id)];
     }
@@ -60,7 +60,7 @@ class PieceSquareTables {
     }
 
  private:
-    static constexpr std::size_t piece_ids = 15;
+    static constexpr std::size_t piece_ids = 16;
     using sums_t = std::array<pair_t, piece_ids>;
     using rows_t = std::array<table_t, piece_ids>;
 

@@ -69,15 +69,6 @@ struct SideMen {
 
     /// Square of the king, no square without one.
     static Square king(ChessPosition const& position) { return kings(position).get_first_square(); }
-
-    /// Moves the set by `ranks` ranks in the direction of the side's pawns.
-    static BitBoard ahead(BitBoard const& set, int ranks) {
-        if constexpr (Side == 1) {
-            return set << (8 * ranks);
-        } else {
-            return set >> (8 * ranks);
-        }
-    }
 };
 
 }  // namespace orvelin

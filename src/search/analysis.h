@@ -47,14 +47,14 @@ using RootObserver = std::function<void(int alpha, int beta, int score)>;
 ///
 /// Bound for life to one position, on which it makes and unmakes its moves, and to the
 /// tables, which it does not own; owns all else that a search needs. The analysis thread
-/// runs operator() and, from it, every search function. The main thread writes the limits
-/// while no search runs, talks to the thread through action, status and quit flag, and
-/// reads what reporting shows: those words are atomic, the ranked lines are guarded by
-/// the analysis mutex, and the list of search moves by a lock of its own. No two locks are
-/// ever held together.
+/// runs operator() and, from it, every search function. The main thread writes the limits,
+/// as a rule between searches and now and then during one, talks to the thread through action,
+/// status and quit flag, and reads what reporting shows: all those words are atomic, the ranked
+/// lines are guarded by the analysis mutex, and the list of search moves by a lock of its own. No
+/// two locks are ever held together.
 ///
 /// Every search function leaves the position, the piece-square sums and the ply as it
-/// found them, on every path.
+/// found them, on every path but that of an exception.
 class Analysis {
  public:
     /// Binds to the position and the tables, readies for a search and clears the
@@ -130,6 +130,7 @@ class Analysis {
     // What reporting reads.
 
     std::uint64_t get_node_count() const { return node_count_.load(std::memory_order_relaxed); }
+    /// Belongs between searches, as does clear_node_count().
     void add_node_count(std::uint64_t nodes) { node_count_.fetch_add(nodes); }
     void clear_node_count() { node_count_.store(0); }
     /// Milliseconds since the last search began; goes on growing after its end.
@@ -177,6 +178,7 @@ class Analysis {
     void clear_history();
     /// Kept for symmetry with its siblings: an evaluation has nothing to clear.
     void clear_eval() {}
+    /// Clears hash, killers, history and counter moves, and the node count.
     void clear();
 
     // The search.
@@ -217,7 +219,8 @@ class Analysis {
     int extend(MoveList const& list, Move const& move);
 
     void make_move(Move const& move);
-    /// Takes the same word as make_move: its class is read again.
+    /// Takes the same word as make_move: its class is read again. The mate threat test alone hands
+    /// in a changed class.
     void unmake_move(Move const& move);
     void make_nullmove();
     void unmake_nullmove();
@@ -234,8 +237,6 @@ class Analysis {
  private:
     /// Lets the tests set the state of a node (ply, iteration, node move) and look into it.
     friend class AnalysisProbe;
-
-    using MoveTable = movetable_t;
 
     /// State of one null-window node, shared by its stages.
     struct NullWindowNode;
@@ -267,6 +268,7 @@ class Analysis {
     Move pv_hash_move() const;
     int search_pv_moves(MoveList& list, Move const& hash_move, int depth, int alpha, int beta,
                         PrincipalVariation& line);
+    bool reducible(Move const& move, int extension) const;
     int pv_reduction(Move const& move, int depth, int index, int extension) const;
     int search_pv_move(int index, int depth, int reduction, int alpha, int beta,
                        PrincipalVariation& child_line);
@@ -317,7 +319,7 @@ class Analysis {
     std::atomic<int> iteration_{0};
     int ply_ = 0;
     std::atomic<int> seldepth_{0};
-    unsigned char date_ = 0;
+    std::atomic<unsigned char> date_{0};
     std::atomic<std::uint64_t> node_count_{0};
     int mate_attack_count_ = 0;
     int id_ = 0;

@@ -10,11 +10,6 @@ namespace orvelin {
 
 namespace {
 
-/// Times arrive as `int` and are kept in unsigned 64 bits: a negative one becomes enormous.
-std::uint64_t sign_extended(int value) {
-    return static_cast<std::uint64_t>(static_cast<std::int64_t>(value));
-}
-
 constexpr int unlimited_strength_depth = 102;
 
 }  // namespace

@@ -11,7 +11,7 @@ namespace orvelin {
 /// How often a quiet move gave a cut-off as the answer to an earlier move, by piece and
 /// destination of both. One table serves the opponent's last move and the own move before it.
 ///
-/// The object holds its 7 MiB in place and therefore lives on the heap, owned by the search
+/// The object holds its 8 MiB in place and therefore lives on the heap, owned by the search
 /// object and touched by the analysis thread only. Values wrap around rather than overflow.
 class CounterMove {
  public:
@@ -33,13 +33,14 @@ class CounterMove {
     std::int64_t value(Move const& earlier, Move const& answer) const {
         return value(earlier.piece_id(), earlier.to().id(), answer);
     }
-    /// The earlier move as piece id, 0 to 14, and destination, 0 to 64.
+    /// The earlier move as piece id, 0 to 15, and destination, 0 to 63, or 64 with piece 0, which
+    /// is the empty move.
     std::int64_t value(int const& piece, int const& destination, Move const& answer) const {
         return values_[index(piece, destination, answer)];
     }
 
  private:
-    static constexpr std::size_t pieces = 15;
+    static constexpr std::size_t pieces = 16;
     static constexpr std::size_t squares = 64;
 
     static std::uint64_t weight(int depth) {

@@ -9,33 +9,21 @@ namespace orvelin {
 
 namespace {
 
-/// Exchange values by the low three bits of a piece id; index 7 is no piece.
-constexpr std::array<int, 8> exchange_value{0, 100, 300, 300, 500, 900, 4000, 0};
-
 /// Gain of a promotion by move code.
 constexpr std::array<int, 8> promotion_gain{0, 0, 800, 400, 200, 200, 0, 0};
-
-constexpr int king_type = 6;
 
 /// What the winner of an enemy king is given.
 constexpr int king_capture_score = 32000;
 
-int captured_type(Move const& move) {
-    int const type = move.capture_id() & 7;
-    if (type == 7) {
-        throw std::logic_error("Piece::abs_value out of range:");
-    }
-    return type;
-}
-
-int gain_of(Move const& move, int type) {
-    return exchange_value[static_cast<std::size_t>(type)] + promotion_gain[move.code()];
+/// Throws std::logic_error for a captured id that is no piece.
+int gain_of(Move const& move) {
+    return move.capture().abs_value() + promotion_gain[move.code()];
 }
 
 }  // namespace
 
 int Analysis::see(Move const& move) {
-    int const gain = gain_of(move, captured_type(move));
+    int const gain = gain_of(move);
     position_.force_move(move);
     int const result = gain - see(move.to());
     position_.undo_forced_move(move);
@@ -54,12 +42,11 @@ int Analysis::see(Square square) {
         return 0;
     }
     Move const move = position_.convert_to_move(attacker, square, normal_move);
-    int const type = captured_type(move);
-    if (type == king_type) {
+    if (move.capture().king()) {
         return king_capture_score;
     }
     // A pawn that recaptures on the last rank stays a pawn here, by design.
-    int const gain = gain_of(move, type);
+    int const gain = gain_of(move);
     position_.force_move(move);
     int const result = gain - see(square);
     position_.undo_forced_move(move);

@@ -28,7 +28,7 @@ class HistoryTable {
     std::int64_t value(Move const& move) const { return values_[index(move)]; }
 
  private:
-    static constexpr std::size_t pieces = 15;
+    static constexpr std::size_t pieces = 16;
     static constexpr std::size_t squares = 64;
 
     static std::uint64_t weight(unsigned int depth) { return std::uint64_t{1} << (depth & 63U); }

@@ -1,10 +1,7 @@
 #include <cmath>
 #include <cstdlib>
 
-#include "generation/tables.h"
-#include "position/chess_position.h"
 #include "search/analysis.h"
-#include "search/transposition_table.h"
 #include "time/sleep.h"
 
 namespace orvelin {
@@ -66,7 +63,7 @@ void Analysis::begin_search() {
     counter_moves_->divide_by_8();
     clear_killer();
     root_line_.clear();
-    ++date_;
+    date_.fetch_add(1);
     iteration_.store(0);
 }
 

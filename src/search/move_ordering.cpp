@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "position/chess_position.h"
-#include "position/masks.h"
+#include "position/set_steps.h"
 #include "search/analysis.h"
 
 namespace orvelin {
@@ -30,6 +30,9 @@ struct Ranking {
     std::array<std::int32_t, Places> values{};
 
     void enter(Move const& move, std::int64_t value) {
+        if (value <= 0) {
+            return;
+        }
         for (std::size_t place = 0; place < Places; ++place) {
             if (value <= values[place]) {
                 continue;
@@ -46,12 +49,8 @@ struct Ranking {
 };
 
 BitBoard enemy_pawn_attacks(ChessPosition const& position) {
-    if (position.stm() == 1) {
-        BitBoard const pawns = position.black_pawn();
-        return ((pawns >> 7) & not_a_file) | ((pawns >> 9) & not_h_file);
-    }
-    BitBoard const pawns = position.white_pawn();
-    return ((pawns << 7) & not_h_file) | ((pawns << 9) & not_a_file);
+    return position.stm() == 1 ? pawn_attacks<0>(position.black_pawn())
+                               : pawn_attacks<1>(position.white_pawn());
 }
 
 constexpr int pawn_value = 100;
@@ -104,7 +103,6 @@ Move Analysis::move_before_last() const {
 
 // All moves of the list take part, captures included.
 void Analysis::find_counter_moves(MoveList const& list, QuietCandidates& candidates) const {
-    candidates.counter = {};
     Move const previous = position_.last_move();
     if (previous != Move()) {
         Ranking<2> ranking;

@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <array>
 
-#include "generation/tables.h"
 #include "position/chess_position.h"
 #include "search/analysis.h"
 #include "search/lmr_table.h"
@@ -36,7 +35,7 @@ int Analysis::nullwindow_search(int depth, int alpha, int beta) {
     if (depth < 1 || ply_ > max_iteration) {
         return leaf_value(alpha, beta);
     }
-    MoveTable move_table;
+    movetable_t move_table;
     move_generator_.create_movetable(position_, move_table);
 
     NullWindowNode node{depth, alpha, beta, -infinite_score, position_.check(), Move()};
@@ -70,7 +69,8 @@ int Analysis::nullwindow_search(int depth, int alpha, int beta) {
     return search_null_window_moves(node, list);
 }
 
-// A refuted pass deepens the node by one ply for all that follows in it.
+// A pass that loses more than 200 below alpha tells a threat: it deepens the node by one ply
+// for all that follows in it.
 bool Analysis::nullmove_cut(NullWindowNode& node) {
     if (node.eval < node.beta || !nullmove_allowed()) {
         return false;
@@ -196,11 +196,9 @@ bool Analysis::skip_late_move(NullWindowNode const& node, Move const& move, int 
 int Analysis::search_null_window_move(NullWindowNode const& node, MoveList const& list,
                                       Move const& move, int index) {
     int const extension = extend(list, move);
-    int reduction = 0;
-    if (extension == 0 && !node.check && move.xcode() != good_capture && move.xcode() != killer &&
-        !move.check()) {
-        reduction = lmr_table_.value(node.depth, static_cast<unsigned int>(index));
-    }
+    int const reduction = reducible(move, extension)
+                              ? lmr_table_.value(node.depth, static_cast<unsigned int>(index))
+                              : 0;
     make_move(move);
     int score = -nullwindow_search(node.depth - 1 - reduction + extension, -node.beta, -node.alpha);
     if (score >= node.beta && reduction > 0) {

@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <array>
 
-#include "generation/tables.h"
 #include "position/chess_position.h"
 #include "search/analysis.h"
 #include "search/lmr_table.h"
@@ -15,7 +14,7 @@ int Analysis::pv_search(int const& depth, int alpha, int beta, PrincipalVariatio
     if (mate_distance_cut(alpha, beta, result)) {
         return result;
     }
-    MoveTable move_table;
+    movetable_t move_table;
     move_generator_.create_movetable(position_, move_table);
     if (ply_ > 0 && pv_early_return(result)) {
         return result;
@@ -121,14 +120,14 @@ int Analysis::search_pv_moves(MoveList& list, Move const& hash_move, int depth, 
 }
 
 int Analysis::pv_reduction(Move const& move, int depth, int index, int extension) const {
-    if (extension != 0 || position_.check() || move.check()) {
-        return 0;
-    }
-    unsigned int const xcode = move.xcode();
-    if (xcode == good_capture || xcode == killer) {
-        return 0;
-    }
-    return lmr_table_.pv_value(depth, static_cast<unsigned int>(index));
+    return reducible(move, extension) ? lmr_table_.pv_value(depth, static_cast<unsigned int>(index))
+                                      : 0;
+}
+
+// Asked before the move is made.
+bool Analysis::reducible(Move const& move, int extension) const {
+    return extension == 0 && !position_.check() && move.xcode() != good_capture &&
+           move.xcode() != killer && !move.check();
 }
 
 // Called with the move made; `depth` is the child's full depth.

@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <array>
 
-#include "generation/tables.h"
 #include "position/chess_position.h"
 #include "search/analysis.h"
 
@@ -19,7 +18,7 @@ int Analysis::quiescence(int alpha, int beta, int qdepth) {
     if (qdepth < 0) {
         new_node();
     }
-    MoveTable move_table;
+    movetable_t move_table;
     move_generator_.create_movetable(position_, move_table);
     bool const check = position_.check();
     int value = ply_ - mate_score;

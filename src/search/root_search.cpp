@@ -1,7 +1,5 @@
 #include <array>
 
-#include "generation/tables.h"
-#include "position/chess_position.h"
 #include "search/analysis.h"
 
 namespace orvelin {

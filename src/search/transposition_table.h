@@ -15,9 +15,9 @@ namespace orvelin {
 /// Owns one array of buckets, a power of two of them, indexed by the low bits of the key. A
 /// bucket is in use only when its index is above the threshold: the low end of the array is
 /// lent out as plain memory while an endgame table is built there, and bucket 0 is never
-/// used. The analysis thread alone reads and writes records during a search; the main
-/// thread may take hashfull() meanwhile, a snapshot. All else that the main thread does
-/// here, set_size() above all, belongs between searches.
+/// used. The analysis thread alone reads and stores records during a search; the main thread
+/// may take hashfull() meanwhile, a snapshot, and clear(). Size, threshold and switch are
+/// changed between searches only.
 class TranspositionTable {
  public:
     /// Buckets of a new table: 128 MiB.
@@ -32,8 +32,9 @@ class TranspositionTable {
     int get_size() const;
     /// Makes the table as large as fits into so many MiB (at least 6), in a power of two of
     /// buckets. A new size empties the table; the same size keeps all.
-    /// Throws std::bad_array_new_length for a size that cannot be told in bytes, and
-    /// std::bad_alloc when there is no memory; the table is then empty and stores nothing.
+    /// Throws std::bad_array_new_length for a size that cannot be told in bytes, which no `int`
+    /// of MiB reaches, and std::bad_alloc when there is no memory; the table is then empty and
+    /// stores nothing.
     void set_size(int megabytes);
     /// Number of buckets.
     std::uint64_t buckets() const { return size_; }

@@ -19,9 +19,9 @@ enum bound_t : std::uint8_t {
 ///
 /// Value word, from the low end: 8 bits always 0, 8 bits date, 8 bits draft, 8 bits bound,
 /// 16 bits signed score, 16 bits TTmove. Mate scores are held relative to the node. The
-/// analysis thread alone writes the records of the table; the main thread samples their
-/// dates meanwhile, so both words are read and, inside the table, written as relaxed
-/// atomics. The setters are plain: they build records that no other thread sees.
+/// analysis thread alone stores records in the table; the main thread may sample their dates
+/// and clear them meanwhile, so both words are read and, inside the table, written as atomics,
+/// the key last. The setters are plain: they build records that no other thread sees.
 class TTrecord {
  public:
     TTrecord() = default;

@@ -6,14 +6,7 @@ namespace orvelin {
 
 namespace {
 
-constexpr int start_movestogo = 999;
-constexpr int start_mate = 999999;
 constexpr int fallback_movestogo = 30;
-
-/// A signed number as the 64-bit word that unsigned arithmetic takes it for.
-std::uint64_t sign_extended(int number) {
-    return static_cast<std::uint64_t>(static_cast<std::int64_t>(number));
-}
 
 }  // namespace
 

@@ -7,6 +7,12 @@
 
 namespace orvelin {
 
+/// A signed number as the 64-bit word that unsigned arithmetic takes it for: limits arrive as
+/// `int` and are kept unsigned, so a negative one becomes enormous.
+constexpr std::uint64_t sign_extended(int number) {
+    return static_cast<std::uint64_t>(static_cast<std::int64_t>(number));
+}
+
 /// The limits of one `go`, and the clock that runs against them.
 ///
 /// Answers when the search must stop and how much of the budget is used. The main thread
@@ -14,11 +20,16 @@ namespace orvelin {
 /// Nothing is locked: each field is a relaxed atomic, and a question that falls into a
 /// rewriting may see fields of both. All times are milliseconds.
 ///
-/// An absent limit is a number too large to be reached, not a flag.
+/// An absent limit is a number too large to be reached, not a flag; only the default of the time
+/// per move is also looked at as a marker.
 class TimeManager {
  public:
     /// Start value of the clocks and of the time per move, about 35 years: not given.
     static constexpr std::uint64_t not_given = std::uint64_t{1} << 40;
+
+    /// Start values of the moves to go and of the mate limit.
+    static constexpr int start_movestogo = 999;
+    static constexpr int start_mate = 999999;
 
     TimeManager() = default;
     TimeManager(TimeManager const&) = delete;
@@ -92,8 +103,8 @@ class TimeManager {
     /// Time used so far; folds a running timer.
     std::uint64_t elapsed() { return timer_.total_time().milliseconds(); }
 
-    std::atomic<int> movestogo_{999};
-    std::atomic<int> mate_{999999};
+    std::atomic<int> movestogo_{start_movestogo};
+    std::atomic<int> mate_{start_mate};
     std::atomic<int> lag_{200};
     std::atomic<std::uint64_t> wtime_{not_given};
     std::atomic<std::uint64_t> btime_{not_given};

@@ -44,6 +44,10 @@ void Timer::stop() {
         return;
     }
     stopped_.store(true, relaxed);
+    fold();
+}
+
+void Timer::fold() {
     auto const interval = static_cast<double>(now() - start_.load(relaxed));
     total_.store(total_.load(relaxed) + interval, relaxed);
     count_.store(count_.load(relaxed) + 1, relaxed);
@@ -57,8 +61,10 @@ void Timer::reset() {
 
 Duration Timer::total_time() {
     if (!stopped_.load(relaxed)) {
-        stop();
-        start();
+        // Not by stop() and start(), which would revive a timer that another thread resets
+        // between the two.
+        fold();
+        start_.store(now(), relaxed);
     }
     return from_nanoseconds(total_.load(relaxed));
 }

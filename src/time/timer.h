@@ -37,6 +37,8 @@ class Timer {
 
  private:
     static std::int64_t now();
+    /// Adds the present interval to the total.
+    void fold();
 
     std::atomic<std::int64_t> start_{0};   ///< nanoseconds of the system clock
     std::atomic<double> total_{0.0};       ///< nanoseconds

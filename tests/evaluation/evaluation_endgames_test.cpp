@@ -1,9 +1,10 @@
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <string>
 
-#include "evaluation/evaluated_position.h"
+#include "support/fresh_evaluation.h"
 
 namespace orvelin::test {
 
@@ -11,20 +12,14 @@ namespace {
 
 /// The score after the endgame function, White's point of view.
 int white_score(std::string const& fen) {
-    return static_cast<int>(EvaluatedPosition(fen).evaluation.score());
+    FreshEvaluation at(fen);
+    at.score();
+    return static_cast<int>(at.evaluation().score());
 }
 
-/// The blend without any endgame function.
-double blend(Evaluation const& evaluation) {
-    double sum = 0;
-    for (std::size_t i = 0; i < term::count; ++i) {
-        double const variable = static_cast<double>(evaluation.variable_vector()[i]);
-        sum += variable * static_cast<double>(evaluation.weight_mg_vector()[i]) *
-               static_cast<double>(evaluation.mg_phase());
-        sum += variable * static_cast<double>(evaluation.weight_eg_vector()[i]) *
-               static_cast<double>(evaluation.eg_phase());
-    }
-    return sum;
+/// The blend as the endgame functions find it.
+int blend(FreshEvaluation& at) {
+    return static_cast<int>(std::round(blended(at.evaluation())));
 }
 
 TEST(EvaluationEndgames, queen_or_rook_adds_by_ring_to_the_size_of_the_blend) {
@@ -36,32 +31,32 @@ TEST(EvaluationEndgames, queen_or_rook_adds_by_ring_to_the_size_of_the_blend) {
     for (Row const row : {Row{"k7/8/8/8/8/8/8/", 1000 - 70}, Row{"8/1k6/8/8/8/8/8/", 900 - 60},
                           Row{"8/8/2k5/8/8/8/8/", 800 - 50}, Row{"8/8/8/3k4/8/8/8/", 0 - 40}}) {
         for (std::string const man : {"Q", "R"}) {
-            EvaluatedPosition evaluated(row.weak_king + std::string("4K2") + man + " w - - 0 1");
-            EXPECT_NEAR(evaluated.evaluation.score(), blend(evaluated.evaluation) + row.added, 1.01)
-                << row.weak_king << man;
+            FreshEvaluation at(row.weak_king + std::string("4K2") + man + " w - - 0 1");
+            int const score = at.score();
+            EXPECT_EQ(score, blend(at) + row.added) << row.weak_king << man;
             // Called once more, the function builds on the score it left.
-            float const before = evaluated.evaluation.score();
-            int const again = man == "Q" ? evaluated.evaluation.KQK() : evaluated.evaluation.KRK();
-            EXPECT_EQ(again, static_cast<int>(before) + row.added);
+            int const again = man == "Q" ? at.evaluation().KQK() : at.evaluation().KRK();
+            EXPECT_EQ(again, score + row.added);
         }
     }
 }
 
 TEST(EvaluationEndgames, black_queen_negates_the_whole_sum) {
-    EvaluatedPosition const white_to_move("4k2q/8/8/8/8/8/8/K7 w - - 0 1");
-    EXPECT_LT(white_to_move.score, 0);
-    EXPECT_NEAR(white_to_move.evaluation.score(), blend(white_to_move.evaluation) - 930, 1.01);
-    EXPECT_EQ(static_cast<int>(white_to_move.evaluation.score()), white_to_move.score);
-    EvaluatedPosition const black_to_move("4k2q/8/8/8/8/8/8/K7 b - - 0 1");
-    EXPECT_GT(black_to_move.score, 0);
-    EXPECT_LT(black_to_move.evaluation.score(), 0.0F);
+    FreshEvaluation white_to_move("4k2q/8/8/8/8/8/8/K7 w - - 0 1");
+    int const score = white_to_move.score();
+    EXPECT_LT(score, 0);
+    EXPECT_EQ(score, blend(white_to_move) - 930);
+    EXPECT_EQ(white_to_move.evaluation().score(), static_cast<float>(score));
+    FreshEvaluation black_to_move("4k2q/8/8/8/8/8/8/K7 b - - 0 1");
+    EXPECT_GT(black_to_move.score(), 0);
+    EXPECT_LT(black_to_move.evaluation().score(), 0.0F);
 }
 
 TEST(EvaluationEndgames, two_knights_count_a_king_in_the_corner_only) {
     EXPECT_EQ(white_score("4k1nn/8/8/8/8/8/8/K7 w - - 0 1"), -100);
     EXPECT_EQ(white_score("4k1nn/8/8/8/8/8/8/1K6 w - - 0 1"), 0);
     EXPECT_EQ(white_score("7k/8/8/8/8/8/8/NN2K3 w - - 0 1"), 100);
-    EXPECT_EQ(EvaluatedPosition("7k/8/8/8/8/8/8/NN2K3 b - - 0 1").score, -100);
+    EXPECT_EQ(FreshEvaluation("7k/8/8/8/8/8/8/NN2K3 b - - 0 1").score(), -100);
     EXPECT_EQ(white_score("6k1/8/8/8/8/8/8/NN2K3 w - - 0 1"), 0);
 }
 
@@ -75,7 +70,7 @@ TEST(EvaluationEndgames, two_bishops_drive_the_king_into_a_corner) {
     EXPECT_EQ(white_score("k7/8/8/8/8/8/8/K1B2B2 w - - 0 1"), 1000 - 200 + 30 - 7);
     EXPECT_EQ(white_score("8/8/2k5/8/4K3/8/8/2B2B2 w - - 0 1"), 1000 - 20 + 10 - 2);
     EXPECT_EQ(white_score("2b2b2/8/8/4k3/8/8/8/K7 w - - 0 1"), -(1000 + 30 - 4));
-    EXPECT_EQ(EvaluatedPosition("2b2b2/8/8/4k3/8/8/8/K7 b - - 0 1").score, 1026);
+    EXPECT_EQ(FreshEvaluation("2b2b2/8/8/4k3/8/8/8/K7 b - - 0 1").score(), 1026);
 }
 
 TEST(EvaluationEndgames, bishop_and_knight_drive_to_the_corner_of_the_bishop) {
@@ -96,7 +91,7 @@ TEST(EvaluationEndgames, rook_pawn_is_worth_the_distance_to_the_corner) {
     EXPECT_EQ(white_score("8/8/8/8/8/8/P7/4K2k w - - 0 1"), 7);
     EXPECT_EQ(white_score("8/5k1P/8/8/8/8/8/4K3 w - - 0 1"), 2);
     EXPECT_EQ(white_score("4k3/8/8/8/8/8/p1K5/8 w - - 0 1"), -2);
-    EXPECT_EQ(EvaluatedPosition("4k3/8/8/8/8/8/p1K5/8 b - - 0 1").score, 2);
+    EXPECT_EQ(FreshEvaluation("4k3/8/8/8/8/8/p1K5/8 b - - 0 1").score(), 2);
 }
 
 TEST(EvaluationEndgames, king_in_front_of_the_pawn_holds) {
@@ -149,10 +144,10 @@ TEST(EvaluationEndgames, pawn_before_promotion_is_held_from_the_diagonal_only) {
 TEST(EvaluationEndgames, lone_pawn_replaces_the_blend_on_every_file) {
     for (int file = 1; file < 7; ++file) {
         std::string const rank = std::to_string(file) + "P" + std::to_string(7 - file);
-        EvaluatedPosition const evaluated("k6K/8/8/" + rank + "/8/8/8/8 b - - 0 1");
+        FreshEvaluation evaluated("k6K/8/8/" + rank + "/8/8/8/8 b - - 0 1");
         int const steps = std::max(file, 3);
         bool const caught = steps <= 3 && std::max(7 - file, 3) > steps;
-        EXPECT_EQ(evaluated.score, caught ? 0 : -(500 + steps)) << file;
+        EXPECT_EQ(evaluated.score(), caught ? 0 : -(500 + steps)) << file;
     }
 }
 
@@ -167,16 +162,17 @@ TEST(EvaluationEndgames, right_bishop_with_a_rook_pawn_keeps_the_blend) {
     for (std::string const fen :
          {"7k/8/8/7P/3B4/8/8/4K3 w - - 0 1", "8/5k2/8/7P/4B3/8/8/4K3 w - - 0 1",
           "7k/8/8/6P1/4B3/8/8/4K3 w - - 0 1", "4k3/8/8/8/6p1/8/8/K1b5 w - - 0 1"}) {
-        EvaluatedPosition const evaluated(fen);
-        EXPECT_NEAR(evaluated.evaluation.score(), blend(evaluated.evaluation), 1.01) << fen;
-        EXPECT_NE(evaluated.score, 0);
+        FreshEvaluation evaluated(fen);
+        int const score = evaluated.score();
+        EXPECT_EQ(score, blend(evaluated)) << fen;
+        EXPECT_NE(score, 0);
     }
 }
 
 TEST(EvaluationEndgames, blend_of_a_black_bishop_and_pawn_is_not_negated) {
-    EvaluatedPosition const evaluated("4k3/8/8/8/6p1/8/8/K1b5 w - - 0 1");
-    EXPECT_LT(evaluated.evaluation.score(), 0.0F);
-    EXPECT_LT(evaluated.score, 0);
+    FreshEvaluation evaluated("4k3/8/8/8/6p1/8/8/K1b5 w - - 0 1");
+    EXPECT_LT(evaluated.score(), 0);
+    EXPECT_LT(evaluated.evaluation().score(), 0.0F);
 }
 
 TEST(EvaluationEndgames, rook_and_pawn_against_rook) {
@@ -192,7 +188,7 @@ TEST(EvaluationEndgames, rook_and_pawn_against_rook) {
     EXPECT_EQ(white_score("8/8/4P3/8/7k/8/8/RK5r w - - 0 1"), 210 - 50);
     EXPECT_EQ(white_score("K7/8/8/4P3/k6r/8/8/7R w - - 0 1"), 100 + 10 - 40);
     EXPECT_EQ(white_score("K6R/8/8/4p3/4k3/8/8/7r w - - 0 1"), -300);
-    EXPECT_EQ(EvaluatedPosition("K6R/8/8/4p3/4k3/8/8/7r b - - 0 1").score, 300);
+    EXPECT_EQ(FreshEvaluation("K6R/8/8/4p3/4k3/8/8/7r b - - 0 1").score(), 300);
 }
 
 TEST(EvaluationEndgames, queen_against_rook) {
@@ -204,10 +200,10 @@ TEST(EvaluationEndgames, queen_against_rook) {
 }
 
 TEST(EvaluationEndgames, distance_between_is_the_king_distance) {
-    EvaluatedPosition const evaluated("7k/8/8/8/8/8/8/K7 w - - 0 1");
-    EXPECT_EQ(evaluated.evaluation.distance_between(Square("a1"), Square("c8")), 7);
-    EXPECT_EQ(evaluated.evaluation.distance_between(Square("a1"), BitBoard()), 8);
-    EXPECT_EQ(evaluated.evaluation.distance_between(Square("a1"), Square("d2").bitboard()), 3);
+    FreshEvaluation evaluated("7k/8/8/8/8/8/8/K7 w - - 0 1");
+    EXPECT_EQ(evaluated.evaluation().distance_between(Square("a1"), Square("c8")), 7);
+    EXPECT_EQ(evaluated.evaluation().distance_between(Square("a1"), BitBoard()), 8);
+    EXPECT_EQ(evaluated.evaluation().distance_between(Square("a1"), Square("d2").bitboard()), 3);
 }
 
 TEST(EvaluationEndgames, boards_without_kings_are_harmless) {
@@ -215,8 +211,8 @@ TEST(EvaluationEndgames, boards_without_kings_are_harmless) {
                                   "r7", "nn6", "bn6", "bb6", "bp6", "p7", "rpR5", "qR6"}) {
         for (std::string fen : {"8/8/8/8/8/8/8/@", "8/8/8/@/8/8/8/8"}) {
             fen.replace(fen.find('@'), 1, men);
-            EvaluatedPosition const evaluated(fen + " w - - 0 1");
-            EXPECT_LT(std::abs(evaluated.score), 30000) << fen;
+            FreshEvaluation evaluated(fen + " w - - 0 1");
+            EXPECT_LT(std::abs(evaluated.score()), 30000) << fen;
         }
     }
 }

@@ -1,11 +1,25 @@
+#include <array>
 #include <cmath>
+#include <cstddef>
 #include <gtest/gtest.h>
+#include <string>
 
-#include "evaluation/evaluated_position.h"
+#include "support/fresh_evaluation.h"
 
 namespace orvelin::test {
 
 namespace {
+
+/// Knights, bishops, rooks, queens.
+using by_type_t = std::array<float, 4>;
+
+/// Four neighbouring terms of a position, from that of the knights on.
+by_type_t terms_by_type(std::string const& fen, std::size_t knight_term) {
+    FreshEvaluation at(fen);
+    at.score();
+    return {at.term(knight_term), at.term(knight_term + 1), at.term(knight_term + 2),
+            at.term(knight_term + 3)};
+}
 
 TEST(EvaluationKing, kings_in_the_far_corners_cancel) {
     EXPECT_EQ(term_of("7k/8/8/8/8/8/8/K7 w - - 0 1", term::king_activity), 0.0F);
@@ -32,30 +46,35 @@ TEST(EvaluationKing, king_activity_counts_the_way_to_the_squares_ahead_of_a_pass
 }
 
 TEST(EvaluationKing, king_activity_is_weighted_by_the_phase) {
-    EvaluatedPosition const evaluated("8/1k6/8/8/4K3/8/8/Q7 w - - 0 1");
-    EXPECT_EQ(evaluated.term(term::king_activity), 2.0F * evaluated.evaluation.eg_phase());
-    EXPECT_LT(evaluated.evaluation.eg_phase(), 1.0F);
+    FreshEvaluation evaluated("8/1k6/8/8/4K3/8/8/Q7 w - - 0 1");
+    evaluated.score();
+    EXPECT_EQ(evaluated.term(term::king_activity), 2.0F * evaluated.evaluation().eg_phase());
+    EXPECT_LT(evaluated.evaluation().eg_phase(), 1.0F);
 }
 
 TEST(EvaluationKing, lone_queen_next_to_the_king_is_no_attack) {
-    EvaluatedPosition const lone("7k/8/5Q2/8/8/8/8/K7 w - - 0 1");
+    FreshEvaluation lone("7k/8/5Q2/8/8/8/8/K7 w - - 0 1");
+    lone.score();
     EXPECT_EQ(lone.term(term::king_attack), 0.0F);
-    EXPECT_EQ(lone.evaluation.king_safety(), 0);
-    EvaluatedPosition const two("7k/8/5Q2/8/8/8/8/K5R1 w - - 0 1");
+    EXPECT_EQ(lone.evaluation().king_safety(), 0);
+    FreshEvaluation two("7k/8/5Q2/8/8/8/8/K5R1 w - - 0 1");
+    two.score();
     EXPECT_EQ(two.term(term::king_attack), 120.0F);
-    EXPECT_EQ(two.evaluation.king_safety(), 120);
+    EXPECT_EQ(two.evaluation().king_safety(), 120);
 }
 
 TEST(EvaluationKing, king_attack_keeps_the_fraction) {
     // Three types: weight 192; the sum of attacked squares is not a multiple of 4/3.
-    EvaluatedPosition const evaluated("7k/8/4NQ2/8/8/8/8/K5R1 w - - 0 1");
-    Mobility const& maps = evaluated.evaluation.mobility_maps();
+    FreshEvaluation evaluated("7k/8/4NQ2/8/8/8/8/K5R1 w - - 0 1");
+    evaluated.score();
+    Mobility const& maps = evaluated.evaluation().mobility_maps();
     EXPECT_EQ(maps.attackweight_black_king(), 192);
     EXPECT_EQ(evaluated.term(term::king_attack), static_cast<float>(maps.king_safety() / 256.0));
 }
 
 TEST(EvaluationKing, rook_beside_the_king_counts_in_contact_by_presence) {
-    EvaluatedPosition const evaluated("7k/pp6/8/8/8/8/PP6/4Kr2 w - - 0 1");
+    FreshEvaluation evaluated("7k/pp6/8/8/8/8/PP6/4Kr2 w - - 0 1");
+    evaluated.score();
     // Six squares around the white king are on files without a black pawn, four around the other.
     EXPECT_EQ(evaluated.term(term::open_files_on_king), (4.0F - 6.0F) * 15.0F);
     EXPECT_EQ(evaluated.term(term::rook_king_contact), -1.0F);
@@ -74,29 +93,72 @@ TEST(EvaluationKing, open_files_are_empty_for_a_board_without_pawns) {
 }
 
 TEST(EvaluationKing, contacts_are_counted_for_each_type) {
-    EvaluatedPosition const evaluated("6k1/5N2/3B4/6R1/8/2q5/1n6/K3b3 w - - 0 1");
+    FreshEvaluation evaluated("6k1/5N2/3B4/6R1/8/2q5/1n6/K3b3 w - - 0 1");
+    evaluated.score();
     EXPECT_EQ(evaluated.term(term::knight_king_contact), 0.0F);
     EXPECT_EQ(evaluated.term(term::bishop_king_contact), 0.0F);
     EXPECT_EQ(evaluated.term(term::rook_king_contact), 0.0F);
     EXPECT_EQ(evaluated.term(term::queen_king_contact), 0.0F);
     EXPECT_EQ(evaluated.term(term::knight_battlefield_contact), 0.0F);
     EXPECT_EQ(evaluated.term(term::rook_battlefield_contact), 1.0F);
-    EvaluatedPosition const queen("6k1/6Q1/8/8/8/8/8/K7 w - - 0 1");
+    FreshEvaluation queen("6k1/6Q1/8/8/8/8/8/K7 w - - 0 1");
+    queen.score();
     EXPECT_EQ(queen.term(term::queen_king_contact), 1.0F);
     EXPECT_EQ(queen.term(term::queen_battlefield_contact), 1.0F);
-    EvaluatedPosition const bishop("6k1/8/8/8/8/8/1b6/K7 w - - 0 1");
+    FreshEvaluation bishop("6k1/8/8/8/8/8/1b6/K7 w - - 0 1");
+    bishop.score();
     EXPECT_EQ(bishop.term(term::bishop_king_contact), -1.0F);
     EXPECT_EQ(bishop.term(term::bishop_battlefield_contact), -1.0F);
-    EvaluatedPosition const knight("6k1/8/8/8/8/8/8/KN6 w - - 0 1");
+    FreshEvaluation knight("6k1/8/8/8/8/8/8/KN6 w - - 0 1");
+    knight.score();
     EXPECT_EQ(knight.term(term::knight_king_contact), 0.0F);
 }
 
 TEST(EvaluationKing, battlefield_attacks_count_squares_white_minus_black) {
-    EvaluatedPosition const evaluated("6k1/8/8/8/8/8/8/K4R2 w - - 0 1");
+    FreshEvaluation evaluated("6k1/8/8/8/8/8/8/K4R2 w - - 0 1");
+    evaluated.score();
     // f4 to f8 of the black battlefield, files f to h and ranks 4 to 8.
     EXPECT_EQ(evaluated.term(term::rook_battlefield_attack), 5.0F);
     EXPECT_EQ(evaluated.term(term::queen_battlefield_attack), 0.0F);
     EXPECT_EQ(term_of("k4r2/8/8/8/8/8/8/6K1 w - - 0 1", term::rook_battlefield_attack), -5.0F);
+}
+
+TEST(EvaluationKing, a_man_beside_the_enemy_king_is_in_both_contacts_of_its_type) {
+    struct Row {
+        char const* white;
+        char const* black;
+        std::size_t type;
+    };
+    for (Row const row :
+         {Row{"6k1/5N2/8/8/8/8/8/K7 w - - 0 1", "k7/8/8/8/8/8/5n2/6K1 w - - 0 1", 0},
+          Row{"6k1/5B2/8/8/8/8/8/K7 w - - 0 1", "k7/8/8/8/8/8/5b2/6K1 w - - 0 1", 1},
+          Row{"6k1/5R2/8/8/8/8/8/K7 w - - 0 1", "k7/8/8/8/8/8/5r2/6K1 w - - 0 1", 2},
+          Row{"6k1/5Q2/8/8/8/8/8/K7 w - - 0 1", "k7/8/8/8/8/8/5q2/6K1 w - - 0 1", 3}}) {
+        by_type_t white{};
+        by_type_t black{};
+        white[row.type] = 1.0F;
+        black[row.type] = -1.0F;
+        EXPECT_EQ(terms_by_type(row.white, term::knight_king_contact), white) << row.white;
+        EXPECT_EQ(terms_by_type(row.white, term::knight_battlefield_contact), white) << row.white;
+        EXPECT_EQ(terms_by_type(row.black, term::knight_king_contact), black) << row.black;
+        EXPECT_EQ(terms_by_type(row.black, term::knight_battlefield_contact), black) << row.black;
+    }
+}
+
+TEST(EvaluationKing, battlefield_attacks_of_each_type_have_a_slot_of_their_own) {
+    auto const attacks = [](char const* fen) {
+        return terms_by_type(fen, term::knight_battlefield_attack);
+    };
+    // f7, g6 and g4
+    EXPECT_EQ(attacks("6k1/8/8/4N3/8/8/8/K7 w - - 0 1"), (by_type_t{3.0F, 0.0F, 0.0F, 0.0F}));
+    EXPECT_EQ(attacks("k7/8/8/8/4n3/8/8/6K1 w - - 0 1"), (by_type_t{-3.0F, 0.0F, 0.0F, 0.0F}));
+    // f5, g6 and h7
+    EXPECT_EQ(attacks("6k1/8/8/8/8/8/8/KB6 w - - 0 1"), (by_type_t{0.0F, 3.0F, 0.0F, 0.0F}));
+    EXPECT_EQ(attacks("kb6/8/8/8/8/8/8/6K1 w - - 0 1"), (by_type_t{0.0F, -3.0F, 0.0F, 0.0F}));
+    // f4 to f8
+    EXPECT_EQ(attacks("6k1/8/8/8/8/8/8/K4R2 w - - 0 1"), (by_type_t{0.0F, 0.0F, 5.0F, 0.0F}));
+    EXPECT_EQ(attacks("6k1/8/8/8/8/8/8/K4Q2 w - - 0 1"), (by_type_t{0.0F, 0.0F, 0.0F, 5.0F}));
+    EXPECT_EQ(attacks("k4q2/8/8/8/8/8/8/6K1 w - - 0 1"), (by_type_t{0.0F, 0.0F, 0.0F, -5.0F}));
 }
 
 TEST(EvaluationKing, castling_rights_of_both_sides_cancel) {
@@ -142,7 +204,8 @@ TEST(EvaluationKing, opposite_bishops_need_one_each_on_different_colours) {
 }
 
 TEST(EvaluationKing, boards_without_kings_are_harmless) {
-    EvaluatedPosition const evaluated("8/pp4Q1/8/8/8/8/5PP1/8 w - - 0 1");
+    FreshEvaluation evaluated("8/pp4Q1/8/8/8/8/5PP1/8 w - - 0 1");
+    evaluated.score();
     EXPECT_EQ(evaluated.term(term::king_attack), 0.0F);
     EXPECT_EQ(evaluated.term(term::pawn_shield), 0.0F);
     EXPECT_TRUE(std::isfinite(evaluated.term(term::king_activity)));

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "evaluation/evaluated_position.h"
+#include "support/fresh_evaluation.h"
 
 namespace orvelin::test {
 
@@ -47,8 +47,9 @@ TEST(EvaluationMobility, locked_up_rook_is_at_most_one_for_each_side) {
 }
 
 TEST(EvaluationMobility, shares_add_up_to_the_whole) {
-    EvaluatedPosition const evaluated(
+    FreshEvaluation evaluated(
         "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1");
+    evaluated.score();
     EXPECT_EQ(evaluated.term(term::mobility), 17.0F);
     EXPECT_EQ(evaluated.term(term::knight_mobility), 8.0F);
     EXPECT_EQ(evaluated.term(term::bishop_mobility), 28.0F);
@@ -57,14 +58,15 @@ TEST(EvaluationMobility, shares_add_up_to_the_whole) {
 }
 
 TEST(EvaluationMobility, variables_are_those_of_the_maps) {
-    EvaluatedPosition const evaluated("q3k3/8/8/n7/8/1R6/8/4K2N w - - 0 1");
-    Mobility const& maps = evaluated.evaluation.mobility_maps();
+    FreshEvaluation evaluated("q3k3/8/8/n7/8/1R6/8/4K2N w - - 0 1");
+    evaluated.score();
+    Mobility const& maps = evaluated.evaluation().mobility_maps();
     EXPECT_EQ(evaluated.term(term::undefended_pieces),
-              static_cast<float>(maps.undefended_pieces(evaluated.position)));
+              static_cast<float>(maps.undefended_pieces(evaluated.position())));
     EXPECT_EQ(evaluated.term(term::own_hanging_material),
-              static_cast<float>(maps.hanging_pieces(evaluated.position)));
+              static_cast<float>(maps.hanging_pieces(evaluated.position())));
     EXPECT_EQ(evaluated.term(term::safe_queencheck), static_cast<float>(maps.safe_queen_checks()));
-    EXPECT_EQ(evaluated.evaluation.mobility(), maps.safe_mobility());
+    EXPECT_EQ(evaluated.evaluation().mobility(), maps.safe_mobility());
 }
 
 }  // namespace

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "evaluation/evaluated_position.h"
 #include "position/masks.h"
+#include "support/fresh_evaluation.h"
 
 namespace orvelin::test {
 
@@ -36,14 +36,15 @@ std::string fen_with_the_slot_of_no_pawns() {
 std::string const bare_kings = "7k/8/8/8/8/8/8/4K3 w - - 0 1";
 
 TEST(EvaluationPawns, board_without_pawns_reads_the_empty_record) {
-    EvaluatedPosition evaluated(bare_kings);
-    EXPECT_EQ(evaluated.evaluation.pawn_evals(), 0U);
+    FreshEvaluation evaluated(bare_kings);
+    evaluated.score();
+    EXPECT_EQ(evaluated.evaluation().pawn_evals(), 0U);
     EXPECT_EQ(evaluated.term(term::open_files_on_king), 0.0F);
-    evaluated.evaluate("4k3/p7/8/8/8/8/8/4K3 w - - 0 1");
+    evaluated.go_on("4k3/p7/8/8/8/8/8/4K3 w - - 0 1");
     EXPECT_NE(evaluated.term(term::rookpawn), 0.0F);
-    evaluated.evaluate(bare_kings);
-    EXPECT_EQ(evaluated.evaluation.pawn_evals(), 2U);
-    EXPECT_EQ(evaluated.evaluation.missed_pht_reads(), 1U);
+    evaluated.go_on(bare_kings);
+    EXPECT_EQ(evaluated.evaluation().pawn_evals(), 2U);
+    EXPECT_EQ(evaluated.evaluation().missed_pht_reads(), 1U);
     EXPECT_EQ(evaluated.term(term::rookpawn), 0.0F);
     EXPECT_EQ(evaluated.term(term::open_files_on_king), 0.0F);
 }
@@ -51,34 +52,37 @@ TEST(EvaluationPawns, board_without_pawns_reads_the_empty_record) {
 TEST(EvaluationPawns, board_without_pawns_gets_full_sets_once_its_slot_was_taken) {
     std::string const taker = fen_with_the_slot_of_no_pawns();
     ASSERT_FALSE(taker.empty());
-    EvaluatedPosition evaluated(taker);
-    evaluated.evaluate(bare_kings);
-    EXPECT_EQ(evaluated.evaluation.missed_pht_reads(), 2U);
+    FreshEvaluation evaluated(taker);
+    evaluated.score();
+    evaluated.go_on(bare_kings);
+    EXPECT_EQ(evaluated.evaluation().missed_pht_reads(), 2U);
     // Four squares around h8 minus six around e1.
     EXPECT_EQ(evaluated.term(term::open_files_on_king), -30.0F);
-    evaluated.evaluate("4k3/p7/8/8/8/8/8/4K3 w - - 0 1");
-    evaluated.evaluate(bare_kings);
-    EXPECT_EQ(evaluated.evaluation.missed_pht_reads(), 3U);
+    evaluated.go_on("4k3/p7/8/8/8/8/8/4K3 w - - 0 1");
+    evaluated.go_on(bare_kings);
+    EXPECT_EQ(evaluated.evaluation().missed_pht_reads(), 3U);
     EXPECT_EQ(evaluated.term(term::open_files_on_king), -30.0F);
 }
 
 TEST(EvaluationPawns, unchanged_structure_is_not_looked_up_again) {
-    EvaluatedPosition evaluated("4k3/pp6/8/8/8/8/P1P5/4K3 w - - 0 1");
-    EXPECT_EQ(evaluated.evaluation.pawn_evals(), 1U);
+    FreshEvaluation evaluated("4k3/pp6/8/8/8/8/P1P5/4K3 w - - 0 1");
+    evaluated.score();
+    EXPECT_EQ(evaluated.evaluation().pawn_evals(), 1U);
     float const islands = evaluated.term(term::pawn_islands);
-    evaluated.evaluate("4k2n/pp6/8/8/8/8/P1P5/K7 b - - 0 1");
-    EXPECT_EQ(evaluated.evaluation.pawn_evals(), 1U);
+    evaluated.go_on("4k2n/pp6/8/8/8/8/P1P5/K7 b - - 0 1");
+    EXPECT_EQ(evaluated.evaluation().pawn_evals(), 1U);
     EXPECT_EQ(evaluated.term(term::pawn_islands), islands);
-    evaluated.evaluate("4k3/pp6/8/8/8/8/PP6/4K3 w - - 0 1");
-    EXPECT_EQ(evaluated.evaluation.pawn_evals(), 2U);
-    evaluated.evaluate("4k3/pp6/8/8/8/8/P1P5/4K3 w - - 0 1");
-    EXPECT_EQ(evaluated.evaluation.pawn_evals(), 3U);
-    EXPECT_EQ(evaluated.evaluation.missed_pht_reads(), 2U);
+    evaluated.go_on("4k3/pp6/8/8/8/8/PP6/4K3 w - - 0 1");
+    EXPECT_EQ(evaluated.evaluation().pawn_evals(), 2U);
+    evaluated.go_on("4k3/pp6/8/8/8/8/P1P5/4K3 w - - 0 1");
+    EXPECT_EQ(evaluated.evaluation().pawn_evals(), 3U);
+    EXPECT_EQ(evaluated.evaluation().missed_pht_reads(), 2U);
     EXPECT_EQ(evaluated.term(term::pawn_islands), islands);
 }
 
 TEST(EvaluationPawns, terms_of_the_record_are_black_minus_white) {
-    EvaluatedPosition const evaluated("4k3/p1p4p/2p5/8/8/8/PPP5/4K3 w - - 0 1");
+    FreshEvaluation evaluated("4k3/p1p4p/2p5/8/8/8/PPP5/4K3 w - - 0 1");
+    evaluated.score();
     EXPECT_EQ(evaluated.term(term::rookpawn), 1.0F);
     EXPECT_EQ(evaluated.term(term::doubled_pawns), 1.0F);
     // Every black pawn stands alone; of White's, none does.
@@ -88,8 +92,9 @@ TEST(EvaluationPawns, terms_of_the_record_are_black_minus_white) {
 }
 
 TEST(EvaluationPawns, passed_pawns_of_both_sides) {
-    EvaluatedPosition const evaluated("4k3/p7/8/8/8/8/7P/4K3 w - - 0 1");
-    EXPECT_EQ(evaluated.evaluation.passed_pawns(),
+    FreshEvaluation evaluated("4k3/p7/8/8/8/8/7P/4K3 w - - 0 1");
+    evaluated.score();
+    EXPECT_EQ(evaluated.evaluation().passed_pawns(),
               Square("a7").bitboard() | Square("h2").bitboard());
 }
 

@@ -7,16 +7,11 @@
 #include "position/chess_position.h"
 #include "position/masks.h"
 #include "support/shared_tables.h"
+#include "support/squares.h"
 
 namespace orvelin::test {
 
 namespace {
-
-BitBoard squares(std::vector<std::string> const& names) {
-    BitBoard set;
-    for (std::string const& name : names) set.set_square(Square(name));
-    return set;
-}
 
 /// A position and its computed maps.
 struct Maps {

@@ -5,16 +5,11 @@
 #include <vector>
 
 #include "position/masks.h"
+#include "support/squares.h"
 
 namespace orvelin::test {
 
 namespace {
-
-BitBoard squares(std::vector<std::string> const& names) {
-    BitBoard set;
-    for (std::string const& name : names) set.set_square(Square(name));
-    return set;
-}
 
 PHTrecord analysed(std::vector<std::string> const& white, std::vector<std::string> const& black) {
     PHTrecord record;

@@ -187,7 +187,7 @@ TEST(PieceSquareValuesTest, BlackRowsAreTheNegatedVerticalMirror) {
 
 TEST(PieceSquareValuesTest, RowsOfNoPieceAreZero) {
     PieceSquareTables const tables;
-    for (int const id : {0, 7, 8}) {
+    for (int const id : {0, 7, 8, 15}) {
         for (int square = 0; square < 64; ++square) {
             EXPECT_EQ(tables.middle_game(id, square), 0.0F);
             EXPECT_EQ(tables.end_game(id, square), 0.0F);

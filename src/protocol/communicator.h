@@ -11,9 +11,10 @@ namespace orvelin {
 ///
 /// What `to_engine` pushes `from_interface` pops, and what `to_interface` pushes `from_engine`
 /// pops, first in, first out. A read never blocks: an empty string is the only sign of an empty
-/// queue, so an empty string can never be a message. Every operation may be called from any
-/// thread; the two locks are never held together, so there is no lock order to keep. The trace
-/// file is written after the lock has been released and is meant for one thread at a time.
+/// queue, so an empty string can never be a message. The queue operations may be called from any
+/// thread; the two locks are never held together, so there is no lock order to keep. `set_id` and
+/// `set_log` belong before the threads start; the trace file is written after the lock has been
+/// released and is meant for one thread at a time.
 class Communicator {
  public:
     /// Empty queues, trace off, id from the low 9 bits of the system clock.

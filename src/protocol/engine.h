@@ -59,6 +59,7 @@ class Engine {
     // Parts and state, for tests and tools.
 
     Analysis& analysis() { return analysis_; }
+    Tables const& tables() const { return tables_; }
     ChessPosition const& position() const { return position_; }
     /// The last `position` line, with every `bestmove` that was printed since appended.
     std::string const& position_line() const { return position_line_; }
@@ -93,7 +94,7 @@ class Engine {
 
     bool dispatch();
     void parse_position(std::istringstream& arguments);
-    void parse_moves(std::istringstream& arguments);
+    bool search_runs_or_waits() const;
     void make_text_move(std::string const& text);
     void reset_go_limits();
     bool read_limit(std::string const& token, std::istringstream& arguments);
@@ -105,7 +106,7 @@ class Engine {
     void send(std::string const& line);
     void write_log(std::string const& line);
     std::string info_line(int index, std::string const& head, std::string const& counts) const;
-    std::string bestmove_line() const;
+    std::string bestmove_line(Move const& best_move) const;
     void prepare_bench(std::string const& fen);
 
     Communicator& communicator_;

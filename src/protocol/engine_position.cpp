@@ -31,6 +31,7 @@ std::string read_fen(std::istringstream& arguments) {
 
 }  // namespace
 
+// A running search is not stopped: the interface is not to send this then.
 bool Engine::command_ucinewgame(std::istringstream&) {
     position_.newgame();
     analysis_.clear_hash();
@@ -43,7 +44,7 @@ bool Engine::command_ucinewgame(std::istringstream&) {
 // In a running game the interface appends its move to the line that the engine already holds, so
 // only that move is made; anything else is parsed in full.
 bool Engine::command_position(std::istringstream& arguments) {
-    if (analysis_.get_status() == searching_status) set_action(2);
+    if (search_runs_or_waits()) set_action(2);
     command_.erase(command_.find_last_not_of(' ') + 1);
     split_line_t const split = split_at_last_blank(command_);
     bool const one_move_more = split.head == position_line_;
@@ -56,6 +57,11 @@ bool Engine::command_position(std::istringstream& arguments) {
     analysis_.init(position_);
     analysis_.reset();
     return true;
+}
+
+// In this order: the thread raises the status in the moment in which it takes the action.
+bool Engine::search_runs_or_waits() const {
+    return analysis_.get_action() == think_action || analysis_.get_status() == searching_status;
 }
 
 void Engine::parse_position(std::istringstream& arguments) {
@@ -78,6 +84,9 @@ void Engine::make_text_move(std::string const& text) {
 }
 
 bool Engine::command_usermove(std::istringstream& arguments) {
+    // Refused under a search, before the position is touched.
+    analysis_.withdraw_think();
+    if (analysis_.get_status() == searching_status) analysis_.init(position_);
     std::string const text = read_token(arguments);
     Move move;
     try {

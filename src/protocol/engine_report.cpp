@@ -33,6 +33,10 @@ void Engine::to_console() {
         send_info(analysis_);
     }
     if (engine_state_ != thinking) return;
+    // A `go` that waits is held off until the old move is made: its search must not begin on a
+    // position that is being changed. If it has begun already, its own end brings the move.
+    bool const go_waits = analysis_.withdraw_think();
+    if (analysis_.get_status() != finished_status) return;
     engine_state_ = idle;
     analysis_.set_status(ready_status);
     send_hashfull(analysis_);
@@ -40,7 +44,8 @@ void Engine::to_console() {
     Move const best_move = analysis_.best_move();
     position_line_ += " " + best_move.algebraic(chess960_);
     position_.make_move(best_move);
-    send(bestmove_line());
+    send(bestmove_line(best_move));
+    if (go_waits) analysis_.set_action(think_action);
 }
 
 // The assignment moves the reported version on by one only, so while a search runs the newest
@@ -82,8 +87,8 @@ void Engine::send_hashfull(Analysis& analysis) {
     send("info hashfull " + std::to_string(analysis.get_hashfull()));
 }
 
-std::string Engine::bestmove_line() const {
-    std::string text = "bestmove " + analysis_.best_move().algebraic(chess960_);
+std::string Engine::bestmove_line(Move const& best_move) const {
+    std::string text = "bestmove " + best_move.algebraic(chess960_);
     Move const ponder_move = analysis_.pondermove();
     if (ponder_move.code() != 0) text += " ponder " + ponder_move.algebraic(chess960_);
     return text;

@@ -36,7 +36,7 @@ void Engine::reset_go_limits() {
 // Under a running search the position is mid-line; the side that is to move at its root is what
 // the time manager already holds.
 void Engine::set_movestogo(int moves) {
-    if (analysis_.get_status() == searching_status) {
+    if (search_runs_or_waits()) {
         analysis_.time_manager().set_movestogo(moves);
     } else {
         analysis_.set_movestogo(moves);
@@ -64,7 +64,7 @@ bool Engine::read_limit(std::string const& token, std::istringstream& arguments)
         set_movestogo(read_number(arguments));
     } else if (token == "nodes") {
         // Read as an int and sign-extended, so that a negative limit is an enormous one.
-        analysis_.set_nodes(static_cast<std::uint64_t>(std::int64_t{read_number(arguments)}));
+        analysis_.set_nodes(sign_extended(read_number(arguments)));
     } else if (token == "infinite") {
         analysis_.set_infinite(true);
         engine_state_ = infinite;
@@ -105,8 +105,9 @@ bool Engine::command_stop(std::istringstream&) {
         take_last_lines();
         send_info(analysis_);
     }
-    position_.make_move(analysis_.best_move());
-    send(bestmove_line());
+    Move const best_move = analysis_.best_move();
+    position_.make_move(best_move);
+    send(bestmove_line(best_move));
     analysis_.set_status(ready_status);
     return true;
 }

@@ -30,8 +30,11 @@ void Analysis::init(ChessPosition const& position) {
     if (&position != &position_) {
         position_ = position;
     }
-    set_action(no_action);
-    set_status(ready_status);
+    {
+        std::lock_guard const lock(control_mutex_);
+        action_.store(no_action);
+        status_.store(ready_status);
+    }
     evaluation_.init();
     time_manager_.reset();
 }

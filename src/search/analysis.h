@@ -50,8 +50,8 @@ using RootObserver = std::function<void(int alpha, int beta, int score)>;
 /// runs operator() and, from it, every search function. The main thread writes the limits,
 /// as a rule between searches and now and then during one, talks to the thread through action,
 /// status and quit flag, and reads what reporting shows: all those words are atomic, the ranked
-/// lines are guarded by the analysis mutex, and the list of search moves by a lock of its own. No
-/// two locks are ever held together.
+/// lines are guarded by the analysis mutex, the list of search moves and the pair of action and
+/// status by locks of their own. No two locks are ever held together.
 ///
 /// Every search function leaves the position, the piece-square sums and the ply as it
 /// found them, on every path but that of an exception.
@@ -69,9 +69,17 @@ class Analysis {
     /// The thread body: polls the action every 5 ms, searches on think_action, returns
     /// once the quit flag is set.
     void operator()();
-    void set_action(action_t action) { action_.store(action); }
+    void set_action(action_t action) {
+        std::lock_guard const lock(control_mutex_);
+        action_.store(action);
+    }
+    /// Takes back a think action that the thread has not yet taken; true when there was one.
+    bool withdraw_think();
     action_t get_action() const { return action_.load(); }
-    void set_status(int status) { status_.store(status); }
+    void set_status(int status) {
+        std::lock_guard const lock(control_mutex_);
+        status_.store(status);
+    }
     int get_status() const { return status_.load(); }
     /// Sets the quit flag; a running search must be stopped by an action.
     void quit() { quit_.store(true); }
@@ -245,6 +253,7 @@ class Analysis {
 
     bool stopped() const { return action_.load() == stop_action; }
     bool take_think_action();
+    void take_stop_action();
 
     void begin_search();
     bool iteration_wanted() const;
@@ -315,6 +324,9 @@ class Analysis {
     std::atomic<action_t> action_{no_action};
     std::atomic<int> status_{ready_status};
     std::atomic<bool> quit_{false};
+    /// Held while action and status change as a pair, so that neither thread ever sees an
+    /// action taken whose search is not yet announced.
+    std::mutex control_mutex_;
     mutable std::mutex analysis_mutex_;
     std::atomic<int> iteration_{0};
     int ply_ = 0;

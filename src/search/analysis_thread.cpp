@@ -10,9 +10,8 @@ void Analysis::operator()() {
             // The action is left alone: a stop that ended this search stays until the next
             // pass, which reports it a second time.
             set_status(finished_status);
-        } else if (action_.load() == stop_action) {
-            set_action(no_action);
-            set_status(finished_status);
+        } else {
+            take_stop_action();
         }
         if (quit_.load()) {
             return;
@@ -21,20 +20,31 @@ void Analysis::operator()() {
     }
 }
 
-// The status goes up before the action is taken, and the action is taken only if it still
-// says think. So a driver that writes a stop in this very moment either sees the search and
-// waits for it, or no search begins.
 bool Analysis::take_think_action() {
+    std::lock_guard const lock(control_mutex_);
     if (action_.load() != think_action) {
         return false;
     }
-    set_status(searching_status);
-    action_t expected = think_action;
-    if (action_.compare_exchange_strong(expected, no_action)) {
-        return true;
+    action_.store(no_action);
+    status_.store(searching_status);
+    return true;
+}
+
+void Analysis::take_stop_action() {
+    std::lock_guard const lock(control_mutex_);
+    if (action_.load() == stop_action) {
+        action_.store(no_action);
+        status_.store(finished_status);
     }
-    set_status(ready_status);
-    return false;
+}
+
+bool Analysis::withdraw_think() {
+    std::lock_guard const lock(control_mutex_);
+    if (action_.load() != think_action) {
+        return false;
+    }
+    action_.store(no_action);
+    return true;
 }
 
 }  // namespace orvelin

@@ -42,6 +42,11 @@ int Analysis::see(Square square) {
         return 0;
     }
     Move const move = position_.convert_to_move(attacker, square, normal_move);
+    // Only illegal moves of the interface bring this about: a set names a man whom the squares
+    // do not hold. Without him there is nothing to play, and no end to the exchange.
+    if (move.code() == nullmove) {
+        return 0;
+    }
     if (move.capture().king()) {
         return king_capture_score;
     }

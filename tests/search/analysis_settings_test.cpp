@@ -1,0 +1,207 @@
+// Limits, options and clearing of the search object.
+
+#include <array>
+#include <string>
+#include <utility>
+
+#include "support/analysis_fixture.h"
+
+namespace orvelin::test {
+
+namespace {
+
+std::string const start = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
+constexpr std::uint64_t no_limit = std::uint64_t{1} << 62;
+
+using AnalysisSettings = AnalysisFixture;
+
+}  // namespace
+
+TEST_F(AnalysisSettings, ResetLeavesTheNodeLimit) {
+    set(start);
+    analysis_.set_depth(7);
+    analysis_.set_nodes(1234);
+    analysis_.set_movetime(5);
+    analysis_.set_searchmoves({move("e2e4")});
+    analysis_.reset();
+    EXPECT_EQ(probe_.depth_limit(), 101);
+    EXPECT_EQ(probe_.max_nodes(), 1234U);
+    EXPECT_TRUE(probe_.searchmoves().empty());
+    EXPECT_EQ(analysis_.time_manager().soft_budget(), TimeManager().soft_budget());
+    analysis_.reset_max_nodes();
+    EXPECT_EQ(probe_.max_nodes(), no_limit);
+}
+
+TEST_F(AnalysisSettings, DepthAndMateWriteOneLimit) {
+    analysis_.set_depth(12);
+    EXPECT_EQ(probe_.depth_limit(), 12);
+    analysis_.set_mate(4);
+    EXPECT_EQ(probe_.depth_limit(), 4);
+    analysis_.set_max_nodes(99);
+    EXPECT_EQ(probe_.max_nodes(), 99U);
+}
+
+TEST_F(AnalysisSettings, TimesGoToTheTimeManager) {
+    set("7k/8/8/8/8/8/8/K2R4 b - - 0 1");
+    TimeManager expected;
+    expected.set_wtime(1000);
+    expected.set_btime(90000);
+    expected.set_winc(10);
+    expected.set_binc(700);
+    expected.set_white_to_move(false);
+    expected.set_movestogo(12);
+    analysis_.set_wtime(1000);
+    analysis_.set_btime(90000);
+    analysis_.set_winc(10);
+    analysis_.set_binc(700);
+    analysis_.set_movestogo(12);
+    EXPECT_EQ(analysis_.time_manager().hard_limit(), expected.hard_limit());
+    EXPECT_EQ(analysis_.time_manager().soft_budget(), expected.soft_budget());
+    // A negative clock is sign-extended and becomes enormous.
+    analysis_.set_btime(-1);
+    expected.set_btime(~std::uint64_t{0});
+    EXPECT_EQ(analysis_.time_manager().hard_limit(), expected.hard_limit());
+    // The side comes from the position, a number below 1 means 30.
+    position_.fen("7k/8/8/8/8/8/8/K2R4 w - - 0 1");
+    analysis_.set_movestogo(0);
+    expected.set_white_to_move(true);
+    expected.set_movestogo(30);
+    EXPECT_EQ(analysis_.time_manager().hard_limit(), expected.hard_limit());
+}
+
+TEST_F(AnalysisSettings, MovetimeLagAndFlags) {
+    set(start);
+    analysis_.set_movetime(0);
+    EXPECT_EQ(analysis_.time_manager().soft_budget(), 1U);
+    analysis_.set_movetime(1000);
+    EXPECT_FALSE(analysis_.time_manager().time_to_move(799));
+    EXPECT_TRUE(analysis_.time_manager().time_to_move(800));
+    analysis_.set_lag(500);
+    EXPECT_TRUE(analysis_.time_manager().time_to_move(500));
+    analysis_.set_lag(200);
+    analysis_.set_infinite(true);
+    EXPECT_FALSE(analysis_.time_manager().time_to_move(5000));
+    analysis_.set_infinite(false);
+    analysis_.set_pondering(true);
+    EXPECT_FALSE(analysis_.time_manager().time_to_move(5000));
+    analysis_.ponderhit();
+    EXPECT_TRUE(analysis_.time_manager().time_to_move(5000));
+}
+
+TEST_F(AnalysisSettings, NumberOfLinesAndThreadsAreClamped) {
+    for (auto const& [given, kept] :
+         {std::pair{0U, 1}, {1U, 1}, {7U, 7}, {50U, 50}, {51U, 50}, {4000000000U, 50}}) {
+        analysis_.set_multipv(given);
+        EXPECT_EQ(probe_.number_of_lines(), kept) << given;
+    }
+    for (auto const& [given, kept] : {std::pair{0U, 1U}, {1U, 1U}, {2U, 2U}, {3U, 2U}}) {
+        analysis_.set_max_threads(given);
+        EXPECT_EQ(probe_.max_threads(), kept) << given;
+    }
+}
+
+TEST_F(AnalysisSettings, EloTable) {
+    struct row_t {
+        int given;
+        int stored;
+        int depth;
+        int margin;
+    };
+    std::array<row_t, 25> const rows = {
+        {{-5, 1500, 2, 200},        {0, 1500, 2, 200},    {1499, 1500, 2, 200},
+         {1500, 1500, 2, 200},      {1501, 1501, 2, 199}, {1599, 1599, 2, 160},
+         {1600, 1600, 4, 160},      {1699, 1699, 4, 120}, {1700, 1700, 6, 120},
+         {1750, 1750, 6, 100},      {1799, 1799, 6, 80},  {1800, 1800, 8, 80},
+         {1899, 1899, 8, 40},       {1900, 1900, 10, 40}, {1997, 1997, 10, 1},
+         {1998, 1998, 10, 0},       {1999, 1999, 10, 0},  {2000, 2000, 12, 0},
+         {2099, 2099, 12, 0},       {2100, 2100, 14, 0},  {2199, 2199, 14, 0},
+         {2200, 2200, 102, 0},      {2201, 2200, 102, 0}, {9999, 2200, 102, 0},
+         {2147483647, 2200, 102, 0}}};
+    for (row_t const& row : rows) {
+        analysis_.set_uci_limitstrength(false);
+        analysis_.set_uci_elo(row.given);
+        EXPECT_EQ(analysis_.elo(), row.stored) << row.given;
+        EXPECT_EQ(analysis_.strength_depth(), row.depth) << row.given;
+        EXPECT_EQ(analysis_.strength_margin(), row.margin) << row.given;
+    }
+}
+
+TEST_F(AnalysisSettings, StrongestEloKeepsTheDepthThatWasSet) {
+    analysis_.set_uci_elo(1500);
+    analysis_.set_uci_elo(2200);
+    EXPECT_EQ(analysis_.elo(), 2200);
+    EXPECT_EQ(analysis_.strength_depth(), 2);
+    EXPECT_EQ(analysis_.strength_margin(), 0);
+}
+
+TEST_F(AnalysisSettings, LiftingTheStrengthLimitForgetsDepthAndMargin) {
+    analysis_.set_uci_elo(1600);
+    analysis_.set_uci_limitstrength(true);
+    EXPECT_TRUE(probe_.limit_strength());
+    EXPECT_EQ(analysis_.strength_depth(), 4);
+    EXPECT_EQ(analysis_.strength_margin(), 160);
+    analysis_.set_uci_limitstrength(false);
+    EXPECT_FALSE(probe_.limit_strength());
+    EXPECT_EQ(analysis_.strength_depth(), 102);
+    EXPECT_EQ(analysis_.strength_margin(), 0);
+    EXPECT_EQ(analysis_.elo(), 1600);
+}
+
+TEST_F(AnalysisSettings, SearchmovesClearTheTableAlsoWhenEmpty) {
+    set(start);
+    store(exact_value, 3, 17);
+    analysis_.set_searchmoves({move("e2e4"), move("d2d4")});
+    EXPECT_EQ(record(), nullptr);
+    EXPECT_EQ(probe_.searchmoves().size(), 2U);
+    store(exact_value, 3, 17);
+    analysis_.set_searchmoves({});
+    EXPECT_EQ(record(), nullptr);
+    EXPECT_TRUE(probe_.searchmoves().empty());
+}
+
+TEST_F(AnalysisSettings, TableSizeAndSwitch) {
+    set(start);
+    analysis_.set_hash_size(8);
+    EXPECT_EQ(probe_.table().get_size(), 8);
+    analysis_.hashtable_enabled(false);
+    store(exact_value, 3, 17);
+    analysis_.hashtable_enabled(true);
+    EXPECT_EQ(record(), nullptr);
+    analysis_.set_hash_size(6);
+    EXPECT_EQ(probe_.table().get_size(), 4);
+}
+
+TEST_F(AnalysisSettings, PlainSettersAndCounters) {
+    analysis_.set_id(42);
+    EXPECT_EQ(analysis_.get_id(), 42);
+    analysis_.set_aspiration(false);
+    EXPECT_FALSE(probe_.aspiration());
+    analysis_.clear_node_count();
+    analysis_.add_node_count(70);
+    analysis_.add_node_count(7);
+    EXPECT_EQ(node_count(), 77U);
+    analysis_.clear_node_count();
+    EXPECT_EQ(node_count(), 0U);
+}
+
+TEST_F(AnalysisSettings, ClearEmptiesTablesAndNodeCount) {
+    set(start);
+    Move const opening = move("e2e4");
+    store(exact_value, 3, 17);
+    probe_.history().increment(opening, 4);
+    probe_.counter_moves().increment(opening, opening, 4);
+    probe_.killers().set_killer(0, opening);
+    analysis_.add_node_count(5);
+    EXPECT_EQ(analysis_.historytable().value(opening), 16);
+    EXPECT_EQ(analysis_.countermove().value(opening, opening), 16);
+    analysis_.clear_eval();
+    EXPECT_NE(record(), nullptr);
+    analysis_.clear();
+    EXPECT_EQ(record(), nullptr);
+    EXPECT_EQ(analysis_.historytable().value(opening), 0);
+    EXPECT_EQ(analysis_.countermove().value(opening, opening), 0);
+    EXPECT_EQ(probe_.killers().get_killerA(0), Move());
+    EXPECT_EQ(node_count(), 0U);
+}
+
+}  // namespace orvelin::test

@@ -1,0 +1,192 @@
+#include <chrono>
+#include <functional>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "support/analysis_fixture.h"
+
+namespace orvelin::test {
+
+namespace {
+
+std::string const start = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
+
+class AnalysisThread : public AnalysisFixture {
+ protected:
+    ~AnalysisThread() override { join(); }
+
+    void start_thread() {
+        thread_ = std::thread([this] { analysis_(); });
+    }
+
+    /// Ends the thread as the engine does: a stop first, then the quit flag.
+    void join() {
+        if (!thread_.joinable()) return;
+        analysis_.set_action(stop_action);
+        analysis_.quit();
+        thread_.join();
+    }
+
+    /// One pass of the thread body, run here: the quit flag ends it behind the first step.
+    void run_one_pass() {
+        probe_.quit(true);
+        analysis_();
+    }
+
+    static void sleep_for(int milliseconds) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+    }
+
+    /// Waits, patiently enough for a loaded machine.
+    static bool comes_true(std::function<bool()> const& condition) {
+        for (int i = 0; i < 20000; ++i) {
+            if (condition()) return true;
+            sleep_for(1);
+        }
+        return false;
+    }
+
+    std::thread thread_;
+};
+
+}  // namespace
+
+TEST_F(AnalysisThread, StopWhileIdleGivesAFinishedStatusAndNoSearch) {
+    set(start);
+    unsigned char const date = probe_.date();
+    start_thread();
+    analysis_.set_action(stop_action);
+    EXPECT_TRUE(comes_true([&] { return analysis_.get_status() == finished_status; }));
+    EXPECT_EQ(analysis_.get_action(), no_action);
+    join();
+    EXPECT_EQ(probe_.date(), date);
+    EXPECT_EQ(node_count(), 0U);
+}
+
+TEST_F(AnalysisThread, StopWhileIdleIsTakenInOnePass) {
+    set(start);
+    unsigned char const date = probe_.date();
+    analysis_.set_action(stop_action);
+    run_one_pass();
+    EXPECT_EQ(analysis_.get_status(), finished_status);
+    EXPECT_EQ(analysis_.get_action(), no_action);
+    EXPECT_EQ(probe_.date(), date);
+}
+
+TEST_F(AnalysisThread, IdlePassChangesNothing) {
+    set(start);
+    run_one_pass();
+    EXPECT_EQ(analysis_.get_status(), ready_status);
+    EXPECT_EQ(analysis_.get_action(), no_action);
+}
+
+TEST_F(AnalysisThread, QuitWhileIdleEndsTheThread) {
+    set(start);
+    start_thread();
+    sleep_for(12);
+    auto const begin = std::chrono::steady_clock::now();
+    analysis_.quit();
+    thread_.join();
+    // One sleep of 5 ms, with room for a loaded machine.
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(2));
+    EXPECT_EQ(analysis_.get_status(), ready_status);
+}
+
+TEST_F(AnalysisThread, SearchThatEndsByItselfLeavesNoAction) {
+    set(start);
+    analysis_.set_depth(2);
+    analysis_.set_action(think_action);
+    run_one_pass();
+    EXPECT_EQ(analysis_.get_status(), finished_status);
+    EXPECT_EQ(analysis_.get_action(), no_action);
+    EXPECT_EQ(analysis_.get_iteration(), 2);
+}
+
+TEST_F(AnalysisThread, StopStaysUntilTheNextPassWhichReportsItAgain) {
+    set(start);
+    analysis_.set_nodes(100);
+    analysis_.set_action(think_action);
+    run_one_pass();
+    EXPECT_EQ(analysis_.get_status(), finished_status);
+    EXPECT_EQ(analysis_.get_action(), stop_action);
+    // The driver has reported the move; the next pass brings the status back.
+    analysis_.set_status(ready_status);
+    run_one_pass();
+    EXPECT_EQ(analysis_.get_status(), finished_status);
+    EXPECT_EQ(analysis_.get_action(), no_action);
+    EXPECT_EQ(node_count(), 100U);
+}
+
+TEST_F(AnalysisThread, ThreadReportsAStopTwice) {
+    set(start);
+    start_thread();
+    analysis_.set_action(think_action);
+    ASSERT_TRUE(comes_true([&] { return analysis_.get_node_count() > 1000; }));
+    EXPECT_EQ(analysis_.get_status(), searching_status);
+    EXPECT_EQ(analysis_.get_action(), no_action);
+    analysis_.set_action(stop_action);
+    EXPECT_TRUE(comes_true([&] { return analysis_.get_action() == no_action; }));
+    EXPECT_TRUE(comes_true([&] { return analysis_.get_status() == finished_status; }));
+}
+
+TEST_F(AnalysisThread, QuitDuringASearchWaitsForItsEnd) {
+    set(start);
+    start_thread();
+    analysis_.set_action(think_action);
+    ASSERT_TRUE(comes_true([&] { return analysis_.get_node_count() > 1000; }));
+    analysis_.quit();
+    std::uint64_t const nodes = analysis_.get_node_count();
+    ASSERT_TRUE(comes_true([&] { return analysis_.get_node_count() > nodes + 1000; }));
+    EXPECT_EQ(analysis_.get_status(), searching_status);
+    analysis_.set_action(stop_action);
+    thread_.join();
+    EXPECT_EQ(analysis_.get_status(), finished_status);
+    // The thread ended before another pass could take the stop.
+    EXPECT_EQ(analysis_.get_action(), stop_action);
+}
+
+TEST_F(AnalysisThread, StopFromAnotherThreadLeavesPositionAndBestMove) {
+    set("r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1");
+    ChessPosition const before = position_;
+    start_thread();
+    for (std::uint64_t round = 0; round < 5; ++round) {
+        analysis_.clear_node_count();
+        analysis_.set_action(think_action);
+        ASSERT_TRUE(comes_true([&] { return analysis_.get_status() == searching_status; }));
+        ASSERT_TRUE(comes_true([&] { return analysis_.get_node_count() >= 1500 * round; }));
+        analysis_.set_action(stop_action);
+        ASSERT_TRUE(comes_true([&] { return analysis_.get_action() == no_action; }));
+        ASSERT_TRUE(comes_true([&] { return analysis_.get_status() == finished_status; }));
+    }
+    join();
+    EXPECT_EQ(position_, before);
+    EXPECT_EQ(position_.get_hash(), before.get_hash());
+    EXPECT_EQ(analysis_.ply(), 0);
+    EXPECT_EQ(move(analysis_.best_move().algebraic(true)), analysis_.best_move());
+}
+
+TEST_F(AnalysisThread, ReportsCanBeReadDuringASearch) {
+    set(start);
+    analysis_.set_multipv(3);
+    probe_.iteration(0);
+    int version = analysis_.mpv_version();
+    start_thread();
+    analysis_.set_action(think_action);
+    int changes = 0;
+    EXPECT_TRUE(comes_true([&] {
+        MultiPV const lines = analysis_.mpv();
+        changes += analysis_.mpv_version() != version ? 1 : 0;
+        version = analysis_.mpv_version();
+        EXPECT_LE(lines.size(), 3);
+        EXPECT_GE(analysis_.get_hashfull(), 0);
+        EXPECT_GE(analysis_.get_seldepth(), 0);
+        EXPECT_GE(analysis_.get_ebf(), 0.0F);
+        EXPECT_LE(analysis_.get_iteration(), 101);
+        return analysis_.get_iteration() > 3;
+    }));
+    EXPECT_GT(changes, 0);
+    join();
+}
+
+}  // namespace orvelin::test

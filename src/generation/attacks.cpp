@@ -1,6 +1,7 @@
 #include "generation/attacks.h"
 
 #include "position/masks.h"
+#include "position/set_steps.h"
 
 namespace orvelin {
 
@@ -15,8 +16,7 @@ BitBoard Attacks::knight_moves(BitBoard const& b) {
 }
 
 BitBoard Attacks::king_moves(BitBoard const& b) {
-    BitBoard const beside = ((b >> 1) & not_h_file) | ((b << 1) & not_a_file);
-    return (b << 8) | (b >> 8) | beside | (beside >> 8) | (beside << 8);
+    return king_block(b) & ~b;
 }
 
 }  // namespace orvelin

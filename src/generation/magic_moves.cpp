@@ -15,16 +15,8 @@ MagicMoves::MagicMoves(bool keep_raw_tables) {
     for (std::size_t s = 0; s < 64; ++s) {
         rook_attacks_[s] = distinct_sets(magic_rook_moves_[s]);
     }
-    for (std::size_t s = 0; s < 64; ++s) {
-        fill_index(magic_bishop_moves_[s], bishop_attacks_[s], bishop_index_[s]);
-        require_same_length(magic_bishop_moves_[s], bishop_index_[s],
-                            "MagicMoves error(1) in constructor");
-    }
-    for (std::size_t s = 0; s < 64; ++s) {
-        fill_index(magic_rook_moves_[s], rook_attacks_[s], rook_index_[s]);
-        require_same_length(magic_rook_moves_[s], rook_index_[s],
-                            "MagicMoves error(2) in constructor");
-    }
+    index_bishops();
+    index_rooks();
     for (auto* index : {&bishop_index_, &rook_index_}) index->back().assign(1, 0);
     for (auto* attacks : {&bishop_attacks_, &rook_attacks_}) attacks->back().assign(1, BitBoard());
     if (!keep_raw_tables) {
@@ -42,8 +34,27 @@ std::vector<BitBoard> MagicMoves::distinct_sets(std::vector<BitBoard> const& raw
     return distinct;
 }
 
-void MagicMoves::fill_index(std::vector<BitBoard> const& raw, std::vector<BitBoard> const& attacks,
-                            std::vector<unsigned char>& index) {
+void MagicMoves::index_bishops() {
+    for (std::size_t s = 0; s < 64; ++s) {
+        bishop_index_[s] = positions(magic_bishop_moves_[s], bishop_attacks_[s]);
+        require_same_length(magic_bishop_moves_[s], bishop_index_[s],
+                            "MagicMoves error(1) in constructor");
+    }
+}
+
+void MagicMoves::index_rooks() {
+    for (std::size_t s = 0; s < 64; ++s) {
+        rook_index_[s] = positions(magic_rook_moves_[s], rook_attacks_[s]);
+        require_same_length(magic_rook_moves_[s], rook_index_[s],
+                            "MagicMoves error(2) in constructor");
+    }
+}
+
+/// The position of each working set in the list of distinct ones; a set that is not in the list
+/// leaves the result too short.
+std::vector<unsigned char> MagicMoves::positions(std::vector<BitBoard> const& raw,
+                                                 std::vector<BitBoard> const& attacks) {
+    std::vector<unsigned char> index;
     index.reserve(raw.size());
     for (BitBoard const& set : raw) {
         for (std::size_t i = 0; i < attacks.size(); ++i) {
@@ -53,6 +64,7 @@ void MagicMoves::fill_index(std::vector<BitBoard> const& raw, std::vector<BitBoa
             }
         }
     }
+    return index;
 }
 
 void MagicMoves::require_same_length(std::vector<BitBoard> const& raw,

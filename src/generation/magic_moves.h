@@ -18,7 +18,7 @@ namespace orvelin {
 /// The first level is an array of bytes for each square, addressed by the magic product; the
 /// second is the list of the square's distinct attack sets. So what is large holds bytes. The
 /// object owns its tables, is built once at start and is read-only afterwards, from any thread.
-/// Entry 64 (no square) of each table maps every occupancy to the empty set.
+/// Entry 64 (no square) of each index and attack table maps every occupancy to the empty set.
 class MagicMoves {
  public:
     /// Attack sets by magic index, one vector for each square.
@@ -76,8 +76,10 @@ class MagicMoves {
         return static_cast<std::size_t>((to_ull(masked) * number.magic) >> number.shift);
     }
     static std::vector<BitBoard> distinct_sets(std::vector<BitBoard> const& raw);
-    static void fill_index(std::vector<BitBoard> const& raw, std::vector<BitBoard> const& attacks,
-                           std::vector<unsigned char>& index);
+    void index_bishops();
+    void index_rooks();
+    static std::vector<unsigned char> positions(std::vector<BitBoard> const& raw,
+                                                std::vector<BitBoard> const& attacks);
     static void require_same_length(std::vector<BitBoard> const& raw,
                                     std::vector<unsigned char> const& index, const char* failure);
     static bool all_different(std::vector<BitBoard> const& attacks, int square, const char* name);

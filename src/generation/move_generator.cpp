@@ -4,6 +4,7 @@
 #include "generation/men.h"
 #include "generation/tables.h"
 #include "position/chess_position.h"
+#include "position/set_steps.h"
 
 namespace orvelin {
 
@@ -14,19 +15,13 @@ constexpr std::size_t most_checkers = 64;
 
 template <int Side>
 BitBoard pawn_targets(BitBoard const& pawn, BitBoard const& free, BitBoard const& enemies) {
-    if constexpr (Side == 1) {
-        BitBoard const step = (pawn << 8) & free;
-        return step | (((step & rank3) << 8) & free) | ((pawn << 9) & enemies & ~a_file) |
-               ((pawn << 7) & enemies & ~h_file);
-    } else {
-        BitBoard const step = (pawn >> 8) & free;
-        return step | (((step & rank6) >> 8) & free) | ((pawn >> 9) & enemies & ~h_file) |
-               ((pawn >> 7) & enemies & ~a_file);
-    }
+    BitBoard const step = ahead<Side>(pawn, 1) & free;
+    BitBoard const double_step = ahead<Side>(step & Men<Side>::third_rank, 1) & free;
+    return step | double_step | (pawn_attacks<Side>(pawn) & enemies);
 }
 
 std::uint64_t& entry(movetable_t& table, Square const& from) {
-    return table[static_cast<std::size_t>(from.id())];
+    return table[index(from)];
 }
 
 }  // namespace
@@ -75,18 +70,18 @@ void MoveGenerator::generate_movetable(ChessPosition const& position, movetable_
 void MoveGenerator::serialize_captures(ChessPosition const& position, movetable_t& table,
                                        MoveList& list) {
     if (position.white_to_move()) {
-        serialize<1>(position, table, list, true);
+        serialize<1, true>(position, table, list);
     } else {
-        serialize<0>(position, table, list, true);
+        serialize<0, true>(position, table, list);
     }
 }
 
 void MoveGenerator::serialize_moves(ChessPosition const& position, movetable_t& table,
                                     MoveList& list) {
     if (position.white_to_move()) {
-        serialize<1>(position, table, list, false);
+        serialize<1, false>(position, table, list);
     } else {
-        serialize<0>(position, table, list, false);
+        serialize<0, false>(position, table, list);
     }
 }
 
@@ -96,14 +91,13 @@ void MoveGenerator::generate_moves(ChessPosition const& position, MoveList& list
     serialize_moves(position, table, list);
 }
 
-template <int Side>
-void MoveGenerator::serialize(ChessPosition const& position, movetable_t& table, MoveList& list,
-                              bool captures_only) {
+template <int Side, bool CapturesOnly>
+void MoveGenerator::serialize(ChessPosition const& position, movetable_t& table, MoveList& list) {
     list.clear();
     move_count_ = 0;
     prepare<Side>(position);
     generate_captures<Side>(position, table, list);
-    if (!captures_only) generate_quiet_moves<Side>(position, table, list);
+    if constexpr (!CapturesOnly) generate_quiet_moves<Side>(position, table, list);
     list.set_size(move_count_);
 }
 

@@ -69,9 +69,8 @@ class MoveGenerator {
  private:
     template <int Side>
     void prepare(ChessPosition const& position);
-    template <int Side>
-    void serialize(ChessPosition const& position, movetable_t& table, MoveList& list,
-                   bool captures_only);
+    template <int Side, bool CapturesOnly>
+    void serialize(ChessPosition const& position, movetable_t& table, MoveList& list);
 
     template <int Side>
     void pawn_captures(ChessPosition const& position, movetable_t const& table, MoveList& list);
@@ -79,6 +78,10 @@ class MoveGenerator {
     void en_passant_capture(ChessPosition const& position, Square from, MoveList& list);
     template <int Side>
     void promotions(ChessPosition const& position, Square from, BitBoard to_set, MoveList& list);
+    /// The moves of all men of one id to squares of `to_mask` that pass the test `legal`.
+    template <int Side, typename LegalityTest>
+    void moves_of_men(ChessPosition const& position, movetable_t const& table, int piece_id,
+                      BitBoard const& to_mask, MoveList& list, LegalityTest const& legal);
     template <int Side>
     void piece_moves(ChessPosition const& position, movetable_t const& table, int piece_id,
                      BitBoard const& to_mask, MoveList& list);

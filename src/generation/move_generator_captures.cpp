@@ -23,11 +23,11 @@ template <int Side>
 void MoveGenerator::pawn_captures(ChessPosition const& position, movetable_t const& table,
                                   MoveList& list) {
     using Own = Men<Side>;
-    BitBoard const& last_rank = Own::last_rank();
+    BitBoard const& last_rank = Own::last_rank;
     BitBoard pawns = position.piece(Own::pawn);
     while (pawns) {
         Square const from = pawns.get_reset_square().get_unique_square();
-        BitBoard const reached(table[static_cast<std::size_t>(from.id())]);
+        BitBoard const reached(table[index(from)]);
         BitBoard to_set = reached & targets_ & ~last_rank;
         while (to_set) {
             Square const to = to_set.get_reset_square().get_unique_square();

@@ -1,7 +1,9 @@
 #include "generation/attacks.h"
 #include "generation/men.h"
 #include "generation/move_generator.h"
+#include "position/castling_targets.h"
 #include "position/chess_position.h"
+#include "position/set_steps.h"
 
 namespace orvelin {
 
@@ -14,9 +16,8 @@ bool meets(BitBoard const& left, BitBoard const& right) {
 /// The square of the castling rook after the move. The rank is told by the king's square, so a
 /// king that does not stand on its home rank (a position made by hand) gives no square.
 Square castled_rook(Square const& from, Square const& to) {
-    bool const kingside = to > from;
-    if (from.id() <= 6) return Square(kingside ? 5 : 3);
-    if (from.id() > 56) return Square(kingside ? 61 : 59);
+    if (from.id() <= 6) return castling_targets(from, to, Men<1>::home_rank).rook;
+    if (from.id() > 56) return castling_targets(from, to, Men<0>::home_rank).rook;
     return Square();
 }
 
@@ -26,7 +27,7 @@ template <int Side>
 void MoveGenerator::set_checkstatus(ChessPosition const& position, Move& move) {
     move.check(false);
     move.xcode(xnormal_move);
-    pawn_check_squares_ = Men<Side>::pawn_sources(enemy_king_);
+    pawn_check_squares_ = pawn_attacks<1 - Side>(enemy_king_);
     bool check = false;
     switch (move.code()) {
         case nullmove:

@@ -2,6 +2,7 @@
 #include "generation/connections.h"
 #include "generation/men.h"
 #include "generation/move_generator.h"
+#include "position/castling_targets.h"
 #include "position/chess_position.h"
 
 namespace orvelin {
@@ -14,41 +15,40 @@ void MoveGenerator::generate_quiet_moves(ChessPosition const& position, movetabl
     for (int const piece_id : {Own::queen, Own::rook, Own::knight, Own::bishop}) {
         piece_moves<Side>(position, table, piece_id, free, list);
     }
-    piece_moves<Side>(position, table, Own::pawn, free & ~Own::last_rank(), list);
+    piece_moves<Side>(position, table, Own::pawn, free & ~Own::last_rank, list);
     king_moves<Side>(position, table, free, list);
     castlings<Side>(position, list);
+}
+
+template <int Side, typename LegalityTest>
+void MoveGenerator::moves_of_men(ChessPosition const& position, movetable_t const& table,
+                                 int piece_id, BitBoard const& to_mask, MoveList& list,
+                                 LegalityTest const& legal) {
+    BitBoard men = position.piece(piece_id);
+    while (men) {
+        Square const from = men.get_reset_square().get_unique_square();
+        BitBoard to_set = to_mask & BitBoard(table[index(from)]);
+        while (to_set) {
+            Square const to = to_set.get_reset_square().get_unique_square();
+            Move move(from, to, normal_move, Piece(piece_id), position[to.id()]);
+            set_checkstatus<Side>(position, move);
+            if (legal(move)) store(list, move);
+        }
+    }
 }
 
 template <int Side>
 void MoveGenerator::piece_moves(ChessPosition const& position, movetable_t const& table,
                                 int piece_id, BitBoard const& to_mask, MoveList& list) {
-    BitBoard men = position.piece(piece_id);
-    while (men) {
-        Square const from = men.get_reset_square().get_unique_square();
-        BitBoard to_set = to_mask & BitBoard(table[static_cast<std::size_t>(from.id())]);
-        while (to_set) {
-            Square const to = to_set.get_reset_square().get_unique_square();
-            Move move(from, to, normal_move, Piece(piece_id), position[to.id()]);
-            set_checkstatus<Side>(position, move);
-            if (is_legal(position, move)) store(list, move);
-        }
-    }
+    moves_of_men<Side>(position, table, piece_id, to_mask, list,
+                       [&](Move const& move) { return is_legal(position, move); });
 }
 
 template <int Side>
 void MoveGenerator::king_moves(ChessPosition const& position, movetable_t const& table,
                                BitBoard const& to_mask, MoveList& list) {
-    BitBoard kings = position.piece(Men<Side>::king);
-    while (kings) {
-        Square const from = kings.get_reset_square().get_unique_square();
-        BitBoard to_set = to_mask & BitBoard(table[static_cast<std::size_t>(from.id())]);
-        while (to_set) {
-            Square const to = to_set.get_reset_square().get_unique_square();
-            Move move(from, to, normal_move, Piece(Men<Side>::king), position[to.id()]);
-            set_checkstatus<Side>(position, move);
-            if (is_legal_kingmove<Side>(position, move)) store(list, move);
-        }
-    }
+    moves_of_men<Side>(position, table, Men<Side>::king, to_mask, list,
+                       [&](Move const& move) { return is_legal_kingmove<Side>(position, move); });
 }
 
 template <int Side>
@@ -74,18 +74,16 @@ template <int Side>
 bool MoveGenerator::castling_allowed(ChessPosition const& position, Square king,
                                      Square rook) const {
     using Enemy = Men<1 - Side>;
-    bool const kingside = king < rook;
-    Square const king_target(Men<Side>::home_rank + (kingside ? 6 : 2));
-    Square const rook_target(Men<Side>::home_rank + (kingside ? 5 : 3));
+    CastlingTargets const targets = castling_targets(king, rook, Men<Side>::home_rank);
     BitBoard const others = occupied_ & ~(own_king_ | rook.bitboard());
-    BitBoard king_way = connections_->closed_line_segment(king, king_target);
-    BitBoard const& rook_way = connections_->closed_line_segment(rook, rook_target);
+    BitBoard king_way = connections_->closed_line_segment(king, targets.king);
+    BitBoard const& rook_way = connections_->closed_line_segment(rook, targets.rook);
     if ((king_way | rook_way) & others) return false;
     while (king_way) {
         if (Enemy::attackers(position, king_way.get_reset_square())) return false;
     }
     // The rook's departure must not open the rank to an enemy rook or queen.
-    return !(attacks_->rook(king_target, others) & Enemy::rooks_and_queens(position));
+    return !(attacks_->rook(targets.king, others) & Enemy::rooks_and_queens(position));
 }
 
 template void MoveGenerator::piece_moves<0>(ChessPosition const&, movetable_t const&, int,

@@ -42,7 +42,7 @@ class BitBoard {
  public:
     /// Entry i is the number of set bits of i.
     static const std::array<std::int8_t, 65536> m_popcnt16;
-    /// Square id by the index of the multiplicative scan; entry 0, which only the empty word
+    /// Square id by the index of the multiplicative scan; entry 0, which no one-square word
     /// reaches, is no square.
     static constexpr std::array<std::int8_t, 128> m_first_square_id = bit_scan::make_table();
 
@@ -79,7 +79,8 @@ class BitBoard {
 
     /// The lowest square, no square for the empty set.
     constexpr Square get_first_square() const { return Square(first_id(word_)); }
-    /// The square of a set of exactly one, no square for the empty set.
+    /// The square of a set of exactly one, no square for the empty set. With more than one square
+    /// the answer is some id in 0..64.
     constexpr Square get_unique_square() const {
         return Square(m_first_square_id[bit_scan::index(word_)]);
     }
@@ -110,6 +111,8 @@ class BitBoard {
     constexpr explicit operator bool() const { return word_ != 0; }
     constexpr bool operator==(BitBoard const& other) const = default;
     /// Compares the unsigned words.
+    // The defaulted comparison is mistaken for a null pointer.
+    // NOLINTNEXTLINE(modernize-use-nullptr)
     constexpr auto operator<=>(BitBoard const& other) const = default;
 
     constexpr BitBoard& operator&=(BitBoard const& other) { return *this &= other.word_; }

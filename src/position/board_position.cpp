@@ -2,38 +2,24 @@
 
 #include <array>
 
+#include "position/castling_targets.h"
+
 namespace orvelin {
 
 namespace {
 
-constexpr int white_rook_id = 4;
-constexpr int black_rook_id = 12;
-
 /// What a promotion adds to the pawn's id, by move code.
 constexpr std::array<int, 8> promotion_step{0, 0, 4, 3, 2, 1, 0, 0};
 
-/// Where king and rook stand after castling.
-struct CastlingTargets {
-    Square king;
-    Square rook;
-};
-
-/// The side is told by the squares alone: a rook on a higher square means g and f file.
-CastlingTargets castling_targets(Move const& move) {
-    int const rank = move.piece().white_king() ? 0 : 56;
-    if (move.to() > move.from()) {
-        return {Square(rank + 6), Square(rank + 5)};
-    }
-    return {Square(rank + 2), Square(rank + 3)};
+/// Id of the man that a promotion puts on the board, cut to four bits later on.
+std::size_t promoted(Move const& move) {
+    int const id = move.piece_id() + promotion_step[move.code()];
+    return static_cast<std::size_t>(id);
 }
 
 /// The rook of the castling king's side.
 int castling_rook(Move const& move) {
-    return move.piece().white_king() ? white_rook_id : black_rook_id;
-}
-
-std::size_t index(Square const& square) {
-    return static_cast<std::size_t>(square.id());
+    return move.piece().white_king() ? white_rook : black_rook;
 }
 
 // Square of the pawn that an en passant capture takes. An illegal word may name a square off
@@ -99,7 +85,7 @@ void BoardPosition::make_move(Move const& move) {
         default:
             lift(index(to), static_cast<std::size_t>(move.capture_id()));
             lift(index(from), static_cast<std::size_t>(piece));
-            place(index(to), static_cast<std::size_t>(piece + promotion_step[move.code()]));
+            place(index(to), promoted(move));
             break;
     }
     compute_pieces();
@@ -138,7 +124,7 @@ void BoardPosition::unmake_move(Move const& move) {
             break;
         }
         default:
-            lift(index(to), static_cast<std::size_t>(piece + promotion_step[move.code()]));
+            lift(index(to), promoted(move));
             place(index(to), static_cast<std::size_t>(move.capture_id()));
             place(index(from), static_cast<std::size_t>(piece));
             break;

@@ -1,6 +1,5 @@
 #include <array>
 #include <cstdint>
-#include <iomanip>
 #include <sstream>
 #include <stdexcept>
 #include <string_view>
@@ -13,7 +12,9 @@ namespace orvelin {
 namespace {
 
 /// The men in the order of the diagnosis routines.
-constexpr std::array<int, 12> men{1, 2, 3, 4, 5, 6, 9, 10, 11, 12, 13, 14};
+constexpr std::array<int, 12> men{white_pawn,   white_knight, white_bishop, white_rook,
+                                  white_queen,  white_king,   black_pawn,   black_knight,
+                                  black_bishop, black_rook,   black_queen,  black_king};
 
 constexpr std::array<char const*, 12> labels{
     "white pawn: ",   "white knight: ", "white bishop: ", "white rook: ",

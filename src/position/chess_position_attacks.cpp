@@ -3,7 +3,8 @@
 #include "generation/attacks.h"
 #include "generation/connections.h"
 #include "position/chess_position.h"
-#include "position/masks.h"
+#include "position/set_steps.h"
+#include "position/side_ids.h"
 
 namespace orvelin {
 
@@ -12,53 +13,46 @@ namespace {
 constexpr int black = 0;
 constexpr int white = 1;
 
-/// The piece id of one side's man of type `type`, 1 pawn to 6 king.
-template <int Side>
-constexpr int man(int type) {
-    return Side == white ? type : type + 8;
-}
-
 }  // namespace
 
 template <int Side>
 BitBoard ChessPosition::pawn_attackers(BitBoard const& target) const {
-    if constexpr (Side == white) {
-        return (((target >> 7) & not_a_file) | ((target >> 9) & not_h_file)) & white_pawn();
-    } else {
-        return (((target << 7) & not_h_file) | ((target << 9) & not_a_file)) & black_pawn();
-    }
+    // Where an enemy pawn on the target would attack.
+    return pawn_attacks<1 - Side>(target) & piece(SideIds<Side>::pawn);
 }
 
 template <int Side>
 BitBoard ChessPosition::attackers(BitBoard const& target, BitBoard const& occupied) const {
+    using men = SideIds<Side>;
     const Square square = target.get_unique_square();
-    BitBoard const& queens = piece(man<Side>(5));
-    return pawn_attackers<Side>(target) | (attacks_.knight(square) & piece(man<Side>(2))) |
-           (attacks_.bishop(square, occupied) & (piece(man<Side>(3)) | queens)) |
-           (attacks_.rook(square, occupied) & (piece(man<Side>(4)) | queens)) |
-           (attacks_.king(square) & piece(man<Side>(6)));
+    BitBoard const& queens = piece(men::queen);
+    return pawn_attackers<Side>(target) | (attacks_.knight(square) & piece(men::knight)) |
+           (attacks_.bishop(square, occupied) & (piece(men::bishop) | queens)) |
+           (attacks_.rook(square, occupied) & (piece(men::rook) | queens)) |
+           (attacks_.king(square) & piece(men::king));
 }
 
 template <int Side>
 Square ChessPosition::weakest_attacker(Square const& square) const {
+    using men = SideIds<Side>;
     if (const BitBoard found = pawn_attackers<Side>(square.bitboard())) {
         return found.get_first_square();
     }
-    if (const BitBoard found = attacks_.knight(square) & piece(man<Side>(2))) {
+    if (const BitBoard found = attacks_.knight(square) & piece(men::knight)) {
         return found.get_first_square();
     }
     const BitBoard diagonals_seen = attacks_.bishop(square, pieces());
-    if (const BitBoard found = diagonals_seen & piece(man<Side>(3))) {
+    if (const BitBoard found = diagonals_seen & piece(men::bishop)) {
         return found.get_first_square();
     }
     const BitBoard lines_seen = attacks_.rook(square, pieces());
-    if (const BitBoard found = lines_seen & piece(man<Side>(4))) {
+    if (const BitBoard found = lines_seen & piece(men::rook)) {
         return found.get_first_square();
     }
-    if (const BitBoard found = (diagonals_seen | lines_seen) & piece(man<Side>(5))) {
+    if (const BitBoard found = (diagonals_seen | lines_seen) & piece(men::queen)) {
         return found.get_first_square();
     }
-    return (attacks_.king(square) & piece(man<Side>(6))).get_first_square();
+    return (attacks_.king(square) & piece(men::king)).get_first_square();
 }
 
 Square ChessPosition::white_weakest_attacker(Square const& square) const {
@@ -95,13 +89,13 @@ bool ChessPosition::black_attacks(BitBoard const& target) const {
 
 template <int Side>
 void ChessPosition::find_pins_to_king() {
-    constexpr int enemy = 1 - Side;
+    using enemy = SideIds<1 - Side>;
     history_t& current = record();
     const Square king = Side == white ? current.white_kingsfield : current.black_kingsfield;
     BitBoard const& own_men = Side == white ? white_pieces() : black_pieces();
-    BitBoard const& enemy_queens = piece(man<enemy>(5));
-    BitBoard sliders = (connections_.rook_attacks(king) & (piece(man<enemy>(4)) | enemy_queens)) |
-                       (connections_.bishop_attacks(king) & (piece(man<enemy>(3)) | enemy_queens));
+    BitBoard const& enemy_queens = piece(enemy::queen);
+    BitBoard sliders = (connections_.rook_attacks(king) & (piece(enemy::rook) | enemy_queens)) |
+                       (connections_.bishop_attacks(king) & (piece(enemy::bishop) | enemy_queens));
     while (sliders) {
         const Square slider = sliders.get_reset_square().get_unique_square();
         const BitBoard between = connections_.line_segment(slider, king) & pieces();

@@ -13,9 +13,6 @@ namespace orvelin {
 
 namespace {
 
-/// Rights on rooks that do not start in a corner; they have no letter in standard notation.
-constexpr unsigned chess960_rights = 0x7E7E;
-
 struct fen_fields_t {
     std::string placement;
     std::string side;
@@ -45,7 +42,8 @@ fen_fields_t split_fen(std::string const& text) {
     return fields;
 }
 
-/// Reads a number as its type does: out of range gives the nearest value.
+/// Reads a number as its type does: above the range gives the largest value, a negative number
+/// wraps where the type has no sign.
 template <typename Number>
 Number read_number(std::string const& text, Number otherwise) {
     Number number = otherwise;
@@ -54,7 +52,7 @@ Number read_number(std::string const& text, Number otherwise) {
 }
 
 /// File of the rook nearest to the edge that `letter` stands for, among the rooks of a first
-/// rank. When there is none the last file looked at is taken, whatever stands there.
+/// rank. When there is none the b-file or the g-file is taken, whatever stands there.
 int rook_file(BitBoard const& rooks_on_rank1, bool king_side) {
     if (king_side) {
         for (int file = 7; file > 1; --file) {

@@ -25,10 +25,6 @@ constexpr std::array<std::uint16_t, 65> make_kept_rights() {
 constexpr std::array<std::uint16_t, 65> kept_rights = make_kept_rights();
 static_assert(kept_rights[0] == 0xFFFE && kept_rights[63] == 0x7FFF && kept_rights[64] == 0xFFFF);
 
-constexpr std::size_t index(Square const& square) {
-    return static_cast<std::size_t>(square.id());
-}
-
 /// Counts on from any number a FEN text may give, without signed overflow.
 int wrapping_add(int number, int step) {
     return static_cast<int>(static_cast<unsigned>(number) + static_cast<unsigned>(step));

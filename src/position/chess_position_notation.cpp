@@ -87,9 +87,8 @@ Move ChessPosition::convert_to_move(Square const& from, Square const& to, move_t
         ((to.bitboard() << 8) & white_pawn())) {
         return Move(from, to, en_passant, piece, Piece(1));
     }
-    // A man that is no pawn has nothing to promote to: its ids would leave every table.
-    const bool promotes = code >= promo_queen && code <= promo_knight;
-    if (promotes && !piece.pawn()) return Move(from, to, normal_move, piece, captured);
+    // Kept: a promotion code stays on any man, so a knight can become a king, and what a rook
+    // becomes is no piece at all.
     return Move(from, to, static_cast<unsigned int>(code), piece,
                 code == castling ? none : captured);
 }

@@ -4,7 +4,9 @@
 
 #include "generation/hash_keys.h"
 #include "generation/tables.h"
+#include "position/castling_targets.h"
 #include "position/chess_position.h"
+#include "position/history.h"
 #include "position/square.h"
 
 namespace orvelin {
@@ -12,9 +14,6 @@ namespace orvelin {
 namespace {
 
 constexpr std::size_t start_capacity = 1024;
-
-/// Rights on rooks that do not start in a corner.
-constexpr std::uint16_t chess960_rights = 0x7E7E;
 
 constexpr std::size_t index(int id) {
     return static_cast<std::size_t>(id);
@@ -27,22 +26,32 @@ constexpr std::size_t row(int id) {
     return cut < 15 ? cut : 0;
 }
 
-/// Row of the man that a promotion puts on the board.
-std::size_t promoted_row(Move const& move) {
-    return row(move.piece_id() + 6 - static_cast<int>(move.code()));
+/// What a promotion changes in both keys.
+struct promotion_change_t {
+    std::uint64_t key;
+    std::uint64_t pawn_key;
+};
+
+/// Kept: the sense of the move alone tells the pawn's colour, so that a backward promotion, which
+/// is illegal, changes the keys of the other side's men.
+promotion_change_t promotion_change(HashKeys const& keys, Move const& move) {
+    const Square from = move.from();
+    const Square to = move.to();
+    const int pawn = to > from ? white_pawn : black_pawn;
+    const int promoted = pawn + 6 - static_cast<int>(move.code());
+    const std::uint64_t pawn_leaves = keys.piece[pawn][index(from)];
+    return {pawn_leaves ^ keys.piece[promoted][index(to)] ^
+                keys.piece[row(move.capture_id())][index(to)],
+            pawn_leaves};
 }
 
 /// Change of the position key by castling. The word's to is the rook's old square.
 std::uint64_t castling_change(HashKeys const& keys, Move const& move) {
-    const bool white = move.piece().white_king();
-    const bool king_side = move.to() > move.from();
+    const CastlingTargets targets = castling_targets(move);
     const std::size_t king = row(move.piece_id());
-    const std::size_t rook = white ? 4 : 12;
-    const std::size_t first_rank = white ? 0 : 56;
-    const std::size_t king_target = first_rank + (king_side ? 6 : 2);
-    const std::size_t rook_target = first_rank + (king_side ? 5 : 3);
-    return keys.piece[king][index(move.from().id())] ^ keys.piece[rook][index(move.to().id())] ^
-           keys.piece[king][king_target] ^ keys.piece[rook][rook_target];
+    const std::size_t rook = move.piece().white_king() ? white_rook : black_rook;
+    return keys.piece[king][index(move.from())] ^ keys.piece[rook][index(move.to())] ^
+           keys.piece[king][index(targets.king)] ^ keys.piece[rook][index(targets.rook)];
 }
 
 }  // namespace
@@ -57,11 +66,7 @@ Hasher<KeySet>::Hasher(Tables const& tables) : tables_(tables) {
 
 template <int KeySet>
 HashKeys const& Hasher<KeySet>::key_set() const {
-    if constexpr (KeySet == 1) {
-        return tables_.hash_keys;
-    } else {
-        return tables_.hash_keys2;
-    }
+    return tables_.hash_keys;
 }
 
 template <int KeySet>
@@ -119,11 +124,12 @@ void Hasher<KeySet>::make_move(Move const& move) {
         case promo_queen:
         case promo_rook:
         case promo_bishop:
-        case promo_knight:
-            key ^= keys.piece[man][from] ^ keys.piece[promoted_row(move)][to] ^
-                   keys.piece[captured][to];
-            pawn_key ^= keys.piece[man][from];
+        case promo_knight: {
+            const promotion_change_t change = promotion_change(keys, move);
+            key ^= change.key;
+            pawn_key ^= change.pawn_key;
             break;
+        }
         case castling:
             key ^= castling_change(keys, move);
             break;

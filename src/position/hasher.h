@@ -13,14 +13,14 @@ struct Tables;
 
 /// Keeps the position key and the pawn key up to date while moves are made.
 ///
-/// `KeySet` tells which set of keys of the tables is read: 1 is the published book key set, so
-/// that the key of a standard position equals the key of the book file format. The top of the key
-/// stack holds the men's contribution only; rights, en passant and side to move are folded in
-/// when the key is asked for. One entry lies on each stack for each move made and one below them,
-/// so neither stack is ever empty. Owned by one ChessPosition and used on its thread.
+/// `KeySet` tells which set of keys of the tables is read: 1, the only one in use, is the published
+/// book key set, so that the key of a standard position equals the key of the book file format. The
+/// top of the key stack holds the men's contribution only; rights, en passant and side to move are
+/// folded in when the key is asked for. One entry lies on each stack for each move made and one
+/// below them, so neither stack is ever empty. Owned by one ChessPosition and used on its thread.
 template <int KeySet>
 class Hasher {
-    static_assert(KeySet == 1 || KeySet == 2);
+    static_assert(KeySet == 1);
 
  public:
     /// One 0 entry on each stack, no position bound.

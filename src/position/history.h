@@ -8,6 +8,10 @@
 
 namespace orvelin {
 
+/// The castling rights on rooks that do not start in a corner, which neither standard notation
+/// nor the published book keys know.
+inline constexpr std::uint16_t chess960_rights = 0x7E7E;
+
 /// What one ply knows beyond the placement of the men. ChessPosition keeps one record for each
 /// ply of the game and of the line being searched; the last one describes the current position.
 struct history_t {

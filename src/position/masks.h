@@ -93,7 +93,7 @@ constexpr BitBoard a2_a4_c4(0x07030100);
 constexpr BitBoard white_space(0x000000003C3C3C3C);
 constexpr BitBoard black_space(0x3C3C3C3C00000000);
 
-/// Ranks 1 to 5 and 4 to 8: where a side meets an attack on its king.
+/// White's half with rank 5, Black's half with rank 4, by files e to h, a to d and c to f.
 constexpr BitBoard white_kingside_battlefield =
     (e_file | f_file | g_file | h_file) & (rank1 | rank2 | rank3 | rank4 | rank5);
 constexpr BitBoard black_kingside_battlefield =

@@ -29,12 +29,12 @@ class Rep3filter {
         keys_.push_back(key);
     }
 
-    /// Takes back one add(): the top entry and, when there is one, the wall under it. The oldest
-    /// entry always stays.
+    /// Takes back one add(): the top entry and, when there is one, the wall under it. An empty
+    /// record stays empty.
     void remove() {
-        if (keys_.size() < 2) return;
+        if (keys_.empty()) return;
         keys_.pop_back();
-        if (keys_.size() > 1 && keys_.back() == wall) keys_.pop_back();
+        if (!keys_.empty() && keys_.back() == wall) keys_.pop_back();
     }
 
     /// True when the current key occurred before, since the last wall. One earlier occurrence is

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <compare>
+#include <cstddef>
 #include <string>
 
 namespace orvelin {
@@ -11,9 +12,8 @@ class BitBoard;
 /// A square of the board as a signed id: a1 = 0, b1 = 1, ... h1 = 7, a2 = 8, ... h8 = 63, so that
 /// id = file + 8 * rank. Id 64 means no square.
 ///
-/// A plain word, copied freely and used by every thread. Nothing tests the id that is stored:
-/// what is computed from squares of the board stays in 0..64, and tables that can see id 64 have
-/// an entry for it.
+/// A plain word, copied freely and used by every thread. Nothing tests the id that is stored, and
+/// arithmetic may leave 0..64; only ids 0..64 may be looked up in `bb`.
 class Square {
  public:
     /// The one-square set of each id; entry 64 is empty, so no square needs no test.
@@ -41,13 +41,17 @@ class Square {
     /// File letter and rank digit, "no_square" for no square.
     /// @throws std::logic_error for an id below 0 or above 64.
     std::string name() const;
-    /// 1 for a light square, 0 for a dark one and for no square.
-    constexpr int color() const { return (file_number() + rank_number()) & 1; }
+    /// 1 for a light square, 0 for a dark one and for every id off the board.
+    constexpr int color() const {
+        return (square_ & ~63) == 0 ? (file_number() + rank_number()) & 1 : 0;
+    }
     /// The entry of `bb`. The id must be in 0..64. Needs position/bit_board.h.
     BitBoard const& bitboard() const;
 
     constexpr bool operator==(Square const& other) const = default;
     /// Compares the signed ids.
+    // The defaulted comparison is mistaken for a null pointer.
+    // NOLINTNEXTLINE(modernize-use-nullptr)
     constexpr auto operator<=>(Square const& other) const = default;
 
     constexpr Square& operator+=(int steps) {
@@ -74,6 +78,11 @@ class Square {
  private:
     int square_ = 64;
 };
+
+/// The id of a square 0..64 as an index of arrays.
+constexpr std::size_t index(Square const& square) {
+    return static_cast<std::size_t>(square.id());
+}
 
 constexpr Square operator+(Square square, int steps) {
     return square += steps;

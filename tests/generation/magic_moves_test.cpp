@@ -5,9 +5,10 @@
 #include <cstdio>
 #include <gtest/gtest.h>
 #include <random>
-#include <stdexcept>
 #include <string>
 #include <vector>
+
+#include "support/logic_error_text.h"
 
 namespace orvelin {
 
@@ -25,10 +26,8 @@ struct MagicMovesDamager {
     static std::vector<BitBoard>& rook_attacks(MagicMoves& moves, std::size_t square) {
         return moves.rook_attacks_[square];
     }
-    static void require_same_length(std::size_t raw, std::size_t index, const char* failure) {
-        MagicMoves::require_same_length(std::vector<BitBoard>(raw),
-                                        std::vector<unsigned char>(index), failure);
-    }
+    static void index_bishops(MagicMoves& moves) { moves.index_bishops(); }
+    static void index_rooks(MagicMoves& moves) { moves.index_rooks(); }
 };
 
 }  // namespace orvelin
@@ -259,17 +258,22 @@ TEST(MagicMoves, SelftestFailsWithoutTheWorkingTables) {
     EXPECT_EQ(output.substr(0, output.find(':')), "square=0\nindex=0\nmagic_bishop_moves");
 }
 
-TEST(MagicMoves, ConstructorRefusesTablesOfDifferentLength) {
-    for (const char* failure :
-         {"MagicMoves error(1) in constructor", "MagicMoves error(2) in constructor"}) {
-        EXPECT_NO_THROW(MagicMovesDamager::require_same_length(32, 32, failure));
-        try {
-            MagicMovesDamager::require_same_length(32, 31, failure);
-            FAIL() << "nothing thrown";
-        } catch (std::logic_error const& error) {
-            EXPECT_STREQ(error.what(), failure);
-        }
-    }
+TEST(MagicMoves, ConstructorRefusesABishopSetThatIsNotInTheList) {
+    MagicMoves damaged(true);
+    EXPECT_NO_THROW(MagicMovesDamager::index_bishops(damaged));
+    MagicMovesDamager::bishop_attacks(damaged, 27).pop_back();
+    EXPECT_NO_THROW(MagicMovesDamager::index_rooks(damaged));
+    EXPECT_EQ(logic_error_text([&] { MagicMovesDamager::index_bishops(damaged); }),
+              "MagicMoves error(1) in constructor");
+}
+
+TEST(MagicMoves, ConstructorRefusesARookSetThatIsNotInTheList) {
+    MagicMoves damaged(true);
+    EXPECT_NO_THROW(MagicMovesDamager::index_rooks(damaged));
+    MagicMovesDamager::rook_attacks(damaged, 63).pop_back();
+    EXPECT_NO_THROW(MagicMovesDamager::index_bishops(damaged));
+    EXPECT_EQ(logic_error_text([&] { MagicMovesDamager::index_rooks(damaged); }),
+              "MagicMoves error(2) in constructor");
 }
 
 }  // namespace orvelin::test

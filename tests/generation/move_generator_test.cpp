@@ -5,6 +5,7 @@
 #include <random>
 
 #include "generation/generator_fixture.h"
+#include "support/logic_error_text.h"
 #include "support/plain_board.h"
 
 namespace orvelin::test {
@@ -45,10 +46,20 @@ TEST_F(MoveGeneratorTest, BlackPromotesOnTheFirstRank) {
 
 TEST_F(MoveGeneratorTest, CapturesAreSortedByVictimThenByAttacker) {
     // The queen on d5 can be taken by pawn, knight, bishop, rook, queen and king.
-    EXPECT_EQ(texts(captures("7k/5p2/8/3q4/2P1K3/2N5/6B1/Q2R4 w - - 0 1")),
-              (texts_t{"c4d5", "c3d5", "d1d5", "e4d5"}));
+    EXPECT_EQ(texts(captures("k7/8/4K3/3q3Q/2P5/2N2B2/8/3R4 w - - 0 1")),
+              (texts_t{"c4d5", "c3d5", "f3d5", "d1d5", "h5d5", "e6d5"}));
     EXPECT_EQ(texts(captures("7k/8/1p3r2/8/p2Nb3/2P2n2/8/R1K5 w - - 0 1")),
               (texts_t{"d4f3", "a1a4"}));
+}
+
+TEST_F(MoveGeneratorTest, SortRefusesAVictimThatIsNoPiece) {
+    position_.fen("7k/8/8/3p1p2/4P3/8/8/7K w - - 0 1");
+    position_.set_piece_on(Square("d5"), Piece(7));
+    movetable_t table;
+    generator_.create_movetable(position_, table);
+    MoveList list;
+    EXPECT_EQ(logic_error_text([&] { generator_.serialize_captures(position_, table, list); }),
+              "Piece::abs_value out of range:");
 }
 
 TEST_F(MoveGeneratorTest, EnPassantSortsAsAPawnCapture) {

@@ -170,6 +170,9 @@ TEST_F(FenTest, HalfmoveIsAnUnsignedSixteenBitNumber) {
     EXPECT_EQ(position.get_dfz(), 65535);
     position.make_move(Move());
     EXPECT_EQ(position.get_dfz(), 0);
+    position.fen("4k3/8/8/8/8/8/8/4K3 w - - -5 1");
+    EXPECT_EQ(position.get_dfz(), 65531);
+    EXPECT_EQ(position.initial_position(), "4k3/8/8/8/8/8/8/4K3 w - - -5 1");
 }
 
 TEST_F(FenTest, FenReplacesTheWholePosition) {

@@ -225,6 +225,14 @@ TEST_F(MakeMoveTest, TakingBackMoreThanWasMadeKeepsTheFirstRecord) {
     for (int i = 0; i < 5; ++i) position.unmake_move();
     EXPECT_EQ(position.history().size(), 1U);
     EXPECT_EQ(position.get_pawnhash(), 0x37FC40DA841E1692U);
+    // The repetition record is empty by now; playing on fills it again.
+    EXPECT_TRUE(position.repetition_filter() == Rep3filter());
+    position.fen("4k3/8/8/3p4/4P3/8/8/4K3 w - - 0 1");
+    position.unmake_move();
+    play("e4d5");
+    EXPECT_FALSE(position.draw_by_threefold_repetition());
+    position.unmake_move();
+    EXPECT_TRUE(position.repetition_filter() == Rep3filter());
 }
 
 TEST_F(MakeMoveTest, ACapturedKingLeavesADefinedPosition) {
@@ -262,13 +270,12 @@ TEST_F(MakeMoveTest, IllegalMovesTouchNoForeignMemory) {
 
 TEST_F(MakeMoveTest, WordsWithAnyContentTouchNoForeignMemory) {
     std::mt19937 random(20260102);
-    const int ids[] = {0, 1, 2, 3, 4, 5, 6, 9, 10, 11, 12, 13, 14};
     position.newgame();
     for (int ply = 0; ply < 5000; ++ply) {
         const Square from(static_cast<int>(random() % 64));
         const Square to(static_cast<int>(random() % 64));
-        const Piece piece(ids[random() % 13]);
-        const Piece captured(ids[random() % 13]);
+        const Piece piece(static_cast<int>(random() % 16));
+        const Piece captured(static_cast<int>(random() % 16));
         position.make_move(Move(from, to, static_cast<unsigned>(random() % 8), piece, captured));
     }
     EXPECT_EQ(position.history().size(), 5001U);

@@ -101,6 +101,20 @@ TEST_F(NotationTest, OtherwiseTheCallersCodeStays) {
         EXPECT_EQ(pair("a7", "a8", code).code(), code);
         EXPECT_EQ(pair("a7", "a8", code).piece_id(), 1);
     }
+    // Also on men that cannot promote.
+    position.fen("1nrb4/4k3/8/8/8/8/4K3/1NRB4 w - - 0 1");
+    const std::pair<char const*, char const*> moves[] = {{"b1", "a3"}, {"c1", "c8"}, {"d1", "b3"},
+                                                         {"e2", "e3"}, {"b8", "a6"}, {"c8", "c1"},
+                                                         {"d8", "b6"}, {"e7", "e6"}};
+    for (auto const& [from, to] : moves) {
+        for (char const letter : {'q', 'r', 'b', 'n'}) {
+            const Move move = text(std::string(from) + to + letter);
+            EXPECT_EQ(move.algebraic(false), std::string(from) + to + letter);
+            EXPECT_EQ(pair(from, to, move.code()).code(), move.code());
+            EXPECT_EQ(move.piece(), position.get_piece_from(Square(std::string(from))));
+            EXPECT_EQ(move.capture(), position.get_piece_from(Square(std::string(to))));
+        }
+    }
 }
 
 TEST_F(NotationTest, StandardCastlingTextIsRewritten) {

@@ -121,6 +121,51 @@ TEST_F(HasherTest, PawnCaptureChangesThePawnKeyByItsSquares) {
               before ^ man_key(1, "e4") ^ man_key(1, "d5") ^ man_key(9, "d5"));
 }
 
+TEST_F(HasherTest, PromotionReadsTheColourFromTheSenseOfTheMove) {
+    struct promotion_case_t {
+        Move move;
+        std::uint64_t key;
+        std::uint64_t pawn_key;
+    };
+    const Square a2("a2");
+    const Square b1("b1");
+    const Square b7("b7");
+    const Square b8("b8");
+    const promotion_case_t cases[] = {
+        {Move(b7, b8, promo_rook, white_pawn, no_piece), man_key(1, "b7") ^ man_key(4, "b8"),
+         man_key(1, "b7")},
+        {Move(a2, b1, promo_knight, black_pawn, white_rook),
+         man_key(9, "a2") ^ man_key(10, "b1") ^ man_key(4, "b1"), man_key(9, "a2")},
+        // Backwards: a white pawn counts as a black one, and the other way round.
+        {Move(b8, b7, promo_queen, white_pawn, black_pawn),
+         man_key(9, "b8") ^ man_key(13, "b7") ^ man_key(9, "b7"), man_key(9, "b8")},
+        {Move(b1, a2, promo_bishop, black_pawn, no_piece), man_key(1, "b1") ^ man_key(3, "a2"),
+         man_key(1, "b1")},
+        // Men that are no pawns: as if a pawn had moved.
+        {Move(b1, b7, promo_knight, white_king, no_piece), man_key(1, "b1") ^ man_key(2, "b7"),
+         man_key(1, "b1")},
+        {Move(b8, a2, promo_queen, black_king, no_piece), man_key(9, "b8") ^ man_key(13, "a2"),
+         man_key(9, "b8")}};
+    for (promotion_case_t const& c : cases) {
+        Hasher<1> hasher(tables);
+        hasher.make_move(c.move);
+        EXPECT_EQ(hasher.hash(), c.key) << c.move.dump();
+        EXPECT_EQ(hasher.pawn_hash(), c.pawn_key) << c.move.dump();
+        hasher.pop();
+        EXPECT_EQ(hasher.hash(), 0U);
+        EXPECT_EQ(hasher.pawn_hash(), 0U);
+    }
+}
+
+TEST_F(HasherTest, IdsThatAreNoPieceHaveNoKeys) {
+    for (const int id : {7, 8, 15}) {
+        Hasher<1> hasher(tables);
+        hasher.make_move(Move(Square("b1"), Square("b7"), normal_move, Piece(id), Piece(id)));
+        EXPECT_EQ(hasher.hash(), 0U) << id;
+        EXPECT_EQ(hasher.pawn_hash(), 0U) << id;
+    }
+}
+
 TEST_F(HasherTest, ShiftedRooksFoldTheRawRightsWordIn) {
     const std::string men = "nrbbkqrn/pppppppp/8/8/8/8/PPPPPPPP/NRBBKQRN w ";
     position.fen(men + "- - 0 1");

@@ -143,6 +143,21 @@ TEST(MaterialIndex, PromotionsAddTheManAndTakeThePawn) {
     }
 }
 
+TEST(MaterialIndex, PromotionCodesChangeNothingForMenThatAreNoPawns) {
+    for (unsigned int code = promo_queen; code <= promo_knight; ++code) {
+        for (int id = 0; id < 16; ++id) {
+            if (id == white_pawn || id == black_pawn) continue;
+            MaterialIndex index = index_of(start_word);
+            index.make_move(move_of(code, id, 0));
+            EXPECT_EQ(index.index(), start_word) << id;
+            index.make_move(move_of(code, id, black_rook));
+            EXPECT_EQ(index.index(), start_word - 0x1000) << id;
+            index.unmake_move(move_of(code, id, black_rook));
+            EXPECT_EQ(index.index(), start_word) << id;
+        }
+    }
+}
+
 TEST(MaterialIndex, OtherMovesChangeOnlyTheCapturedMan) {
     for (const unsigned int code : {0U, 1U, 6U, 7U}) {
         MaterialIndex index = index_of(start_word);

@@ -108,13 +108,22 @@ TEST(Rep3filter, RemoveTakesBackAQuietMoveOnly) {
     EXPECT_TRUE(filter == before);
 }
 
-TEST(Rep3filter, RemoveKeepsTheOldestEntry) {
+TEST(Rep3filter, RemoveOfTheOnlyEntryEmptiesTheRecord) {
     Rep3filter filter = record_of({5});
     filter.remove();
-    EXPECT_TRUE(filter == record_of({5}));
-    Rep3filter empty;
-    empty.remove();
-    EXPECT_TRUE(empty == Rep3filter());
+    EXPECT_TRUE(filter == Rep3filter());
+    EXPECT_FALSE(filter.repetition());
+    EXPECT_EQ(filter.result(), no_verdict);
+    filter.remove();
+    EXPECT_TRUE(filter == Rep3filter());
+}
+
+TEST(Rep3filter, AddOfACaptureOnAnEmptyRecordIsUndone) {
+    Rep3filter filter;
+    filter.add(capture(), 7);
+    EXPECT_TRUE(filter == record_of({0, 7}));
+    filter.remove();
+    EXPECT_TRUE(filter == Rep3filter());
 }
 
 TEST(Rep3filter, ResultNeedsThreeOccurrences) {

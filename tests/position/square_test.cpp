@@ -55,7 +55,9 @@ TEST(Square, ColorIsOneOnLightSquares) {
     }
     EXPECT_EQ(Square("a1").color(), 0);
     EXPECT_EQ(Square("b1").color(), 1);
-    EXPECT_EQ(Square().color(), 0);
+    for (const int off_board : {64, 65, 66, 71, 72, 1001, -1, -2, -64}) {
+        EXPECT_EQ(Square(off_board).color(), 0) << off_board;
+    }
 }
 
 TEST(Square, ReadsTextAndTestsOnlyTheIdItAddsUpTo) {
@@ -86,6 +88,10 @@ TEST(Square, RefusesToNameIdsOutsideTheTable) {
 TEST(Square, StoresAnyIdAsItIs) {
     EXPECT_EQ(Square(-3).id(), -3);
     EXPECT_EQ(Square(1000).id(), 1000);
+}
+
+TEST(Square, IndexIsTheIdForArrays) {
+    for (int i = 0; i <= 64; ++i) EXPECT_EQ(index(Square(i)), static_cast<std::size_t>(i));
 }
 
 TEST(Square, ComparesSignedIds) {

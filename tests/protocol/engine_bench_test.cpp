@@ -1,0 +1,157 @@
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <gtest/gtest.h>
+#include <iostream>
+#include <mutex>
+#include <regex>
+#include <sstream>
+#include <streambuf>
+#include <string>
+#include <thread>
+
+#include "search/action.h"
+#include "support/engine_fixture.h"
+
+namespace orvelin::test {
+namespace {
+
+constexpr char const* last_fen = "r2q2k1/pp1rbppp/4pn2/2P5/1P3B2/6P1/P3QPBP/1R3RK1 w - - 0 1";
+
+class EngineBenchTest : public EngineFixture {
+ protected:
+    int hash_megabytes() const {
+        return static_cast<int>(engine->tables().transposition_table.get_size());
+    }
+
+    /// The report of a `bench` whose searches are cut short by a node limit: the reset of the
+    /// limits does not touch it.
+    std::string short_bench(std::uint64_t nodes) {
+        engine->analysis().set_max_nodes(nodes);
+        return bench();
+    }
+
+    std::string bench() {
+        std::stringbuf output;
+        run_bench(output);
+        return output.str();
+    }
+
+    void run_bench(std::streambuf& output) {
+        std::streambuf* const old_buffer = std::cout.rdbuf(&output);
+        std::streamsize const old_precision = std::cout.precision();
+        command("bench");
+        std::cout.precision(old_precision);
+        std::cout.rdbuf(old_buffer);
+    }
+};
+
+TEST_F(EngineBenchTest, TheReportHasItsFixedForm) {
+    std::string const result =
+        "  depth=12  nps=\\d+  nodes=2000  time=[0-9.e-]+  ebf=[0-9.]+  eval=-?\\d+"
+        "  bestmove [a-h][1-8][a-h][1-8]\n";
+    std::regex const form(
+        "position: rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1\t" + result +
+        "position: rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w - - 0 1\t" + result +
+        "position: r2q2k1/pp1rbppp/4pn2/2P5/1P3B2/6P1/P3QPBP/1R3RK1 w - - 0 1\t" + result +
+        "-------------------------------------\n"
+        "nodes: \t6000\n"
+        "time: \t\\d+\n"
+        "nps:  \t-?\\d+\n"
+        "-------------------------------------\n");
+    std::string const text = short_bench(2000);
+    EXPECT_TRUE(std::regex_match(text, form)) << text;
+}
+
+TEST_F(EngineBenchTest, ItWritesPastTheQueueAndLeavesTheStateAlone) {
+    command("position startpos moves e2e4");
+    short_bench(500);
+    EXPECT_TRUE(replies().empty());
+    EXPECT_EQ(engine->position_line(), "position startpos moves e2e4");
+    EXPECT_EQ(engine->engine_state(), 0);
+    EXPECT_NE(engine->analysis().get_status(), searching_status);
+    EXPECT_EQ(fen(), last_fen);
+}
+
+TEST_F(EngineBenchTest, ItRestoresTheTableTo128Megabytes) {
+    for (int const megabytes : {16, 256}) {
+        engine->analysis().set_hash_size(megabytes);
+        ASSERT_EQ(hash_megabytes(), megabytes);
+        short_bench(100);
+        EXPECT_EQ(hash_megabytes(), 128);
+    }
+}
+
+TEST_F(EngineBenchTest, ItsClocksLeaveTheTimeLimitsOutOfReach) {
+    short_bench(100);
+    // 6000000 / 3 = 2000000: 2 * (2000000 - 500000 + 25000).
+    EXPECT_EQ(engine->analysis().time_manager().hard_limit(), 3050000U);
+    EXPECT_GT(engine->analysis().time_manager().remaining_time(0), 5000000);
+}
+
+/// Ends the waits of weakened searches by stops, which it sends again and again because the idle
+/// analysis thread takes them away. It is itself the output of the benchmark: the end of a result
+/// line ends the stops for that search, before the next one is set up.
+class WaitEnder : public std::streambuf {
+ public:
+    explicit WaitEnder(Analysis& analysis) : analysis_(analysis) {}
+
+    /// Body of a thread of its own; ends after the waits of three searches.
+    void operator()() {
+        for (waits_ended = 0; waits_ended < 3; ++waits_ended) {
+            while (analysis_.get_iteration() != 3) sleep();
+            std::this_thread::sleep_for(std::chrono::milliseconds(200));
+            EXPECT_EQ(analysis_.get_iteration(), 3);
+            while (stop_once()) sleep();
+            while (waits_ended < 2 && analysis_.get_iteration() == 3) sleep();
+        }
+    }
+
+    std::string const& text() const { return text_; }
+
+    int waits_ended = 0;
+
+ protected:
+    int_type overflow(int_type character) override {
+        std::lock_guard<std::mutex> const guard(mutex_);
+        text_ += traits_type::to_char_type(character);
+        if (character == '\n') ++lines_;
+        return character;
+    }
+
+ private:
+    static void sleep() { std::this_thread::sleep_for(std::chrono::microseconds(100)); }
+
+    /// False once the search whose turn it is has been reported.
+    bool stop_once() {
+        std::lock_guard<std::mutex> const guard(mutex_);
+        if (lines_ > waits_ended) return false;
+        analysis_.set_action(stop_action);
+        return true;
+    }
+
+    Analysis& analysis_;
+    std::mutex mutex_;
+    std::string text_;
+    int lines_ = 0;
+};
+
+TEST_F(EngineBenchTest, WeakenedItEndsItsIterationsEarlierAndStillPrintsDepthTwelve) {
+    engine->analysis().set_uci_limitstrength(true);
+    engine->analysis().set_uci_elo(1500);
+    WaitEnder output(engine->analysis());
+    std::thread wait_ender(std::ref(output));
+    run_bench(output);
+    wait_ender.join();
+    EXPECT_EQ(output.waits_ended, 3);
+    std::string const& text = output.text();
+    std::size_t found = 0;
+    for (std::size_t at = text.find("  depth=12  "); at != std::string::npos;
+         at = text.find("  depth=12  ", at + 1)) {
+        ++found;
+    }
+    EXPECT_EQ(found, 3U);
+}
+
+}  // namespace
+}  // namespace orvelin::test

@@ -9,7 +9,8 @@ Communicator::Communicator()
     : id_(static_cast<int>(std::chrono::system_clock::now().time_since_epoch().count() & 0x1ff)) {}
 
 void Communicator::to_engine(std::string line) {
-    push(interface_to_engine_lock_, interface_to_engine_, line, "Communicator::to_engine       ");
+    push(interface_to_engine_lock_, interface_to_engine_, std::move(line),
+         "Communicator::to_engine       ");
 }
 
 std::string Communicator::from_interface() {
@@ -17,7 +18,8 @@ std::string Communicator::from_interface() {
 }
 
 void Communicator::to_interface(std::string line) {
-    push(engine_to_interface_lock_, engine_to_interface_, line, "Communicator::to_interface    ");
+    push(engine_to_interface_lock_, engine_to_interface_, std::move(line),
+         "Communicator::to_interface    ");
 }
 
 std::string Communicator::from_engine() {
@@ -38,13 +40,13 @@ void Communicator::set_log(bool on) {
     if (on) log_.open("comm_" + std::to_string(id_) + ".log");
 }
 
-void Communicator::push(std::mutex& lock, queue_t& queue, std::string const& line,
-                        char const* prefix) {
+void Communicator::push(std::mutex& lock, queue_t& queue, std::string&& line, char const* prefix) {
+    std::string const traced = log_enabled_ ? line : std::string();
     {
         std::lock_guard<std::mutex> const guard(lock);
-        queue.push_back(line);
+        queue.push_back(std::move(line));
     }
-    trace(prefix, line);
+    trace(prefix, traced);
 }
 
 std::string Communicator::pop(std::mutex& lock, queue_t& queue, char const* prefix) {

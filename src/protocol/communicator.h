@@ -49,7 +49,7 @@ class Communicator {
  private:
     using queue_t = std::deque<std::string>;
 
-    void push(std::mutex& lock, queue_t& queue, std::string const& line, char const* prefix);
+    void push(std::mutex& lock, queue_t& queue, std::string&& line, char const* prefix);
     std::string pop(std::mutex& lock, queue_t& queue, char const* prefix);
     void trace(char const* prefix, std::string const& line);
 

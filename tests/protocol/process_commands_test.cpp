@@ -2,7 +2,6 @@
 #include <chrono>
 #include <csignal>
 #include <gtest/gtest.h>
-#include <regex>
 #include <string>
 #include <vector>
 
@@ -10,6 +9,7 @@
 #include "support/engine_process.h"
 #include "support/referee.h"
 #include "support/test_config.h"
+#include "support/text_pattern.h"
 
 namespace orvelin::test {
 namespace {
@@ -88,7 +88,7 @@ TEST(ProcessPositionTest, TheIncrementalPathFollowsAWholeOpening) {
         ASSERT_TRUE(referee.play(own)) << best;
         std::string const reply = referee.legal_moves().front();
         ASSERT_TRUE(referee.play(reply));
-        line += " " + own + " " + reply;
+        line.append(" ").append(own).append(" ").append(reply);
     }
     engine.send(line);
     EXPECT_EQ(final_fen(engine), referee.fen());
@@ -157,8 +157,7 @@ TEST(ProcessSearchTest, EveryTokenOfGoLeadsToALegalMove) {
          }) {
         EngineProcess engine;
         std::string const line = answer(engine, {"position startpos", go});
-        EXPECT_TRUE(std::regex_match(
-            line, std::regex("bestmove [a-h][1-8][a-h][1-8]( ponder [a-h][1-8][a-h][1-8])?")))
+        EXPECT_TRUE(matches(line, ("bestmove [a-h][1-8][a-h][1-8]( ponder [a-h][1-8][a-h][1-8])?")))
             << go << ": " << line;
         EXPECT_TRUE(is_legal(start_fen, line)) << go << ": " << line;
     }
@@ -303,7 +302,7 @@ TEST(ProcessBenchTest, TheReportIsWrittenToTheByteButForTheTimes) {
         "-------------------------------------",
     };
     for (std::size_t i = 0; i < expected.size(); ++i) {
-        EXPECT_TRUE(std::regex_match(lines[i], std::regex(expected[i]))) << lines[i];
+        EXPECT_TRUE(matches(lines[i], expected[i])) << lines[i];
     }
     EXPECT_EQ(final_fen(engine), "r2q2k1/pp1rbppp/4pn2/2P5/1P3B2/6P1/P3QPBP/1R3RK1 w - - 0 1");
 }

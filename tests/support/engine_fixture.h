@@ -56,6 +56,11 @@ class EngineFixture : public ::testing::Test {
         return wait_for([&] { return engine->analysis().get_iteration() >= iteration; });
     }
 
+    /// Waits until the search is a millisecond old: before that nothing is reported.
+    bool wait_for_report_time() {
+        return wait_for([&] { return engine->analysis().get_running_time() > 0; });
+    }
+
     template <typename Condition>
     static bool wait_for(Condition condition) {
         for (int left = 60000; left > 0; --left) {
@@ -89,7 +94,8 @@ class EngineFixture : public ::testing::Test {
     /// From here on the engine's log goes into a file of this test.
     void open_log() {
         auto const* const info = ::testing::UnitTest::GetInstance()->current_test_info();
-        log_name = ::testing::TempDir() + info->test_suite_name() + "_" + info->name() + ".log";
+        log_name = ::testing::TempDir() + info->test_suite_name() + "_" + info->name() + "_" +
+                   std::to_string(getpid()) + ".log";
         log.clear();
         log.open(log_name);
     }

@@ -38,7 +38,8 @@ std::vector<std::string> child_environment() {
         std::string const old_text = old_value == nullptr ? "" : std::string(old_value) + ":";
         std::erase_if(variables,
                       [&](std::string const& text) { return text.starts_with(name + "="); });
-        variables.push_back(name + "=" + old_text + "handle_sigfpe=0");
+        variables.push_back(
+            std::string(name).append("=").append(old_text).append("handle_sigfpe=0"));
     }
     return variables;
 }
@@ -60,6 +61,7 @@ pid_t spawn(std::string const& binary, int input, int output, int errors) {
 
     std::vector<std::string> variables = child_environment();
     std::vector<char*> environment;
+    environment.reserve(variables.size() + 1);
     for (std::string& variable : variables) environment.push_back(variable.data());
     environment.push_back(nullptr);
     std::string name = binary;
@@ -209,7 +211,7 @@ std::string EngineProcess::find(std::string_view start, milliseconds timeout) {
 std::vector<EngineProcess::timed_line_t> EngineProcess::read_for(milliseconds time) {
     std::this_thread::sleep_for(time);
     std::lock_guard<std::mutex> const guard(mutex_);
-    std::vector<timed_line_t> const lines(lines_.begin(), lines_.end());
+    std::vector<timed_line_t> lines(lines_.begin(), lines_.end());
     lines_.clear();
     return lines;
 }

@@ -55,7 +55,7 @@ class EnginePair {
             }
             std::string const move = answer(line, record.plies);
             if (!referee.play(move)) {
-                record.fault = "illegal answer '" + move + "' to " + line;
+                record.fault.append("illegal answer '").append(move).append("' to ").append(line);
                 return record;
             }
             line += (has_moves ? " " : " moves ") + move;
@@ -122,6 +122,7 @@ std::vector<game_record_t> play_games(std::vector<game_start_t> const& starts, i
     std::atomic<std::size_t> next{0};
     std::atomic<int> unclean{0};
     std::vector<std::thread> threads;
+    threads.reserve(static_cast<std::size_t>(pairs));
     for (int i = 0; i < pairs; ++i) {
         threads.emplace_back([&] {
             EnginePair pair;

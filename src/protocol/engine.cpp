@@ -17,8 +17,10 @@ Engine::Engine(Communicator& communicator, std::ofstream& log)
     : communicator_(communicator),
       position_(tables_),
       analysis_(position_, tables_),
+      hasher_(tables_),
       id_(static_cast<int>(std::chrono::system_clock::now().time_since_epoch().count() & 0x1ff)),
       log_(log) {
+    open_book();
     position_.newgame();
     analysis_.init(position_);
     analysis_thread_ = std::thread(std::ref(analysis_));
@@ -48,7 +50,7 @@ void Engine::set_action(char action) {
 }
 
 Engine::handler_t Engine::find_handler(std::string const& word) {
-    static constexpr std::array<std::pair<std::string_view, handler_t>, 10> commands{{
+    static constexpr std::array<std::pair<std::string_view, handler_t>, 11> commands{{
         {"ucinewgame", &Engine::command_ucinewgame},
         {"eval", &Engine::command_eval},
         {"bench", &Engine::command_bench},
@@ -56,6 +58,7 @@ Engine::handler_t Engine::find_handler(std::string const& word) {
         {"position", &Engine::command_position},
         {"go", &Engine::command_go},
         {"ponderhit", &Engine::command_ponderhit},
+        {"setoption", &Engine::command_setoption},
         {"isready", &Engine::command_isready},
         {"stop", &Engine::command_stop},
         {"quit", &Engine::command_quit},

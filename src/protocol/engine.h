@@ -1,13 +1,15 @@
 #pragma once
 
-#include <cstdint>
+#include <cstddef>
 #include <fstream>
 #include <sstream>
 #include <string>
 #include <thread>
 
+#include "book/book.h"
 #include "generation/tables.h"
 #include "position/chess_position.h"
+#include "position/hasher.h"
 #include "protocol/communicator.h"
 #include "search/analysis.h"
 #include "search/multi_pv.h"
@@ -24,8 +26,9 @@ namespace orvelin {
 /// to the search while one runs; nothing guards it, because an interface leaves it alone then.
 class Engine {
  public:
-    /// Builds the tables, sets the start position and starts the analysis thread. The communicator
-    /// and the log are kept by reference and must outlive the engine.
+    /// Builds the tables, opens the opening book if one is found, sets the start position and
+    /// starts the analysis thread. The communicator and the log are kept by reference and must
+    /// outlive the engine.
     Engine(Communicator& communicator, std::ofstream& log);
 
     /// Joins the analysis thread: the command `quit` must have been handled before.
@@ -88,9 +91,29 @@ class Engine {
     bool command_position(std::istringstream& arguments);
     bool command_go(std::istringstream& arguments);
     bool command_ponderhit(std::istringstream& arguments);
+    bool command_setoption(std::istringstream& arguments);
     bool command_isready(std::istringstream& arguments);
     bool command_stop(std::istringstream& arguments);
     bool command_quit(std::istringstream& arguments);
+
+    /// Reads the value of an option and acts on it.
+    using option_t = void (Engine::*)(std::istringstream& value);
+
+    void option_hash(std::istringstream& value);
+    void option_threads(std::istringstream& value);
+    void option_ponder(std::istringstream& value);
+    void option_ownbook(std::istringstream& value);
+    void option_limit_strength(std::istringstream& value);
+    void option_elo(std::istringstream& value);
+    void option_chess960(std::istringstream& value);
+    void option_multipv(std::istringstream& value);
+    void option_debug(std::istringstream& value);
+
+    void open_book();
+    /// Queues a move of the book as `bestmove`; false when there is none.
+    bool answer_from_book();
+    /// The same for a position with so many records in its history.
+    bool answer_from_book(ChessPosition const& position, std::size_t records);
 
     bool dispatch();
     void parse_position(std::istringstream& arguments);
@@ -114,14 +137,23 @@ class Engine {
     ChessPosition position_;
     Analysis analysis_;
     std::thread analysis_thread_;
+    Hasher<1> hasher_;  ///< finds the keys for the book
+    Book book_;
     int id_;
     MultiPV multipv_;
     std::string command_;
     std::string position_line_;
     bool debug_ = false;
+    bool ownbook_ = false;
     bool chess960_ = false;
+    bool ponder_ = true;  ///< kept for the option; `go ponder` works whatever it is
+    int hash_value_ = 0;
     std::ofstream& log_;
+    bool book_available_ = true;
     int engine_state_ = idle;
+    /// Where the last search began, for what must be known of it while it has the position.
+    std::string searched_fen_;
+    std::size_t searched_records_ = 0;
 };
 
 }  // namespace orvelin

@@ -11,16 +11,20 @@
 namespace orvelin {
 
 // The limits are reset even when the command is then refused, and also under a search that runs on
-// in the states of the held-back `bestmove`: by design. The opening book is to answer between the
-// reset and the refusal.
+// in the states of the held-back `bestmove`: by design. The opening book may answer all the same.
 bool Engine::command_go(std::istringstream& arguments) {
     reset_go_limits();
+    if (answer_from_book()) return true;
     if (engine_state_ == thinking) {
         write_log("Error: received go while already thinking");
         return false;
     }
     engine_state_ = thinking;
     while (read_limit(read_token(arguments), arguments)) {
+    }
+    if (!search_runs_or_waits()) {
+        searched_fen_ = position_.fen();
+        searched_records_ = position_.history().size();
     }
     analysis_.set_action(think_action);
     return true;

@@ -4,6 +4,7 @@
 
 #include "generation/tables.h"
 #include "position/chess_position.h"
+#include "position/piece.h"
 #include "search/lmr_table.h"
 #include "search/transposition_table.h"
 
@@ -14,6 +15,8 @@ Analysis::Analysis(ChessPosition& position, Tables& tables)
       tables_(tables),
       transposition_table_(tables.transposition_table),
       move_generator_(tables),
+      kbnk_table_(tables.attacks, white_knight, white_bishop),
+      kqkr_table_(tables.attacks, white_queen, black_rook),
       lmr_table_(tables.lmr_table),
       counter_moves_(std::make_unique<CounterMove>()),
       evaluation_(position, tables) {

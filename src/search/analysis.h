@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "endgame/egt4_pieces.h"
 #include "evaluation/evaluation.h"
 #include "generation/move_generator.h"
 #include "position/move.h"
@@ -126,7 +127,8 @@ class Analysis {
     void set_uci_limitstrength(bool on);
     /// Strength in Elo, clamped to 1500..2200; sets depth limit and margin of weakened play.
     void set_uci_elo(int elo);
-    /// Size of the transposition table in MiB, as TranspositionTable::set_size.
+    /// Size of the transposition table in MiB, as TranspositionTable::set_size. Endgame tables in
+    /// its memory go with the old one.
     void set_hash_size(int megabytes);
     void set_aspiration(bool on) { aspiration_ = on; }
     void hashtable_enabled(bool on);
@@ -167,6 +169,8 @@ class Analysis {
     HistoryTable const& historytable() const { return history_table_; }
     Evaluation& evaluation() { return evaluation_; }
     PrincipalVariation const& root_line() const { return root_line_; }
+    Egt4Pieces const& kbnk_table() const { return kbnk_table_; }
+    Egt4Pieces const& kqkr_table() const { return kqkr_table_; }
     /// Hand-overs from the main search to quiescence since the last finished iteration.
     std::uint64_t leaf_count() const { return leaf_count_; }
     int mate_attack_count() const { return mate_attack_count_; }
@@ -262,6 +266,10 @@ class Analysis {
     bool aspiration_retry(SearchWindow& window, int score);
     void close_iteration();
     void weaken();
+    /// Spends spare time on the endgame table of the material on the board, if there is one.
+    void build_endgame_table();
+    bool lend_memory(Egt4Pieces& table);
+    void extend(Egt4Pieces& table, int time_floor);
     int wanted_lines() const;
     void search_further_lines(int depth);
     void search_root_pass(MoveList& list, int depth, PrincipalVariation& pass_line,
@@ -311,6 +319,8 @@ class Analysis {
     Tables& tables_;
     TranspositionTable& transposition_table_;
     MoveGenerator move_generator_;
+    Egt4Pieces kbnk_table_;
+    Egt4Pieces kqkr_table_;
     LmrTable const& lmr_table_;
     HistoryTable history_table_;
     std::unique_ptr<CounterMove> counter_moves_;

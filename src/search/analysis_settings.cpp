@@ -97,7 +97,11 @@ void Analysis::set_uci_elo(int elo) {
 }
 
 void Analysis::set_hash_size(int megabytes) {
+    std::uint64_t const buckets = transposition_table_.buckets();
     transposition_table_.set_size(megabytes);
+    if (transposition_table_.buckets() == buckets) return;
+    kbnk_table_.clear();
+    kqkr_table_.clear();
 }
 
 void Analysis::hashtable_enabled(bool on) {

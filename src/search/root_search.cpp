@@ -5,6 +5,7 @@
 namespace orvelin {
 
 int Analysis::root_search(MoveList& /*list*/, int depth, int alpha, int beta) {
+    build_endgame_table();
     PrincipalVariation local_line;
     int const score = pv_search(depth, alpha, beta, local_line);
     {

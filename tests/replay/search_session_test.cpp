@@ -50,15 +50,16 @@ void append_chunks(std::string const& stem, std::vector<chunk_t>& chunks) {
 
 std::vector<chunk_t> all_chunks() {
     std::vector<chunk_t> chunks;
-    for (char const* stem : {"chess960", "depth8", "depth12", "endings", "games", "limits"}) {
+    for (char const* stem :
+         {"chess960", "depth8", "depth12", "endings", "games", "limits", "table_endings"}) {
         append_chunks(stem, chunks);
     }
     return chunks;
 }
 
 /// Plays a session up to the first command that gives other lines than it must.
-void replay(session_t const& session, std::string const& file_name, int reserved_buckets = 0) {
-    SessionPlayer player(reserved_buckets);
+void replay(session_t const& session, std::string const& file_name) {
+    SessionPlayer player;
     std::string position;
     for (session_command_t const& command : session.commands) {
         if (command.text.starts_with("pos ")) position = command.text;
@@ -83,16 +84,6 @@ INSTANTIATE_TEST_SUITE_P(replay, SearchSession, testing::ValuesIn(all_chunks()),
                              return chunk.param.name;
                          });
 
-/// Buckets that a search leaves to an endgame table.
-constexpr int endgame_table_buckets = 93750;
-
 }  // namespace
-
-TEST(SearchSessionBesideEndgameTable, gives_every_figure_line_by_line) {
-    const std::string file_name = "search_table_endings.txt";
-    for (session_t const& session : chosen_sessions(file_name)) {
-        replay(session, file_name, endgame_table_buckets);
-    }
-}
 
 }  // namespace orvelin::test

@@ -30,8 +30,6 @@ constexpr int bench_depth = 12;
 constexpr int bench_clock = 6000000;
 constexpr int bench_megabytes = 128;
 
-constexpr int bucket_bytes = 64;
-
 /// A blank and the text of each move of the line.
 std::string moves_of(PrincipalVariation const& line, bool chess960) {
     std::string text;
@@ -59,7 +57,7 @@ struct SessionPlayer::Engine {
     Analysis analysis;
 };
 
-SessionPlayer::SessionPlayer(int reserved_buckets) : reserved_buckets_(reserved_buckets) {}
+SessionPlayer::SessionPlayer() = default;
 SessionPlayer::~SessionPlayer() = default;
 
 SessionPlayer::Engine& SessionPlayer::engine() {
@@ -154,7 +152,6 @@ std::vector<std::string> SessionPlayer::go(words_t const& words) {
 
 std::vector<std::string> SessionPlayer::search() {
     std::vector<std::string> lines;
-    engine().tables.transposition_table.set_threshold(reserved_buckets_ * bucket_bytes);
     analysis().iterative_search([&](int alpha, int beta, int score) {
         lines.push_back(root_return_text(alpha, beta, score));
     });

@@ -19,9 +19,7 @@ namespace orvelin::test {
 /// so that the state which one search leaves to the next is the engine's own.
 class SessionPlayer {
  public:
-    /// The searches keep out of the buckets of the transposition table up to index
-    /// `reserved_buckets`, as they do when that memory is lent to an endgame table.
-    explicit SessionPlayer(int reserved_buckets = 0);
+    SessionPlayer();
     SessionPlayer(SessionPlayer const&) = delete;
     SessionPlayer& operator=(SessionPlayer const&) = delete;
     ~SessionPlayer();
@@ -47,7 +45,6 @@ class SessionPlayer {
     std::string root_return_text(int alpha, int beta, int score);
     std::vector<std::string> result_text();
 
-    int reserved_buckets_;
     std::unique_ptr<Engine> engine_;
     bool chess960_ = false;
 };

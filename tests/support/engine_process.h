@@ -3,23 +3,17 @@
 #include <chrono>
 #include <condition_variable>
 #include <deque>
+#include <filesystem>
 #include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <sys/types.h>
 #include <thread>
 #include <vector>
 
+#include "support/child_process.h"
+
 namespace orvelin::test {
-
-using std::chrono::milliseconds;
-
-/// How a process ended: by `signal` when that is not 0, else with `status`.
-struct process_end_t {
-    int status = 0;
-    int signal = 0;
-};
 
 /// The real engine binary behind pipes.
 ///
@@ -37,6 +31,8 @@ class EngineProcess {
 
     /// Starts the binary; throws std::runtime_error when that fails.
     explicit EngineProcess(std::string const& binary);
+    /// Starts the binary in a directory, where it looks for its files and leaves its logs.
+    EngineProcess(std::string const& binary, std::filesystem::path const& directory);
     /// Starts the engine under test.
     EngineProcess();
     ~EngineProcess();
@@ -50,7 +46,7 @@ class EngineProcess {
     /// Writes the text as it is; a child that is gone takes nothing and is no error.
     void write(std::string const& text);
     /// Closes the child's standard input.
-    void close_input();
+    void close_input() { child_.close_input(); }
 
     /// The oldest line not yet read, or nothing when none comes in time.
     std::optional<timed_line_t> read_line(milliseconds timeout = default_timeout);
@@ -76,15 +72,11 @@ class EngineProcess {
     static constexpr milliseconds default_timeout{60000};
 
  private:
-    void start(std::string const& binary);
-    void collect_output(int descriptor);
-    void collect_errors(int descriptor);
+    void collect_output();
+    void collect_errors();
     void join_readers();
 
-    pid_t pid_ = -1;
-    int input_ = -1;
-    bool running_ = false;
-    process_end_t end_;
+    ChildProcess child_;
     std::mutex mutex_;
     std::condition_variable arrival_;
     std::deque<timed_line_t> lines_;

@@ -1,0 +1,160 @@
+#include "support/child_process.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <fcntl.h>
+#include <signal.h>
+#include <spawn.h>
+#include <stdexcept>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+#include <utility>
+
+namespace orvelin::test {
+
+namespace {
+
+/// Closes the ends that are still its own.
+struct pipe_t {
+    pipe_t() {
+        // Closed in every child but the one it is duplicated into, or the end of one child's input
+        // would be held open by its siblings.
+        std::array<int, 2> ends{};
+        if (pipe2(ends.data(), O_CLOEXEC) != 0) throw std::runtime_error("pipe failed");
+        read_end = ends[0];
+        write_end = ends[1];
+    }
+    ~pipe_t() {
+        if (read_end >= 0) close(read_end);
+        if (write_end >= 0) close(write_end);
+    }
+    pipe_t(pipe_t const&) = delete;
+    pipe_t& operator=(pipe_t const&) = delete;
+
+    int read_end;
+    int write_end;
+};
+
+/// This process's environment, in which the sanitizers leave arithmetic faults to the system.
+std::vector<std::string> child_environment() {
+    std::vector<std::string> variables;
+    for (char** entry = environ; *entry != nullptr; ++entry) variables.emplace_back(*entry);
+    for (std::string const name : {"ASAN_OPTIONS", "TSAN_OPTIONS", "UBSAN_OPTIONS"}) {
+        char const* const old_value = std::getenv(name.c_str());
+        std::string const old_text = old_value == nullptr ? "" : std::string(old_value) + ":";
+        std::erase_if(variables,
+                      [&](std::string const& text) { return text.starts_with(name + "="); });
+        variables.push_back(
+            std::string(name).append("=").append(old_text).append("handle_sigfpe=0"));
+    }
+    return variables;
+}
+
+/// Pointers to the texts and a null pointer, as the system wants them.
+std::vector<char*> pointers_to(std::vector<std::string>& texts) {
+    std::vector<char*> pointers;
+    pointers.reserve(texts.size() + 1);
+    for (std::string& text : texts) pointers.push_back(text.data());
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
+/// -1 when the program cannot be started.
+pid_t spawn(launch_t const& launch, int input, int output, int errors) {
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_adddup2(&actions, input, STDIN_FILENO);
+    posix_spawn_file_actions_adddup2(&actions, output, STDOUT_FILENO);
+    posix_spawn_file_actions_adddup2(&actions, errors, STDERR_FILENO);
+    if (!launch.directory.empty()) {
+        posix_spawn_file_actions_addchdir_np(&actions, launch.directory.c_str());
+    }
+
+    posix_spawnattr_t attributes;
+    posix_spawnattr_init(&attributes);
+    sigset_t defaults;
+    sigemptyset(&defaults);
+    sigaddset(&defaults, SIGPIPE);
+    posix_spawnattr_setsigdefault(&attributes, &defaults);
+    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF);
+
+    std::vector<std::string> variables = child_environment();
+    std::vector<char*> const environment = pointers_to(variables);
+    std::vector<std::string> words{launch.binary};
+    words.insert(words.end(), launch.arguments.begin(), launch.arguments.end());
+    std::vector<char*> const arguments = pointers_to(words);
+
+    pid_t pid = -1;
+    int const error = posix_spawn(&pid, launch.binary.c_str(), &actions, &attributes,
+                                  arguments.data(), environment.data());
+    posix_spawnattr_destroy(&attributes);
+    posix_spawn_file_actions_destroy(&actions);
+    return error == 0 ? pid : -1;
+}
+
+}  // namespace
+
+ChildProcess::ChildProcess(launch_t const& launch) {
+    // A child that is gone takes no input, and that is no error.
+    signal(SIGPIPE, SIG_IGN);
+    pipe_t input;
+    pipe_t output;
+    pipe_t errors;
+    pid_ = spawn(launch, input.read_end, output.write_end, errors.write_end);
+    if (pid_ < 0) throw std::runtime_error("cannot start " + launch.binary);
+    running_ = true;
+    input_ = std::exchange(input.write_end, -1);
+    output_ = std::exchange(output.read_end, -1);
+    errors_ = std::exchange(errors.read_end, -1);
+}
+
+ChildProcess::~ChildProcess() {
+    close_input();
+    kill();
+    close(output_);
+    close(errors_);
+}
+
+void ChildProcess::close_input() {
+    if (input_ >= 0) close(input_);
+    input_ = -1;
+}
+
+void ChildProcess::kill() {
+    if (!running_) return;
+    ::kill(pid_, SIGKILL);
+    poll_end(0);
+}
+
+std::optional<process_end_t> ChildProcess::wait(milliseconds timeout) {
+    using clock = std::chrono::steady_clock;
+    clock::time_point const deadline = clock::now() + timeout;
+    while (running_ && !poll_end(WNOHANG)) {
+        if (clock::now() >= deadline) return std::nullopt;
+        std::this_thread::sleep_for(milliseconds(2));
+    }
+    return end_;
+}
+
+bool ChildProcess::poll_end(int flags) {
+    int status = 0;
+    if (waitpid(pid_, &status, flags) != pid_) return false;
+    running_ = false;
+    if (WIFSIGNALED(status)) {
+        end_.signal = WTERMSIG(status);
+    } else {
+        end_.status = WEXITSTATUS(status);
+    }
+    return true;
+}
+
+std::size_t read_some(int descriptor, read_buffer_t& buffer) {
+    for (;;) {
+        ssize_t const count = ::read(descriptor, buffer.data(), buffer.size());
+        if (count >= 0) return static_cast<std::size_t>(count);
+        if (errno != EINTR) return 0;
+    }
+}
+
+}  // namespace orvelin::test

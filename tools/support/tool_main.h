@@ -1,0 +1,29 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <functional>
+#include <stdexcept>
+
+namespace orvelin::tools {
+
+/// Exit codes of all tools.
+inline constexpr int exit_success = 0;
+/// The operation or the check failed.
+inline constexpr int exit_failure = 1;
+/// The arguments make no sense.
+inline constexpr int exit_usage = 2;
+
+/// An argument is well formed but wrong in what it says; ends the tool with `exit_usage`.
+class UsageError : public std::runtime_error {
+ public:
+    using std::runtime_error::runtime_error;
+};
+
+/// Reads the arguments and runs the body of a tool; returns the exit code for main().
+///
+/// The app must carry the name of the tool. `--help` prints the help and ends well. A bad argument
+/// gives `exit_usage`, any other exception `exit_failure`, as does an output that could not be
+/// written; each is told on standard error as "name: message".
+int run_tool(CLI::App& app, int argc, char const* const* argv, std::function<int()> const& body);
+
+}  // namespace orvelin::tools

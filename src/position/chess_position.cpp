@@ -59,11 +59,6 @@ void ChessPosition::clear() {
     compute_materialindex();
 }
 
-void ChessPosition::newgame() {
-    fen("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1");
-    initial_position_ = fen();
-}
-
 void ChessPosition::set_piece_on(Square const& square, Piece piece) {
     board_.set_piece_on(square, piece.id());
     board_.compute_pieces();

@@ -54,6 +54,15 @@ class ChessPosition {
     void clear();
     /// The start position of standard chess, stored as the initial position.
     void newgame();
+    /// Sets up Chess960 array `n`, or a random one when `n` is not in 0..959. The numbering is not
+    /// the published one. By design 384 of the arrays have one knight and one empty square.
+    void newgame960(int n);
+    /// Exchanges the colours and mirrors top to bottom, side to move included. The result is a new
+    /// game that begins with itself.
+    void flip();
+    /// Mirrors left to right; the side to move stays. The result is a new game that begins with
+    /// itself.
+    void flop();
 
     /// Makes a move of the generator; its check bit is believed.
     void make_move(Move const& move);

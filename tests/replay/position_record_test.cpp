@@ -97,6 +97,20 @@ TEST_P(PositionRecords, epd) {
     compare("epd", [this] { return position_.epd(); });
 }
 
+TEST_P(PositionRecords, flip) {
+    compare("flip", [this] {
+        position_.flip();
+        return position_.fen();
+    });
+}
+
+TEST_P(PositionRecords, flop) {
+    compare("flop", [this] {
+        position_.flop();
+        return position_.fen();
+    });
+}
+
 TEST_P(PositionRecords, state) {
     compare("state", [this] { return state_text(position_); });
 }

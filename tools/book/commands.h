@@ -1,0 +1,27 @@
+#pragma once
+
+#include <functional>
+
+namespace CLI {
+class App;
+}  // namespace CLI
+
+namespace orvelin::tools {
+
+/// What the arguments ask for; gives the exit code.
+using command_t = std::function<int()>;
+
+// Each adds a subcommand to the app, which sets `command` when it is the one asked for.
+
+/// The moves of a position.
+void add_look_command(CLI::App& app, command_t& command);
+/// All entries.
+void add_print_command(CLI::App& app, command_t& command);
+/// Whether a book is sorted and whole.
+void add_verify_command(CLI::App& app, command_t& command);
+/// One book of several.
+void add_merge_command(CLI::App& app, command_t& command);
+/// A book from lines of moves.
+void add_make_command(CLI::App& app, command_t& command);
+
+}  // namespace orvelin::tools

@@ -3,6 +3,8 @@
 #include <chrono>
 #include <gtest/gtest.h>
 
+#include "support/counted.h"
+
 namespace orvelin::test {
 
 TEST(TableWords, a_value_names_the_winner_and_the_distance) {

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "book/bk_move.h"
+#include "support/counted.h"
 
 namespace orvelin::tools {
 
@@ -44,13 +45,9 @@ std::string key_text(std::uint64_t key) {
     return out.str();
 }
 
-std::string count_text(std::uint64_t count, std::string const& one, std::string const& more) {
-    return std::to_string(count) + ' ' + (count == 1 ? one : more);
-}
-
 std::string size_text(std::uint64_t entries, std::uint64_t positions) {
-    return count_text(entries, "entry", "entries") + ", " +
-           count_text(positions, "position", "positions");
+    return counted(entries, "entry", "entries") + ", " +
+           counted(positions, "position", "positions");
 }
 
 }  // namespace orvelin::tools

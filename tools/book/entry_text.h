@@ -18,9 +18,6 @@ std::string move_text(Book_record const& entry);
 /// A key as 16 hexadecimal digits.
 std::string key_text(std::uint64_t key);
 
-/// "3 entries", "1 entry".
-std::string count_text(std::uint64_t count, std::string const& one, std::string const& more);
-
 /// "N entries, M positions".
 std::string size_text(std::uint64_t entries, std::uint64_t positions);
 

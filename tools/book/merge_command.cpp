@@ -12,6 +12,7 @@
 #include "book/book_record.h"
 #include "book/commands.h"
 #include "book/entry_text.h"
+#include "support/counted.h"
 #include "support/tool_main.h"
 
 namespace orvelin::tools {
@@ -27,7 +28,7 @@ void add_book(BookContents& contents, std::string const& name) {
     BookReader book(name);
     if (book.stray_bytes() > 0) {
         throw std::runtime_error(
-            name + " is damaged: " + count_text(book.stray_bytes(), "stray byte", "stray bytes") +
+            name + " is damaged: " + counted(book.stray_bytes(), "stray byte", "stray bytes") +
             " at the end");
     }
     for_each_entry(book, [&](std::uint64_t number, Book_record const& entry) {

@@ -11,6 +11,7 @@
 #include "book/book_record.h"
 #include "book/commands.h"
 #include "book/entry_text.h"
+#include "support/counted.h"
 #include "support/tool_main.h"
 
 namespace orvelin::tools {
@@ -31,16 +32,16 @@ int verify(std::string const& name) {
         book, [&](std::uint64_t number, Book_record const& entry) { check.add(number, entry); });
     check.finish();
     if (book.stray_bytes() > 0) {
-        report(count_text(book.stray_bytes(), "stray byte", "stray bytes") +
-               " behind the last of " + count_text(book.size(), "entry", "entries"));
+        report(counted(book.stray_bytes(), "stray byte", "stray bytes") + " behind the last of " +
+               counted(book.size(), "entry", "entries"));
     }
     if (faults > max_lines) std::cout << "... and " << faults - max_lines << " more\n";
     if (faults == 0) {
         std::cout << size_text(book.size(), check.positions()) << '\n';
         return exit_success;
     }
-    std::cout << count_text(book.size(), "entry", "entries") << ", "
-              << count_text(faults, "fault", "faults") << '\n';
+    std::cout << counted(book.size(), "entry", "entries") << ", "
+              << counted(faults, "fault", "faults") << '\n';
     return exit_failure;
 }
 

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "endgame/egt4_pieces.h"
+#include "support/counted.h"
 #include "tables/ending_table.h"
 #include "tables/words.h"
 

@@ -3,6 +3,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "support/counted.h"
 #include "support/progress.h"
 #include "tables/table_file.h"
 #include "tables/words.h"

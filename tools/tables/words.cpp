@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include "endgame/egt4_pieces.h"
+#include "support/counted.h"
 
 namespace orvelin::tools {
 
@@ -23,10 +24,6 @@ std::string value_text(int value) {
     if (plies == 0) return white_wins ? "Black is mated" : "White is mated";
     return std::string(white_wins ? "White" : "Black") + " mates in " +
            counted(plies, "ply", "plies") + " (" + counted(moves_of(plies), "move", "moves") + ")";
-}
-
-std::string counted(int count, std::string const& one, std::string const& more) {
-    return std::to_string(count) + ' ' + (count == 1 ? one : more);
 }
 
 std::string seconds_text(std::chrono::duration<double> time) {

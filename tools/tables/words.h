@@ -13,9 +13,6 @@ constexpr int moves_of(int plies) {
     return (plies + 1) / 2;
 }
 
-/// "1 move", "2 moves".
-std::string counted(int count, std::string const& one, std::string const& more);
-
 /// Seconds with one decimal and their unit.
 std::string seconds_text(std::chrono::duration<double> time);
 

@@ -151,6 +151,8 @@ class Engine {
     std::ofstream& log_;
     bool book_available_ = true;
     int engine_state_ = idle;
+    /// The position has a move that the position line lacks.
+    bool position_line_lags_ = false;
     /// Where the last search began, for what must be known of it while it has the position.
     std::string searched_fen_;
     std::size_t searched_records_ = 0;

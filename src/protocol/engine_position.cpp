@@ -38,17 +38,20 @@ bool Engine::command_ucinewgame(std::istringstream&) {
     analysis_.clear_killer();
     analysis_.clear_history();
     position_line_.clear();
+    position_line_lags_ = false;
     return true;
 }
 
 // In a running game the interface appends its move to the line that the engine already holds, so
-// only that move is made; anything else is parsed in full.
+// only that move is made; anything else is parsed in full. After a stopped search the position has
+// a move that the line lacks, so that the next line is parsed in full whatever it says.
 bool Engine::command_position(std::istringstream& arguments) {
     if (search_runs_or_waits()) set_action(2);
     command_.erase(command_.find_last_not_of(' ') + 1);
     split_line_t const split = split_at_last_blank(command_);
-    bool const one_move_more = split.head == position_line_;
+    bool const one_move_more = split.head == position_line_ && !position_line_lags_;
     position_line_ = command_;
+    position_line_lags_ = false;
     if (one_move_more) {
         make_text_move(split.last_word);
     } else {

@@ -111,6 +111,7 @@ bool Engine::command_stop(std::istringstream&) {
     }
     Move const best_move = analysis_.best_move();
     position_.make_move(best_move);
+    position_line_lags_ = true;
     send(bestmove_line(best_move));
     analysis_.set_status(ready_status);
     return true;

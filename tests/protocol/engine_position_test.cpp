@@ -158,6 +158,17 @@ TEST_F(EnginePositionTest, StopDoesNotAppendSoThatTheNextLineIsParsedInFull) {
     EXPECT_EQ(history(), "e2e4 e7e5 g1f3 b8c6");
 }
 
+TEST_F(EnginePositionTest, AfterAStopALineWithOneMoveMoreIsParsedInFull) {
+    command("position startpos moves e2e4");
+    command("go infinite");
+    ASSERT_TRUE(wait_for_iteration(2));
+    command("stop");
+    command("position startpos moves e2e4 d7d5");
+    EXPECT_EQ(history(), "e2e4 d7d5");
+    command("position startpos moves e2e4 d7d5 e4d5");
+    EXPECT_EQ(history(), "e2e4 d7d5 e4d5");
+}
+
 TEST_F(EnginePositionTest, PositionDuringASearchStopsItSilently) {
     open_log();
     command("position startpos");

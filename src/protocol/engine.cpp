@@ -9,6 +9,7 @@
 #include <string_view>
 #include <utility>
 
+#include "evaluation/evaluation.h"
 #include "protocol/arguments.h"
 
 namespace orvelin {
@@ -86,7 +87,14 @@ bool Engine::dispatch() {
 
 // The report goes straight to the standard output, ahead of queued lines and without a flush.
 bool Engine::command_eval(std::istringstream&) {
-    std::cout << analysis_.static_eval_report();
+    if (!search_runs_or_waits()) {
+        std::cout << analysis_.static_eval_report();
+        return true;
+    }
+    ChessPosition const root = searched_position();
+    Evaluation evaluation(root, tables_);
+    evaluation.static_eval();
+    std::cout << evaluation.report();
     return true;
 }
 

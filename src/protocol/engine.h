@@ -2,9 +2,11 @@
 
 #include <cstddef>
 #include <fstream>
+#include <functional>
 #include <sstream>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include "book/book.h"
 #include "generation/tables.h"
@@ -118,6 +120,14 @@ class Engine {
     bool dispatch();
     void parse_position(std::istringstream& arguments);
     bool search_runs_or_waits() const;
+    /// The position that the running search began from; the game position is the search's own.
+    ChessPosition searched_position() const;
+    /// Does the work now, or as soon as the running search has ended and been answered.
+    void do_between_searches(std::function<void()> work);
+    /// Does the work that was put off.
+    void catch_up();
+    /// Ends the process if a search runs: the command is none to be sent then.
+    void require_no_search();
     void make_text_move(std::string const& text);
     void reset_go_limits();
     bool read_limit(std::string const& token, std::istringstream& arguments);
@@ -153,6 +163,7 @@ class Engine {
     int engine_state_ = idle;
     /// The position has a move that the position line lacks.
     bool position_line_lags_ = false;
+    std::vector<std::function<void()>> put_off_;
     /// Where the last search began, for what must be known of it while it has the position.
     std::string searched_fen_;
     std::size_t searched_records_ = 0;

@@ -28,10 +28,7 @@ void Engine::open_book() {
 bool Engine::answer_from_book() {
     if (!ownbook_) return false;
     if (!search_runs_or_waits()) return answer_from_book(position_, position_.history().size());
-    // The game position is mid-line now; the search began from this one.
-    ChessPosition root(tables_);
-    root.fen(searched_fen_);
-    return answer_from_book(root, searched_records_);
+    return answer_from_book(searched_position(), searched_records_);
 }
 
 // By design the book's move leaves no other trace: no log line, no change of any state.

@@ -40,9 +40,11 @@ bool read_flag(std::istringstream& value) {
 
 }  // namespace
 
+// The table is not taken away from under a search.
 void Engine::option_hash(std::istringstream& value) {
     hash_value_ = read_number(value);
-    if (hash_value_ > 0) analysis_.set_hash_size(hash_value_);
+    if (hash_value_ <= 0) return;
+    do_between_searches([this, size = hash_value_] { analysis_.set_hash_size(size); });
 }
 
 // Numbers below 0 count as very large, here and for the lines.

@@ -1,5 +1,6 @@
 #include <iostream>
 #include <stdexcept>
+#include <utility>
 
 #include "protocol/arguments.h"
 #include "protocol/engine.h"
@@ -31,14 +32,16 @@ std::string read_fen(std::istringstream& arguments) {
 
 }  // namespace
 
-// A running search is not stopped: the interface is not to send this then.
+// A running search is not stopped, so the new game begins behind it.
 bool Engine::command_ucinewgame(std::istringstream&) {
-    position_.newgame();
-    analysis_.clear_hash();
-    analysis_.clear_killer();
-    analysis_.clear_history();
-    position_line_.clear();
-    position_line_lags_ = false;
+    do_between_searches([this] {
+        position_.newgame();
+        analysis_.clear_hash();
+        analysis_.clear_killer();
+        analysis_.clear_history();
+        position_line_.clear();
+        position_line_lags_ = false;
+    });
     return true;
 }
 
@@ -47,6 +50,7 @@ bool Engine::command_ucinewgame(std::istringstream&) {
 // a move that the line lacks, so that the next line is parsed in full whatever it says.
 bool Engine::command_position(std::istringstream& arguments) {
     if (search_runs_or_waits()) set_action(2);
+    catch_up();
     command_.erase(command_.find_last_not_of(' ') + 1);
     split_line_t const split = split_at_last_blank(command_);
     bool const one_move_more = split.head == position_line_ && !position_line_lags_;
@@ -65,6 +69,29 @@ bool Engine::command_position(std::istringstream& arguments) {
 // In this order: the thread raises the status in the moment in which it takes the action.
 bool Engine::search_runs_or_waits() const {
     return analysis_.get_action() == think_action || analysis_.get_status() == searching_status;
+}
+
+ChessPosition Engine::searched_position() const {
+    ChessPosition position(tables_);
+    position.fen(searched_fen_);
+    return position;
+}
+
+void Engine::do_between_searches(std::function<void()> work) {
+    if (search_runs_or_waits()) {
+        put_off_.push_back(std::move(work));
+    } else {
+        work();
+    }
+}
+
+void Engine::catch_up() {
+    for (auto const& work : std::exchange(put_off_, {})) work();
+}
+
+void Engine::require_no_search() {
+    analysis_.withdraw_think();
+    if (analysis_.get_status() == searching_status) analysis_.init(position_);
 }
 
 void Engine::parse_position(std::istringstream& arguments) {
@@ -87,9 +114,7 @@ void Engine::make_text_move(std::string const& text) {
 }
 
 bool Engine::command_usermove(std::istringstream& arguments) {
-    // Refused under a search, before the position is touched.
-    analysis_.withdraw_think();
-    if (analysis_.get_status() == searching_status) analysis_.init(position_);
+    require_no_search();
     std::string const text = read_token(arguments);
     Move move;
     try {

@@ -45,6 +45,7 @@ void Engine::to_console() {
     position_line_ += " " + best_move.algebraic(chess960_);
     position_.make_move(best_move);
     send(bestmove_line(best_move));
+    catch_up();
     if (go_waits) analysis_.set_action(think_action);
 }
 

@@ -1,5 +1,6 @@
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -84,9 +85,12 @@ bool Engine::read_limit(std::string const& token, std::istringstream& arguments)
 }
 
 void Engine::read_searchmoves(std::istringstream& arguments) {
+    std::optional<ChessPosition> root;
+    if (search_runs_or_waits()) root.emplace(searched_position());
+    ChessPosition& position = root ? *root : position_;
     std::vector<Move> moves;
     for (std::string text = read_token(arguments); !text.empty(); text = read_token(arguments)) {
-        moves.push_back(position_.convert_to_move(text));
+        moves.push_back(position.convert_to_move(text));
     }
     analysis_.set_searchmoves(std::move(moves));
 }
@@ -114,6 +118,7 @@ bool Engine::command_stop(std::istringstream&) {
     position_line_lags_ = true;
     send(bestmove_line(best_move));
     analysis_.set_status(ready_status);
+    catch_up();
     return true;
 }
 

@@ -1,0 +1,95 @@
+#include <gtest/gtest.h>
+#include <sstream>
+#include <string>
+
+#include "support/engine_fixture.h"
+#include "support/logic_error_text.h"
+
+namespace orvelin::test {
+
+namespace {
+
+/// Commands that touch what a running search works on.
+class EngineDuringSearchTest : public EngineFixture {
+ protected:
+    void begin_search(std::string const& position) {
+        command(position);
+        command("go infinite");
+        ASSERT_TRUE(wait_for_iteration(2));
+        ASSERT_EQ(engine->analysis().get_status(), searching_status);
+    }
+
+    std::uint64_t buckets() { return engine->tables().transposition_table.buckets(); }
+
+    /// What the command writes to the standard output.
+    std::string output_of(std::string const& line) {
+        ::testing::internal::CaptureStdout();
+        command(line);
+        return ::testing::internal::GetCapturedStdout();
+    }
+};
+
+const std::string kings_pawn = "position startpos moves e2e4";
+
+}  // namespace
+
+TEST_F(EngineDuringSearchTest, ANewGameBeginsBehindTheSearch) {
+    begin_search(kings_pawn);
+    command("ucinewgame");
+    EXPECT_EQ(engine->analysis().get_status(), searching_status);
+    EXPECT_EQ(engine->position_line(), kings_pawn);
+    command("stop");
+    EXPECT_NE(replies().back().find("bestmove"), std::string::npos);
+    EXPECT_EQ(fen(), start_fen);
+    EXPECT_EQ(engine->position_line(), "");
+}
+
+TEST_F(EngineDuringSearchTest, ANewGameBeginsBehindABestmoveThatIsHeldBack) {
+    command(kings_pawn);
+    command("go ponder depth 1");
+    command("ucinewgame");
+    ASSERT_TRUE(wait_for_status(finished_status));
+    command("ponderhit");
+    EXPECT_TRUE(search_to_end().back().starts_with("bestmove"));
+    EXPECT_EQ(fen(), start_fen);
+}
+
+TEST_F(EngineDuringSearchTest, APositionComesAfterTheNewGame) {
+    begin_search("position startpos moves d2d4");
+    command("ucinewgame");
+    command("position startpos moves d2d4 d7d5");
+    EXPECT_EQ(fen(), "rnbqkbnr/ppp1pppp/8/3p4/3P4/8/PPP1PPPP/RNBQKBNR w KQkq - 0 2");
+}
+
+TEST_F(EngineDuringSearchTest, TheHashTableIsExchangedBehindTheSearch) {
+    begin_search(kings_pawn);
+    command("setoption name Hash value 16");
+    command("setoption name Hash value 8");
+    EXPECT_EQ(buckets(), 2097152U);
+    command("stop");
+    EXPECT_EQ(buckets(), 131072U);
+}
+
+TEST_F(EngineDuringSearchTest, EvalReportsThePositionThatIsSearched) {
+    command(kings_pawn);
+    std::string const report = output_of("eval");
+    begin_search(kings_pawn);
+    EXPECT_EQ(output_of("eval"), report);
+}
+
+TEST_F(EngineDuringSearchTest, ReadingSearchmovesLeavesThePositionToTheSearch) {
+    begin_search("position startpos moves e2e4 d7d5");
+    for (int i = 0; i < 20; ++i) command("go infinite searchmoves e4d5 g1f3");
+    EXPECT_EQ(engine->analysis().get_status(), searching_status);
+    command("stop");
+    std::string const best = engine->analysis().best_move().algebraic(false);
+    EXPECT_EQ(engine->position().history_str(), "e2e4 d7d5 " + best);
+}
+
+TEST_F(EngineDuringSearchTest, BenchIsRefused) {
+    begin_search(kings_pawn);
+    EXPECT_EQ(logic_error_text([&] { command("bench"); }),
+              "Analysis::init  init() call while thinking not allowed");
+}
+
+}  // namespace orvelin::test

@@ -59,7 +59,12 @@ void TranspositionTable::allocate(std::uint64_t size) {
 
 void TranspositionTable::set_threshold(int bytes) {
     static_assert(sizeof(Bucket) == 1U << 6);
-    threshold_ = static_cast<std::uint64_t>(static_cast<std::int64_t>(bytes >> 6));
+    set_threshold_buckets(static_cast<std::uint64_t>(static_cast<std::int64_t>(bytes >> 6)));
+}
+
+void TranspositionTable::set_threshold_buckets(std::uint64_t index) {
+    std::lock_guard const lock(threshold_mutex_);
+    threshold_ = index;
 }
 
 int TranspositionTable::hashfull(unsigned char date) const {
@@ -72,6 +77,7 @@ int TranspositionTable::hashfull(unsigned char date) const {
 }
 
 void TranspositionTable::clear() {
+    std::lock_guard const lock(threshold_mutex_);
     if (!touched_.load(std::memory_order_relaxed) || threshold_ >= size_) {
         return;
     }

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
+#include <mutex>
 
 #include "search/bucket.h"
 #include "search/tt_record.h"
@@ -16,8 +17,9 @@ namespace orvelin {
 /// bucket is in use only when its index is above the threshold: the low end of the array is
 /// lent out as plain memory while an endgame table is built there, and bucket 0 is never
 /// used. The analysis thread alone reads and stores records during a search; the main thread
-/// may take hashfull() meanwhile, a snapshot, and clear(). Size, threshold and switch are
-/// changed between searches only.
+/// may take hashfull() meanwhile, a snapshot, and clear(). The analysis thread may change the
+/// threshold, which waits for a clear() under way, so that lent memory is never cleared. Size and
+/// switch are changed between searches only.
 class TranspositionTable {
  public:
     /// Buckets of a new table: 128 MiB.
@@ -45,7 +47,7 @@ class TranspositionTable {
     std::uint64_t get_threshold() const { return threshold_ * sizeof(Bucket); }
     /// The threshold itself: the index of the last bucket that is out of use.
     std::uint64_t threshold_buckets() const { return threshold_; }
-    void set_threshold_buckets(std::uint64_t index) { threshold_ = index; }
+    void set_threshold_buckets(std::uint64_t index);
 
     /// Per mille of the records that have this date, from the first 1000 buckets. Kept: the
     /// sample counts bucket 0 and those below the threshold in, though they are not in use.
@@ -103,6 +105,7 @@ class TranspositionTable {
     Bucket* buckets_ = nullptr;
     std::uint64_t size_ = 0;
     std::uint64_t threshold_ = 0;
+    std::mutex threshold_mutex_;
     bool enabled_ = true;
     /// Whether anything can have been written since the allocation. Spares clear() the walk
     /// through zero pages that the system has not even provided yet.

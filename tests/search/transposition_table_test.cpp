@@ -1,6 +1,9 @@
 #include "search/transposition_table.h"
 
 #include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <gtest/gtest.h>
 #include <limits>
@@ -231,6 +234,32 @@ TEST(TranspositionTable, HashfullMayBeTakenWhileTheSearchWrites) {
     searcher.join();
     EXPECT_LE(highest, 250);
     EXPECT_EQ(table.hashfull(9), 999 / 4);
+}
+
+TEST(TranspositionTable, LentMemoryIsNotClearedByAnotherThread) {
+    TranspositionTable table;
+    table.set_size(6);
+    std::atomic<bool> done{false};
+    std::thread clearer([&] {
+        for (int left = 30; left > 0; --left) {
+            table.clear();
+            // A mutex is not fair: the pause lets the other thread in.
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+        done = true;
+    });
+    std::size_t const bytes = 1000 * sizeof(Bucket);
+    bool kept = true;
+    for (unsigned char round = 1; !done; ++round) {
+        table.set_threshold_buckets(1000);
+        unsigned char* const lent = table.get_uchar_adress();
+        std::fill_n(lent, bytes, round);
+        kept = kept && std::all_of(lent, lent + bytes, [&](auto byte) { return byte == round; });
+        table.set_threshold_buckets(0);
+        table.write(record_of(round));
+    }
+    clearer.join();
+    EXPECT_TRUE(kept);
 }
 
 // The allocators of the sanitizers end the process where the plain one reports a failure.

@@ -1,0 +1,1 @@
+"""Long runs of fast games between two copies of the engine."""

@@ -1,0 +1,171 @@
+"""Legal moves, and the end of a game."""
+
+from collections import Counter
+
+from soak_lib.board import (
+    BISHOP_RAYS,
+    BLACK,
+    KING_JUMPS,
+    KNIGHT_JUMPS,
+    PAWN_TAKES,
+    ROOK_RAYS,
+    WHITE,
+    Move,
+    Position,
+    letter,
+    other,
+    side_of,
+)
+
+
+def legal_moves(position):
+    """All legal moves of the side to move."""
+    side = position.side
+    return [
+        move
+        for move in _pseudo_legal_moves(position)
+        if not position.after(move).in_check(side)
+    ]
+
+
+def _pseudo_legal_moves(position):
+    for square, man in enumerate(position.board):
+        if man == "." or side_of(man) != position.side:
+            continue
+        kind = man.upper()
+        if kind == "P":
+            yield from _pawn_moves(position, square)
+        elif kind == "N":
+            yield from _jumps(position, square, KNIGHT_JUMPS[square])
+        elif kind == "K":
+            yield from _jumps(position, square, KING_JUMPS[square])
+            yield from _castling_moves(position, square)
+        if kind in "RQ":
+            yield from _slides(position, square, ROOK_RAYS[square])
+        if kind in "BQ":
+            yield from _slides(position, square, BISHOP_RAYS[square])
+
+
+def _jumps(position, square, targets):
+    for target in targets:
+        man = position.board[target]
+        if man == "." or side_of(man) != position.side:
+            yield Move(square, target)
+
+
+def _slides(position, square, rays):
+    for ray in rays:
+        for target in ray:
+            man = position.board[target]
+            if man == "." or side_of(man) != position.side:
+                yield Move(square, target)
+            if man != ".":
+                break
+
+
+def _pawn_moves(position, square):
+    board, side = position.board, position.side
+    forward, first_rank = (8, 1) if side == WHITE else (-8, 6)
+    target = square + forward
+    if not 0 <= target < 64:
+        return
+    if board[target] == ".":
+        yield from _with_promotions(square, target)
+        if square // 8 == first_rank and board[target + forward] == ".":
+            yield Move(square, target + forward)
+    for target in PAWN_TAKES[side][square]:
+        if target == position.en_passant:
+            yield Move(square, target, en_passant=True)
+        elif board[target] != "." and side_of(board[target]) != side:
+            yield from _with_promotions(square, target)
+
+
+def _with_promotions(square, target):
+    if target // 8 in (0, 7):
+        for kind in "qrbn":
+            yield Move(square, target, kind)
+    else:
+        yield Move(square, target)
+
+
+def _castling_moves(position, king):
+    side, board = position.side, position.board
+    rank = king // 8 * 8
+    for rook in position.rooks:
+        if board[rook] != letter(side, "R") or rook // 8 != king // 8:
+            continue
+        king_to, rook_to = (rank + 6, rank + 5) if rook > king else (rank + 2, rank + 3)
+        path = range(min(king, king_to), max(king, king_to) + 1)
+        crossed = set(path) | set(range(min(rook, rook_to), max(rook, rook_to) + 1))
+        if any(board[square] != "." for square in crossed - {king, rook}):
+            continue
+        if not any(position.attacked(square, other(side)) for square in path):
+            yield Move(king, rook, castling=True)
+
+
+def perft(position, depth):
+    """Leaves of the tree of legal moves."""
+    moves = legal_moves(position)
+    if depth == 1:
+        return len(moves)
+    return sum(perft(position.after(move), depth - 1) for move in moves)
+
+
+def _material_is_insufficient(board):
+    men = [(man, square) for square, man in enumerate(board) if man not in ".Kk"]
+    if len(men) < 2:
+        return all(man in "BbNn" for man, _ in men)
+    colours = {(square // 8 + square) % 2 for _, square in men}
+    return all(man in "Bb" for man, _ in men) and len(colours) == 1
+
+
+class Referee:
+    """One game: takes moves by their texts and says when the game is over and why."""
+
+    def __init__(self, fen, chess960=False):
+        self.position = Position(fen)
+        self.chess960 = chess960
+        self._seen = Counter()
+        self._arrive()
+
+    def _arrive(self):
+        self.moves = {move.text(self.chess960): move for move in legal_moves(self.position)}
+        position = self.position
+        # An en passant square counts only where a pawn may really take.
+        takes = any(move.en_passant for move in self.moves.values())
+        key = (
+            "".join(position.board),
+            position.side,
+            position.rooks,
+            position.en_passant if takes else None,
+        )
+        self._seen[key] += 1
+        self._times_seen = self._seen[key]
+
+    def play(self, text):
+        """Makes the move; False when it is not legal."""
+        move = self.moves.get(text)
+        if move is None:
+            return False
+        self.position = self.position.after(move)
+        self._arrive()
+        return True
+
+    def ends_with(self, text):
+        """True when the legal move leaves the other side without a move."""
+        return not legal_moves(self.position.after(self.moves[text]))
+
+    def verdict(self):
+        """(result, reason), or None while the game goes on."""
+        position = self.position
+        if not self.moves:
+            if not position.in_check():
+                return "1/2-1/2", "stalemate"
+            return ("1-0" if position.side == BLACK else "0-1"), "checkmate"
+        if _material_is_insufficient(position.board):
+            return "1/2-1/2", "insufficient material"
+        if self._times_seen >= 3:
+            return "1/2-1/2", "threefold repetition"
+        if position.draw_counter >= 100:
+            return "1/2-1/2", "fifty moves"
+        return None

@@ -1,15 +1,16 @@
 #include "support/data_file.h"
 
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
 
-#include "support/test_config.h"
+#include "support/data_folder.h"
 
 namespace orvelin::test {
 
 std::vector<data_block_t> read_data_blocks(std::string const& file_name) {
-    std::ifstream file(data_folder + "/" + file_name);
+    std::ifstream file(std::filesystem::path(data_folder) / file_name);
     if (!file) throw std::runtime_error("cannot read test data " + file_name);
     std::vector<data_block_t> blocks;
     data_block_t block;

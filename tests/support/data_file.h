@@ -8,8 +8,8 @@ namespace orvelin::test {
 /// The lines of one block of a data file.
 using data_block_t = std::vector<std::string>;
 
-/// Reads a file of the test data folder and cuts it into blocks at its empty lines.
-/// Throws std::runtime_error when the file cannot be read or holds no block.
+/// Reads a file of the test data folder, or any by its absolute path, and cuts it into blocks at
+/// its empty lines. Throws std::runtime_error when the file cannot be read or holds no block.
 std::vector<data_block_t> read_data_blocks(std::string const& file_name);
 
 /// The blank-separated words of a text.

@@ -2,6 +2,9 @@
 
 #include <string>
 
+// Part of what is configured, and alone in its file for programs that know nothing of the rest.
+#include "support/data_folder.h"
+
 namespace orvelin::test {
 
 /// True in the sanitizer builds, where the long tests run on a part of their input.
@@ -20,8 +23,8 @@ inline const std::string book_binary = ORVELIN_BOOK;
 #ifdef ORVELIN_TABLES
 inline const std::string tables_binary = ORVELIN_TABLES;
 #endif
-
-/// Folder of the test data.
-inline const std::string data_folder = ORVELIN_TEST_DATA;
+#ifdef ORVELIN_SIGNATURE
+inline const std::string signature_binary = ORVELIN_SIGNATURE;
+#endif
 
 }  // namespace orvelin::test

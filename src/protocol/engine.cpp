@@ -78,6 +78,7 @@ void Engine::from_console() {
 }
 
 bool Engine::dispatch() {
+    catch_up_in_idleness();
     std::istringstream line(command_);
     std::string const word = read_token(line);
     if (!word.empty()) write_log("engine <- " + command_);

@@ -120,12 +120,17 @@ class Engine {
     bool dispatch();
     void parse_position(std::istringstream& arguments);
     bool search_runs_or_waits() const;
+    /// Hands the position over to the search.
+    void begin_search();
     /// The position that the running search began from; the game position is the search's own.
     ChessPosition searched_position() const;
-    /// Does the work now, or as soon as the running search has ended and been answered.
+    /// Does the work now, or as soon as the running search has ended and been answered, behind
+    /// all that was put off before.
     void do_between_searches(std::function<void()> work);
     /// Does the work that was put off.
     void catch_up();
+    /// The same behind a search whose end nothing is printed for.
+    void catch_up_in_idleness();
     /// Ends the process if a search runs: the command is none to be sent then.
     void require_no_search();
     void make_text_move(std::string const& text);

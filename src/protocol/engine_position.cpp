@@ -71,6 +71,12 @@ bool Engine::search_runs_or_waits() const {
     return analysis_.get_action() == think_action || analysis_.get_status() == searching_status;
 }
 
+void Engine::begin_search() {
+    searched_fen_ = position_.fen();
+    searched_records_ = position_.history().size();
+    analysis_.set_action(think_action);
+}
+
 ChessPosition Engine::searched_position() const {
     ChessPosition position(tables_);
     position.fen(searched_fen_);
@@ -78,7 +84,7 @@ ChessPosition Engine::searched_position() const {
 }
 
 void Engine::do_between_searches(std::function<void()> work) {
-    if (search_runs_or_waits()) {
+    if (search_runs_or_waits() || !put_off_.empty()) {
         put_off_.push_back(std::move(work));
     } else {
         work();
@@ -87,6 +93,10 @@ void Engine::do_between_searches(std::function<void()> work) {
 
 void Engine::catch_up() {
     for (auto const& work : std::exchange(put_off_, {})) work();
+}
+
+void Engine::catch_up_in_idleness() {
+    if (engine_state_ == idle && !search_runs_or_waits()) catch_up();
 }
 
 void Engine::require_no_search() {

@@ -46,7 +46,7 @@ void Engine::to_console() {
     position_.make_move(best_move);
     send(bestmove_line(best_move));
     catch_up();
-    if (go_waits) analysis_.set_action(think_action);
+    if (go_waits) begin_search();
 }
 
 // The assignment moves the reported version on by one only, so while a search runs the newest

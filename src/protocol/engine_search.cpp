@@ -23,11 +23,11 @@ bool Engine::command_go(std::istringstream& arguments) {
     engine_state_ = thinking;
     while (read_limit(read_token(arguments), arguments)) {
     }
-    if (!search_runs_or_waits()) {
-        searched_fen_ = position_.fen();
-        searched_records_ = position_.history().size();
+    if (search_runs_or_waits()) {
+        analysis_.set_action(think_action);
+    } else {
+        begin_search();
     }
-    analysis_.set_action(think_action);
     return true;
 }
 

@@ -11,6 +11,11 @@ namespace {
 /// Below this level of quiescence only captures that win material are searched.
 constexpr int losing_captures_end = -8;
 
+/// No line goes on past this ply. Captures run out, and a game of chess does not get near it; but
+/// where a side has several kings a check need not be answered, so that two sides give check after
+/// check without end, and the stack has one.
+constexpr int deepest_ply = 500;
+
 }  // namespace
 
 int Analysis::quiescence(int alpha, int beta, int qdepth) {
@@ -34,7 +39,7 @@ int Analysis::quiescence(int alpha, int beta, int qdepth) {
         return beta;
     }
     alpha = std::max(value, alpha);
-    if (stopped()) {
+    if (stopped() || ply_ >= deepest_ply) {
         return alpha;
     }
 

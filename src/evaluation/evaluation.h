@@ -100,8 +100,6 @@ class Evaluation {
     /// Attack maps of the last evaluated position.
     Mobility const& mobility_maps() const { return mobility_; }
     PieceSquareTables const& piece_square_tables() const { return piece_square_tables_; }
-    PawnHashTable const& pawn_hash_table() const { return pawn_hash_table_; }
-    Material const& material_table() const { return material_; }
     /// Phase of the last evaluation: 1 and 0 with all men on the board, 0 and 1 without any piece.
     float mg_phase() const { return mg_phase_; }
     float eg_phase() const { return eg_phase_; }

@@ -127,6 +127,12 @@ TEST(Mobility, queen_avoids_squares_that_rooks_attack) {
     EXPECT_FALSE(safe & a_file);
     EXPECT_FALSE(safe & squares({"b8"}));
     EXPECT_TRUE(safe & squares({"b7"}));
+
+    Maps const black("1q5k/8/8/8/8/8/8/R3K3 w - - 0 1");
+    BitBoard const black_safe = black.mobility.black_queen_safe_squares();
+    EXPECT_FALSE(black_safe & a_file);
+    EXPECT_FALSE(black_safe & squares({"b1"}));
+    EXPECT_TRUE(black_safe & squares({"b2"}));
 }
 
 TEST(Mobility, pawn_attacks_do_not_wrap_around_the_board) {
@@ -177,6 +183,8 @@ TEST(Mobility, safe_queen_checks_are_safe_squares_on_a_line_to_the_enemy_king) {
               squares({"a8", "b2", "c3", "d4", "e5", "f6", "g7"}));
     EXPECT_EQ(maps.mobility.safe_queen_checks(), 7);
     Maps const black("q3k3/8/8/8/8/8/8/7K w - - 0 1");
+    EXPECT_EQ(black.mobility.black_safe_queen_checks(),
+              squares({"a1", "b7", "c6", "d5", "e4", "f3", "g2"}));
     EXPECT_EQ(black.mobility.safe_queen_checks(), -7);
 }
 

@@ -20,6 +20,9 @@ struct MagicMovesDamager {
     static std::vector<unsigned char>& rook_index(MagicMoves& moves, std::size_t square) {
         return moves.rook_index_[square];
     }
+    static std::vector<BitBoard>& magic_bishop_moves(MagicMoves& moves, std::size_t square) {
+        return moves.magic_bishop_moves_[square];
+    }
     static std::vector<BitBoard>& bishop_attacks(MagicMoves& moves, std::size_t square) {
         return moves.bishop_attacks_[square];
     }
@@ -152,6 +155,8 @@ TEST(MagicMoves, NoSquareHasNoMoves) {
         EXPECT_FALSE(built().rook(Square(), occupied));
         EXPECT_FALSE(MagicMoves::bishop_moves(Square(), occupied));
         EXPECT_FALSE(MagicMoves::rook_moves(Square(), occupied));
+        EXPECT_FALSE(MagicMoves::bishop_moves(Square(-1), occupied));
+        EXPECT_FALSE(MagicMoves::rook_moves(Square(-1), occupied));
     }
 }
 
@@ -251,6 +256,25 @@ TEST(MagicMoves, SelftestReportsAWrongRookIndex) {
         selftest_output(damaged, false),
         "square=20\nindex=17\nmagic_rook_moves: " + hexadecimal(damaged.magic_rook_moves(20)[17]) +
             "\nrook_attacks: " + hexadecimal(damaged.rook_attacks(20)[index]) + "\n");
+}
+
+TEST(MagicMoves, SelftestReportsAnIndexBeyondTheList) {
+    MagicMoves damaged(true);
+    MagicMovesDamager::bishop_index(damaged, 10)[3] = 255;
+    ASSERT_LE(damaged.bishop_attacks(10).size(), 255U);
+    EXPECT_EQ(selftest_output(damaged, false), "square=10\nindex=3\nmagic_bishop_moves: " +
+                                                   hexadecimal(damaged.magic_bishop_moves(10)[3]) +
+                                                   "\nbishop_attacks: 0\n");
+}
+
+TEST(MagicMoves, SelftestReportsAShortWorkingTable) {
+    MagicMoves damaged(true);
+    MagicMovesDamager::magic_bishop_moves(damaged, 10).resize(5);
+    BitBoard const& found = damaged.bishop_attacks(10)[damaged.bishop_index(10)[5]];
+    ASSERT_TRUE(found);
+    EXPECT_EQ(
+        selftest_output(damaged, false),
+        "square=10\nindex=5\nmagic_bishop_moves: 0\nbishop_attacks: " + hexadecimal(found) + "\n");
 }
 
 TEST(MagicMoves, SelftestFailsWithoutTheWorkingTables) {

@@ -148,6 +148,31 @@ TEST_F(ChessPositionTest, EqualityLooksAtTheCurrentStateOnly) {
     EXPECT_TRUE(position != other);
 }
 
+// Men that are put on by hand leave the derived sets as they were.
+TEST_F(ChessPositionTest, EqualityNeedsTheSamePinnedPieces) {
+    position.fen("4r2k/8/8/8/8/8/4R3/4K3 w - - 0 1");
+    ChessPosition other(test::shared_tables());
+    other.fen("7k/8/8/8/8/8/4R3/4K3 w - - 0 1");
+    other.set_piece_on(Square("e8"), Piece(black_rook));
+    ASSERT_NE(other.pinned_pieces(), position.pinned_pieces());
+    ASSERT_EQ(other.discovering_pieces(), position.discovering_pieces());
+    EXPECT_TRUE(position != other);
+    other.fen(position.fen());
+    EXPECT_TRUE(position == other);
+}
+
+TEST_F(ChessPositionTest, EqualityNeedsTheSameDiscoveringPieces) {
+    position.fen("4k3/8/8/8/4N3/8/8/K3R3 w - - 0 1");
+    ChessPosition other(test::shared_tables());
+    other.fen("4k3/8/8/8/4N3/8/8/K7 w - - 0 1");
+    other.set_piece_on(Square("e1"), Piece(white_rook));
+    ASSERT_EQ(other.pinned_pieces(), position.pinned_pieces());
+    ASSERT_NE(other.discovering_pieces(), position.discovering_pieces());
+    EXPECT_TRUE(position != other);
+    other.fen(position.fen());
+    EXPECT_TRUE(position == other);
+}
+
 TEST_F(ChessPositionTest, SetAndRemovePieceRenewTheAggregates) {
     position.set_piece_on(Square("e4"), Piece(5));
     EXPECT_EQ(position.pieces(), Square("e4").bitboard());

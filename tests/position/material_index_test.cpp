@@ -263,6 +263,7 @@ TEST(MaterialValue, TradeDownNeedsMoreThanSeventyAndAPawn) {
 TEST(MaterialValue, MajorsOnlyAndEqualInNumberKeepTheSum) {
     EXPECT_EQ(value_of("KQQkqr"), 475);
     EXPECT_EQ(value_of("KQRkrr"), 475);
+    EXPECT_EQ(value_of("KRRkqr"), -475);
 }
 
 }  // namespace

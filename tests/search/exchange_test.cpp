@@ -200,4 +200,16 @@ TEST_F(Exchange, CapturedIdWithoutATypeFails) {
     EXPECT_EQ(failure_of([&] { analysis_.see(Square("d5")); }), "Piece::abs_value out of range:");
 }
 
+// An illegal move whose word names no captured man leaves the man in his set and nowhere else. He
+// is the weakest attacker of the exchange for ever, so that it would never end.
+TEST_F(Exchange, ManWhomTheSquaresDoNotHoldEndsTheExchange) {
+    set("3r3k/8/8/8/8/8/3P4/K6R w - - 0 1");
+    position_.make_move(Move(Square("h1"), Square("d8"), normal_move, white_rook, no_piece));
+    position_.make_move(move("h8h7"));
+    position_.make_move(Move(Square("d8"), Square("e8"), normal_move, white_rook, no_piece));
+    ASSERT_EQ(position_.black_weakest_attacker(Square("d2")), Square("d8"));
+    ASSERT_EQ(position_.get_piece_from(Square("d8")), Piece());
+    EXPECT_EQ(analysis_.see(Square("d2")), 0);
+}
+
 }  // namespace orvelin::test

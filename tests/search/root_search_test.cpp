@@ -237,6 +237,17 @@ TEST_F(RootSearch, SearchmovesWithoutAMatchEmptyTheList) {
     EXPECT_EQ(list.size(), 0U);
 }
 
+TEST_F(RootSearch, SearchmovesBeyondTheListAreLeftOut) {
+    set(start);
+    std::vector<Move> wanted(300, move("a2a3"));
+    wanted.push_back(move("b1c3"));
+    analysis_.set_searchmoves(wanted);
+    MoveList list = list_of({"a2a3", "b1c3"});
+    analysis_.select_searchmoves(list);
+    ASSERT_EQ(list.size(), static_cast<std::size_t>(MoveList::capacity));
+    for (Move const& chosen : list) EXPECT_EQ(chosen, wanted.front());
+}
+
 TEST_F(RootSearch, SearchmovesDoNothingAwayFromTheRootOrWhenUnset) {
     set(start);
     MoveList list = list_of({"b1c3", "a2a3"});

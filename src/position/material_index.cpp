@@ -3,13 +3,23 @@
 namespace orvelin {
 
 std::string MaterialIndex::str() const {
-    auto const men = [](int count, char letter) {
-        return std::string(static_cast<std::size_t>(count), letter);
+    std::string text;
+    auto const add = [&text](int count, char letter) {
+        text.append(static_cast<std::size_t>(count), letter);
     };
-    return "K" + men(get_whitequeen(), 'Q') + men(get_whiterook(), 'R') +
-           men(get_whitebishop(), 'B') + men(get_whiteknight(), 'N') + men(get_whitepawn(), 'P') +
-           "k" + men(get_blackqueen(), 'q') + men(get_blackrook(), 'r') +
-           men(get_blackbishop(), 'b') + men(get_blackknight(), 'n') + men(get_blackpawn(), 'p');
+    add(1, 'K');
+    add(get_whitequeen(), 'Q');
+    add(get_whiterook(), 'R');
+    add(get_whitebishop(), 'B');
+    add(get_whiteknight(), 'N');
+    add(get_whitepawn(), 'P');
+    add(1, 'k');
+    add(get_blackqueen(), 'q');
+    add(get_blackrook(), 'r');
+    add(get_blackbishop(), 'b');
+    add(get_blackknight(), 'n');
+    add(get_blackpawn(), 'p');
+    return text;
 }
 
 }  // namespace orvelin

@@ -26,7 +26,7 @@ split_line_t split_at_last_blank(std::string const& line) {
 
 std::string read_fen(std::istringstream& arguments) {
     std::string fen = read_token(arguments);
-    for (int field = 1; field < 6; ++field) fen += " " + read_token(arguments);
+    for (int field = 1; field < 6; ++field) fen += ' ' + read_token(arguments);
     return fen;
 }
 

@@ -42,7 +42,7 @@ void Engine::to_console() {
     send_hashfull(analysis_);
     command_.clear();
     Move const best_move = analysis_.best_move();
-    position_line_ += " " + best_move.algebraic(chess960_);
+    position_line_ += ' ' + best_move.algebraic(chess960_);
     position_.make_move(best_move);
     send(bestmove_line(best_move));
     catch_up();

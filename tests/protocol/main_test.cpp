@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "support/engine_process.h"
+#include "support/test_config.h"
 
 namespace orvelin::test {
 namespace {
@@ -240,6 +241,7 @@ TEST(MainTest, QuitWithATrailingBlankEndsTheAnalysisThreadButNotTheProcess) {
     expect_clean_end(engine);
 }
 
+#if !ORVELIN_SHORT_TESTS
 TEST(MainTest, EndOfInputEndsTheProcessAfterTheReaderHasSpunToItsLimit) {
     EngineProcess engine;
     engine.send_all({"position startpos", "go depth 4"});
@@ -252,6 +254,7 @@ TEST(MainTest, EndOfInputEndsTheProcessAfterTheReaderHasSpunToItsLimit) {
     EXPECT_EQ(end->status, 0);
     EXPECT_EQ(end->signal, 0);
 }
+#endif
 
 }  // namespace
 }  // namespace orvelin::test

@@ -11,7 +11,7 @@
 namespace orvelin::test {
 namespace {
 
-constexpr int game_count = short_tests ? 6 : 120;
+constexpr int game_count = short_tests ? 12 : 120;
 constexpr int pair_count = short_tests ? 2 : 6;
 
 TEST(SelfPlayTest, EveryGameIsLegalAndEndsByTheRules) {

@@ -23,6 +23,24 @@ MagicMoves::MagicMoves(bool keep_raw_tables) {
         drop(magic_bishop_moves_);
         drop(magic_rook_moves_);
     }
+    bind_look_ups();
+}
+
+MagicMoves::look_up_t MagicMoves::look_up(BitBoard const& mask, magic_t const& number,
+                                          std::vector<unsigned char> const& index,
+                                          std::vector<BitBoard> const& attacks) {
+    return {to_ull(mask), number.magic, index.data(), attacks.data(), number.shift};
+}
+
+/// From here on the vectors never move.
+void MagicMoves::bind_look_ups() {
+    for (std::size_t s = 0; s < bishop_look_ups_.size(); ++s) {
+        int const id = static_cast<int>(s);
+        bishop_look_ups_[s] = look_up(bishop_masks_.get_mask(Square(id)), magic_numbers_.bishop(id),
+                                      bishop_index_[s], bishop_attacks_[s]);
+        rook_look_ups_[s] = look_up(rook_masks_.get_mask(Square(id)), magic_numbers_.rook(id),
+                                    rook_index_[s], rook_attacks_[s]);
+    }
 }
 
 /// The 0 of an index that no subset reaches is one of the distinct values, by design.

@@ -27,6 +27,10 @@ class MagicMoves {
     /// Builds all tables. `keep_raw_tables` keeps the working tables, which `selftest_ok()` reads.
     /// Throws std::logic_error when an index table and its working table differ in length.
     explicit MagicMoves(bool keep_raw_tables = false);
+    // The look-ups point into the tables of their own object.
+    MagicMoves(MagicMoves const&) = delete;
+    MagicMoves& operator=(MagicMoves const&) = delete;
+    ~MagicMoves() = default;
 
     /// Attack set of a bishop on `square`; only the masked part of `occupied` counts.
     BitBoard const& bishop(Square const& square, BitBoard const& occupied) const;
@@ -69,6 +73,20 @@ class MagicMoves {
     using index_tables_t = std::array<std::vector<unsigned char>, 65>;
     using attack_tables_t = std::array<std::vector<BitBoard>, 65>;
 
+    /// All that a look-up reads of one square before it reads the tables, in one cache line.
+    struct alignas(64) look_up_t {
+        std::uint64_t mask = 0;
+        std::uint64_t magic = 0;
+        unsigned char const* index = nullptr;
+        BitBoard const* attacks = nullptr;
+        std::uint32_t shift = 0;
+
+        BitBoard const& operator()(BitBoard const& occupied) const {
+            return attacks[index[((to_ull(occupied) & mask) * magic) >> shift]];
+        }
+    };
+    using look_ups_t = std::array<look_up_t, 65>;
+
     /// Lets the tests damage a table and see the fault reported.
     friend struct MagicMovesDamager;
 
@@ -87,6 +105,10 @@ class MagicMoves {
                               std::vector<BitBoard> const& attacks,
                               std::vector<BitBoard> const& raw, int square, const char* name);
     static void drop(raw_tables_t& raw);
+    static look_up_t look_up(BitBoard const& mask, magic_t const& number,
+                             std::vector<unsigned char> const& index,
+                             std::vector<BitBoard> const& attacks);
+    void bind_look_ups();
 
     RookMask rook_masks_;
     BishopMask bishop_masks_;
@@ -97,20 +119,16 @@ class MagicMoves {
     raw_tables_t magic_rook_moves_;
     index_tables_t rook_index_;
     attack_tables_t rook_attacks_;
+    look_ups_t bishop_look_ups_;
+    look_ups_t rook_look_ups_;
 };
 
 inline BitBoard const& MagicMoves::bishop(Square const& square, BitBoard const& occupied) const {
-    auto const s = static_cast<std::size_t>(square.id());
-    std::size_t const i =
-        magic_index(magic_numbers_.bishop(square.id()), occupied & bishop_masks_.get_mask(square));
-    return bishop_attacks_[s][bishop_index_[s][i]];
+    return bishop_look_ups_[index(square)](occupied);
 }
 
 inline BitBoard const& MagicMoves::rook(Square const& square, BitBoard const& occupied) const {
-    auto const s = static_cast<std::size_t>(square.id());
-    std::size_t const i =
-        magic_index(magic_numbers_.rook(square.id()), occupied & rook_masks_.get_mask(square));
-    return rook_attacks_[s][rook_index_[s][i]];
+    return rook_look_ups_[index(square)](occupied);
 }
 
 inline std::vector<unsigned char> const& MagicMoves::bishop_index(int square) const {

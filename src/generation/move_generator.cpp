@@ -111,16 +111,19 @@ void MoveGenerator::prepare(ChessPosition const& position) {
     own_king_ = position.piece(Men<Side>::king);
     enemy_king_ = position.piece(Men<1 - Side>::king);
 
-    BitBoard checkers = Men<1 - Side>::blocked_attackers(position, own_king_);
     potential_checkers_.clear();
-    while (checkers) {
-        potential_checkers_.push_back(checkers.get_reset_square().get_unique_square());
+    if (position.check() || pinned_ || position.ep() != Square()) {
+        BitBoard checkers = Men<1 - Side>::blocked_attackers(position, own_king_);
+        while (checkers) {
+            potential_checkers_.push_back(checkers.get_reset_square().get_unique_square());
+        }
     }
 
     Square const king = enemy_king_.get_unique_square();
     rook_check_squares_ = attacks_->rook(king, occupied_);
     bishop_check_squares_ = attacks_->bishop(king, occupied_);
     knight_check_squares_ = attacks_->knight(king);
+    pawn_check_squares_ = pawn_attacks<1 - Side>(enemy_king_);
 }
 
 void MoveGenerator::remove(Move const& move, movetable_t& table) {

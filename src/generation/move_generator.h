@@ -78,10 +78,10 @@ class MoveGenerator {
     void en_passant_capture(ChessPosition const& position, Square from, MoveList& list);
     template <int Side>
     void promotions(ChessPosition const& position, Square from, BitBoard to_set, MoveList& list);
-    /// The moves of all men of one id to squares of `to_mask` that pass the test `legal`.
-    template <int Side, typename LegalityTest>
-    void moves_of_men(ChessPosition const& position, movetable_t const& table, int piece_id,
-                      BitBoard const& to_mask, MoveList& list, LegalityTest const& legal);
+    /// Appends the moves of one man other than the king to squares that were found legal.
+    template <int Side>
+    void append_moves(ChessPosition const& position, Square from, Piece man, BitBoard to_set,
+                      BitBoard const& check_squares, MoveList& list);
     template <int Side>
     void piece_moves(ChessPosition const& position, movetable_t const& table, int piece_id,
                      BitBoard const& to_mask, MoveList& list);
@@ -103,7 +103,11 @@ class MoveGenerator {
     template <int Side>
     bool slider_reaches_king(ChessPosition const& position, BitBoard const& occupied) const;
 
-    bool pin_allows(Move const& move) const;
+    /// The squares to which a man on `from`, the king excepted, may go without leaving the own king
+    /// in check: the common form of the tests of legality, for all targets at once.
+    BitBoard legal_targets(ChessPosition const& position, Square from) const;
+    /// The squares from which a man of this type, in either colour, gives check directly.
+    BitBoard direct_check_squares(Piece man) const;
     bool en_passant_keeps_king_safe(Move const& move) const;
     /// Appends a move. What a list cannot hold is dropped: no game reaches 256 moves, only a
     /// position made by hand does.
@@ -125,7 +129,8 @@ class MoveGenerator {
     BitBoard bishop_check_squares_;
     BitBoard knight_check_squares_;
     BitBoard pawn_check_squares_;
-    /// Enemy men that attack the own king or stand on one of its lines.
+    /// Enemy men that attack the own king or stand on one of its lines. Filled when a move can
+    /// need them: in check, with men pinned, or where an en passant capture is possible.
     std::vector<Square> potential_checkers_;
 };
 

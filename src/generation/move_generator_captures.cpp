@@ -24,16 +24,16 @@ void MoveGenerator::pawn_captures(ChessPosition const& position, movetable_t con
                                   MoveList& list) {
     using Own = Men<Side>;
     BitBoard const& last_rank = Own::last_rank;
+    Piece const pawn(Own::pawn);
+    BitBoard const check_squares = direct_check_squares(pawn);
     BitBoard pawns = position.piece(Own::pawn);
     while (pawns) {
         Square const from = pawns.get_reset_square().get_unique_square();
         BitBoard const reached(table[index(from)]);
-        BitBoard to_set = reached & targets_ & ~last_rank;
-        while (to_set) {
-            Square const to = to_set.get_reset_square().get_unique_square();
-            Move move(from, to, normal_move, Piece(Own::pawn), position[to.id()]);
-            set_checkstatus<Side>(position, move);
-            if (is_legal_pawnmove(position, move)) store(list, move);
+        BitBoard const to_set = reached & targets_ & ~last_rank;
+        if (to_set) {
+            append_moves<Side>(position, from, pawn, to_set & legal_targets(position, from),
+                               check_squares, list);
         }
         en_passant_capture<Side>(position, from, list);
         promotions<Side>(position, from, reached & last_rank & ~enemy_king_, list);
@@ -56,12 +56,13 @@ void MoveGenerator::en_passant_capture(ChessPosition const& position, Square fro
 template <int Side>
 void MoveGenerator::promotions(ChessPosition const& position, Square from, BitBoard to_set,
                                MoveList& list) {
+    if (to_set) to_set &= legal_targets(position, from);
     while (to_set) {
         Square const to = to_set.get_reset_square().get_unique_square();
         for (move_t const code : {promo_queen, promo_rook, promo_bishop, promo_knight}) {
             Move move(from, to, code, Piece(Men<Side>::pawn), position[to.id()]);
             set_checkstatus<Side>(position, move);
-            if (is_legal_pawnmove(position, move)) store(list, move);
+            store(list, move);
         }
     }
 }

@@ -27,7 +27,6 @@ template <int Side>
 void MoveGenerator::set_checkstatus(ChessPosition const& position, Move& move) {
     move.check(false);
     move.xcode(xnormal_move);
-    pawn_check_squares_ = pawn_attacks<1 - Side>(enemy_king_);
     bool check = false;
     switch (move.code()) {
         case nullmove:
@@ -56,6 +55,15 @@ bool MoveGenerator::slider_reaches_king(ChessPosition const& position,
            meets(attacks_->bishop(king, occupied), Men<Side>::bishops_and_queens(position));
 }
 
+BitBoard MoveGenerator::direct_check_squares(Piece man) const {
+    if (man.queen()) return rook_check_squares_ | bishop_check_squares_;
+    if (man.rook()) return rook_check_squares_;
+    if (man.bishop()) return bishop_check_squares_;
+    if (man.knight()) return knight_check_squares_;
+    if (man.pawn()) return pawn_check_squares_;
+    return BitBoard();
+}
+
 template <int Side>
 bool MoveGenerator::checks_by_normal_move(ChessPosition const& position, Move const& move) const {
     BitBoard const from = move.from().bitboard();
@@ -66,12 +74,7 @@ bool MoveGenerator::checks_by_normal_move(ChessPosition const& position, Move co
         if (!man.pawn() && !man.king()) return true;
         if (slider_reaches_king<Side>(position, (occupied_ & ~from) | to)) return true;
     }
-    if (man.queen()) return meets(rook_check_squares_ | bishop_check_squares_, to);
-    if (man.rook()) return meets(rook_check_squares_, to);
-    if (man.bishop()) return meets(bishop_check_squares_, to);
-    if (man.knight()) return meets(knight_check_squares_, to);
-    if (man.pawn()) return meets(pawn_check_squares_, to);
-    return false;
+    return meets(direct_check_squares(man), to);
 }
 
 template <int Side>

@@ -14,51 +14,35 @@ Square en_passant_victim(Move const& move) {
 
 }  // namespace
 
-bool MoveGenerator::is_legal(ChessPosition const& position, Move const& move) const {
-    if (!position.check()) return pin_allows(move);
+BitBoard MoveGenerator::legal_targets(ChessPosition const& position, Square from) const {
+    BitBoard targets = ~BitBoard();
+    BitBoard const from_bit = from.bitboard();
+    bool const check = position.check();
+    // Outside check a man that is not pinned may go anywhere, a pinned one along its line only.
+    if (!check && !(pinned_ & from_bit)) return targets;
     Square const king = own_king_.get_unique_square();
-    BitBoard const to = move.to().bitboard();
-    BitBoard const occupied = occupied_ & ~move.from().bitboard();
-    for (Square const& checker : potential_checkers_) {
-        bool const open = !(connections_->line_segment(king, checker) & occupied);
-        // The closed segment has both ends: taking the checker passes and so does interposing.
-        if (open && !(connections_->closed_line_segment(king, checker) & to)) return false;
-    }
-    return true;
-}
-
-/// Outside check a man that is not pinned may go anywhere, a pinned one along its line only.
-bool MoveGenerator::pin_allows(Move const& move) const {
-    BitBoard const from = move.from().bitboard();
-    if (!(pinned_ & from)) return true;
-    Square const king = own_king_.get_unique_square();
-    BitBoard const to = move.to().bitboard();
-    BitBoard const occupied = occupied_ & ~from;
+    BitBoard const occupied = occupied_ & ~from_bit;
     for (Square const& checker : potential_checkers_) {
         BitBoard const& line = connections_->line_segment(king, checker);
-        if ((line & from) && !(line & occupied) &&
-            !(connections_->closed_line_segment(king, checker) & to)) {
-            return false;
+        bool const open = !(line & occupied);
+        // The closed segment has both ends: taking the checker passes and so does interposing.
+        if (open && (check || (line & from_bit))) {
+            targets &= connections_->closed_line_segment(king, checker);
         }
     }
-    return true;
+    return targets;
+}
+
+bool MoveGenerator::is_legal(ChessPosition const& position, Move const& move) const {
+    return static_cast<bool>(legal_targets(position, move.from()) & move.to().bitboard());
 }
 
 bool MoveGenerator::is_legal_pawnmove(ChessPosition const& position, Move const& move) const {
     bool const en_passant_move = move.code() == en_passant;
-    if (!position.check()) {
-        return en_passant_move ? en_passant_keeps_king_safe(move) : pin_allows(move);
-    }
-    Square const king = own_king_.get_unique_square();
-    BitBoard const to = move.to().bitboard();
-    BitBoard const occupied = occupied_ & ~move.from().bitboard();
-    for (Square const& checker : potential_checkers_) {
-        bool const open = !(connections_->line_segment(king, checker) & occupied);
-        if (!open || (connections_->closed_line_segment(king, checker) & to)) continue;
-        // The checker may be the very pawn that goes.
-        return en_passant_move && en_passant_keeps_king_safe(move);
-    }
-    return true;
+    if (en_passant_move && !position.check()) return en_passant_keeps_king_safe(move);
+    if (is_legal(position, move)) return true;
+    // The checker may be the very pawn that goes.
+    return en_passant_move && en_passant_keeps_king_safe(move);
 }
 
 /// Takes both pawns off the board, so that two pawns on the king's rank are seen as no shield.

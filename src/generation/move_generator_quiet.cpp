@@ -20,35 +20,61 @@ void MoveGenerator::generate_quiet_moves(ChessPosition const& position, movetabl
     castlings<Side>(position, list);
 }
 
-template <int Side, typename LegalityTest>
-void MoveGenerator::moves_of_men(ChessPosition const& position, movetable_t const& table,
-                                 int piece_id, BitBoard const& to_mask, MoveList& list,
-                                 LegalityTest const& legal) {
-    BitBoard men = position.piece(piece_id);
-    while (men) {
-        Square const from = men.get_reset_square().get_unique_square();
-        BitBoard to_set = to_mask & BitBoard(table[index(from)]);
-        while (to_set) {
-            Square const to = to_set.get_reset_square().get_unique_square();
-            Move move(from, to, normal_move, Piece(piece_id), position[to.id()]);
+template <int Side>
+void MoveGenerator::append_moves(ChessPosition const& position, Square from, Piece man,
+                                 BitBoard to_set, BitBoard const& check_squares, MoveList& list) {
+    int count = move_count_;
+    Move move(from, Square(0), normal_move, man, Piece());
+    // A man that leaves the line of a slider behind it gives check wherever it goes, but a pawn
+    // may stay on the line.
+    bool const discovers = static_cast<bool>(discovering_ & from.bitboard());
+    bool const stays = discovers && man.pawn();
+    while (to_set && count < MoveList::capacity) {
+        BitBoard const to_bit = to_set.get_reset_square();
+        Square const to = to_bit.get_unique_square();
+        move.to(to);
+        move.capture_id(position[to.id()].id());
+        if (stays) {
             set_checkstatus<Side>(position, move);
-            if (legal(move)) store(list, move);
+        } else {
+            move.check(discovers || (to_bit & check_squares));
         }
+        list[count++] = move;
     }
+    move_count_ = count;
 }
 
 template <int Side>
 void MoveGenerator::piece_moves(ChessPosition const& position, movetable_t const& table,
                                 int piece_id, BitBoard const& to_mask, MoveList& list) {
-    moves_of_men<Side>(position, table, piece_id, to_mask, list,
-                       [&](Move const& move) { return is_legal(position, move); });
+    Piece const man(piece_id);
+    BitBoard const check_squares = direct_check_squares(man);
+    BitBoard men = position.piece(piece_id);
+    while (men) {
+        Square const from = men.get_reset_square().get_unique_square();
+        BitBoard const to_set = to_mask & BitBoard(table[index(from)]);
+        if (!to_set) continue;
+        append_moves<Side>(position, from, man, to_set & legal_targets(position, from),
+                           check_squares, list);
+    }
 }
 
 template <int Side>
 void MoveGenerator::king_moves(ChessPosition const& position, movetable_t const& table,
                                BitBoard const& to_mask, MoveList& list) {
-    moves_of_men<Side>(position, table, Men<Side>::king, to_mask, list,
-                       [&](Move const& move) { return is_legal_kingmove<Side>(position, move); });
+    Piece const king(Men<Side>::king);
+    BitBoard men = position.piece(Men<Side>::king);
+    while (men) {
+        Square const from = men.get_reset_square().get_unique_square();
+        BitBoard to_set = to_mask & BitBoard(table[index(from)]);
+        while (to_set) {
+            Square const to = to_set.get_reset_square().get_unique_square();
+            Move move(from, to, normal_move, king, position[to.id()]);
+            if (!is_legal_kingmove<Side>(position, move)) continue;
+            set_checkstatus<Side>(position, move);
+            store(list, move);
+        }
+    }
 }
 
 template <int Side>
@@ -86,6 +112,10 @@ bool MoveGenerator::castling_allowed(ChessPosition const& position, Square king,
     return !(attacks_->rook(targets.king, others) & Enemy::rooks_and_queens(position));
 }
 
+template void MoveGenerator::append_moves<0>(ChessPosition const&, Square, Piece, BitBoard,
+                                             BitBoard const&, MoveList&);
+template void MoveGenerator::append_moves<1>(ChessPosition const&, Square, Piece, BitBoard,
+                                             BitBoard const&, MoveList&);
 template void MoveGenerator::piece_moves<0>(ChessPosition const&, movetable_t const&, int,
                                             BitBoard const&, MoveList&);
 template void MoveGenerator::piece_moves<1>(ChessPosition const&, movetable_t const&, int,

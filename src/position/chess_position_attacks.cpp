@@ -99,7 +99,9 @@ void ChessPosition::find_pins_to_king() {
     while (sliders) {
         const Square slider = sliders.get_reset_square().get_unique_square();
         const BitBoard between = connections_.line_segment(slider, king) & pieces();
-        if (between.popcount() != 1) continue;
+        BitBoard others = between;
+        others.get_reset_square();
+        if (!between || others) continue;
         if (between & own_men) {
             current.pinned_pieces |= between;
         } else {

@@ -61,10 +61,13 @@ void ChessPosition::make_move(Move const& move) {
     const bool pawn_move = made.piece().pawn();
     const bool irreversible = pawn_move || made.capture_id() != 0;
 
-    history_.push_back(history_.back());
-    history_t& current = record();
+    const std::uint16_t dfz =
+        irreversible ? std::uint16_t{0} : static_cast<std::uint16_t>(get_dfz() + 1);
+
+    // Nothing of the record below stays as it is, so that no copy of it is needed.
+    history_t& current = history_.emplace_back();
     current.castlingrights = rights;
-    current.dfz = irreversible ? std::uint16_t{0} : static_cast<std::uint16_t>(current.dfz + 1);
+    current.dfz = dfz;
     current.last_move = made;
     current.ep = pawn_move ? ep_after(made) : Square();
     current.make_move_counter = make_move_counter_;

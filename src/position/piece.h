@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <string>
 
 namespace orvelin {
@@ -87,12 +89,19 @@ class Piece {
     int value() const;
     /// Rough worth without sign, by the low three bits.
     /// @throws std::logic_error when they are 7.
-    int abs_value() const;
+    int abs_value() const {
+        constexpr std::array<int, 8> values{0, 100, 300, 300, 500, 900, 4000, 0};
+        std::size_t const type = static_cast<std::size_t>(id_ & 7);
+        if (type == 7) throw_no_value();
+        return values[type];
+    }
     /// "white pawn" ... "black king", "no piece".
     /// @throws std::logic_error for an id that is no piece.
     std::string name() const;
 
  private:
+    [[noreturn]] static void throw_no_value();
+
     int id_ = 0;
 };
 

@@ -252,8 +252,6 @@ class Analysis {
 
     /// State of one null-window node, shared by its stages.
     struct NullWindowNode;
-    /// The moves that counters and history put forward at a node.
-    struct QuietCandidates;
 
     bool stopped() const { return action_.load() == stop_action; }
     bool take_think_action();
@@ -295,7 +293,7 @@ class Analysis {
 
     bool nullmove_cut(NullWindowNode& node);
     bool reduced_search_cut(NullWindowNode const& node);
-    bool table_cut(NullWindowNode& node, int& result);
+    bool table_cut(NullWindowNode& node, std::uint64_t key, int& result);
     bool hash_move_cut(NullWindowNode const& node);
     int search_null_window_moves(NullWindowNode const& node, MoveList const& list);
     bool skip_late_move(NullWindowNode const& node, Move const& move, int index) const;
@@ -305,14 +303,14 @@ class Analysis {
 
     int quiescence_move(Move const& move, int alpha, int beta, int qdepth);
 
-    void find_counter_moves(MoveList const& list, QuietCandidates& candidates) const;
-    void find_history_moves(MoveList const& list, QuietCandidates& candidates) const;
     Move move_before_last() const;
-    xmove_t classify(Move const& move, QuietCandidates const& candidates);
-    xmove_t classify_quiet(Move const& move, QuietCandidates const& candidates) const;
+    void classify(MoveList& list);
+    /// Gives the quiet moves that counters and history put forward their classes.
+    void promote_quiet_moves(MoveList& list) const;
     void test_mate_threat(Move& move, int depth);
-    static void sort_by_class(MoveList& list);
 
+    /// What the opponent gains at best on the destination after a move of code normal_move.
+    int replies_to(Move const& move) const;
     bool extends_by_one(MoveList const& list, Move const& move);
 
     ChessPosition& position_;

@@ -1,8 +1,13 @@
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <stdexcept>
 
+#include "generation/attacks.h"
+#include "generation/tables.h"
 #include "position/chess_position.h"
+#include "position/set_steps.h"
+#include "position/side_ids.h"
 #include "search/analysis.h"
 
 namespace orvelin {
@@ -20,13 +25,95 @@ int gain_of(Move const& move) {
     return move.capture().abs_value() + promotion_gain[move.code()];
 }
 
+/// The men of both colours that attack a square, while one after the other goes there.
+class ExchangeBoard {
+ public:
+    ExchangeBoard(ChessPosition const& position, Attacks const& attacks, Move const& move)
+        : position_(position),
+          attacks_(attacks),
+          square_(move.to()),
+          occupied_((position.pieces() & ~move.from().bitboard()) | square_.bitboard()),
+          diagonal_men_(position.white_bishop() | position.black_bishop() | position.white_queen() |
+                        position.black_queen()),
+          line_men_(position.white_rook() | position.black_rook() | position.white_queen() |
+                    position.black_queen()),
+          attackers_(
+              (pawn_attacks<0>(square_.bitboard()) & position.white_pawn()) |
+              (pawn_attacks<1>(square_.bitboard()) & position.black_pawn()) |
+              (attacks.knight(square_) & (position.white_knight() | position.black_knight())) |
+              (attacks.king(square_) & (position.white_king() | position.black_king()))) {
+        find_sliders();
+    }
+
+    /// Takes the weakest attacker of a side off the board, of equals the one on the lowest square,
+    /// and gives the man; no piece when there is none.
+    template <int Side>
+    Piece take_weakest() {
+        using men = SideIds<Side>;
+        for (int const id :
+             {men::pawn, men::knight, men::bishop, men::rook, men::queen, men::king}) {
+            BitBoard found = attackers_ & position_.piece(id);
+            if (!found) continue;
+            occupied_ &= ~found.get_reset_square();
+            find_sliders();
+            return Piece(id);
+        }
+        return Piece();
+    }
+
+ private:
+    /// What stood behind a man that has gone attacks now.
+    void find_sliders() {
+        attackers_ |= (attacks_.bishop(square_, occupied_) & diagonal_men_) |
+                      (attacks_.rook(square_, occupied_) & line_men_);
+        attackers_ &= occupied_;
+    }
+
+    ChessPosition const& position_;
+    Attacks const& attacks_;
+    Square const square_;
+    BitBoard occupied_;
+    BitBoard const diagonal_men_;
+    BitBoard const line_men_;
+    BitBoard attackers_;
+};
+
 }  // namespace
 
+// The moves that change more than two squares or a man's kind are rare: they are made on the
+// board, and the exchange is played out there. That form would serve for all.
 int Analysis::see(Move const& move) {
     int const gain = gain_of(move);
+    if (move.code() == normal_move) {
+        return gain - replies_to(move);
+    }
     position_.force_move(move);
     int const result = gain - see(move.to());
     position_.undo_forced_move(move);
+    return result;
+}
+
+int Analysis::replies_to(Move const& move) const {
+    ExchangeBoard board(position_, tables_.attacks, move);
+    // What each capture takes; each captor takes off one man, so that they cannot be more.
+    std::array<int, 64> gains;
+    std::size_t captures = 0;
+    Piece standing = move.piece();
+    bool white = position_.stm() != 1;
+    int result = 0;
+    for (Piece captor; captures < gains.size(); white = !white, standing = captor) {
+        captor = white ? board.take_weakest<1>() : board.take_weakest<0>();
+        if (captor.no_piece()) break;
+        if (standing.king()) {
+            result = king_capture_score;
+            break;
+        }
+        gains[captures++] = standing.abs_value();
+    }
+    // From the last capture back: each side may decline to go on.
+    while (captures > 0) {
+        result = std::max(gains[--captures] - result, 0);
+    }
     return result;
 }
 

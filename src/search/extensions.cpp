@@ -32,12 +32,9 @@ int Analysis::extend(MoveList const& list, Move const& move) {
     if (base == 1) {
         return 1;
     }
-    if (position_.nobelmen() > ending_material) {
-        return 0;
-    }
     bool const passed_pawn =
         move.piece().pawn() && (move.from().bitboard() & evaluation_.passed_pawns());
-    return passed_pawn ? 1 : 0;
+    return passed_pawn && position_.nobelmen() <= ending_material ? 1 : 0;
 }
 
 bool Analysis::extends_by_one(MoveList const& list, Move const& move) {

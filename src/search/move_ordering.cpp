@@ -1,20 +1,13 @@
 #include <array>
+#include <cstddef>
 #include <cstdint>
-#include <utility>
 
 #include "position/chess_position.h"
 #include "position/set_steps.h"
 #include "search/analysis.h"
+#include "search/move_sort.h"
 
 namespace orvelin {
-
-struct Analysis::QuietCandidates {
-    std::array<Move, 4> counter;
-    std::array<Move, 3> history;
-    Move killer_a;
-    Move killer_b;
-    BitBoard pawn_attacks;  ///< squares attacked by enemy pawns
-};
 
 namespace {
 
@@ -23,13 +16,16 @@ std::int32_t low_word(std::int64_t value) {
     return static_cast<std::int32_t>(static_cast<std::uint32_t>(value));
 }
 
-/// The best few moves by a value above 0; the earlier of two equal moves stays ahead.
+/// The places in the list of the best few moves by a value above 0; the earlier of two equal moves
+/// stays ahead. Places that are not taken hold -1.
 template <std::size_t Places>
 struct Ranking {
-    std::array<Move, Places> moves{};
+    std::array<int, Places> indices;
     std::array<std::int32_t, Places> values{};
 
-    void enter(Move const& move, std::int64_t value) {
+    Ranking() { indices.fill(-1); }
+
+    void enter(int index, std::int64_t value) {
         if (value <= 0) {
             return;
         }
@@ -39,10 +35,10 @@ struct Ranking {
             }
             for (std::size_t i = Places - 1; i > place; --i) {
                 values[i] = values[i - 1];
-                moves[i] = moves[i - 1];
+                indices[i] = indices[i - 1];
             }
             values[place] = low_word(value);
-            moves[place] = move;
+            indices[place] = index;
             return;
         }
     }
@@ -55,6 +51,11 @@ BitBoard enemy_pawn_attacks(ChessPosition const& position) {
 
 constexpr int pawn_value = 100;
 
+/// A move that no rule of its own has put forward, so that the rankings may.
+bool is_unclaimed(Move const& move) {
+    return move.xcode() == xnormal_move || move.xcode() == bad_move;
+}
+
 }  // namespace
 
 void Analysis::localsort(MoveList& list, int depth, bool pv, Move hash_move) {
@@ -62,38 +63,23 @@ void Analysis::localsort(MoveList& list, int depth, bool pv, Move hash_move) {
     if (size < 2) {
         return;
     }
-    QuietCandidates candidates;
-    find_counter_moves(list, candidates);
-    find_history_moves(list, candidates);
-    candidates.killer_a = killers_.get_killerA(ply_);
-    candidates.killer_b = killers_.get_killerB(ply_);
-    candidates.pawn_attacks = enemy_pawn_attacks(position_);
-    bool const threat_tests = (pv || ply_ < 3) && depth > 4;
-    for (int i = 0; i < size; ++i) {
-        Move& move = list[i];
-        if (move == hash_move) {
-            move.xcode(hashtable_move);
-            continue;
-        }
-        move.xcode(classify(move, candidates));
-        if (threat_tests) {
-            test_mate_threat(move, depth);
-        }
-    }
-    sort_by_class(list);
-}
-
-// An exchange sort that is not stable. The order that it leaves within a class decides which
-// moves are reduced and pruned by index, so the procedure is part of the search.
-void Analysis::sort_by_class(MoveList& list) {
-    int const size = static_cast<int>(list.size());
-    for (int i = 0; i < size; ++i) {
-        for (int j = i + 1; j < size; ++j) {
-            if (list[i].xcode() > list[j].xcode()) {
-                std::swap(list[i], list[j]);
+    classify(list);
+    promote_quiet_moves(list);
+    if (hash_move != Move()) {
+        for (Move& move : list) {
+            if (move == hash_move) {
+                move.xcode(hashtable_move);
             }
         }
     }
+    if ((pv || ply_ < 3) && depth > 4) {
+        for (Move& move : list) {
+            if (move != hash_move) {
+                test_mate_threat(move, depth);
+            }
+        }
+    }
+    MoveSort::sort_by_class(list);
 }
 
 Move Analysis::move_before_last() const {
@@ -101,74 +87,66 @@ Move Analysis::move_before_last() const {
     return history.size() < 2 ? Move() : history[history.size() - 2].last_move;
 }
 
-// All moves of the list take part, captures included.
-void Analysis::find_counter_moves(MoveList const& list, QuietCandidates& candidates) const {
+// Each move by what is known of it alone. The moves that counters and history put forward are
+// found behind this, as they go by the whole list.
+void Analysis::classify(MoveList& list) {
+    Move const killer_a = killers_.get_killerA(ply_);
+    Move const killer_b = killers_.get_killerB(ply_);
+    BitBoard const attacked = enemy_pawn_attacks(position_);
+    for (Move& move : list) {
+        if (move.capture_id() != 0) {
+            bool const loses =
+                move.piece().abs_value() > move.capture().abs_value() && see(move) < 0;
+            move.xcode(loses ? losing_capture : good_capture);
+        } else if (move.code() == promo_queen && see(move) >= 0) {
+            // A queen promotion that loses material goes on to the quiet classes, as do all
+            // under-promotions.
+            move.xcode(promotion);
+        } else if (move == killer_a || move == killer_b) {
+            move.xcode(killer);
+        } else if (move.piece().abs_value() > pawn_value && (move.to().bitboard() & attacked)) {
+            move.xcode(bad_move);
+        } else {
+            move.xcode(xnormal_move);
+        }
+    }
+}
+
+// All moves of the list take part in the rankings, captures included: one that has a class already
+// takes its place and keeps its class.
+void Analysis::promote_quiet_moves(MoveList& list) const {
+    int const size = static_cast<int>(list.size());
+    auto const put_forward = [&list](int index, xmove_t xcode) {
+        if (index >= 0 && is_unclaimed(list[index])) {
+            list[index].xcode(xcode);
+        }
+    };
     Move const previous = position_.last_move();
     if (previous != Move()) {
         Ranking<2> ranking;
-        for (Move const& move : list) {
+        for (int i = 0; i < size; ++i) {
             // Here the entry itself is cut to 32 bits before it is compared.
-            ranking.enter(move, low_word(counter_moves_->value(previous, move)));
+            ranking.enter(i, low_word(counter_moves_->value(previous, list[i])));
         }
-        candidates.counter[0] = ranking.moves[0];
-        candidates.counter[1] = ranking.moves[1];
+        put_forward(ranking.indices[0], counter_move);
+        put_forward(ranking.indices[1], counter_move);
     }
     Move const before_previous = move_before_last();
     if (before_previous != Move()) {
         Ranking<2> ranking;
-        for (Move const& move : list) {
-            ranking.enter(move, counter_moves_->value(before_previous, move));
+        for (int i = 0; i < size; ++i) {
+            ranking.enter(i, counter_moves_->value(before_previous, list[i]));
         }
-        candidates.counter[2] = ranking.moves[0];
-        candidates.counter[3] = ranking.moves[1];
+        put_forward(ranking.indices[0], counter_move);
+        put_forward(ranking.indices[1], counter_move);
     }
-}
-
-void Analysis::find_history_moves(MoveList const& list, QuietCandidates& candidates) const {
     Ranking<3> ranking;
-    for (Move const& move : list) {
-        ranking.enter(move, history_table_.value(move));
+    for (int i = 0; i < size; ++i) {
+        ranking.enter(i, history_table_.value(list[i]));
     }
-    candidates.history = ranking.moves;
-}
-
-xmove_t Analysis::classify(Move const& move, QuietCandidates const& candidates) {
-    if (move.capture_id() != 0) {
-        if (move.piece().abs_value() > move.capture().abs_value() && see(move) < 0) {
-            return losing_capture;
-        }
-        return good_capture;
-    }
-    // A queen promotion that loses material goes on to the quiet classes, as do all
-    // under-promotions.
-    if (move.code() == promo_queen && see(move) >= 0) {
-        return promotion;
-    }
-    return classify_quiet(move, candidates);
-}
-
-xmove_t Analysis::classify_quiet(Move const& move, QuietCandidates const& candidates) const {
-    if (move == candidates.killer_a || move == candidates.killer_b) {
-        return killer;
-    }
-    for (Move const& counter : candidates.counter) {
-        if (move == counter) {
-            return counter_move;
-        }
-    }
-    if (move == candidates.history[0]) {
-        return historical_move1;
-    }
-    if (move == candidates.history[1]) {
-        return historical_move2;
-    }
-    if (move == candidates.history[2]) {
-        return historical_move3;
-    }
-    if (move.piece().abs_value() > pawn_value && (move.to().bitboard() & candidates.pawn_attacks)) {
-        return bad_move;
-    }
-    return xnormal_move;
+    put_forward(ranking.indices[0], historical_move1);
+    put_forward(ranking.indices[1], historical_move2);
+    put_forward(ranking.indices[2], historical_move3);
 }
 
 // The opponent passes and the moving side looks for a mate. A move that gives check is not

@@ -1,7 +1,8 @@
 #include <algorithm>
-#include <array>
+#include <cstdint>
 
 #include "position/chess_position.h"
+#include "position/move_buffer.h"
 #include "search/analysis.h"
 #include "search/lmr_table.h"
 #include "search/transposition_table.h"
@@ -35,8 +36,9 @@ int Analysis::nullwindow_search(int depth, int alpha, int beta) {
     if (depth < 1 || ply_ > max_iteration) {
         return leaf_value(alpha, beta);
     }
-    movetable_t move_table;
-    move_generator_.create_movetable(position_, move_table);
+    std::uint64_t const key = position_.get_hash();
+    // The record is asked for behind the evaluation, which hides the wait for the memory.
+    transposition_table_.prefetch(key);
 
     NullWindowNode node{depth, alpha, beta, -infinite_score, position_.check(), Move()};
     if (!node.check) {
@@ -51,15 +53,18 @@ int Analysis::nullwindow_search(int depth, int alpha, int beta) {
     if (reduced_search_cut(node)) {
         return beta;
     }
-    if (table_cut(node, result)) {
+    if (table_cut(node, key, result)) {
         return result;
     }
+    // Made here and not at the start of the node: most nodes never come to it.
+    movetable_t move_table;
+    move_generator_.create_movetable(position_, move_table);
     if (node.hash_move.code() != nullmove) {
         // Searched already. For a promotion all four moves leave the list: by design.
         move_table[static_cast<std::size_t>(node.hash_move.from().id())] &=
             ~to_ull(node.hash_move.to().bitboard());
     }
-    std::array<Move, MoveList::capacity> moves;
+    MoveBuffer moves;
     MoveList list(moves.data());
     move_generator_.serialize_moves(position_, move_table, list);
     if (list.size() == 0 && node.hash_move == Move()) {
@@ -95,8 +100,8 @@ bool Analysis::reduced_search_cut(NullWindowNode const& node) {
 }
 
 // Table cut-off, then the search of the table's move before any list is made.
-bool Analysis::table_cut(NullWindowNode& node, int& result) {
-    TTrecord const* const record = transposition_table_.find(position_.get_hash());
+bool Analysis::table_cut(NullWindowNode& node, std::uint64_t key, int& result) {
+    TTrecord const* const record = transposition_table_.find(key);
     if (record == nullptr) {
         return false;
     }

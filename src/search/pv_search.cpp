@@ -1,7 +1,7 @@
 #include <algorithm>
-#include <array>
 
 #include "position/chess_position.h"
+#include "position/move_buffer.h"
 #include "search/analysis.h"
 #include "search/lmr_table.h"
 #include "search/transposition_table.h"
@@ -14,8 +14,6 @@ int Analysis::pv_search(int const& depth, int alpha, int beta, PrincipalVariatio
     if (mate_distance_cut(alpha, beta, result)) {
         return result;
     }
-    movetable_t move_table;
-    move_generator_.create_movetable(position_, move_table);
     if (ply_ > 0 && pv_early_return(result)) {
         return result;
     }
@@ -33,7 +31,9 @@ int Analysis::pv_search(int const& depth, int alpha, int beta, PrincipalVariatio
     }
 
     Move const hash_move = pv_hash_move();
-    std::array<Move, MoveList::capacity> moves;
+    movetable_t move_table;
+    move_generator_.create_movetable(position_, move_table);
+    MoveBuffer moves;
     MoveList list(moves.data());
     move_generator_.serialize_moves(position_, move_table, list);
     if (ply_ == 0) {

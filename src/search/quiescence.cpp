@@ -1,7 +1,7 @@
 #include <algorithm>
-#include <array>
 
 #include "position/chess_position.h"
+#include "position/move_buffer.h"
 #include "search/analysis.h"
 
 namespace orvelin {
@@ -23,8 +23,6 @@ int Analysis::quiescence(int alpha, int beta, int qdepth) {
     if (qdepth < 0) {
         new_node();
     }
-    movetable_t move_table;
-    move_generator_.create_movetable(position_, move_table);
     bool const check = position_.check();
     int value = ply_ - mate_score;
     if (!check) {
@@ -43,7 +41,10 @@ int Analysis::quiescence(int alpha, int beta, int qdepth) {
         return alpha;
     }
 
-    std::array<Move, MoveList::capacity> moves;
+    // Made here and not at the start: most nodes of quiescence end above.
+    movetable_t move_table;
+    move_generator_.create_movetable(position_, move_table);
+    MoveBuffer moves;
     MoveList list(moves.data());
     if (check) {
         move_generator_.serialize_moves(position_, move_table, list);

@@ -3,6 +3,7 @@
 
 #include "position/board_position.h"
 #include "support/analysis_fixture.h"
+#include "support/position_record.h"
 
 namespace orvelin::test {
 
@@ -29,7 +30,30 @@ std::string failure_of(Function function) {
     return "nothing thrown";
 }
 
+/// The exchange played out on the board itself, which see(Move) spares itself for plain moves.
+int played_out(Analysis& analysis, ChessPosition& position, Move const& move) {
+    position.force_move(move);
+    int const replies = analysis.see(move.to());
+    position.undo_forced_move(move);
+    return move.capture().abs_value() - replies;
+}
+
 }  // namespace
+
+TEST_F(Exchange, PlainMovesGiveWhatPlayingThemOutGives) {
+    int compared = 0;
+    for (PositionRecord const& record : read_position_records("positions.txt")) {
+        std::string const& fen = record.fen();
+        set(fen);
+        for (Move const& candidate : moves()) {
+            if (candidate.code() != normal_move) continue;
+            ASSERT_EQ(analysis_.see(candidate), played_out(analysis_, position_, candidate))
+                << fen << ' ' << candidate.algebraic(true);
+            ++compared;
+        }
+    }
+    EXPECT_GT(compared, 10000);
+}
 
 TEST_F(Exchange, CapturedManGivesItsValue) {
     struct row_t {

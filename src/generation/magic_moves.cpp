@@ -1,7 +1,7 @@
 #include "generation/magic_moves.h"
 
 #include <algorithm>
-#include <iterator>
+#include <array>
 #include <stdexcept>
 
 namespace orvelin {
@@ -45,10 +45,21 @@ void MagicMoves::bind_look_ups() {
 
 /// The 0 of an index that no subset reaches is one of the distinct values, by design.
 std::vector<BitBoard> MagicMoves::distinct_sets(std::vector<BitBoard> const& raw) {
-    std::vector<BitBoard> sorted = raw;
-    std::sort(sorted.begin(), sorted.end());
+    // A few dozen sets occur again and again. They are sorted out by a small hash table first, as
+    // sorting all of them would be most of the time that the engine takes to start.
+    constexpr std::size_t slots = 512;
+    std::array<BitBoard, slots> seen{};
+    std::array<bool, slots> used{};
     std::vector<BitBoard> distinct;
-    std::unique_copy(sorted.begin(), sorted.end(), std::back_inserter(distinct));
+    for (BitBoard const& set : raw) {
+        std::size_t slot = static_cast<std::size_t>((to_ull(set) * 0x9E3779B97F4A7C15ULL) >> 55);
+        while (used[slot] && seen[slot] != set) slot = (slot + 1) % slots;
+        if (used[slot]) continue;
+        used[slot] = true;
+        seen[slot] = set;
+        distinct.push_back(set);
+    }
+    std::sort(distinct.begin(), distinct.end());
     return distinct;
 }
 
@@ -75,11 +86,9 @@ std::vector<unsigned char> MagicMoves::positions(std::vector<BitBoard> const& ra
     std::vector<unsigned char> index;
     index.reserve(raw.size());
     for (BitBoard const& set : raw) {
-        for (std::size_t i = 0; i < attacks.size(); ++i) {
-            if (attacks[i] == set) {
-                index.push_back(static_cast<unsigned char>(i));
-                break;
-            }
+        auto const found = std::lower_bound(attacks.begin(), attacks.end(), set);
+        if (found != attacks.end() && *found == set) {
+            index.push_back(static_cast<unsigned char>(found - attacks.begin()));
         }
     }
     return index;

@@ -1,55 +1,54 @@
+#include <cstdint>
+
 #include "generation/magic_moves.h"
+#include "position/masks.h"
 
 namespace orvelin {
 
 namespace {
 
-struct step_t {
-    int file;
-    int rank;
-};
-
-constexpr step_t rook_steps[4] = {{1, 0}, {-1, 0}, {0, 1}, {0, -1}};
-constexpr step_t bishop_steps[4] = {{1, 1}, {-1, 1}, {1, -1}, {-1, -1}};
-
-bool on_board(int file, int rank) {
-    return file >= 0 && file < 8 && rank >= 0 && rank < 8;
+/// Walks from the square until the step leaves the board or arrives on an occupied square.
+template <typename Step>
+BitBoard ray(BitBoard square, BitBoard const& occupied, Step step) {
+    BitBoard reached;
+    do {
+        square = step(square);
+        reached |= square;
+    } while (square && !(square & occupied));
+    return reached;
 }
 
-BitBoard walk(Square const& square, BitBoard const& occupied, step_t const (&steps)[4]) {
-    BitBoard reached;
-    if (square.id() < 0 || square.id() > 63) return reached;
-    for (step_t const& step : steps) {
-        int file = square.file_number() + step.file;
-        int rank = square.rank_number() + step.rank;
-        while (on_board(file, rank)) {
-            Square const next(8 * rank + file);
-            reached.set_square(next);
-            if (occupied & next.bitboard()) break;
-            file += step.file;
-            rank += step.rank;
-        }
-    }
-    return reached;
+BitBoard start_of(Square const& square) {
+    return square.id() < 0 || square.id() > 63 ? BitBoard() : square.bitboard();
 }
 
 }  // namespace
 
 BitBoard MagicMoves::rook_moves(Square const& square, BitBoard const& occupied) {
-    return walk(square, occupied, rook_steps);
+    BitBoard const start = start_of(square);
+    return ray(start, occupied, [](BitBoard b) { return b << 8; }) |
+           ray(start, occupied, [](BitBoard b) { return b >> 8; }) |
+           ray(start, occupied, [](BitBoard b) { return (b << 1) & not_a_file; }) |
+           ray(start, occupied, [](BitBoard b) { return (b >> 1) & not_h_file; });
 }
 
 BitBoard MagicMoves::bishop_moves(Square const& square, BitBoard const& occupied) {
-    return walk(square, occupied, bishop_steps);
+    BitBoard const start = start_of(square);
+    return ray(start, occupied, [](BitBoard b) { return (b << 9) & not_a_file; }) |
+           ray(start, occupied, [](BitBoard b) { return (b << 7) & not_h_file; }) |
+           ray(start, occupied, [](BitBoard b) { return (b >> 7) & not_a_file; }) |
+           ray(start, occupied, [](BitBoard b) { return (b >> 9) & not_h_file; });
 }
 
 std::vector<BitBoard> MagicMoves::possible_occupancies(BitBoard const& mask) {
     std::vector<BitBoard> subsets(std::size_t{1} << mask.popcount());
-    std::vector<Square> const squares = mask.get_squares();
-    for (std::size_t i = 0; i < subsets.size(); ++i) {
-        for (std::size_t k = 0; k < squares.size(); ++k) {
-            if ((i >> k) & 1) subsets[i].set_square(squares[k]);
-        }
+    // Subtracting the mask carries past the squares that are not in it, which counts the subsets
+    // up in the wanted order.
+    std::uint64_t const squares = to_ull(mask);
+    std::uint64_t subset = 0;
+    for (BitBoard& next : subsets) {
+        next = BitBoard(subset);
+        subset = (subset - squares) & squares;
     }
     return subsets;
 }

@@ -79,12 +79,12 @@ class MoveGenerator {
     template <int Side>
     void promotions(ChessPosition const& position, Square from, BitBoard to_set, MoveList& list);
     /// Appends the moves of one man other than the king to squares that were found legal.
-    template <int Side>
-    void append_moves(ChessPosition const& position, Square from, Piece man, BitBoard to_set,
-                      BitBoard const& check_squares, MoveList& list);
-    template <int Side>
-    void piece_moves(ChessPosition const& position, movetable_t const& table, int piece_id,
-                     BitBoard const& to_mask, MoveList& list);
+    template <int Side, int PieceId>
+    void append_moves(ChessPosition const& position, Square from, BitBoard to_set,
+                      BitBoard check_squares, MoveList& list);
+    template <int Side, int PieceId>
+    void piece_moves(ChessPosition const& position, movetable_t const& table, BitBoard to_mask,
+                     MoveList& list);
     template <int Side>
     void king_moves(ChessPosition const& position, movetable_t const& table,
                     BitBoard const& to_mask, MoveList& list);
@@ -108,6 +108,8 @@ class MoveGenerator {
     BitBoard legal_targets(ChessPosition const& position, Square from) const;
     /// The squares from which a man of this type, in either colour, gives check directly.
     BitBoard direct_check_squares(Piece man) const;
+    template <int PieceId>
+    BitBoard direct_check_squares() const;
     bool en_passant_keeps_king_safe(Move const& move) const;
     /// Appends a move. What a list cannot hold is dropped: no game reaches 256 moves, only a
     /// position made by hand does.

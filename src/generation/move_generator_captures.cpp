@@ -2,6 +2,7 @@
 
 #include "generation/men.h"
 #include "generation/move_generator.h"
+#include "generation/move_generator_pieces.h"
 #include "position/chess_position.h"
 
 namespace orvelin {
@@ -12,9 +13,10 @@ void MoveGenerator::generate_captures(ChessPosition const& position, movetable_t
     using Own = Men<Side>;
     targets_ = enemy_pieces_ & ~enemy_king_;
     pawn_captures<Side>(position, table, list);
-    for (int const piece_id : {Own::knight, Own::bishop, Own::rook, Own::queen}) {
-        piece_moves<Side>(position, table, piece_id, targets_, list);
-    }
+    piece_moves<Side, Own::knight>(position, table, targets_, list);
+    piece_moves<Side, Own::bishop>(position, table, targets_, list);
+    piece_moves<Side, Own::rook>(position, table, targets_, list);
+    piece_moves<Side, Own::queen>(position, table, targets_, list);
     king_moves<Side>(position, table, targets_, list);
     sort_by_captured_man(list);
 }
@@ -24,16 +26,15 @@ void MoveGenerator::pawn_captures(ChessPosition const& position, movetable_t con
                                   MoveList& list) {
     using Own = Men<Side>;
     BitBoard const& last_rank = Own::last_rank;
-    Piece const pawn(Own::pawn);
-    BitBoard const check_squares = direct_check_squares(pawn);
+    BitBoard const check_squares = direct_check_squares<Own::pawn>();
     BitBoard pawns = position.piece(Own::pawn);
     while (pawns) {
         Square const from = pawns.get_reset_square().get_unique_square();
         BitBoard const reached(table[index(from)]);
         BitBoard const to_set = reached & targets_ & ~last_rank;
         if (to_set) {
-            append_moves<Side>(position, from, pawn, to_set & legal_targets(position, from),
-                               check_squares, list);
+            append_moves<Side, Own::pawn>(position, from, to_set & legal_targets(position, from),
+                                          check_squares, list);
         }
         en_passant_capture<Side>(position, from, list);
         promotions<Side>(position, from, reached & last_rank & ~enemy_king_, list);

@@ -1,6 +1,7 @@
 #include "generation/attacks.h"
 #include "generation/men.h"
 #include "generation/move_generator.h"
+#include "generation/move_generator_pieces.h"
 #include "position/castling_targets.h"
 #include "position/chess_position.h"
 #include "position/set_steps.h"
@@ -56,11 +57,11 @@ bool MoveGenerator::slider_reaches_king(ChessPosition const& position,
 }
 
 BitBoard MoveGenerator::direct_check_squares(Piece man) const {
-    if (man.queen()) return rook_check_squares_ | bishop_check_squares_;
-    if (man.rook()) return rook_check_squares_;
-    if (man.bishop()) return bishop_check_squares_;
-    if (man.knight()) return knight_check_squares_;
-    if (man.pawn()) return pawn_check_squares_;
+    if (man.queen()) return direct_check_squares<white_queen>();
+    if (man.rook()) return direct_check_squares<white_rook>();
+    if (man.bishop()) return direct_check_squares<white_bishop>();
+    if (man.knight()) return direct_check_squares<white_knight>();
+    if (man.pawn()) return direct_check_squares<white_pawn>();
     return BitBoard();
 }
 
@@ -113,7 +114,7 @@ bool MoveGenerator::checks_by_castling(Move const& move) const {
 template <int Side>
 bool MoveGenerator::checks_by_en_passant(ChessPosition const& position, Move const& move) const {
     BitBoard const to = move.to().bitboard();
-    BitBoard const victim = (move.to() - Men<Side>::forward).bitboard();
+    BitBoard const victim = ahead<1 - Side>(to, 1);
     BitBoard const occupied = (occupied_ & ~(move.from().bitboard() | victim)) | to;
     return slider_reaches_king<Side>(position, occupied) || meets(pawn_check_squares_, to);
 }

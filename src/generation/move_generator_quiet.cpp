@@ -2,6 +2,7 @@
 #include "generation/connections.h"
 #include "generation/men.h"
 #include "generation/move_generator.h"
+#include "generation/move_generator_pieces.h"
 #include "position/castling_targets.h"
 #include "position/chess_position.h"
 
@@ -12,51 +13,13 @@ void MoveGenerator::generate_quiet_moves(ChessPosition const& position, movetabl
                                          MoveList& list) {
     using Own = Men<Side>;
     BitBoard const free = ~occupied_;
-    for (int const piece_id : {Own::queen, Own::rook, Own::knight, Own::bishop}) {
-        piece_moves<Side>(position, table, piece_id, free, list);
-    }
-    piece_moves<Side>(position, table, Own::pawn, free & ~Own::last_rank, list);
+    piece_moves<Side, Own::queen>(position, table, free, list);
+    piece_moves<Side, Own::rook>(position, table, free, list);
+    piece_moves<Side, Own::knight>(position, table, free, list);
+    piece_moves<Side, Own::bishop>(position, table, free, list);
+    piece_moves<Side, Own::pawn>(position, table, free & ~Own::last_rank, list);
     king_moves<Side>(position, table, free, list);
     castlings<Side>(position, list);
-}
-
-template <int Side>
-void MoveGenerator::append_moves(ChessPosition const& position, Square from, Piece man,
-                                 BitBoard to_set, BitBoard const& check_squares, MoveList& list) {
-    int count = move_count_;
-    Move move(from, Square(0), normal_move, man, Piece());
-    // A man that leaves the line of a slider behind it gives check wherever it goes, but a pawn
-    // may stay on the line.
-    bool const discovers = static_cast<bool>(discovering_ & from.bitboard());
-    bool const stays = discovers && man.pawn();
-    while (to_set && count < MoveList::capacity) {
-        BitBoard const to_bit = to_set.get_reset_square();
-        Square const to = to_bit.get_unique_square();
-        move.to(to);
-        move.capture_id(position[to.id()].id());
-        if (stays) {
-            set_checkstatus<Side>(position, move);
-        } else {
-            move.check(discovers || (to_bit & check_squares));
-        }
-        list[count++] = move;
-    }
-    move_count_ = count;
-}
-
-template <int Side>
-void MoveGenerator::piece_moves(ChessPosition const& position, movetable_t const& table,
-                                int piece_id, BitBoard const& to_mask, MoveList& list) {
-    Piece const man(piece_id);
-    BitBoard const check_squares = direct_check_squares(man);
-    BitBoard men = position.piece(piece_id);
-    while (men) {
-        Square const from = men.get_reset_square().get_unique_square();
-        BitBoard const to_set = to_mask & BitBoard(table[index(from)]);
-        if (!to_set) continue;
-        append_moves<Side>(position, from, man, to_set & legal_targets(position, from),
-                           check_squares, list);
-    }
 }
 
 template <int Side>
@@ -112,14 +75,6 @@ bool MoveGenerator::castling_allowed(ChessPosition const& position, Square king,
     return !(attacks_->rook(targets.king, others) & Enemy::rooks_and_queens(position));
 }
 
-template void MoveGenerator::append_moves<0>(ChessPosition const&, Square, Piece, BitBoard,
-                                             BitBoard const&, MoveList&);
-template void MoveGenerator::append_moves<1>(ChessPosition const&, Square, Piece, BitBoard,
-                                             BitBoard const&, MoveList&);
-template void MoveGenerator::piece_moves<0>(ChessPosition const&, movetable_t const&, int,
-                                            BitBoard const&, MoveList&);
-template void MoveGenerator::piece_moves<1>(ChessPosition const&, movetable_t const&, int,
-                                            BitBoard const&, MoveList&);
 template void MoveGenerator::king_moves<0>(ChessPosition const&, movetable_t const&,
                                            BitBoard const&, MoveList&);
 template void MoveGenerator::king_moves<1>(ChessPosition const&, movetable_t const&,

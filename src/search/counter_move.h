@@ -1,20 +1,25 @@
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
+#include <memory>
 
 #include "position/move.h"
+#include "search/history_table.h"
 
 namespace orvelin {
 
 /// How often a quiet move gave a cut-off as the answer to an earlier move, by piece and
 /// destination of both. One table serves the opponent's last move and the own move before it.
 ///
-/// The object holds its 8 MiB in place and therefore lives on the heap, owned by the search
+/// Owns 8 MiB, which the system gives zeroed when they are first touched. Owned by the search
 /// object and touched by the analysis thread only. Values wrap around rather than overflow.
 class CounterMove {
  public:
+    /// All values 0. Throws std::bad_alloc when there is no memory.
+    CounterMove();
+
     /// Sets all values to 0.
     void clear();
 
@@ -36,7 +41,11 @@ class CounterMove {
     /// The earlier move as piece id, 0 to 15, and destination, 0 to 63, or 64 with piece 0, which
     /// is the empty move.
     std::int64_t value(int const& piece, int const& destination, Move const& answer) const {
-        return values_[index(piece, destination, answer)];
+        return values_[row(piece, destination) + HistoryTable::index(answer)];
+    }
+    /// The values of all answers to a move that is not empty, by HistoryTable::index().
+    std::int64_t const* answers(Move const& earlier) const {
+        return values_.get() + row(earlier.piece_id(), earlier.to().id());
     }
 
  private:
@@ -48,19 +57,24 @@ class CounterMove {
     }
 
     /// The array is flat so that the empty move, whose destination is 64, stays inside.
-    static std::size_t index(int piece, int destination, Move const& answer) {
-        std::size_t const earlier =
-            static_cast<std::size_t>(piece) * squares + static_cast<std::size_t>(destination);
-        return (earlier * pieces + static_cast<std::size_t>(answer.piece_id())) * squares +
-               static_cast<std::size_t>(answer.to().id());
+    static std::size_t row(int piece, int destination) {
+        return (static_cast<std::size_t>(piece) * squares + static_cast<std::size_t>(destination)) *
+               pieces * squares;
     }
 
     void add(Move const& earlier, Move const& answer, std::uint64_t amount) {
-        std::int64_t& value = values_[index(earlier.piece_id(), earlier.to().id(), answer)];
+        std::int64_t& value =
+            values_[row(earlier.piece_id(), earlier.to().id()) + HistoryTable::index(answer)];
         value = static_cast<std::int64_t>(static_cast<std::uint64_t>(value) + amount);
     }
 
-    std::array<std::int64_t, pieces * squares * pieces * squares> values_{};
+    static constexpr std::size_t count = pieces * squares * pieces * squares;
+
+    struct Release {
+        void operator()(std::int64_t* values) const { std::free(values); }
+    };
+
+    std::unique_ptr<std::int64_t[], Release> values_;
 };
 
 }  // namespace orvelin

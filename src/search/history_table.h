@@ -25,19 +25,21 @@ class HistoryTable {
     /// Subtracts 2^(depth mod 64) from the move's value.
     void decrement(Move const& move, unsigned int const& depth) { add(move, 0 - weight(depth)); }
 
-    std::int64_t value(Move const& move) const { return values_[index(move)]; }
+    std::int64_t value(Move const& move) const { return value(index(move)); }
+    std::int64_t value(std::size_t index) const { return values_[index]; }
+
+    /// Piece and destination of a move as one number. The empty move, whose destination is 64,
+    /// shares a number of no man, so that it stays inside the array.
+    static std::size_t index(Move const& move) {
+        return static_cast<std::size_t>(move.piece_id()) * squares +
+               static_cast<std::size_t>(move.to().id());
+    }
 
  private:
     static constexpr std::size_t pieces = 16;
     static constexpr std::size_t squares = 64;
 
     static std::uint64_t weight(unsigned int depth) { return std::uint64_t{1} << (depth & 63U); }
-
-    /// The array is flat so that the empty move, whose destination is 64, stays inside.
-    static std::size_t index(Move const& move) {
-        return static_cast<std::size_t>(move.piece_id()) * squares +
-               static_cast<std::size_t>(move.to().id());
-    }
 
     void add(Move const& move, std::uint64_t amount) {
         std::int64_t& value = values_[index(move)];

@@ -122,31 +122,26 @@ void Analysis::promote_quiet_moves(MoveList& list) const {
         }
     };
     Move const previous = position_.last_move();
-    if (previous != Move()) {
-        Ranking<2> ranking;
-        for (int i = 0; i < size; ++i) {
-            // Here the entry itself is cut to 32 bits before it is compared.
-            ranking.enter(i, low_word(counter_moves_->value(previous, list[i])));
-        }
-        put_forward(ranking.indices[0], counter_move);
-        put_forward(ranking.indices[1], counter_move);
-    }
     Move const before_previous = move_before_last();
-    if (before_previous != Move()) {
-        Ranking<2> ranking;
-        for (int i = 0; i < size; ++i) {
-            ranking.enter(i, counter_moves_->value(before_previous, list[i]));
-        }
-        put_forward(ranking.indices[0], counter_move);
-        put_forward(ranking.indices[1], counter_move);
-    }
-    Ranking<3> ranking;
+    std::int64_t const* const answers =
+        previous != Move() ? counter_moves_->answers(previous) : nullptr;
+    std::int64_t const* const own_answers =
+        before_previous != Move() ? counter_moves_->answers(before_previous) : nullptr;
+    Ranking<2> counters;
+    Ranking<2> own_counters;
+    Ranking<3> history;
     for (int i = 0; i < size; ++i) {
-        ranking.enter(i, history_table_.value(list[i]));
+        std::size_t const index = HistoryTable::index(list[i]);
+        // Here the entry itself is cut to 32 bits before it is compared.
+        if (answers != nullptr) counters.enter(i, low_word(answers[index]));
+        if (own_answers != nullptr) own_counters.enter(i, own_answers[index]);
+        history.enter(i, history_table_.value(index));
     }
-    put_forward(ranking.indices[0], historical_move1);
-    put_forward(ranking.indices[1], historical_move2);
-    put_forward(ranking.indices[2], historical_move3);
+    for (int const index : counters.indices) put_forward(index, counter_move);
+    for (int const index : own_counters.indices) put_forward(index, counter_move);
+    put_forward(history.indices[0], historical_move1);
+    put_forward(history.indices[1], historical_move2);
+    put_forward(history.indices[2], historical_move3);
 }
 
 // The opponent passes and the moving side looks for a mate. A move that gives check is not

@@ -1,15 +1,14 @@
 #include "perft/leaf_counter.h"
 
-#include <array>
-
 #include "position/chess_position.h"
+#include "position/move_buffer.h"
 #include "position/move_list.h"
 
 namespace orvelin::tools {
 
 std::uint64_t LeafCounter::count(ChessPosition& position, int depth) {
     if (depth == 0) return 1;
-    std::array<Move, MoveList::capacity> storage;
+    MoveBuffer storage;
     MoveList list(storage.data());
     generator_.generate_moves(position, list);
     if (depth == 1 && !makes_last_moves()) return list.size();

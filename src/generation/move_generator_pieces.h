@@ -1,0 +1,60 @@
+#pragma once
+
+// The innermost loops of the generator, for the files that hold its stages.
+
+#include "generation/move_generator.h"
+#include "position/chess_position.h"
+
+namespace orvelin {
+
+template <int PieceId>
+BitBoard MoveGenerator::direct_check_squares() const {
+    constexpr Piece man(PieceId);
+    if constexpr (man.queen()) return rook_check_squares_ | bishop_check_squares_;
+    if constexpr (man.rook()) return rook_check_squares_;
+    if constexpr (man.bishop()) return bishop_check_squares_;
+    if constexpr (man.knight()) return knight_check_squares_;
+    if constexpr (man.pawn()) return pawn_check_squares_;
+    return BitBoard();
+}
+
+template <int Side, int PieceId>
+void MoveGenerator::append_moves(ChessPosition const& position, Square from, BitBoard to_set,
+                                 BitBoard check_squares, MoveList& list) {
+    constexpr Piece man(PieceId);
+    int count = move_count_;
+    Move move(from, Square(0), normal_move, man, Piece());
+    // A man that leaves the line of a slider behind it gives check wherever it goes, but a pawn
+    // may stay on the line.
+    bool const discovers = static_cast<bool>(discovering_ & from.bitboard());
+    if (discovers && !man.pawn()) check_squares = ~BitBoard();
+    while (to_set && count < MoveList::capacity) {
+        BitBoard const to_bit = to_set.get_reset_square();
+        Square const to = to_bit.get_unique_square();
+        move.to(to);
+        // Asked on free squares too: an illegal promotion can leave a man there who is in no set.
+        move.capture_id(position[to.id()].id());
+        move.check(static_cast<bool>(to_bit & check_squares));
+        if (discovers && man.pawn()) set_checkstatus<Side>(position, move);
+        list[count++] = move;
+    }
+    move_count_ = count;
+}
+
+template <int Side, int PieceId>
+void MoveGenerator::piece_moves(ChessPosition const& position, movetable_t const& table,
+                                BitBoard to_mask, MoveList& list) {
+    BitBoard const check_squares = direct_check_squares<PieceId>();
+    BitBoard const held = position.check() ? ~BitBoard() : pinned_;
+    BitBoard men = position.piece(PieceId);
+    while (men) {
+        BitBoard const from_bit = men.get_reset_square();
+        Square const from = from_bit.get_unique_square();
+        BitBoard to_set = to_mask & BitBoard(table[index(from)]);
+        if (!to_set) continue;
+        if (held & from_bit) to_set &= legal_targets(position, from);
+        append_moves<Side, PieceId>(position, from, to_set, check_squares, list);
+    }
+}
+
+}  // namespace orvelin

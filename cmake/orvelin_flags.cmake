@@ -15,6 +15,20 @@ if(ORVELIN_SANITIZE)
   target_link_options(orvelin_flags INTERFACE -fsanitize=${ORVELIN_SANITIZE})
 endif()
 
+if(ORVELIN_PROFILE)
+  if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    message(STATUS "Profile guidance is for g++ only: a plain build is made")
+  elseif(ORVELIN_PROFILE STREQUAL "generate")
+    target_compile_options(orvelin_flags INTERFACE -fprofile-generate)
+    target_link_options(orvelin_flags INTERFACE -fprofile-generate)
+  else()
+    # What the training did not reach is compiled as without a profile, not for size.
+    target_compile_options(orvelin_flags INTERFACE
+      -fprofile-use -fprofile-partial-training -Wno-missing-profile)
+    target_link_options(orvelin_flags INTERFACE -fprofile-use -fprofile-partial-training)
+  endif()
+endif()
+
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
@@ -23,7 +37,8 @@ set(CMAKE_CXX_FLAGS_RELEASE "-O3 -DNDEBUG")
 set(THREADS_PREFER_PTHREAD_FLAG ON)
 find_package(Threads REQUIRED)
 
-if(CMAKE_BUILD_TYPE STREQUAL "Release" AND NOT ORVELIN_SANITIZE)
+if(CMAKE_BUILD_TYPE STREQUAL "Release" AND NOT ORVELIN_SANITIZE
+   AND NOT ORVELIN_PROFILE STREQUAL "generate")
   include(CheckIPOSupported)
   check_ipo_supported(RESULT orvelin_lto OUTPUT orvelin_lto_output LANGUAGES CXX)
   if(orvelin_lto)
@@ -36,3 +51,10 @@ if(CMAKE_BUILD_TYPE STREQUAL "Release" AND NOT ORVELIN_SANITIZE)
     message(STATUS "Link-time optimisation is not available: ${orvelin_lto_output}")
   endif()
 endif()
+
+# For a program some of whose own files are not optimised: of an inline function that stands in
+# several files the first copy that is linked stays, and everything then calls that one.
+function(orvelin_link_core_first target)
+  target_link_options(${target} PRIVATE
+    "LINKER:--whole-archive,$<TARGET_FILE:orvelin_core>,--no-whole-archive")
+endfunction()

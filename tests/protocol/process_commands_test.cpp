@@ -211,6 +211,9 @@ TEST(ProcessSearchTest, PonderhitDuringTheSearchLetsTheClockEndIt) {
 
 TEST(ProcessSearchTest, AnInfiniteSearchThatEndsByItselfIsHeldBackUntilStop) {
     EngineProcess engine;
+    // A start under a sanitizer may take longer than the search.
+    engine.send("isready");
+    engine.read_until("readyok");
     engine.send_all({"position fen 6k1/5ppp/8/8/8/8/8/R5K1 w - - 0 1", "go infinite"});
     for (auto const& line : engine.read_for(400ms)) {
         EXPECT_TRUE(line.text.starts_with("info depth")) << line.text;

@@ -1,5 +1,6 @@
 #include "support/tool_main.h"
 
+#include <CLI/CLI.hpp>
 #include <exception>
 #include <iostream>
 #include <string>

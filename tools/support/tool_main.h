@@ -1,8 +1,12 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <functional>
 #include <stdexcept>
+
+// Its header takes long to compile, and few files need it.
+namespace CLI {
+class App;
+}
 
 namespace orvelin::tools {
 

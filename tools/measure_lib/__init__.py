@@ -1,0 +1,1 @@
+"""Speed, start, latency and growth of UCI engines, measured from outside."""

@@ -29,9 +29,15 @@ class Distance {
 
     /// The least number of king steps from `from` to a member of `set`; 8 for an empty set.
     int operator()(Square const& from, BitBoard const& set) const {
-        int meeting = 0;
-        for (BitBoard const& ring : rings_[index(from)]) meeting += (ring & set) ? 1 : 0;
-        return unreachable - meeting;
+        // Each ring holds the smaller ones, so the rings that miss the set are the first ones:
+        // three probes find how many of the first seven do. The last ring is the whole board, and
+        // empty for no square.
+        auto const& rings = rings_[index(from)];
+        std::size_t missing = (rings[3] & set) ? 0 : 4;
+        missing += (rings[missing + 1] & set) ? 0 : 2;
+        missing += (rings[missing] & set) ? 0 : 1;
+        missing += (rings[7] & set) ? 0 : 1;
+        return static_cast<int>(missing);
     }
 
  private:

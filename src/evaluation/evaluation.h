@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "evaluation/distance.h"
+#include "evaluation/linear_model.h"
 #include "evaluation/material.h"
 #include "evaluation/mobility.h"
 #include "evaluation/pawn_hash_table.h"
@@ -114,14 +115,41 @@ class Evaluation {
     std::uint64_t missed_pht_reads() const { return missed_pht_reads_; }
 
  private:
-    void compute_stm();
-    void blend();
+    // The steps of static_eval() fill `int_terms_` and the members for terms that are not integers;
+    // the variable vector follows at the end, or after each of the separate steps.
+    void find_phase();
+    void find_mobility_terms();
+    void find_pst_terms();
+    /// Makes the record of the position's pawn key the current one, from the table or anew.
+    void find_pawn_record();
+    void find_pawn_terms();
+    /// From the open files as they stand on the board.
+    void find_development(BitBoard white_open_files, BitBoard black_open_files);
+    template <bool OneKing>
+    void find_king_terms();
+    void find_king_activity();
+    void find_pinned_pieces();
+    void find_opposite_colored_bishops();
+    void find_stm();
+    /// Writes terms `first` to `last` to the variable vector.
+    void publish(std::size_t first, std::size_t last);
+    void publish(std::size_t index) { publish(index, index); }
+
+    // The sum of the blended terms in four parts, in the order of the vector. Each adds to `score`
+    // and writes its terms to the variable vector.
+    float blend_material_to_space(float score);
+    float blend_pst_to_king_attack(float score);
+    float blend_castling_to_battlefield(float score);
+    float blend_king_activity_to_stm(float score);
     void scale_opposite_bishops();
+    /// False for nearly all material that has no endgame function.
+    static bool may_have_endgame(MaterialIndex material) {
+        return (material.index() & ~endgame_material_bits) == 0;
+    }
     void dispatch_endgame();
-    /// Makes the record of pawn key `key` the current one, from the table or anew.
-    void fetch_pawn_record(std::uint64_t key);
-    /// Copies sets, scores and pawn terms out of the current record.
-    void use_pawn_record();
+
+    /// All bits of the material words that have an endgame function.
+    static constexpr std::uint64_t endgame_material_bits = 0x0001133100011331;
 
     ChessPosition const& position_;
     PawnHashTable pawn_hash_table_;
@@ -129,7 +157,11 @@ class Evaluation {
     PieceSquareTables piece_square_tables_;
     Mobility mobility_;
     Distance distance_;
-    PHTrecord pht_record_;
+    /// The empty record that is the current one at first. A board without pawns has key 0 and finds
+    /// it as its own then, by design.
+    PHTrecord first_record_;
+    /// The record of the last pawn structure seen: the first one or a slot of the table.
+    PHTrecord const* pawn_record_ = &first_record_;
     Weight weight_;
     std::vector<float> variable_vector_;
     bool log_ = false;
@@ -137,24 +169,18 @@ class Evaluation {
     std::uint64_t total_evals_ = 0;
     std::uint64_t pawn_evals_ = 0;
     std::uint64_t missed_pht_reads_ = 0;
-    BitBoard white_passed_;
-    BitBoard black_passed_;
-    BitBoard white_stop_;
-    BitBoard black_stop_;
-    BitBoard white_ahead_;
-    BitBoard black_ahead_;
-    BitBoard white_behind_;
-    BitBoard black_behind_;
-    BitBoard white_weak_;
-    BitBoard black_weak_;
-    BitBoard white_open_files_;
-    BitBoard black_open_files_;
+    /// The terms that are integers, and king safety, which is one in 1/256. The others stay 0.
+    alignas(16) int_terms_t int_terms_{};
+    /// King activity as the bits of a float, which are put over those of the integer 0 in its
+    /// place; the other three stay 0.
+    alignas(16) std::array<std::uint32_t, 4> activity_bits_{};
+    /// Terms of the piece-square sums, pawns first; the two places after the kings stay 0.
+    alignas(16) std::array<float, 8> pst_terms_{};
+    /// Material word of the phase below; no board has all men.
+    static constexpr std::uint64_t no_material = ~std::uint64_t{0};
+    std::uint64_t phase_material_ = no_material;
     float mg_phase_ = 1.0F;
     float eg_phase_ = 0.0F;
-    int white_passer_score_ = 0;
-    int black_passer_score_ = 0;
-    unsigned int white_pawn_shield_ = 0;
-    unsigned int black_pawn_shield_ = 0;
     float score_ = 0.0F;
 };
 

@@ -1,8 +1,6 @@
 #include "evaluation/mobility.h"
 
-#include "evaluation/side_men.h"
 #include "generation/attacks.h"
-#include "position/chess_position.h"
 #include "position/set_steps.h"
 
 namespace orvelin {
@@ -22,163 +20,233 @@ static_assert(Mobility::mobility_table[rook_row] == -40);
 static_assert(Mobility::mobility_table[queen_row] == -22);
 static_assert(Mobility::mobility_table[queen_row + 27] == 30);
 
-/// What the pieces of one type of a side add up to.
-struct piece_sum_t {
-    std::int32_t mobility = 0;
-    BitBoard attacks;
-    BitBoard safe_squares;
-};
-
-/// Sums the pieces of one type up; `attacks_from` gives the attack set of a square.
+/// Sums up the mobility of the pieces of one type; `attacks_from` gives the
+/// attack set of a square. The sets come back by reference, which keeps them in
+/// registers where a struct would not.
 template <typename LookUp>
-piece_sum_t sum_over(BitBoard pieces, std::size_t row, BitBoard const& unsafe,
-                     LookUp attacks_from) {
-    piece_sum_t sum;
+[[gnu::always_inline]] inline std::int32_t sum_over(BitBoard pieces, std::size_t row,
+                                                    BitBoard allowed, BitBoard& attacks,
+                                                    BitBoard& safe_squares, LookUp attacks_from) {
+    std::int32_t mobility = 0;
+    std::uint64_t attacked = 0;
+    std::uint64_t all_safe = 0;
     while (pieces) {
         BitBoard const targets = attacks_from(pieces.get_reset_square().get_unique_square());
-        BitBoard const safe = targets & ~unsafe;
-        sum.attacks |= targets;
-        sum.safe_squares |= safe;
-        sum.mobility += Mobility::mobility_table[row + static_cast<std::size_t>(safe.popcount())];
+        BitBoard const safe = targets & allowed;
+        attacked |= to_ull(targets);
+        all_safe |= to_ull(safe);
+        mobility += Mobility::mobility_table[row + static_cast<std::size_t>(count(safe))];
     }
-    return sum;
+    attacks = BitBoard(attacked);
+    safe_squares = BitBoard(all_safe);
+    return mobility;
 }
 
 }  // namespace
 
 Mobility::Mobility(Attacks const& attacks) : attacks_(attacks) {}
 
+// All steps are inlined here: what one step finds the next ones still have in
+// registers. The maps of the king's own attacks stay empty, all others are
+// overwritten.
 void Mobility::compute(ChessPosition const& position) {
-    safe_mobility_ = 0;
-    safe_knight_mobility_ = 0;
-    safe_bishop_mobility_ = 0;
-    safe_rook_mobility_ = 0;
-    safe_queen_mobility_ = 0;
-    battlefield_attack_ = {};
-    compute_white_king_neighbourhood(position);
-    compute_black_king_neighbourhood(position);
-    compute_white_pawn_attacks(position);
-    compute_black_pawn_attacks(position);
-    compute_white_knight_attacks(position);
-    compute_black_knight_attacks(position);
-    compute_white_bishop_attacks(position);
-    compute_black_bishop_attacks(position);
-    compute_white_rook_attacks(position);
-    compute_black_rook_attacks(position);
-    compute_white_queen_attacks(position);
-    compute_black_queen_attacks(position);
-    compute_white_safe_queen_checks(position);
-    compute_black_safe_queen_checks(position);
-    compute_white_king_attacks(position);
-    compute_black_king_attacks(position);
+    mobility_t mobility;
+    find_king_maps<white>(position);
+    find_king_maps<black>(position);
+    find_pawn_attacks<white>(position);
+    find_pawn_attacks<black>(position);
+    mobility.knight += find_knight_attacks<white>(position);
+    mobility.knight -= find_knight_attacks<black>(position);
+    mobility.bishop += find_bishop_attacks<white>(position);
+    mobility.bishop -= find_bishop_attacks<black>(position);
+    mobility.rook += find_rook_attacks<white>(position);
+    mobility.rook -= find_rook_attacks<black>(position);
+    mobility.queen += find_queen_attacks<white>(position);
+    mobility.queen -= find_queen_attacks<black>(position);
+    mobility.all = mobility.knight + mobility.bishop + mobility.rook + mobility.queen;
+    mobility_ = mobility;
+    find_safe_queen_checks<white>(position);
+    find_safe_queen_checks<black>(position);
+    add_king_attacks<white>(position);
+    add_king_attacks<black>(position);
 }
 
 template <int Side>
-void Mobility::compute_pawn_attacks(ChessPosition const& position) {
+[[gnu::always_inline]] inline void Mobility::find_king_maps(ChessPosition const& position) {
+    BitBoard const block = king_block(SideMen<Side>::kings(position));
+    maps_[Side].neighbourhood = block;
+    maps_[Side].battlefield = block | ahead<Side>(block, 2) | ahead<Side>(block, 3);
+}
+
+template <int Side>
+[[gnu::always_inline]] inline void Mobility::find_pawn_attacks(ChessPosition const& position) {
     BitBoard const attacks = pawn_attacks<Side>(SideMen<Side>::pawns(position));
     maps_[Side].pawn_attacks = attacks;
-    attacked_[Side] = attacks;
+    maps_[Side].attacked = attacks;
 }
 
 template <int Side>
-void Mobility::join(std::size_t type, BitBoard const& attacks, std::int32_t mobility,
-                    std::int32_t& share) {
-    attacked_[Side] |= attacks;
-    battlefield_attack_[Side][type] = attacks & battlefield_[SideMen<Side>::enemy];
-    std::int32_t const signed_mobility = Side == 1 ? mobility : -mobility;
-    share += signed_mobility;
-    safe_mobility_ += signed_mobility;
+[[gnu::always_inline]] inline void Mobility::join(std::size_t type, BitBoard attacks) {
+    maps_[Side].attacked |= attacks;
+    maps_[Side].battlefield_attack[type] = attacks & maps_[SideMen<Side>::enemy].battlefield;
 }
 
 template <int Side>
-void Mobility::compute_knight_attacks(ChessPosition const& position) {
+[[gnu::always_inline]] inline std::int32_t Mobility::find_knight_attacks(
+    ChessPosition const& position) {
     using men = SideMen<Side>;
+    Attacks const& attacks = attacks_;
     BitBoard const unsafe = men::pawns(position) | maps_[men::enemy].pawn_attacks;
-    piece_sum_t const sum = sum_over(men::knights(position), knight_row, unsafe,
-                                     [&](Square const& square) { return attacks_.knight(square); });
-    maps_[Side].knight_attacks = sum.attacks;
-    join<Side>(knight, sum.attacks, sum.mobility, safe_knight_mobility_);
+    BitBoard attacked;
+    BitBoard safe;
+    std::int32_t const mobility =
+        sum_over(men::knights(position), knight_row, ~unsafe, attacked, safe,
+                 [&](Square square) { return attacks.knight(square); });
+    maps_[Side].knight_attacks = attacked;
+    join<Side>(knight, attacked);
+    return mobility;
 }
 
 template <int Side>
-void Mobility::compute_bishop_attacks(ChessPosition const& position) {
+[[gnu::always_inline]] inline std::int32_t Mobility::find_bishop_attacks(
+    ChessPosition const& position) {
     using men = SideMen<Side>;
+    Attacks const& attacks = attacks_;
     BitBoard const occupied = position.pieces() & ~men::queens(position);
     BitBoard const unsafe = men::pawns(position) | maps_[men::enemy].pawn_attacks;
-    piece_sum_t const sum =
-        sum_over(men::bishops(position), bishop_row, unsafe,
-                 [&](Square const& square) { return attacks_.bishop(square, occupied); });
-    maps_[Side].bishop_attacks = sum.attacks;
-    join<Side>(bishop, sum.attacks, sum.mobility, safe_bishop_mobility_);
+    BitBoard attacked;
+    BitBoard safe;
+    std::int32_t const mobility =
+        sum_over(men::bishops(position), bishop_row, ~unsafe, attacked, safe,
+                 [&](Square square) { return attacks.bishop(square, occupied); });
+    maps_[Side].bishop_attacks = attacked;
+    join<Side>(bishop, attacked);
+    return mobility;
 }
 
 template <int Side>
-void Mobility::compute_rook_attacks(ChessPosition const& position) {
+[[gnu::always_inline]] inline std::int32_t Mobility::find_rook_attacks(
+    ChessPosition const& position) {
     using men = SideMen<Side>;
+    Attacks const& attacks = attacks_;
     BitBoard const occupied = position.pieces() & ~(men::rooks(position) | men::queens(position));
     side_maps_t const& other = maps_[men::enemy];
     BitBoard const unsafe =
         men::pawns(position) | other.pawn_attacks | other.knight_attacks | other.bishop_attacks;
-    piece_sum_t const sum =
-        sum_over(men::rooks(position), rook_row, unsafe,
-                 [&](Square const& square) { return attacks_.rook(square, occupied); });
-    maps_[Side].rook_attacks = sum.attacks;
-    join<Side>(rook, sum.attacks, sum.mobility, safe_rook_mobility_);
+    BitBoard attacked;
+    BitBoard safe;
+    std::int32_t const mobility =
+        sum_over(men::rooks(position), rook_row, ~unsafe, attacked, safe,
+                 [&](Square square) { return attacks.rook(square, occupied); });
+    maps_[Side].rook_attacks = attacked;
+    join<Side>(rook, attacked);
+    return mobility;
 }
 
 template <int Side>
-void Mobility::compute_queen_attacks(ChessPosition const& position) {
+[[gnu::always_inline]] inline std::int32_t Mobility::find_queen_attacks(
+    ChessPosition const& position) {
     using men = SideMen<Side>;
+    Attacks const& attacks = attacks_;
     BitBoard const occupied = position.pieces();
     side_maps_t const& other = maps_[men::enemy];
     BitBoard const unsafe = men::pawns(position) | other.pawn_attacks | other.knight_attacks |
                             other.bishop_attacks | other.rook_attacks;
-    piece_sum_t const sum =
-        sum_over(men::queens(position), queen_row, unsafe,
-                 [&](Square const& square) { return attacks_.queen(square, occupied); });
-    maps_[Side].queen_attacks = sum.attacks;
-    maps_[Side].queen_safe_squares = sum.safe_squares;
-    join<Side>(queen, sum.attacks, sum.mobility, safe_queen_mobility_);
+    BitBoard attacked;
+    BitBoard safe;
+    std::int32_t const mobility =
+        sum_over(men::queens(position), queen_row, ~unsafe, attacked, safe,
+                 [&](Square square) { return attacks.queen(square, occupied); });
+    maps_[Side].queen_attacks = attacked;
+    maps_[Side].queen_safe_squares = safe;
+    join<Side>(queen, attacked);
+    return mobility;
+}
+
+template <int Side>
+[[gnu::always_inline]] inline void Mobility::find_safe_queen_checks(ChessPosition const& position) {
+    // Without a safe square, as without a queen, the two look-ups are saved.
+    BitBoard checks = maps_[Side].queen_safe_squares;
+    if (checks) {
+        checks &= to_ull(attacks_.queen(SideMen<1 - Side>::king(position), position.pieces()));
+    }
+    maps_[Side].safe_queen_checks = checks;
+}
+
+template <int Side>
+[[gnu::always_inline]] inline void Mobility::add_king_attacks(ChessPosition const& position) {
+    maps_[Side].attacked |= attacks_.king(SideMen<Side>::king(position));
+}
+
+template <int Side>
+void Mobility::add_share(std::int32_t mobility, std::int32_t& share) {
+    std::int32_t const signed_mobility = Side == 1 ? mobility : -mobility;
+    share += signed_mobility;
+    mobility_.all += signed_mobility;
+}
+
+void Mobility::compute_white_king_neighbourhood(ChessPosition const& position) {
+    find_king_maps<white>(position);
+}
+
+void Mobility::compute_black_king_neighbourhood(ChessPosition const& position) {
+    find_king_maps<black>(position);
 }
 
 void Mobility::compute_white_pawn_attacks(ChessPosition const& position) {
-    compute_pawn_attacks<white>(position);
+    find_pawn_attacks<white>(position);
 }
 
 void Mobility::compute_black_pawn_attacks(ChessPosition const& position) {
-    compute_pawn_attacks<black>(position);
+    find_pawn_attacks<black>(position);
 }
 
 void Mobility::compute_white_knight_attacks(ChessPosition const& position) {
-    compute_knight_attacks<white>(position);
+    add_share<white>(find_knight_attacks<white>(position), mobility_.knight);
 }
 
 void Mobility::compute_black_knight_attacks(ChessPosition const& position) {
-    compute_knight_attacks<black>(position);
+    add_share<black>(find_knight_attacks<black>(position), mobility_.knight);
 }
 
 void Mobility::compute_white_bishop_attacks(ChessPosition const& position) {
-    compute_bishop_attacks<white>(position);
+    add_share<white>(find_bishop_attacks<white>(position), mobility_.bishop);
 }
 
 void Mobility::compute_black_bishop_attacks(ChessPosition const& position) {
-    compute_bishop_attacks<black>(position);
+    add_share<black>(find_bishop_attacks<black>(position), mobility_.bishop);
 }
 
 void Mobility::compute_white_rook_attacks(ChessPosition const& position) {
-    compute_rook_attacks<white>(position);
+    add_share<white>(find_rook_attacks<white>(position), mobility_.rook);
 }
 
 void Mobility::compute_black_rook_attacks(ChessPosition const& position) {
-    compute_rook_attacks<black>(position);
+    add_share<black>(find_rook_attacks<black>(position), mobility_.rook);
 }
 
 void Mobility::compute_white_queen_attacks(ChessPosition const& position) {
-    compute_queen_attacks<white>(position);
+    add_share<white>(find_queen_attacks<white>(position), mobility_.queen);
 }
 
 void Mobility::compute_black_queen_attacks(ChessPosition const& position) {
-    compute_queen_attacks<black>(position);
+    add_share<black>(find_queen_attacks<black>(position), mobility_.queen);
+}
+
+void Mobility::compute_white_safe_queen_checks(ChessPosition const& position) {
+    find_safe_queen_checks<white>(position);
+}
+
+void Mobility::compute_black_safe_queen_checks(ChessPosition const& position) {
+    find_safe_queen_checks<black>(position);
+}
+
+void Mobility::compute_white_king_attacks(ChessPosition const& position) {
+    add_king_attacks<white>(position);
+}
+
+void Mobility::compute_black_king_attacks(ChessPosition const& position) {
+    add_king_attacks<black>(position);
 }
 
 }  // namespace orvelin

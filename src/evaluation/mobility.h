@@ -4,12 +4,15 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "evaluation/counting.h"
+#include "evaluation/side_men.h"
 #include "position/bit_board.h"
+#include "position/chess_position.h"
+#include "position/square.h"
 
 namespace orvelin {
 
 class Attacks;
-class ChessPosition;
 
 /// Attack maps of both sides, safe-mobility scores and the maps around both kings.
 ///
@@ -78,57 +81,57 @@ class Mobility {
     void compute_black_king_attacks(ChessPosition const& position);
 
     /// Sum over all pieces, white minus black.
-    std::int32_t safe_mobility() const { return safe_mobility_; }
+    std::int32_t safe_mobility() const { return mobility_.all; }
     /// The knights' share of the sum.
-    std::int32_t safe_knight_mobility() const { return safe_knight_mobility_; }
+    std::int32_t safe_knight_mobility() const { return mobility_.knight; }
     /// The bishops' share of the sum.
-    std::int32_t safe_bishop_mobility() const { return safe_bishop_mobility_; }
+    std::int32_t safe_bishop_mobility() const { return mobility_.bishop; }
     /// The rooks' share of the sum.
-    std::int32_t safe_rook_mobility() const { return safe_rook_mobility_; }
+    std::int32_t safe_rook_mobility() const { return mobility_.rook; }
     /// The queens' share of the sum.
-    std::int32_t safe_queen_mobility() const { return safe_queen_mobility_; }
+    std::int32_t safe_queen_mobility() const { return mobility_.queen; }
 
     /// Squares of the black battlefield that white knights attack.
     BitBoard const& white_knight_battlefield_attack() const {
-        return battlefield_attack_[white][knight];
+        return maps_[white].battlefield_attack[knight];
     }
     /// Squares of the black battlefield that white bishops attack.
     BitBoard const& white_bishop_battlefield_attack() const {
-        return battlefield_attack_[white][bishop];
+        return maps_[white].battlefield_attack[bishop];
     }
     /// Squares of the black battlefield that white rooks attack.
     BitBoard const& white_rook_battlefield_attack() const {
-        return battlefield_attack_[white][rook];
+        return maps_[white].battlefield_attack[rook];
     }
     /// Squares of the black battlefield that white queens attack.
     BitBoard const& white_queen_battlefield_attack() const {
-        return battlefield_attack_[white][queen];
+        return maps_[white].battlefield_attack[queen];
     }
     /// Squares of the white battlefield that black knights attack.
     BitBoard const& black_knight_battlefield_attack() const {
-        return battlefield_attack_[black][knight];
+        return maps_[black].battlefield_attack[knight];
     }
     /// Squares of the white battlefield that black bishops attack.
     BitBoard const& black_bishop_battlefield_attack() const {
-        return battlefield_attack_[black][bishop];
+        return maps_[black].battlefield_attack[bishop];
     }
     /// Squares of the white battlefield that black rooks attack.
     BitBoard const& black_rook_battlefield_attack() const {
-        return battlefield_attack_[black][rook];
+        return maps_[black].battlefield_attack[rook];
     }
     /// Squares of the white battlefield that black queens attack.
     BitBoard const& black_queen_battlefield_attack() const {
-        return battlefield_attack_[black][queen];
+        return maps_[black].battlefield_attack[queen];
     }
 
     /// The 3 by 3 block around the white king, its own square included.
-    BitBoard const& white_king_neighbourhood() const { return neighbourhood_[white]; }
+    BitBoard const& white_king_neighbourhood() const { return maps_[white].neighbourhood; }
     /// The 3 by 3 block around the black king, its own square included.
-    BitBoard const& black_king_neighbourhood() const { return neighbourhood_[black]; }
+    BitBoard const& black_king_neighbourhood() const { return maps_[black].neighbourhood; }
     /// The neighbourhood of the white king joined with itself two and three ranks ahead.
-    BitBoard const& white_king_battlefield() const { return battlefield_[white]; }
+    BitBoard const& white_king_battlefield() const { return maps_[white].battlefield; }
     /// The neighbourhood of the black king joined with itself two and three ranks ahead.
-    BitBoard const& black_king_battlefield() const { return battlefield_[black]; }
+    BitBoard const& black_king_battlefield() const { return maps_[black].battlefield; }
 
     /// Squares attacked by white pawns.
     BitBoard const& white_pawn_attacks() const { return maps_[white].pawn_attacks; }
@@ -164,9 +167,9 @@ class Mobility {
     BitBoard const& black_king_attacks() const { return maps_[black].king_attacks; }
 
     /// Union of all attacks of White, the king's included.
-    BitBoard const& white_attacks() const { return attacked_[white]; }
+    BitBoard const& white_attacks() const { return maps_[white].attacked; }
     /// Union of all attacks of Black, the king's included.
-    BitBoard const& black_attacks() const { return attacked_[black]; }
+    BitBoard const& black_attacks() const { return maps_[black].attacked; }
 
     /// Safe queen check squares, white minus black.
     int safe_queen_checks() const;
@@ -204,28 +207,46 @@ class Mobility {
         BitBoard queen_safe_squares;
         BitBoard safe_queen_checks;
         BitBoard king_attacks;
+        /// Union of all attacks.
+        BitBoard attacked;
+        BitBoard neighbourhood;
+        BitBoard battlefield;
+        /// Attacked squares of the enemy battlefield, by piece type.
+        std::array<BitBoard, 4> battlefield_attack{};
+    };
+
+    /// White minus black.
+    struct mobility_t {
+        std::int32_t all = 0;
+        std::int32_t knight = 0;
+        std::int32_t bishop = 0;
+        std::int32_t rook = 0;
+        std::int32_t queen = 0;
     };
 
     template <int Side>
-    void compute_king_neighbourhood(ChessPosition const& position);
+    void find_king_maps(ChessPosition const& position);
     template <int Side>
-    void compute_pawn_attacks(ChessPosition const& position);
+    void find_pawn_attacks(ChessPosition const& position);
+    // Each returns the mobility of the type, seen from its own side.
     template <int Side>
-    void compute_knight_attacks(ChessPosition const& position);
+    std::int32_t find_knight_attacks(ChessPosition const& position);
     template <int Side>
-    void compute_bishop_attacks(ChessPosition const& position);
+    std::int32_t find_bishop_attacks(ChessPosition const& position);
     template <int Side>
-    void compute_rook_attacks(ChessPosition const& position);
+    std::int32_t find_rook_attacks(ChessPosition const& position);
     template <int Side>
-    void compute_queen_attacks(ChessPosition const& position);
-    /// Adds the attacks and the mobility of one type to the side's union and to the totals.
+    std::int32_t find_queen_attacks(ChessPosition const& position);
+    /// Adds the attacks of one type to the side's union and to the battlefield attacks.
     template <int Side>
-    void join(std::size_t type, BitBoard const& attacks, std::int32_t mobility,
-              std::int32_t& share);
+    void join(std::size_t type, BitBoard attacks);
     template <int Side>
-    void compute_safe_queen_checks(ChessPosition const& position);
+    void find_safe_queen_checks(ChessPosition const& position);
     template <int Side>
-    void compute_king_attacks(ChessPosition const& position);
+    void add_king_attacks(ChessPosition const& position);
+    /// Adds a type's mobility to its share and to the total.
+    template <int Side>
+    void add_share(std::int32_t mobility, std::int32_t& share);
     template <int Side>
     BitBoard hanging(ChessPosition const& position) const;
     template <int Side>
@@ -234,16 +255,35 @@ class Mobility {
     std::int32_t attacks_on_king() const;
 
     Attacks const& attacks_;
-    std::int32_t safe_mobility_ = 0;
-    std::int32_t safe_knight_mobility_ = 0;
-    std::int32_t safe_bishop_mobility_ = 0;
-    std::int32_t safe_rook_mobility_ = 0;
-    std::int32_t safe_queen_mobility_ = 0;
-    std::array<std::array<BitBoard, 4>, 2> battlefield_attack_{};
-    std::array<BitBoard, 2> neighbourhood_{};
-    std::array<BitBoard, 2> battlefield_{};
+    mobility_t mobility_;
     std::array<side_maps_t, 2> maps_{};
-    std::array<BitBoard, 2> attacked_{};
 };
+
+inline int Mobility::safe_queen_checks() const {
+    BitBoard const white_checks = maps_[white].safe_queen_checks;
+    BitBoard const black_checks = maps_[black].safe_queen_checks;
+    if (!(white_checks | black_checks)) return 0;
+    return count(white_checks) - count(black_checks);
+}
+
+inline int Mobility::undefended_pieces(ChessPosition const& position) const {
+    return count(position.black_pieces() & ~maps_[black].attacked) -
+           count(position.white_pieces() & ~maps_[white].attacked);
+}
+
+template <int Side>
+BitBoard Mobility::hanging(ChessPosition const& position) const {
+    using men = SideMen<Side>;
+    side_maps_t const& other = maps_[men::enemy];
+    BitBoard const by_minor = other.pawn_attacks | other.knight_attacks | other.bishop_attacks;
+    return (men::all(position) & other.attacked & ~maps_[Side].attacked) |
+           ((men::knights(position) | men::bishops(position)) & other.pawn_attacks) |
+           (men::rooks(position) & by_minor) |
+           (men::queens(position) & (by_minor | other.rook_attacks));
+}
+
+inline int Mobility::hanging_pieces(ChessPosition const& position) const {
+    return count(hanging<black>(position)) - count(hanging<white>(position));
+}
 
 }  // namespace orvelin

@@ -13,18 +13,10 @@ void PawnHashTable::clear() {
 }
 
 bool PawnHashTable::read(std::uint64_t key) {
-    ++total_;
-    PHTrecord const& record = slot(key);
-    if (record.key == key) {
-        current_ = record;
-        return true;
-    }
-    if (record.key == 0) {
-        ++first_;
-    } else {
-        ++conflicting_;
-    }
-    return false;
+    PHTrecord const* const record = find(key);
+    if (record == nullptr) return false;
+    current_ = *record;
+    return true;
 }
 
 void PawnHashTable::write() {

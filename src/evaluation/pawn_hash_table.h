@@ -25,6 +25,12 @@ class PawnHashTable {
     /// Empties every record. The counters and the current record stay.
     void clear();
 
+    /// The record of `key`, or none; counted as read() is. It stays where it is until a write to
+    /// the same slot.
+    PHTrecord const* find(std::uint64_t key);
+    /// The slot of `key`, to be filled with its record.
+    PHTrecord& slot(std::uint64_t key) { return table_[key & (size_ - 1)]; }
+
     /// Looks `key` up: on a match the record becomes the current one and the result is true. A miss
     /// is counted as first or conflicting read and leaves the current record alone.
     bool read(std::uint64_t key);
@@ -41,8 +47,6 @@ class PawnHashTable {
     std::string stats() const;
 
  private:
-    PHTrecord& slot(std::uint64_t key) const { return table_[key & (size_ - 1)]; }
-
     std::uint64_t first_ = 0;        ///< reads that met an empty slot
     std::uint64_t conflicting_ = 0;  ///< reads that met another key
     std::uint64_t total_ = 0;        ///< all reads
@@ -50,5 +54,17 @@ class PawnHashTable {
     PHTrecord current_;
     std::unique_ptr<PHTrecord[]> table_;
 };
+
+inline PHTrecord const* PawnHashTable::find(std::uint64_t key) {
+    ++total_;
+    PHTrecord const& record = slot(key);
+    if (record.key == key) return &record;
+    if (record.key == 0) {
+        ++first_;
+    } else {
+        ++conflicting_;
+    }
+    return nullptr;
+}
 
 }  // namespace orvelin

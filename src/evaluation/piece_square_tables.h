@@ -53,49 +53,78 @@ class PieceSquareTables {
     pair_t const& score(int piece_id) const { return score_[static_cast<std::size_t>(piece_id)]; }
     /// Table values of a piece id, 0 to 15, on a square id, 0 to 63.
     float middle_game(int piece_id, int square_id) const {
-        return mg_[static_cast<std::size_t>(piece_id)][static_cast<std::size_t>(square_id)];
+        return value(piece_id, square_id).first;
     }
-    float end_game(int piece_id, int square_id) const {
-        return eg_[static_cast<std::size_t>(piece_id)][static_cast<std::size_t>(square_id)];
+    float end_game(int piece_id, int square_id) const { return value(piece_id, square_id).second; }
+    /// White's sum plus Black's of a type, 1 for pawns to 6 for kings; 7 and 8 are no types and
+    /// give 0.
+    pair_t both(std::size_t type) const {
+        pair_t const& white = score_[type];
+        pair_t const& black = score_[type + 8];
+        return {white.first + black.first, white.second + black.second};
     }
 
  private:
     static constexpr std::size_t piece_ids = 16;
-    using sums_t = std::array<pair_t, piece_ids>;
-    using rows_t = std::array<table_t, piece_ids>;
+    /// By piece id, and a spare entry of 0.
+    using sums_t = std::array<pair_t, piece_ids + 1>;
+    /// Both values of a man on a square lie side by side, so that one addition does for both.
+    using row_t = std::array<pair_t, 64>;
+    using rows_t = std::array<row_t, piece_ids>;
 
-    pair_t both(std::size_t white_id) const {
-        pair_t const& white = score_[white_id];
-        pair_t const& black = score_[white_id + 8];
-        return {white.first + black.first, white.second + black.second};
-    }
     sums_t board_sums() const;
 
+    pair_t const& value(int piece_id, int square_id) const {
+        return rows_[static_cast<std::size_t>(piece_id)][static_cast<std::size_t>(square_id)];
+    }
     template <bool Plus>
     void change(int piece_id, int square_id);
     template <bool Make>
     void follow(Move const& move);
+    /// All moves but the normal ones.
+    template <bool Make>
+    void follow_special(Move const& move);
     template <bool Make>
     void follow_promotion(Move const& move, int type);
     template <bool Make>
     void follow_castling(Move const& move);
 
     ChessPosition const* position_ = nullptr;
-    sums_t score_{};
-    rows_t mg_{};
-    rows_t eg_{};
-    table_t pawn_mg_;
-    table_t pawn_eg_;
-    table_t knight_mg_;
-    table_t knight_eg_;
-    table_t bishop_mg_;
-    table_t bishop_eg_;
-    table_t rook_mg_;
-    table_t rook_eg_;
-    table_t queen_mg_;
-    table_t queen_eg_;
-    table_t king_mg_;
-    table_t king_eg_;
+    alignas(16) sums_t score_{};
+    alignas(64) rows_t rows_{};
 };
+
+template <bool Plus>
+void PieceSquareTables::change(int piece_id, int square_id) {
+    pair_t const& change = value(piece_id, square_id);
+    pair_t& sum = score_[static_cast<std::size_t>(piece_id)];
+    if constexpr (Plus) {
+        sum = {sum.first + change.first, sum.second + change.second};
+    } else {
+        sum = {sum.first - change.first, sum.second - change.second};
+    }
+}
+
+// One addition at a time, in this order, and taking back keeps the order and turns each sign:
+// the rounding of the running sums depends on it, and the search on the rounding.
+template <bool Make>
+inline void PieceSquareTables::follow(Move const& move) {
+    if (move.code() != normal_move) {
+        follow_special<Make>(move);
+        return;
+    }
+    int const to = move.to().id();
+    change<Make>(move.piece_id(), to);
+    change<!Make>(move.piece_id(), move.from().id());
+    change<!Make>(move.capture_id(), to);
+}
+
+inline void PieceSquareTables::make_move(Move const& move) {
+    follow<true>(move);
+}
+
+inline void PieceSquareTables::unmake_move(Move const& move) {
+    follow<false>(move);
+}
 
 }  // namespace orvelin

@@ -67,7 +67,18 @@ constexpr std::array<weight_t, term::count> weights{{
 static_assert(weights.front().mg == 2.50148F && weights.front().eg == 2.05895F);
 static_assert(weights.back().mg == 14.0F && weights.back().eg == 14.0F);
 
+constexpr std::array<float, Weight::padded> row_of(float weight_t::*half) {
+    std::array<float, Weight::padded> row{};
+    for (std::size_t i = 0; i < weights.size(); ++i) row[i] = weights[i].*half;
+    return row;
+}
+
 }  // namespace
+
+alignas(64) constinit const std::array<float, Weight::padded> Weight::mg_row =
+    row_of(&weight_t::mg);
+alignas(64) constinit const std::array<float, Weight::padded> Weight::eg_row =
+    row_of(&weight_t::eg);
 
 Weight::Weight() {
     names.reserve(weights.size());

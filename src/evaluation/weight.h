@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <string>
 #include <vector>
@@ -65,6 +66,12 @@ inline constexpr std::size_t count = 47;
 /// the names are lengthened with blanks by `Evaluation::report()` only.
 class Weight {
  public:
+    /// Number of terms, filled up to groups of four.
+    static constexpr std::size_t padded = 48;
+    /// The weights once more, in rows of whole groups; the spare ones are 0.
+    alignas(64) static const std::array<float, padded> mg_row;
+    alignas(64) static const std::array<float, padded> eg_row;
+
     /// Fills the three vectors from the literals of the model.
     Weight();
 

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "position/bit_board.h"
+
+/// Counting of squares for the evaluation, on the table of BitBoard::m_popcnt16.
+///
+/// A set that lies in one stretch of the word by construction needs only the look-ups of that.
+/// The sums are taken in one byte, as the table holds bytes: a look-up and its addition are then
+/// one instruction. No count exceeds 64, so nothing is lost.
+namespace orvelin {
+
+/// Number of set bits of the low 16 bits.
+inline std::uint8_t bits_of_quarter(std::uint64_t word) {
+    return static_cast<std::uint8_t>(BitBoard::m_popcnt16[static_cast<std::uint16_t>(word)]);
+}
+
+/// Number of set bits of a word below 2^32.
+inline int bits_of_half(std::uint64_t word) {
+    auto const low = bits_of_quarter(word);
+    return static_cast<std::uint8_t>(low + bits_of_quarter(word >> 16));
+}
+
+/// Number of set bits of a word below 2^48.
+inline int bits_of_six_ranks(std::uint64_t word) {
+    auto sum = bits_of_quarter(word);
+    word >>= 16;
+    sum = static_cast<std::uint8_t>(sum + bits_of_quarter(word));
+    word >>= 16;
+    return static_cast<std::uint8_t>(sum + bits_of_quarter(word));
+}
+
+/// Number of squares of any set.
+inline int count(BitBoard set) {
+    std::uint64_t word = to_ull(set);
+    auto sum = bits_of_quarter(word);
+    word >>= 16;
+    sum = static_cast<std::uint8_t>(sum + bits_of_quarter(word));
+    word >>= 16;
+    sum = static_cast<std::uint8_t>(sum + bits_of_quarter(word));
+    word >>= 16;
+    return static_cast<std::uint8_t>(sum + bits_of_quarter(word));
+}
+
+/// The set holds exactly one square.
+inline bool single(BitBoard set) {
+    std::uint64_t const word = to_ull(set);
+    return word != 0 && (word & (word - 1)) == 0;
+}
+
+/// The set holds two squares or more.
+inline bool several(BitBoard set) {
+    std::uint64_t const word = to_ull(set);
+    return (word & (word - 1)) != 0;
+}
+
+}  // namespace orvelin

@@ -1,0 +1,159 @@
+// What the evaluation computes in a fast form, against the plain one.
+
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <gtest/gtest.h>
+#include <limits>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "evaluation/counting.h"
+#include "evaluation/king_zone.h"
+#include "evaluation/linear_model.h"
+#include "position/chess_position.h"
+#include "support/fresh_evaluation.h"
+#include "support/position_record.h"
+
+namespace orvelin::test {
+
+namespace {
+
+std::uint32_t bits(float value) {
+    std::uint32_t word = 0;
+    std::memcpy(&word, &value, sizeof word);
+    return word;
+}
+
+void expect_rounded(float value) {
+    for (float const x : {value, -value}) {
+        ASSERT_EQ(bits(rounded(x)), bits(std::round(x))) << x;
+    }
+}
+
+TEST(FastForms, rounding_is_that_of_the_library_around_halves) {
+    for (int whole = 0; whole < 9000000; whole += whole < 5000 ? 1 : 997) {
+        for (float const fraction : {0.0F, 0.25F, 0.5F, 0.75F}) {
+            float const x = static_cast<float>(whole) + fraction;
+            expect_rounded(x);
+            expect_rounded(std::nextafter(x, 0.0F));
+            expect_rounded(std::nextafter(x, 1e9F));
+        }
+    }
+}
+
+TEST(FastForms, rounding_is_that_of_the_library_for_any_bits) {
+    std::mt19937 random(11);
+    for (int i = 0; i < 1000000; ++i) {
+        auto const word = static_cast<std::uint32_t>(random());
+        float x = 0.0F;
+        std::memcpy(&x, &word, sizeof x);
+        if (!std::isnan(x)) expect_rounded(x);
+    }
+}
+
+TEST(FastForms, rounding_of_huge_and_tiny_values) {
+    for (float const x : {8388607.5F, 8388608.0F, 16777216.0F, 3e9F, 1e38F, 1e-38F, 1e-45F,
+                          std::numeric_limits<float>::infinity()}) {
+        expect_rounded(x);
+    }
+    EXPECT_TRUE(std::isnan(rounded(std::numeric_limits<float>::quiet_NaN())));
+}
+
+TEST(FastForms, counts_are_those_of_the_board) {
+    std::mt19937_64 random(5);
+    for (int i = 0; i < 100000; ++i) {
+        std::uint64_t const word = (i & 1) != 0 ? random() : random() & random() & random();
+        EXPECT_EQ(count(BitBoard(word)), BitBoard::popcount(word));
+        EXPECT_EQ(bits_of_six_ranks(word >> 16), BitBoard::popcount(word >> 16));
+        EXPECT_EQ(bits_of_quarter(word), BitBoard::popcount(word & 0xFFFF));
+        EXPECT_EQ(single(BitBoard(word)), BitBoard::popcount(word) == 1);
+        EXPECT_EQ(several(BitBoard(word)), BitBoard::popcount(word) > 1);
+    }
+    EXPECT_EQ(count(~BitBoard()), 64);
+    EXPECT_FALSE(single(BitBoard()));
+    EXPECT_FALSE(several(BitBoard()));
+}
+
+template <int Side>
+void expect_same_zone(ChessPosition const& position, Mobility const& maps) {
+    KingZone<Side, true> const fast(position, maps);
+    KingZone<Side, false> const plain(position, maps);
+    EXPECT_EQ(fast.pressure(maps), plain.pressure(maps));
+    EXPECT_EQ(fast.shut_in_rook(position), plain.shut_in_rook(position));
+    for (BitBoard const set : {position.white_pawn(), position.black_pieces(), ~BitBoard()}) {
+        EXPECT_EQ(fast.count_near(set), plain.count_near(set));
+        EXPECT_EQ(fast.count_field(set), plain.count_field(set));
+    }
+    for (BitBoard const open : {BitBoard(), ~BitBoard(), a_file | e_file | h_file}) {
+        EXPECT_EQ(fast.pawn_shield(position, open), plain.pawn_shield(position, open));
+    }
+}
+
+/// A king on every square, with men of all kinds around.
+TEST(FastForms, zones_are_counted_alike_for_every_king) {
+    std::mt19937_64 random(3);
+    for (int square = 0; square < 64; ++square) {
+        for (int round = 0; round < 40; ++round) {
+            ChessPosition position(shared_tables());
+            position.clear();
+            Square const other(static_cast<int>(random() % 64));
+            if (other == Square(square)) continue;
+            position.set_piece_on(Square(square), Piece(white_king));
+            position.set_piece_on(other, Piece(black_king));
+            for (int man = 0; man < 24; ++man) {
+                Square const at(static_cast<int>(random() % 64));
+                if (position.get_piece_id_from(at) != 0) continue;
+                int const type = static_cast<int>(random() % 5) + 1;
+                position.set_piece_on(at, Piece(type + ((random() & 1) != 0 ? 8 : 0)));
+            }
+            Mobility maps(shared_tables().attacks);
+            maps.compute(position);
+            expect_same_zone<1>(position, maps);
+            expect_same_zone<0>(position, maps);
+            EXPECT_EQ((KingZone<0, true>(position, maps).pressure(maps) -
+                       KingZone<1, true>(position, maps).pressure(maps)),
+                      maps.king_safety());
+        }
+    }
+}
+
+TEST(FastForms, a_whole_evaluation_has_the_terms_of_the_separate_steps) {
+    for (PositionRecord const& record : read_position_records("positions.txt")) {
+        FreshEvaluation whole(record.fen());
+        whole.score();
+        FreshEvaluation steps(record.fen());
+        Evaluation& evaluation = steps.evaluation();
+        evaluation.compute_phase();
+        evaluation.compute_material();
+        evaluation.compute_mobility();
+        evaluation.compute_space();
+        evaluation.compute_pst();
+        evaluation.compute_pawn_eval();
+        evaluation.compute_development();
+        evaluation.compute_king_safety();
+        evaluation.compute_king_activity();
+        evaluation.compute_pinned_pieces();
+        evaluation.compute_opposite_colored_bishops();
+        for (std::size_t i = 0; i < term::stm; ++i) {
+            ASSERT_EQ(bits(whole.term(i)), bits(steps.term(i))) << record.fen() << ' ' << i;
+        }
+    }
+}
+
+/// Boards with two kings of a colour can be set up; their zones are joined.
+TEST(FastForms, several_kings_are_counted_over_all_their_zones) {
+    FreshEvaluation at("K1K1k1k1/8/8/3p4/4P3/8/8/2K2k2 w - - 0 1");
+    at.score();
+    EXPECT_EQ(at.term(term::open_files_on_king), [&] {
+        Mobility const& maps = at.evaluation().mobility_maps();
+        BitBoard const black = maps.black_king_neighbourhood() & ~e_file;
+        BitBoard const white = maps.white_king_neighbourhood() & ~d_file;
+        return static_cast<float>((black.popcount() - white.popcount()) * 15);
+    }());
+}
+
+}  // namespace
+
+}  // namespace orvelin::test

@@ -2,6 +2,7 @@
 
 #include "generation/attacks.h"
 #include "generation/men.h"
+#include "generation/move_generator_pieces.h"
 #include "generation/tables.h"
 #include "position/chess_position.h"
 #include "position/set_steps.h"
@@ -12,13 +13,6 @@ namespace {
 
 /// No position has more potential checkers than squares, so the vector never grows again.
 constexpr std::size_t most_checkers = 64;
-
-template <int Side>
-BitBoard pawn_targets(BitBoard const& pawn, BitBoard const& free, BitBoard const& enemies) {
-    BitBoard const step = ahead<Side>(pawn, 1) & free;
-    BitBoard const double_step = ahead<Side>(step & Men<Side>::third_rank, 1) & free;
-    return step | double_step | (pawn_attacks<Side>(pawn) & enemies);
-}
 
 std::uint64_t& entry(movetable_t& table, Square const& from) {
     return table[index(from)];
@@ -49,22 +43,25 @@ void MoveGenerator::create_movetable(ChessPosition const& position, movetable_t&
 template <int Side>
 void MoveGenerator::generate_movetable(ChessPosition const& position, movetable_t& table) {
     using Own = Men<Side>;
-    BitBoard const free = ~occupied_;
     BitBoard const& enemies = Men<1 - Side>::all(position);
-    auto const fill = [&](int piece_id, auto targets_from) {
-        BitBoard men = position.piece(piece_id);
+    auto const fill = [&](BitBoard men, auto reached_from) {
         while (men) {
             Square const from = men.get_reset_square().get_unique_square();
-            entry(table, from) = to_ull(targets_from(from));
+            entry(table, from) = to_ull(reached_from(from));
         }
     };
-    fill(Own::pawn,
-         [&](Square const& s) { return pawn_targets<Side>(s.bitboard(), free, enemies); });
-    fill(Own::knight, [&](Square const& s) { return attacks_->knight(s); });
-    fill(Own::bishop, [&](Square const& s) { return attacks_->bishop(s, occupied_); });
-    fill(Own::rook, [&](Square const& s) { return attacks_->rook(s, occupied_); });
-    fill(Own::queen, [&](Square const& s) { return attacks_->queen(s, occupied_); });
-    fill(Own::king, [&](Square const& s) { return attacks_->king(s); });
+    fill(position.piece(Own::pawn),
+         [&](Square from) { return reached_from<Side, Own::pawn>(from, enemies); });
+    fill(position.piece(Own::knight),
+         [&](Square from) { return reached_from<Side, Own::knight>(from, enemies); });
+    fill(position.piece(Own::bishop),
+         [&](Square from) { return reached_from<Side, Own::bishop>(from, enemies); });
+    fill(position.piece(Own::rook),
+         [&](Square from) { return reached_from<Side, Own::rook>(from, enemies); });
+    fill(position.piece(Own::queen),
+         [&](Square from) { return reached_from<Side, Own::queen>(from, enemies); });
+    fill(position.piece(Own::king),
+         [&](Square from) { return reached_from<Side, Own::king>(from, enemies); });
 }
 
 void MoveGenerator::serialize_captures(ChessPosition const& position, movetable_t& table,
@@ -74,6 +71,19 @@ void MoveGenerator::serialize_captures(ChessPosition const& position, movetable_
     } else {
         serialize<0, true>(position, table, list);
     }
+}
+
+void MoveGenerator::generate_captures(ChessPosition const& position, MoveList& list) {
+    list.clear();
+    move_count_ = 0;
+    if (position.white_to_move()) {
+        prepare<1>(position);
+        captures_without_table<1>(position, list);
+    } else {
+        prepare<0>(position);
+        captures_without_table<0>(position, list);
+    }
+    list.set_size(move_count_);
 }
 
 void MoveGenerator::serialize_moves(ChessPosition const& position, movetable_t& table,

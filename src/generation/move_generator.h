@@ -41,6 +41,8 @@ class MoveGenerator {
 
     /// Fills `list` with the legal captures and promotions of a table made for `position`.
     void serialize_captures(ChessPosition const& position, movetable_t& table, MoveList& list);
+    /// The same list without a table: what a man reaches is looked up when his turn comes.
+    void generate_captures(ChessPosition const& position, MoveList& list);
     /// Fills `list` with all legal moves of a table made for `position`.
     void serialize_moves(ChessPosition const& position, movetable_t& table, MoveList& list);
     /// `create_movetable` on a table of its own, then `serialize_moves`.
@@ -67,13 +69,20 @@ class MoveGenerator {
     void remove(Move const& move, movetable_t& table);
 
  private:
+    struct DirectReach;
+
     template <int Side>
     void prepare(ChessPosition const& position);
     template <int Side, bool CapturesOnly>
     void serialize(ChessPosition const& position, movetable_t& table, MoveList& list);
 
+    /// The stage of the captures; `Reach` tells what a man reaches.
+    template <int Side, typename Reach>
+    void captures(ChessPosition const& position, Reach const& reach, MoveList& list);
+    template <int Side, typename Reach>
+    void pawn_captures(ChessPosition const& position, Reach const& reach, MoveList& list);
     template <int Side>
-    void pawn_captures(ChessPosition const& position, movetable_t const& table, MoveList& list);
+    void captures_without_table(ChessPosition const& position, MoveList& list);
     template <int Side>
     void en_passant_capture(ChessPosition const& position, Square from, MoveList& list);
     template <int Side>
@@ -82,12 +91,15 @@ class MoveGenerator {
     template <int Side, int PieceId>
     void append_moves(ChessPosition const& position, Square from, BitBoard to_set,
                       BitBoard check_squares, MoveList& list);
-    template <int Side, int PieceId>
-    void piece_moves(ChessPosition const& position, movetable_t const& table, BitBoard to_mask,
+    template <int Side, int PieceId, typename Reach>
+    void piece_moves(ChessPosition const& position, Reach const& reach, BitBoard to_mask,
                      MoveList& list);
-    template <int Side>
-    void king_moves(ChessPosition const& position, movetable_t const& table,
-                    BitBoard const& to_mask, MoveList& list);
+    template <int Side, typename Reach>
+    void king_moves(ChessPosition const& position, Reach const& reach, BitBoard to_mask,
+                    MoveList& list);
+    /// What a man on `from` reaches at the cached occupancy; `enemies` are for pawns.
+    template <int Side, int PieceId>
+    BitBoard reached_from(Square from, BitBoard enemies) const;
     template <int Side>
     void castlings(ChessPosition const& position, MoveList& list);
     template <int Side>

@@ -7,30 +7,53 @@
 
 namespace orvelin {
 
+/// What a man reaches, looked up anew.
+struct MoveGenerator::DirectReach {
+    MoveGenerator const& generator;
+
+    template <int Side, int PieceId>
+    BitBoard reached_from(Square from) const {
+        return generator.reached_from<Side, PieceId>(from, generator.enemy_pieces_);
+    }
+};
+
 template <int Side>
 void MoveGenerator::generate_captures(ChessPosition const& position, movetable_t& table,
                                       MoveList& list) {
-    using Own = Men<Side>;
-    targets_ = enemy_pieces_ & ~enemy_king_;
-    pawn_captures<Side>(position, table, list);
-    piece_moves<Side, Own::knight>(position, table, targets_, list);
-    piece_moves<Side, Own::bishop>(position, table, targets_, list);
-    piece_moves<Side, Own::rook>(position, table, targets_, list);
-    piece_moves<Side, Own::queen>(position, table, targets_, list);
-    king_moves<Side>(position, table, targets_, list);
-    sort_by_captured_man(list);
+    captures<Side>(position, TableReach(table), list);
 }
 
 template <int Side>
-void MoveGenerator::pawn_captures(ChessPosition const& position, movetable_t const& table,
+void MoveGenerator::captures_without_table(ChessPosition const& position, MoveList& list) {
+    captures<Side>(position, DirectReach{*this}, list);
+}
+
+template <int Side, typename Reach>
+void MoveGenerator::captures(ChessPosition const& position, Reach const& reach, MoveList& list) {
+    using Own = Men<Side>;
+    targets_ = enemy_pieces_ & ~enemy_king_;
+    pawn_captures<Side>(position, reach, list);
+    piece_moves<Side, Own::knight>(position, reach, targets_, list);
+    piece_moves<Side, Own::bishop>(position, reach, targets_, list);
+    piece_moves<Side, Own::rook>(position, reach, targets_, list);
+    piece_moves<Side, Own::queen>(position, reach, targets_, list);
+    king_moves<Side>(position, reach, targets_, list);
+    sort_by_captured_man(list);
+}
+
+template <int Side, typename Reach>
+void MoveGenerator::pawn_captures(ChessPosition const& position, Reach const& reach,
                                   MoveList& list) {
     using Own = Men<Side>;
     BitBoard const& last_rank = Own::last_rank;
     BitBoard const check_squares = direct_check_squares<Own::pawn>();
-    BitBoard pawns = position.piece(Own::pawn);
+    // Those that stand so that they can capture or promote; the others are passed over.
+    BitBoard pawns =
+        position.piece(Own::pawn) & (pawn_attacks<1 - Side>(targets_ | position.ep().bitboard()) |
+                                     ahead<1 - Side>(last_rank, 1));
     while (pawns) {
         Square const from = pawns.get_reset_square().get_unique_square();
-        BitBoard const reached(table[index(from)]);
+        BitBoard const reached = reach.template reached_from<Side, Own::pawn>(from);
         BitBoard const to_set = reached & targets_ & ~last_rank;
         if (to_set) {
             append_moves<Side, Own::pawn>(position, from, to_set & legal_targets(position, from),
@@ -82,6 +105,8 @@ void MoveGenerator::sort_by_captured_man(MoveList& list) const {
     }
 }
 
+template void MoveGenerator::captures_without_table<0>(ChessPosition const&, MoveList&);
+template void MoveGenerator::captures_without_table<1>(ChessPosition const&, MoveList&);
 template void MoveGenerator::generate_captures<0>(ChessPosition const&, movetable_t&, MoveList&);
 template void MoveGenerator::generate_captures<1>(ChessPosition const&, movetable_t&, MoveList&);
 

@@ -2,8 +2,11 @@
 
 // The innermost loops of the generator, for the files that hold its stages.
 
+#include "generation/attacks.h"
 #include "generation/move_generator.h"
 #include "position/chess_position.h"
+#include "position/set_steps.h"
+#include "position/side_ids.h"
 
 namespace orvelin {
 
@@ -41,19 +44,70 @@ void MoveGenerator::append_moves(ChessPosition const& position, Square from, Bit
     move_count_ = count;
 }
 
+/// What a pawn reaches: free squares ahead, and enemies.
+template <int Side>
+BitBoard pawn_targets(BitBoard pawn, BitBoard free, BitBoard enemies) {
+    BitBoard const step = ahead<Side>(pawn, 1) & free;
+    BitBoard const double_step = ahead<Side>(step & SideIds<Side>::third_rank, 1) & free;
+    return step | double_step | (pawn_attacks<Side>(pawn) & enemies);
+}
+
 template <int Side, int PieceId>
-void MoveGenerator::piece_moves(ChessPosition const& position, movetable_t const& table,
-                                BitBoard to_mask, MoveList& list) {
+BitBoard MoveGenerator::reached_from(Square from, BitBoard enemies) const {
+    constexpr Piece man(PieceId);
+    if constexpr (man.pawn()) return pawn_targets<Side>(from.bitboard(), ~occupied_, enemies);
+    if constexpr (man.knight()) return attacks_->knight(from);
+    if constexpr (man.bishop()) return attacks_->bishop(from, occupied_);
+    if constexpr (man.rook()) return attacks_->rook(from, occupied_);
+    if constexpr (man.queen()) return attacks_->queen(from, occupied_);
+    if constexpr (man.king()) return attacks_->king(from);
+}
+
+/// What a man reaches, looked up in a move table.
+class TableReach {
+ public:
+    explicit TableReach(movetable_t const& table) : table_(table) {}
+
+    template <int Side, int PieceId>
+    BitBoard reached_from(Square from) const {
+        return BitBoard(table_[index(from)]);
+    }
+
+ private:
+    movetable_t const& table_;
+};
+
+template <int Side, int PieceId, typename Reach>
+void MoveGenerator::piece_moves(ChessPosition const& position, Reach const& reach, BitBoard to_mask,
+                                MoveList& list) {
     BitBoard const check_squares = direct_check_squares<PieceId>();
     BitBoard const held = position.check() ? ~BitBoard() : pinned_;
     BitBoard men = position.piece(PieceId);
     while (men) {
         BitBoard const from_bit = men.get_reset_square();
         Square const from = from_bit.get_unique_square();
-        BitBoard to_set = to_mask & BitBoard(table[index(from)]);
+        BitBoard to_set = to_mask & reach.template reached_from<Side, PieceId>(from);
         if (!to_set) continue;
         if (held & from_bit) to_set &= legal_targets(position, from);
         append_moves<Side, PieceId>(position, from, to_set, check_squares, list);
+    }
+}
+
+template <int Side, typename Reach>
+void MoveGenerator::king_moves(ChessPosition const& position, Reach const& reach, BitBoard to_mask,
+                               MoveList& list) {
+    Piece const king(SideIds<Side>::king);
+    BitBoard men = position.piece(SideIds<Side>::king);
+    while (men) {
+        Square const from = men.get_reset_square().get_unique_square();
+        BitBoard to_set = to_mask & reach.template reached_from<Side, SideIds<Side>::king>(from);
+        while (to_set) {
+            Square const to = to_set.get_reset_square().get_unique_square();
+            Move move(from, to, normal_move, king, position[to.id()]);
+            if (!is_legal_kingmove<Side>(position, move)) continue;
+            set_checkstatus<Side>(position, move);
+            store(list, move);
+        }
     }
 }
 

@@ -13,31 +13,14 @@ void MoveGenerator::generate_quiet_moves(ChessPosition const& position, movetabl
                                          MoveList& list) {
     using Own = Men<Side>;
     BitBoard const free = ~occupied_;
-    piece_moves<Side, Own::queen>(position, table, free, list);
-    piece_moves<Side, Own::rook>(position, table, free, list);
-    piece_moves<Side, Own::knight>(position, table, free, list);
-    piece_moves<Side, Own::bishop>(position, table, free, list);
-    piece_moves<Side, Own::pawn>(position, table, free & ~Own::last_rank, list);
-    king_moves<Side>(position, table, free, list);
+    TableReach const reach(table);
+    piece_moves<Side, Own::queen>(position, reach, free, list);
+    piece_moves<Side, Own::rook>(position, reach, free, list);
+    piece_moves<Side, Own::knight>(position, reach, free, list);
+    piece_moves<Side, Own::bishop>(position, reach, free, list);
+    piece_moves<Side, Own::pawn>(position, reach, free & ~Own::last_rank, list);
+    king_moves<Side>(position, reach, free, list);
     castlings<Side>(position, list);
-}
-
-template <int Side>
-void MoveGenerator::king_moves(ChessPosition const& position, movetable_t const& table,
-                               BitBoard const& to_mask, MoveList& list) {
-    Piece const king(Men<Side>::king);
-    BitBoard men = position.piece(Men<Side>::king);
-    while (men) {
-        Square const from = men.get_reset_square().get_unique_square();
-        BitBoard to_set = to_mask & BitBoard(table[index(from)]);
-        while (to_set) {
-            Square const to = to_set.get_reset_square().get_unique_square();
-            Move move(from, to, normal_move, king, position[to.id()]);
-            if (!is_legal_kingmove<Side>(position, move)) continue;
-            set_checkstatus<Side>(position, move);
-            store(list, move);
-        }
-    }
 }
 
 template <int Side>
@@ -75,10 +58,6 @@ bool MoveGenerator::castling_allowed(ChessPosition const& position, Square king,
     return !(attacks_->rook(targets.king, others) & Enemy::rooks_and_queens(position));
 }
 
-template void MoveGenerator::king_moves<0>(ChessPosition const&, movetable_t const&,
-                                           BitBoard const&, MoveList&);
-template void MoveGenerator::king_moves<1>(ChessPosition const&, movetable_t const&,
-                                           BitBoard const&, MoveList&);
 template void MoveGenerator::generate_quiet_moves<0>(ChessPosition const&, movetable_t&, MoveList&);
 template void MoveGenerator::generate_quiet_moves<1>(ChessPosition const&, movetable_t&, MoveList&);
 

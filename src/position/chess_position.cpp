@@ -49,6 +49,7 @@ void ChessPosition::copy_from(ChessPosition const& other) {
 }
 
 void ChessPosition::clear() {
+    ++set_ups_;
     board_.clear();
     initial_position_ = "8/8/8/8/8/8/8/8 w - - 0 1";
     history_.assign(1, history_t{});
@@ -60,16 +61,19 @@ void ChessPosition::clear() {
 }
 
 void ChessPosition::set_piece_on(Square const& square, Piece piece) {
+    ++set_ups_;
     board_.set_piece_on(square, piece.id());
     board_.compute_pieces();
 }
 
 void ChessPosition::remove_piece_from(Square const& square, Piece piece) {
+    ++set_ups_;
     board_.remove_piece_from(square, piece.id());
     board_.compute_pieces();
 }
 
 void ChessPosition::set_castlingrights(short rights) {
+    ++set_ups_;
     record().castlingrights = static_cast<std::uint16_t>(rights);
 }
 

@@ -84,7 +84,10 @@ class ChessPosition {
     /// With true, castling rights are always written by rook file.
     void set_chess960(bool on) { chess960_ = on; }
     /// Changes the side to move and nothing else.
-    void switch_color_to_move() { board_.switch_color_to_move(); }
+    void switch_color_to_move() {
+        ++set_ups_;
+        board_.switch_color_to_move();
+    }
     /// Counts the men anew.
     void compute_materialindex();
     /// Opens or closes the position's own log file, "cposition_" + id + ".log".
@@ -112,6 +115,9 @@ class ChessPosition {
     Move last_move() const { return record().last_move; }
     /// Number of moves made by this object since it was cleared.
     std::uint64_t get_make_move_counter() const { return make_move_counter_; }
+    /// How often the position was changed otherwise than by moves. Together with the make-move
+    /// counter of a record it tells whether men may have moved in between.
+    std::uint64_t set_ups() const { return set_ups_; }
     int id() const { return id_; }
     MaterialIndex const& materialindex() const { return material_index_; }
     BoardPosition const& board() const { return board_; }
@@ -238,6 +244,7 @@ class ChessPosition {
     MaterialIndex material_index_;
     bool chess960_ = false;
     std::uint64_t make_move_counter_ = 0;
+    std::uint64_t set_ups_ = 0;
     bool logging_ = false;
     std::ofstream log_;
 };

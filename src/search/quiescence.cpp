@@ -41,18 +41,16 @@ int Analysis::quiescence(int alpha, int beta, int qdepth) {
         return alpha;
     }
 
-    // Made here and not at the start: most nodes of quiescence end above.
-    movetable_t move_table;
-    move_generator_.create_movetable(position_, move_table);
+    // Moves are looked for here and not at the start: most nodes of quiescence end above.
     MoveBuffer moves;
     MoveList list(moves.data());
     if (check) {
-        move_generator_.serialize_moves(position_, move_table, list);
+        move_generator_.generate_moves(position_, list);
         if (list.size() == 0) {
             return ply_ - mate_score;
         }
     } else {
-        move_generator_.serialize_captures(position_, move_table, list);
+        move_generator_.generate_captures(position_, list);
         if (list.size() == 0) {
             return alpha;
         }

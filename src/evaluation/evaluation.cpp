@@ -61,6 +61,7 @@ Evaluation::Evaluation(ChessPosition const& position, Tables& tables)
 
 void Evaluation::init() {
     phase_material_ = no_material;
+    men_moved_ = true;
     piece_square_tables_.init(position_);
 }
 
@@ -133,6 +134,32 @@ template <bool OneKing>
 // what is stored one by one can be loaded by four only when it has reached the cache.
 int Evaluation::static_eval() {
     ++total_evals_;
+    if (!men_stand_as_evaluated()) sum_of_men_ = evaluate_men();
+    find_stm();
+    score_ = blend_stm(sum_of_men_);
+    scale_opposite_bishops();
+    if (may_have_endgame(position_.materialindex())) dispatch_endgame();
+    int const score = static_cast<int>(score_);
+    return position_.white_to_move() ? score : -score;
+}
+
+// After a pass, and when a node is entered once more, no man has moved since the last evaluation:
+// all terms but the side to move still hold. A move made and taken back is not that, as it can
+// change the piece-square sums by their rounding.
+bool Evaluation::men_stand_as_evaluated() {
+    std::vector<history_t> const& history = position_.history();
+    history_t const* record = &history.back();
+    if (record->last_move == Move() && history.size() > 1) --record;
+    std::uint64_t const moves = record->make_move_counter;
+    std::uint64_t const set_ups = position_.set_ups();
+    bool const same = !men_moved_ && moves == evaluated_moves_ && set_ups == evaluated_set_ups_;
+    men_moved_ = false;
+    evaluated_moves_ = moves;
+    evaluated_set_ups_ = set_ups;
+    return same;
+}
+
+float Evaluation::evaluate_men() {
     find_phase();
     find_pawn_record();
     find_pst_terms();
@@ -141,24 +168,19 @@ int Evaluation::static_eval() {
     find_development(open_files(position_.white_pawn(), pawn_record_->white_open_files),
                      open_files(position_.black_pawn(), pawn_record_->black_open_files));
     find_opposite_colored_bishops();
-    find_stm();
     find_pinned_pieces();
     find_king_activity();
     find_pawn_terms();
-    score_ = blend_material_to_space(0.0F);
+    float sum = blend_material_to_space(0.0F);
     // Turned zones are made for one king a side.
     if (several(position_.white_king()) || several(position_.black_king())) {
         find_king_terms<false>();
     } else {
         find_king_terms<true>();
     }
-    score_ = blend_pst_to_king_attack(score_);
-    score_ = blend_castling_to_battlefield(score_);
-    score_ = blend_king_activity_to_stm(score_);
-    scale_opposite_bishops();
-    if (may_have_endgame(position_.materialindex())) dispatch_endgame();
-    int const score = static_cast<int>(score_);
-    return position_.white_to_move() ? score : -score;
+    sum = blend_pst_to_king_attack(sum);
+    sum = blend_castling_to_battlefield(sum);
+    return blend_king_activity_to_bishops(sum);
 }
 
 // Not clamped: with promoted men beyond the first set the end-game share turns negative.
@@ -383,14 +405,22 @@ float Evaluation::blend_castling_to_battlefield(float score) {
                                             variable_vector_.data());
 }
 
-float Evaluation::blend_king_activity_to_stm(float score) {
+float Evaluation::blend_king_activity_to_bishops(float score) {
     alignas(16) std::array<float, 16> values = as_floats<term::king_activity, 16>(int_terms_);
     for (std::size_t i = 0; i < 4; ++i) {
         values[i] =
             std::bit_cast<float>(std::bit_cast<std::uint32_t>(values[i]) | activity_bits_[i]);
     }
-    return add_blend<term::king_activity, 16, 15>(score, values, mg_phase_, eg_phase_,
+    return add_blend<term::king_activity, 16, 14>(score, values, mg_phase_, eg_phase_,
                                                   variable_vector_.data());
+}
+
+float Evaluation::blend_stm(float score) {
+    float const side = static_cast<float>(int_terms_[term::stm]);
+    variable_vector_[term::stm] = side;
+    float const end_game = side * Weight::eg_row[term::stm] * eg_phase_;
+    float const middle_game = side * Weight::mg_row[term::stm] * mg_phase_;
+    return score + (end_game + middle_game);
 }
 
 void Evaluation::scale_opposite_bishops() {

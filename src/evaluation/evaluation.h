@@ -48,9 +48,15 @@ class Evaluation {
     /// the middle game and 206 in the end game. Allocates nothing.
     int static_eval();
     /// Follows a move that is made on the position.
-    void make_move(Move const& move) { piece_square_tables_.make_move(move); }
+    void make_move(Move const& move) {
+        men_moved_ = true;
+        piece_square_tables_.make_move(move);
+    }
     /// Follows a move that is taken back.
-    void unmake_move(Move const& move) { piece_square_tables_.unmake_move(move); }
+    void unmake_move(Move const& move) {
+        men_moved_ = true;
+        piece_square_tables_.unmake_move(move);
+    }
 
     /// Table of the terms of the last evaluation, without the endgame functions.
     std::string report();
@@ -140,7 +146,12 @@ class Evaluation {
     float blend_material_to_space(float score);
     float blend_pst_to_king_attack(float score);
     float blend_castling_to_battlefield(float score);
-    float blend_king_activity_to_stm(float score);
+    float blend_king_activity_to_bishops(float score);
+    float blend_stm(float score);
+    /// Whether all but the side to move is as at the last evaluation, which this one becomes.
+    bool men_stand_as_evaluated();
+    /// Works all terms out but the side to move, and gives their blended sum.
+    float evaluate_men();
     void scale_opposite_bishops();
     /// False for nearly all material that has no endgame function.
     static bool may_have_endgame(MaterialIndex material) {
@@ -179,6 +190,12 @@ class Evaluation {
     /// Material word of the phase below; no board has all men.
     static constexpr std::uint64_t no_material = ~std::uint64_t{0};
     std::uint64_t phase_material_ = no_material;
+    /// A move was made or taken back since the last evaluation.
+    bool men_moved_ = true;
+    /// The state of the position at the last evaluation, see men_stand_as_evaluated().
+    std::uint64_t evaluated_moves_ = 0;
+    std::uint64_t evaluated_set_ups_ = 0;
+    float sum_of_men_ = 0.0F;
     float mg_phase_ = 1.0F;
     float eg_phase_ = 0.0F;
     float score_ = 0.0F;

@@ -22,6 +22,21 @@ namespace {
 /// The attack weights are in 1/256.
 constexpr float king_attack_scale = 0.00390625F;
 
+/// Hundreds of nobelmen that three sets of squares can add up to, even where illegal moves of the
+/// interface have made them overlap.
+constexpr std::size_t most_hundreds = 64 * (9 + 5 + 3);
+
+/// The middle-game share by hundreds of nobelmen, which saves a division.
+constexpr std::array<float, most_hundreds + 1> make_mg_phases() {
+    std::array<float, most_hundreds + 1> phases{};
+    for (std::size_t i = 0; i < phases.size(); ++i)
+        phases[i] = static_cast<float>(100 * i) / 6200.0F;
+    return phases;
+}
+
+constexpr std::array<float, most_hundreds + 1> mg_phases = make_mg_phases();
+static_assert(mg_phases[0] == 0.0F && mg_phases[62] == 1.0F);
+
 int castling_rights_term(unsigned rights) {
     bool const white_keeps = (rights & 0x00FFU) != 0;
     bool const black_keeps = (rights & 0xFF00U) != 0;
@@ -160,10 +175,9 @@ bool Evaluation::men_stand_as_evaluated() {
 }
 
 float Evaluation::evaluate_men() {
-    find_phase();
+    find_phase_and_material();
     find_pawn_record();
     find_pst_terms();
-    int_terms_[term::material] = material_.get_eval(position_.materialindex());
     find_mobility_terms();
     find_development(open_files(position_.white_pawn(), pawn_record_->white_open_files),
                      open_files(position_.black_pawn(), pawn_record_->black_open_files));
@@ -185,20 +199,21 @@ float Evaluation::evaluate_men() {
 
 // Not clamped: with promoted men beyond the first set the end-game share turns negative.
 void Evaluation::compute_phase() {
-    int const nobelmen = 900 * count(position_.white_queen() | position_.black_queen()) +
-                         500 * count(position_.white_rook() | position_.black_rook()) +
-                         300 * count(position_.white_bishop() | position_.black_bishop() |
-                                     position_.white_knight() | position_.black_knight());
-    mg_phase_ = static_cast<float>(nobelmen) / 6200.0F;
+    int const hundreds = 9 * count(position_.white_queen() | position_.black_queen()) +
+                         5 * count(position_.white_rook() | position_.black_rook()) +
+                         3 * count(position_.white_bishop() | position_.black_bishop() |
+                                   position_.white_knight() | position_.black_knight());
+    mg_phase_ = mg_phases[static_cast<std::size_t>(hundreds)];
     eg_phase_ = 1.0F - mg_phase_;
 }
 
 // The men of the phase change with the material word only.
-void Evaluation::find_phase() {
+void Evaluation::find_phase_and_material() {
     std::uint64_t const material = position_.materialindex().index();
     if (material == phase_material_) return;
     phase_material_ = material;
     compute_phase();
+    int_terms_[term::material] = material_.get_eval(position_.materialindex());
 }
 
 void Evaluation::compute_material() {

@@ -123,7 +123,7 @@ class Evaluation {
  private:
     // The steps of static_eval() fill `int_terms_` and the members for terms that are not integers;
     // the variable vector follows at the end, or after each of the separate steps.
-    void find_phase();
+    void find_phase_and_material();
     void find_mobility_terms();
     void find_pst_terms();
     /// Makes the record of the position's pawn key the current one, from the table or anew.

@@ -1,23 +1,18 @@
 #include "search/counter_move.h"
 
 #include <algorithm>
-#include <new>
 
 namespace orvelin {
 
 CounterMove::CounterMove()
-    : values_(static_cast<std::int64_t*>(std::calloc(count, sizeof(std::int64_t)))) {
-    if (values_ == nullptr) {
-        throw std::bad_alloc();
-    }
-}
+    : memory_(count * sizeof(std::int64_t)), values_(static_cast<std::int64_t*>(memory_.data())) {}
 
 void CounterMove::clear() {
-    std::fill_n(values_.get(), count, 0);
+    std::fill_n(values_, count, 0);
 }
 
 void CounterMove::divide_by_8() {
-    std::for_each_n(values_.get(), count, [](std::int64_t& value) { value >>= 3; });
+    std::for_each_n(values_, count, [](std::int64_t& value) { value >>= 3; });
 }
 
 }  // namespace orvelin

@@ -2,11 +2,10 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
-#include <memory>
 
 #include "position/move.h"
 #include "search/history_table.h"
+#include "search/zeroed_pages.h"
 
 namespace orvelin {
 
@@ -45,7 +44,7 @@ class CounterMove {
     }
     /// The values of all answers to a move that is not empty, by HistoryTable::index().
     std::int64_t const* answers(Move const& earlier) const {
-        return values_.get() + row(earlier.piece_id(), earlier.to().id());
+        return values_ + row(earlier.piece_id(), earlier.to().id());
     }
 
  private:
@@ -70,11 +69,8 @@ class CounterMove {
 
     static constexpr std::size_t count = pieces * squares * pieces * squares;
 
-    struct Release {
-        void operator()(std::int64_t* values) const { std::free(values); }
-    };
-
-    std::unique_ptr<std::int64_t[], Release> values_;
+    ZeroedPages memory_;
+    std::int64_t* values_;
 };
 
 }  // namespace orvelin

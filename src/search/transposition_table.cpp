@@ -5,17 +5,12 @@
 #include <cstddef>
 #include <limits>
 #include <new>
-#include <sys/mman.h>
-
 namespace orvelin {
 
 namespace {
 
 constexpr std::uint64_t bytes_per_megabyte = std::uint64_t{1} << 20;
 constexpr int min_megabytes = 6;
-
-/// Size and alignment of the pages that are asked for.
-constexpr std::size_t huge_page = std::size_t{1} << 21;
 
 std::uint64_t buckets_of(int megabytes) {
     auto const wanted = static_cast<std::uint64_t>(std::max(megabytes, min_megabytes));
@@ -39,28 +34,16 @@ void TranspositionTable::set_size(int megabytes) {
     }
 }
 
-/// The old array goes first, so that both need never fit into memory together. The new one
-/// comes zeroed by the system, page by page when it is first touched. A search touches it at random
-/// and soon everywhere, so that large pages spare it a fault for every 4 KiB and most misses of
-/// address translation.
+/// The old array goes first, so that both need never fit into memory together.
 void TranspositionTable::allocate(std::uint64_t size) {
     size_ = 0;
     buckets_ = nullptr;
-    memory_.reset();
-    // What is added leaves room for the alignment.
-    constexpr std::uint64_t added = huge_page / sizeof(Bucket);
-    if (size >= std::numeric_limits<std::size_t>::max() / sizeof(Bucket) - added) {
+    memory_ = ZeroedPages();
+    if (size > std::numeric_limits<std::size_t>::max() / sizeof(Bucket)) {
         throw std::bad_array_new_length();
     }
-    memory_.reset(std::calloc(size + added, sizeof(Bucket)));
-    if (memory_ == nullptr) {
-        throw std::bad_alloc();
-    }
-    void* start = memory_.get();
-    std::size_t space = (size + added) * sizeof(Bucket);
-    buckets_ = static_cast<Bucket*>(std::align(huge_page, size * sizeof(Bucket), start, space));
-    // A mere wish: without such pages all goes on, a little slower.
-    madvise(buckets_, size * sizeof(Bucket), MADV_HUGEPAGE);
+    memory_ = ZeroedPages(size * sizeof(Bucket));
+    buckets_ = static_cast<Bucket*>(memory_.data());
     size_ = size;
     touched_.store(false, std::memory_order_relaxed);
 }
@@ -89,7 +72,7 @@ void TranspositionTable::clear() {
     if (!touched_.load(std::memory_order_relaxed) || threshold_ >= size_) {
         return;
     }
-    constexpr std::uint64_t buckets_of_a_page = huge_page / sizeof(Bucket);
+    constexpr std::uint64_t buckets_of_a_page = ZeroedPages::page / sizeof(Bucket);
     std::uint64_t const first = threshold_ + 1;
     std::uint64_t const first_page =
         (first + buckets_of_a_page - 1) / buckets_of_a_page * buckets_of_a_page;
@@ -97,7 +80,7 @@ void TranspositionTable::clear() {
     // Whole pages go back to the system, which gives them anew, zeroed, when they are next touched.
     // Gigabytes are cleared at once that way, and none of them is filled in only to be emptied.
     if (first_page < size_ &&
-        madvise(buckets_ + first_page, (size_ - first_page) * sizeof(Bucket), MADV_DONTNEED) == 0) {
+        memory_.zero(first_page * sizeof(Bucket), (size_ - first_page) * sizeof(Bucket))) {
         end = first_page;
     }
     for (std::uint64_t i = first; i < end; ++i) {

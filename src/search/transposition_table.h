@@ -2,12 +2,11 @@
 
 #include <atomic>
 #include <cstdint>
-#include <cstdlib>
-#include <memory>
 #include <mutex>
 
 #include "search/bucket.h"
 #include "search/tt_record.h"
+#include "search/zeroed_pages.h"
 
 namespace orvelin {
 
@@ -97,10 +96,6 @@ class TranspositionTable {
     unsigned char* get_uchar_adress();
 
  private:
-    struct Release {
-        void operator()(void* memory) const { std::free(memory); }
-    };
-
     void allocate(std::uint64_t size);
 
     bool in_use(std::uint64_t index) const {
@@ -116,7 +111,7 @@ class TranspositionTable {
     /// Whether anything can have been written since the allocation. Spares clear() the walk
     /// through zero pages that the system has not even provided yet.
     std::atomic<bool> touched_{false};
-    std::unique_ptr<void, Release> memory_;
+    ZeroedPages memory_;
 };
 
 }  // namespace orvelin

@@ -76,7 +76,6 @@ class StartMeasurement:
                 for _ in range(3):
                     engine.search(fen, "depth 6")
                     games.append(engine.new_game())
-                # The first one also brings the pages of the table into memory.
                 entries.append(
                     {
                         "size": size,

@@ -17,12 +17,6 @@ inline std::uint8_t bits_of_quarter(std::uint64_t word) {
     return static_cast<std::uint8_t>(BitBoard::m_popcnt16[static_cast<std::uint16_t>(word)]);
 }
 
-/// Number of set bits of a word below 2^32.
-inline int bits_of_half(std::uint64_t word) {
-    auto const low = bits_of_quarter(word);
-    return static_cast<std::uint8_t>(low + bits_of_quarter(word >> 16));
-}
-
 /// Number of set bits of a word below 2^48.
 inline int bits_of_six_ranks(std::uint64_t word) {
     auto sum = bits_of_quarter(word);

@@ -146,14 +146,20 @@ class KingZone {
     int pawn_shield(ChessPosition const& position, BitBoard open_files) const {
         if (men::kings(position) & open_files) return 0;
         BitBoard const shield = men::pawns(position) & (near_ | ahead<Side>(near_, 1));
-        if constexpr (!OneKing) return count(shield);
-        return gathered(shield, gather::shield<Side>[static_cast<std::size_t>(king_)]);
+        if constexpr (OneKing) {
+            return gathered(shield, gather::shield<Side>[static_cast<std::size_t>(king_)]);
+        } else {
+            return count(shield);
+        }
     }
 
     /// Squares of the neighbourhood that are in `set`.
     int count_near(BitBoard set) const {
-        if constexpr (!OneKing) return count(set & near_);
-        return gathered(set & near_, near_multiplier_);
+        if constexpr (OneKing) {
+            return gathered(set & near_, near_multiplier_);
+        } else {
+            return count(set & near_);
+        }
     }
 
     /// Squares of the battlefield that are in `set`.

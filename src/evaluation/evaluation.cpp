@@ -22,9 +22,9 @@ namespace {
 /// The attack weights are in 1/256.
 constexpr float king_attack_scale = 0.00390625F;
 
-/// Hundreds of nobelmen that three sets of squares can add up to, even where illegal moves of the
+/// Hundreds of nobelmen that four sets of squares can add up to, even where illegal moves of the
 /// interface have made them overlap.
-constexpr std::size_t most_hundreds = 64 * (9 + 5 + 3);
+constexpr std::size_t most_hundreds = 64 * (9 + 5 + 3 + 3);
 
 /// The middle-game share by hundreds of nobelmen, which saves a division.
 constexpr std::array<float, most_hundreds + 1> make_mg_phases() {
@@ -41,12 +41,6 @@ int castling_rights_term(unsigned rights) {
     bool const white_keeps = (rights & 0x00FFU) != 0;
     bool const black_keeps = (rights & 0xFF00U) != 0;
     return 20 * ((white_keeps ? 1 : 0) - (black_keeps ? 1 : 0));
-}
-
-/// Files without one of the pawns. Without pawns of the colour all are open, whatever the record
-/// says of key 0.
-BitBoard open_files(BitBoard pawns, BitBoard open_files_of_record) {
-    return pawns ? open_files_of_record : ~BitBoard();
 }
 
 /// Pieces in the order of the terms: knights, bishops, rooks, queens.
@@ -179,8 +173,7 @@ float Evaluation::evaluate_men() {
     find_pawn_record();
     find_pst_terms();
     find_mobility_terms();
-    find_development(open_files(position_.white_pawn(), pawn_record_->white_open_files),
-                     open_files(position_.black_pawn(), pawn_record_->black_open_files));
+    find_development(~file_fill(position_.white_pawn()), ~file_fill(position_.black_pawn()));
     find_opposite_colored_bishops();
     find_pinned_pieces();
     find_king_activity();
@@ -201,16 +194,17 @@ float Evaluation::evaluate_men() {
 void Evaluation::compute_phase() {
     int const hundreds = 9 * count(position_.white_queen() | position_.black_queen()) +
                          5 * count(position_.white_rook() | position_.black_rook()) +
-                         3 * count(position_.white_bishop() | position_.black_bishop() |
-                                   position_.white_knight() | position_.black_knight());
+                         3 * count(position_.white_bishop() | position_.black_bishop()) +
+                         3 * count(position_.white_knight() | position_.black_knight());
     mg_phase_ = mg_phases[static_cast<std::size_t>(hundreds)];
     eg_phase_ = 1.0F - mg_phase_;
 }
 
-// The men of the phase change with the material word only.
+// The men of the phase change with the material word only, but for a castling without a rook, which
+// makes one.
 void Evaluation::find_phase_and_material() {
     std::uint64_t const material = position_.materialindex().index();
-    if (material == phase_material_) return;
+    if (material == phase_material_ && !position_.men_may_disagree()) return;
     phase_material_ = material;
     compute_phase();
     int_terms_[term::material] = material_.get_eval(position_.materialindex());
@@ -378,7 +372,9 @@ void Evaluation::find_opposite_colored_bishops() {
     BitBoard const black = position_.black_bishop();
     BitBoard const both = white | black;
     int_terms_[term::opposite_colored_bishops] =
-        single(white) && single(black) && (both & white_squares) && (both & black_squares) ? 1 : 0;
+        single(white) && single(both & ~white) && (both & white_squares) && (both & black_squares)
+            ? 1
+            : 0;
 }
 
 void Evaluation::compute_opposite_colored_bishops() {

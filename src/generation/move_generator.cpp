@@ -74,6 +74,13 @@ void MoveGenerator::serialize_captures(ChessPosition const& position, movetable_
 }
 
 void MoveGenerator::generate_captures(ChessPosition const& position, MoveList& list) {
+    if (position.men_may_disagree()) {
+        // Two men on a square share its entry of the table, and go where the later of them goes.
+        movetable_t table;
+        create_movetable(position, table);
+        serialize_captures(position, table, list);
+        return;
+    }
     list.clear();
     move_count_ = 0;
     if (position.white_to_move()) {

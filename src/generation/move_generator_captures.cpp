@@ -47,10 +47,13 @@ void MoveGenerator::pawn_captures(ChessPosition const& position, Reach const& re
     using Own = Men<Side>;
     BitBoard const& last_rank = Own::last_rank;
     BitBoard const check_squares = direct_check_squares<Own::pawn>();
-    // Those that stand so that they can capture or promote; the others are passed over.
-    BitBoard pawns =
-        position.piece(Own::pawn) & (pawn_attacks<1 - Side>(targets_ | position.ep().bitboard()) |
-                                     ahead<1 - Side>(last_rank, 1));
+    BitBoard pawns = position.piece(Own::pawn);
+    // Only those that stand so that they can capture or promote. Where sets overlap, the table can
+    // hold what another man reaches, and all are asked.
+    if (!position.men_may_disagree()) {
+        pawns &= pawn_attacks<1 - Side>(targets_ | position.ep().bitboard()) |
+                 ahead<1 - Side>(last_rank, 1);
+    }
     while (pawns) {
         Square const from = pawns.get_reset_square().get_unique_square();
         BitBoard const reached = reach.template reached_from<Side, Own::pawn>(from);

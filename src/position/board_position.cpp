@@ -52,6 +52,28 @@ void BoardPosition::clear() {
     boards_.fill(BitBoard());
     board_.fill(Piece());
     stm_ = 1;
+    men_may_disagree_ = false;
+}
+
+// Called for the rare kinds of moves, before they are made.
+void BoardPosition::note_odd_move(Move const& move) {
+    auto const man_on = [this](Square const& square) { return board_[index(square)].id(); };
+    bool odd = man_on(move.from()) != move.piece_id();
+    if (move.code() == castling) {
+        CastlingTargets const targets = castling_targets(move);
+        odd = odd || man_on(move.to()) != castling_rook(move);
+        for (Square const& target : {targets.king, targets.rook}) {
+            odd = odd || (target != move.from() && target != move.to() && man_on(target) != 0);
+        }
+    } else if (move.code() == en_passant) {
+        odd = odd || man_on(move.to()) != 0 ||
+              man_on(en_passant_victim(move, stm_)) != move.capture_id();
+    } else {
+        std::size_t const id = promoted(move) & 15;
+        odd = odd || id == 0 || id == 7 || id == 8 || id == 15 || move.from() == move.to() ||
+              man_on(move.to()) != move.capture_id();
+    }
+    men_may_disagree_ = men_may_disagree_ || odd;
 }
 
 void BoardPosition::make_move(Move const& move) {
@@ -62,11 +84,13 @@ void BoardPosition::make_move(Move const& move) {
         case nullmove:
             break;
         case normal_move:
+            if (from == to) men_may_disagree_ = true;
             lift(index(to), static_cast<std::size_t>(move.capture_id()));
             lift(index(from), static_cast<std::size_t>(piece));
             place(index(to), static_cast<std::size_t>(piece));
             break;
         case en_passant: {
+            note_odd_move(move);
             Square const victim = en_passant_victim(move, stm_);
             lift(index(victim), static_cast<std::size_t>(move.capture_id()));
             lift(index(from), static_cast<std::size_t>(piece));
@@ -75,6 +99,7 @@ void BoardPosition::make_move(Move const& move) {
         }
         case castling: {
             CastlingTargets const targets = castling_targets(move);
+            note_odd_move(move);
             // Both men leave before either arrives, so the squares may overlap.
             lift(index(from), static_cast<std::size_t>(piece));
             lift(index(to), static_cast<std::size_t>(castling_rook(move)));
@@ -83,6 +108,7 @@ void BoardPosition::make_move(Move const& move) {
             break;
         }
         default:
+            note_odd_move(move);
             lift(index(to), static_cast<std::size_t>(move.capture_id()));
             lift(index(from), static_cast<std::size_t>(piece));
             place(index(to), promoted(move));

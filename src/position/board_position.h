@@ -71,6 +71,11 @@ class BoardPosition {
         return board_[static_cast<std::size_t>(square)];
     }
 
+    /// True once a move since clear() has put a man on another, or moved one who was not there: no
+    /// legal move does. From then on sets and squares may disagree, sets may overlap, and what is
+    /// found from the one need not be what is found from the other.
+    bool men_may_disagree() const { return men_may_disagree_; }
+
     /// Same side to move and same piece boards; squares and aggregates are not compared.
     bool operator==(BoardPosition const& other) const {
         return stm_ == other.stm_ && boards_ == other.boards_;
@@ -97,6 +102,7 @@ class BoardPosition {
     std::string dump() const;
 
  private:
+    void note_odd_move(Move const& move);
     void place(std::size_t square, std::size_t id);
     void lift(std::size_t square, std::size_t id);
 
@@ -109,6 +115,7 @@ class BoardPosition {
     /// By square id, and an empty entry for no square.
     std::array<Piece, 65> board_{};
     int stm_ = 1;
+    bool men_may_disagree_ = false;
 };
 
 }  // namespace orvelin

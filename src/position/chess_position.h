@@ -115,6 +115,8 @@ class ChessPosition {
     Move last_move() const { return record().last_move; }
     /// Number of moves made by this object since it was cleared.
     std::uint64_t get_make_move_counter() const { return make_move_counter_; }
+    /// See BoardPosition.
+    bool men_may_disagree() const { return board_.men_may_disagree(); }
     /// How often the position was changed otherwise than by moves. Together with the make-move
     /// counter of a record it tells whether men may have moved in between.
     std::uint64_t set_ups() const { return set_ups_; }

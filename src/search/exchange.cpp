@@ -81,10 +81,11 @@ class ExchangeBoard {
 }  // namespace
 
 // The moves that change more than two squares or a man's kind are rare: they are made on the
-// board, and the exchange is played out there. That form would serve for all.
+// board, and the exchange is played out there. That form would serve for all, and it has to where
+// sets and squares may disagree.
 int Analysis::see(Move const& move) {
     int const gain = gain_of(move);
-    if (move.code() == normal_move) {
+    if (move.code() == normal_move && !position_.men_may_disagree()) {
         return gain - replies_to(move);
     }
     position_.force_move(move);

@@ -72,18 +72,7 @@ void TranspositionTable::clear() {
     if (!touched_.load(std::memory_order_relaxed) || threshold_ >= size_) {
         return;
     }
-    constexpr std::uint64_t buckets_of_a_page = ZeroedPages::page / sizeof(Bucket);
-    std::uint64_t const first = threshold_ + 1;
-    std::uint64_t const first_page =
-        (first + buckets_of_a_page - 1) / buckets_of_a_page * buckets_of_a_page;
-    std::uint64_t end = size_;
-    // Whole pages go back to the system, which gives them anew, zeroed, when they are next touched.
-    // Gigabytes are cleared at once that way, and none of them is filled in only to be emptied.
-    if (first_page < size_ &&
-        memory_.zero(first_page * sizeof(Bucket), (size_ - first_page) * sizeof(Bucket))) {
-        end = first_page;
-    }
-    for (std::uint64_t i = first; i < end; ++i) {
+    for (std::uint64_t i = threshold_ + 1; i < size_; ++i) {
         buckets_[i].clear();
     }
 }

@@ -18,11 +18,9 @@ ZeroedPages::ZeroedPages(std::size_t bytes) {
     start_ = memory_.get();
     std::align(page, bytes, start_, space);
     // A mere wish: without such pages all goes on, a little slower.
-    madvise(start_, bytes, MADV_HUGEPAGE);
-}
-
-bool ZeroedPages::zero(std::size_t first, std::size_t bytes) {
-    return madvise(static_cast<char*>(start_) + first, bytes, MADV_DONTNEED) == 0;
+    if (bytes <= most_huge) {
+        madvise(start_, bytes, MADV_HUGEPAGE);
+    }
 }
 
 }  // namespace orvelin

@@ -9,12 +9,15 @@ namespace orvelin {
 /// Memory for a large table that is read and written at random.
 ///
 /// The system gives it zeroed, page by page when it is first touched, so that an unused table
-/// costs nothing. Huge pages are asked for: they spare a search a fault for every 4 KiB and most
-/// misses of address translation. The start is aligned to such a page.
+/// costs nothing. Up to 256 MiB huge pages are asked for: they spare a search a fault for every
+/// 4 KiB and most misses of address translation. The system zeroes such a page in one go, which in
+/// larger tables would hold the first seconds of a search up. The start is aligned to such a page.
 class ZeroedPages {
  public:
     /// Size and alignment of the pages that are asked for.
     static constexpr std::size_t page = std::size_t{1} << 21;
+    /// Most bytes for which they are asked for.
+    static constexpr std::size_t most_huge = std::size_t{1} << 28;
 
     /// No memory.
     ZeroedPages() = default;
@@ -23,10 +26,6 @@ class ZeroedPages {
     explicit ZeroedPages(std::size_t bytes);
 
     void* data() const { return start_; }
-    /// Gives whole pages back to the system, zeroed when they are next touched. Both numbers are
-    /// bytes, the first a multiple of the page. False when the system refuses; nothing has changed
-    /// then.
-    bool zero(std::size_t first, std::size_t bytes);
 
  private:
     struct Release {

@@ -167,6 +167,8 @@ class HashSizes:
             engine.handshake()
             engine.set_option("Hash", size)
             engine.ready()
+            # Brings every page of the table into memory: behind a search all of it is cleared.
+            engine.search(self._settings.positions[0][1], "depth 5")
             for _, fen in some(self._settings.positions):
                 engine.new_game()
                 limit = self._settings.movetime

@@ -9,12 +9,11 @@ namespace orvelin {
 
 /// Room for the moves of one list on the stack.
 ///
-/// Unlike an array it is not filled with empty moves first: a node writes the few dozen moves that
-/// it has, and clearing the whole kilobyte would cost more than that.
+/// Unlike an array of moves it is not filled with empty ones first, when it is declared without
+/// braces: a node writes the few dozen moves that it has, and clearing the whole kilobyte would cost
+/// more than that.
 class MoveBuffer {
  public:
-    MoveBuffer() {}  // NOLINT(modernize-use-equals-default): leaves the bytes as they are
-
     /// Start of the room for MoveList::capacity moves.
     Move* data() { return reinterpret_cast<Move*>(bytes_); }
 

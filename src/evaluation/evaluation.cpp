@@ -24,13 +24,14 @@ constexpr float king_attack_scale = 0.00390625F;
 
 /// Hundreds of nobelmen that four sets of squares can add up to, even where illegal moves of the
 /// interface have made them overlap.
-constexpr std::size_t most_hundreds = 64 * (9 + 5 + 3 + 3);
+constexpr std::size_t most_hundreds = std::size_t{64} * (9 + 5 + 3 + 3);
 
 /// The middle-game share by hundreds of nobelmen, which saves a division.
 constexpr std::array<float, most_hundreds + 1> make_mg_phases() {
     std::array<float, most_hundreds + 1> phases{};
-    for (std::size_t i = 0; i < phases.size(); ++i)
+    for (std::size_t i = 0; i < phases.size(); ++i) {
         phases[i] = static_cast<float>(100 * i) / 6200.0F;
+    }
     return phases;
 }
 

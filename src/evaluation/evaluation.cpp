@@ -153,6 +153,10 @@ int Evaluation::static_eval() {
     return position_.white_to_move() ? score : -score;
 }
 
+void Evaluation::prefetch_pawns() const {
+    pawn_hash_table_.prefetch(position_.get_pawnhash());
+}
+
 // After a pass, and when a node is entered once more, no man has moved since the last evaluation:
 // all terms but the side to move still hold. A move made and taken back is not that, as it can
 // change the piece-square sums by their rounding.

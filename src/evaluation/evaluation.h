@@ -58,6 +58,10 @@ class Evaluation {
         piece_square_tables_.unmake_move(move);
     }
 
+    /// Asks for the pawn record of the position as it stands, ahead of the evaluation that will
+    /// need it; changes nothing.
+    void prefetch_pawns() const;
+
     /// Table of the terms of the last evaluation, without the endgame functions.
     std::string report();
     /// One line of counters.

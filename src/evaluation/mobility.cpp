@@ -165,12 +165,16 @@ template <int Side>
 
 template <int Side>
 [[gnu::always_inline]] inline void Mobility::find_safe_queen_checks(ChessPosition const& position) {
-    // Without a safe square, as without a queen, the two look-ups are saved.
-    BitBoard checks = maps_[Side].queen_safe_squares;
-    if (checks) {
-        checks &= to_ull(attacks_.queen(SideMen<1 - Side>::king(position), position.pieces()));
+    using enemy = SideMen<1 - Side>;
+    BitBoard const safe = maps_[Side].queen_safe_squares;
+    BitBoard squares =
+        Side == 1 ? position.white_queencheck_squares() : position.black_queencheck_squares();
+    // The position knows them where each side has its one king.
+    if (!single(position.white_king()) || !single(position.black_king()) ||
+        position.men_may_disagree()) {
+        squares = attacks_.queen(enemy::king(position), position.pieces());
     }
-    maps_[Side].safe_queen_checks = checks;
+    maps_[Side].safe_queen_checks = safe & squares;
 }
 
 template <int Side>

@@ -95,9 +95,13 @@ class MaterialIndex {
     constexpr std::uint32_t white_half() const { return static_cast<std::uint32_t>(index_ >> 32); }
     constexpr std::uint32_t black_half() const { return static_cast<std::uint32_t>(index_); }
 
+    /// New man minus pawn in the lower half, by move code.
+    static constexpr std::array<std::uint64_t, 8> black_change{0,    0,   0xFFFF, 0xFFF,
+                                                               0xFF, 0xF, 0,      0};
+
     /// New man minus pawn for the promotion of a pawn, 0 for every other move.
     static constexpr std::uint64_t promotion_change(Move const& move) {
-        constexpr std::array<std::uint64_t, 8> black_change{0, 0, 0xFFFF, 0xFFF, 0xFF, 0xF, 0, 0};
+        if (move.code() == normal_move) return 0;
         std::uint64_t const change = black_change[move.code()];
         if (move.piece_id() == white_pawn) return change << 32;
         if (move.piece_id() == black_pawn) return change;

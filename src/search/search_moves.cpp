@@ -9,6 +9,7 @@ namespace orvelin {
 void Analysis::make_move(Move const& move) {
     position_.make_move(move);
     evaluation_.make_move(move);
+    evaluation_.prefetch_pawns();
     ++ply_;
     if (move.xcode() == mate_attack) {
         ++mate_attack_count_;

@@ -281,6 +281,35 @@ TEST(Mobility, each_step_by_itself_gives_the_maps_of_the_whole) {
     EXPECT_EQ(steps.white_queen_safe_squares(), maps.mobility.white_queen_safe_squares());
 }
 
+/// Of each side's queens, against the look-up from the first king of the enemy.
+void expect_looked_up_queen_checks(std::string const& fen) {
+    Maps const maps(fen);
+    ChessPosition const& position = maps.position;
+    Attacks const& attacks = shared_tables().attacks;
+    auto const seen_from = [&](BitBoard const& kings) {
+        return attacks.queen(kings.get_first_square(), position.pieces());
+    };
+    EXPECT_EQ(maps.mobility.white_safe_queen_checks(),
+              maps.mobility.white_queen_safe_squares() & seen_from(position.black_king()))
+        << fen;
+    EXPECT_EQ(maps.mobility.black_safe_queen_checks(),
+              maps.mobility.black_queen_safe_squares() & seen_from(position.white_king()))
+        << fen;
+}
+
+TEST(Mobility, queen_checks_are_looked_up_where_the_position_does_not_know_them) {
+    for (const char* const fen : {
+             "3qk3/8/8/8/8/8/8/3QK3 w - - 0 1",
+             "3qk3/8/8/8/8/8/8/3Q4 w - - 0 1",      // no white king
+             "3q4/8/8/8/8/8/8/3QK3 w - - 0 1",      // no black king
+             "k2q3k/8/8/8/8/8/8/3QK3 w - - 0 1",    // two black kings
+             "3qk3/8/8/8/8/8/8/K2Q3K b - - 0 1",    // two white kings
+             "3q4/8/8/3k4/8/8/8/1Q1K2K1 w - - 0 1"  // and a black one in between
+         }) {
+        expect_looked_up_queen_checks(fen);
+    }
+}
+
 TEST(Mobility, board_without_kings_is_harmless) {
     Maps const maps("8/8/2q5/8/8/5R2/8/8 w - - 0 1");
     EXPECT_FALSE(maps.mobility.white_king_neighbourhood());

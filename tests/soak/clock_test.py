@@ -3,8 +3,8 @@
 import random
 import unittest
 
+from chess_lib.rules import Referee
 from soak_lib.clock import DEFAULT_CONTROLS, Clock, Control, go_words
-from soak_lib.rules import Referee
 from soak_lib.schedule import chess960_array, plan_game
 
 

@@ -8,14 +8,15 @@ import os
 import shlex
 import unittest
 
+from chess_lib.board import Position, other
+from chess_lib.rules import legal_moves
 from fake_engines import TOOLS, FakeEngines
 from measure_lib import machine
 from measure_lib.instructions import Instructions, read_costs, short_name
 from measure_lib.searches import Growth, HashSizes, Lines, read_positions, some
 from measure_lib.start import hash_sizes
-from measure_lib.uci import UciEngine, number_after
-from soak_lib.board import Position, other
-from soak_lib.rules import legal_moves
+from measure_lib.uci import MeasuredEngine
+from uci_lib.engine import number_after
 
 ENGINE = os.environ["MEASURE_ENGINE"]
 POSITIONS = os.path.join(os.path.dirname(TOOLS), "bench", "positions.txt")
@@ -148,7 +149,7 @@ class FaultTest(MeasureTest):
 
     def test_a_full_pipe_is_seen(self):
         command = [self.fake("flood", 1000, "flooding")]
-        with UciEngine(command, pipe_bytes=4096) as engine:
+        with MeasuredEngine(command, pipe_bytes=4096) as engine:
             engine.handshake()
             engine.send("go infinite")
             engine.wait_for("info")

@@ -8,7 +8,7 @@ from collections import Counter
 from dataclasses import dataclass, field
 
 from measure_lib.table import table
-from measure_lib.uci import EngineFailure
+from uci_lib.engine import EngineFailure
 
 SESSION = "bench\nquit\n"
 # Nothing else is counted: the start of the process does not belong to a search.

@@ -4,7 +4,8 @@ import statistics
 import time
 
 from measure_lib.table import milliseconds, table
-from measure_lib.uci import EngineFailure, UciEngine
+from measure_lib.uci import MeasuredEngine
+from uci_lib.engine import EngineFailure
 
 # The smallest pipe that the system has: a few dozen info lines fill it.
 SMALL_PIPE = 4096
@@ -39,7 +40,7 @@ class LatencyMeasurement:
     def _samples(self, lines, full):
         ready, stop = [], []
         pipe = SMALL_PIPE if full else None
-        with UciEngine(
+        with MeasuredEngine(
             [self._settings.engine], patience=self._settings.patience, pipe_bytes=pipe
         ) as engine:
             engine.handshake()

@@ -12,7 +12,7 @@ from measure_lib.instructions import Instructions
 from measure_lib.latency import LatencyMeasurement
 from measure_lib.searches import Growth, HashSizes, Lines, read_positions
 from measure_lib.start import StartMeasurement
-from measure_lib.uci import EngineFailure
+from uci_lib.engine import EngineFailure
 
 DESCRIPTION = """
 Measures the engine from outside, as an interface meets it. start: from exec to uciok, resident

@@ -5,7 +5,8 @@ import statistics
 
 from measure_lib.start import hash_sizes
 from measure_lib.table import milliseconds, table, thousands
-from measure_lib.uci import EngineFailure, UciEngine
+from measure_lib.uci import MeasuredEngine
+from uci_lib.engine import EngineFailure
 
 # A search that takes longer than this is not waited for.
 LONG_SEARCH = 3600.0
@@ -35,7 +36,7 @@ def some(positions):
 
 def search_from_start(settings, fen, limit, options=()):
     """A search by an engine that was just started, which alone gives the same nodes every time."""
-    with UciEngine([settings.engine], patience=settings.patience) as engine:
+    with MeasuredEngine([settings.engine], patience=settings.patience) as engine:
         engine.handshake()
         for name, value in options:
             engine.set_option(name, value)
@@ -43,18 +44,26 @@ def search_from_start(settings, fen, limit, options=()):
         return engine.search(fen, limit, LONG_SEARCH)
 
 
-def nodes_of(search):
+def _nodes_of(search):
     """What too short a search does not tell counts as nothing."""
     return 0 if search is None else search.nodes
 
 
-def seconds_of(search):
+def _seconds_of(search):
     """The engine's own time: its commands wait their turn, which would weigh on short searches."""
     if search is None:
         return 0
     if search.milliseconds is None:
         return search.line_seconds
     return search.milliseconds / 1000
+
+
+def _figures(searches):
+    """What a record keeps of several searches."""
+    return {
+        "nodes": [_nodes_of(search) for search in searches],
+        "seconds": [_seconds_of(search) for search in searches],
+    }
 
 
 class Growth:
@@ -75,14 +84,7 @@ class Growth:
                 search_from_start(self._settings, fen, f"depth {depth}")
                 for depth in range(1, self._depth + 1)
             ]
-            entries.append(
-                {
-                    "name": name,
-                    "fen": fen,
-                    "nodes": [nodes_of(search) for search in searches],
-                    "seconds": [seconds_of(search) for search in searches],
-                }
-            )
+            entries.append({"name": name, "fen": fen, **_figures(searches)})
         return entries
 
     def text(self, record):
@@ -163,7 +165,7 @@ class HashSizes:
     def _round(self, size):
         """A search of each position."""
         searches = []
-        with UciEngine([self._settings.engine], patience=self._settings.patience) as engine:
+        with MeasuredEngine([self._settings.engine], patience=self._settings.patience) as engine:
             engine.handshake()
             engine.set_option("Hash", size)
             engine.ready()
@@ -214,13 +216,7 @@ class Lines:
                 )
                 for _, fen in some(self._settings.positions)
             ]
-            entries.append(
-                {
-                    "lines": lines,
-                    "nodes": [nodes_of(search) for search in searches],
-                    "seconds": [seconds_of(search) for search in searches],
-                }
-            )
+            entries.append({"lines": lines, **_figures(searches)})
         return entries
 
     def text(self, record):

@@ -1,13 +1,13 @@
 """Searches the same positions with several engines in turn, and compares nodes a second."""
 
-import os
-import shutil
 import statistics
 import tempfile
 from dataclasses import dataclass, field
 
 from measure_lib.table import table, thousands
-from measure_lib.uci import EngineFailure, UciEngine
+from measure_lib.uci import MeasuredEngine
+from uci_lib.engine import EngineFailure
+from uci_lib.process import program
 
 # Those of the command `bench`.
 POSITIONS = (
@@ -44,17 +44,12 @@ PEERS = {
 DEFAULT_PEERS = ("stockfish", "ethereal-chess", "toga2", "glaurung", "gnuchess")
 
 
-def program(name):
-    """Where a program is; Debian keeps games out of the path of root."""
-    return shutil.which(name, path=os.environ.get("PATH", "") + ":/usr/games") or name
-
-
 @dataclass
 class Contender:
     """An engine in the comparison, and what it gave: for each position the rate of each round."""
 
     candidate: Candidate
-    engine: UciEngine | None = None
+    engine: MeasuredEngine | None = None
     title: str = "-"
     rates: list = field(default_factory=lambda: [[] for _ in POSITIONS])
     failure: str | None = None
@@ -130,7 +125,7 @@ class Comparison:
     def _start(self, contender, directory):
         """Starts an engine and lets it search once for nothing: its memory is in use then."""
         command = contender.candidate.command
-        contender.engine = engine = UciEngine(
+        contender.engine = engine = MeasuredEngine(
             [program(command[0]), *command[1:]], directory, self._settings.patience
         )
         engine.handshake()

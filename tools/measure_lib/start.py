@@ -5,7 +5,7 @@ import time
 
 from measure_lib.machine import available_mebibytes
 from measure_lib.table import mebibytes, milliseconds, table
-from measure_lib.uci import UciEngine
+from measure_lib.uci import MeasuredEngine
 
 REPEATS = 11
 
@@ -28,7 +28,7 @@ class StartMeasurement:
         self._report = report
 
     def _engine(self):
-        return UciEngine([self._settings.engine], patience=self._settings.patience)
+        return MeasuredEngine([self._settings.engine], patience=self._settings.patience)
 
     def run(self):
         """The measurement as a record."""
@@ -38,7 +38,7 @@ class StartMeasurement:
             began = time.monotonic()
             with self._engine() as engine:
                 engine.send("uci")
-                starts.append(engine.wait_for("uciok")[-1][0].clock - began)
+                starts.append(engine.wait_for("uciok")[-1][0] - began)
                 ends.append(engine.quit())
         fen = self._settings.positions[0][1]
         with self._engine() as engine:

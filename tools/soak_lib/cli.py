@@ -7,8 +7,8 @@ import signal
 import sys
 import time
 
+from soak_lib import journal as journals
 from soak_lib.clock import DEFAULT_CONTROLS, Control
-from soak_lib.journal import Journal
 from soak_lib.runner import Settings, Workers
 from soak_lib.summary import Summary
 
@@ -86,14 +86,14 @@ def _settings(options):
 def _open(options, root):
     """(name of the log, journal, settings, entries so far)."""
     if options.resume:
-        return options.resume, *Journal.resume(options.resume)
+        return options.resume, *journals.resume(options.resume)
     settings = _settings(options)
     name = options.log
     if name is None:
         name = os.path.join(root, "build", "soak", f"{settings.seed}.jsonl")
     os.makedirs(os.path.dirname(os.path.abspath(name)), exist_ok=True)
     _require_engines(settings)
-    return name, Journal.create(name, settings), settings, []
+    return name, journals.create(name, settings), settings, []
 
 
 def _require_engines(settings):

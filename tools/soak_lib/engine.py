@@ -1,28 +1,28 @@
-"""An engine process: its pipes, its session and its end."""
+"""An engine of the soak run: what was said is kept, and so are the answers that are due."""
 
 import collections
-import os
 import select
-import signal
 import subprocess
 import time
 
+from uci_lib.process import EngineFailure, EngineProcess
+
 MAX_SESSION_LINES = 20000
-MAX_LINE = 1 << 16
-# An engine writes some 200 lines a second at most; this much for one move is a fault.
-MAX_BYTES_A_MOVE = 1 << 24
 ANSWERS = ("bestmove", "readyok", "uciok")
 
 
-class Fault(Exception):
+class Fault(EngineFailure):
     """Something that an engine must never do."""
 
     def __init__(self, kind, engine, detail):
-        super().__init__(f"{kind}: {engine.name}: {detail}")
-        self.kind, self.engine, self.detail = kind, engine, detail
+        super().__init__(detail, kind)
+        self.engine = engine
+
+    def __str__(self):
+        return f"{self.kind}: {self.engine.name}: {self.detail}"
 
 
-class EngineProcess:
+class SoakEngine(EngineProcess):
     """One engine. Answers wait in the order of their arrival until they are taken."""
 
     def __init__(self, command, name):
@@ -32,63 +32,23 @@ class EngineProcess:
         self._started = time.monotonic()
         self._session = collections.deque(maxlen=MAX_SESSION_LINES)
         self._answers = collections.deque()
-        self._rest = b""
-        self._bytes = 0
-        # A session of its own: an interrupt from the terminal is for the script alone.
-        self._process = subprocess.Popen(
-            [command],
-            stdin=subprocess.PIPE,
-            stdout=subprocess.PIPE,
-            stderr=subprocess.STDOUT,
-            bufsize=0,
-            start_new_session=True,
-        )
-        self.output = self._process.stdout.fileno()
-        os.set_blocking(self.output, False)
+        super().__init__([command], errors=subprocess.STDOUT)
+
+    def failure(self, kind, detail):
+        return Fault(kind, self, detail)
 
     def _note(self, mark, line):
         self._session.append(f"{(time.monotonic() - self._started) * 1000:11.1f} {mark} {line}")
 
     def send(self, line):
         self._note(">", line)
-        self._bytes = 0
-        try:
-            self._process.stdin.write(line.encode() + b"\n")
-        except OSError:
-            self._ended()
+        super().send(line)
 
-    def receive(self):
-        """Takes in what the engine has written so far."""
-        try:
-            data = os.read(self.output, 1 << 16)
-        except BlockingIOError:
-            return
-        now = time.monotonic()
-        if not data:
-            self._ended()
-        self._bytes += len(data)
-        *lines, self._rest = (self._rest + data).split(b"\n")
-        for line in lines:
-            text = line.decode(errors="replace")
-            self._note("<", text)
-            words = text.split()
-            if words and words[0] in ANSWERS:
-                self._answers.append((now, words))
-        if self._bytes > MAX_BYTES_A_MOVE or len(self._rest) > MAX_LINE:
-            raise Fault("flood", self, f"{self._bytes} bytes since the last command")
-
-    def _ended(self):
-        try:
-            code = self._process.wait(5)
-        except subprocess.TimeoutExpired:
-            raise Fault("crash", self, "closed its output") from None
-        raise Fault("crash", self, self._end_text(code))
-
-    @staticmethod
-    def _end_text(code):
-        if code < 0:
-            return f"ended by {signal.Signals(-code).name}"
-        return f"ended with status {code}"
+    def take(self, moment, line):
+        self._note("<", line)
+        words = line.split()
+        if words and words[0] in ANSWERS:
+            self._answers.append((moment, words))
 
     def answer(self, word):
         """(time, words) of the next answer, None when there is none yet."""
@@ -104,35 +64,6 @@ class EngineProcess:
         self.receive()
         if self._answers:
             raise Fault("stray answer", self, " ".join(self._answers[0][1]))
-
-    def memory(self):
-        """Resident memory in KiB."""
-        with open(f"/proc/{self._process.pid}/status", encoding="ascii") as status:
-            for line in status:
-                if line.startswith("VmRSS:"):
-                    return int(line.split()[1])
-        return 0
-
-    def quit(self, seconds):
-        """Asks the engine to end; a fault when it does not end well."""
-        self.send("quit")
-        deadline = time.monotonic() + seconds
-        try:
-            while time.monotonic() < deadline:
-                select.select([self.output], [], [], max(deadline - time.monotonic(), 0))
-                self.receive()
-        except Fault as fault:
-            if fault.detail != self._end_text(0):
-                raise
-            return
-        raise Fault("crash", self, "did not end on quit")
-
-    def kill(self):
-        """Ends the process at once, whatever it does."""
-        self._process.kill()
-        self._process.wait()
-        self._process.stdin.close()
-        self._process.stdout.close()
 
     def session(self):
         """What was said, a line each: milliseconds, direction, text."""

@@ -3,10 +3,10 @@
 import time
 from dataclasses import asdict, dataclass, field
 
-from soak_lib.board import BLACK, START_FEN, WHITE
+from chess_lib.board import BLACK, START_FEN, WHITE
+from chess_lib.rules import Referee
 from soak_lib.clock import Clock, go_words
 from soak_lib.engine import Fault, Listener
-from soak_lib.rules import Referee
 
 
 @dataclass

@@ -7,7 +7,7 @@ import queue
 import signal
 
 from soak_lib.clock import Control
-from soak_lib.engine import EngineProcess, Fault, Interrupted, Listener
+from soak_lib.engine import Fault, Interrupted, Listener, SoakEngine
 from soak_lib.match import Match
 from soak_lib.schedule import plan_game
 
@@ -65,7 +65,7 @@ class Table:
     def _start_engines(self):
         for index, command in enumerate(self._settings.engines):
             if self._engines[index] is None:
-                engine = EngineProcess(command, f"engine {index + 1}")
+                engine = SoakEngine(command, f"engine {index + 1}")
                 self._engines[index] = engine
                 engine.send("uci")
                 listener = Listener(self._stop_wanted)

@@ -3,9 +3,9 @@
 import random
 from dataclasses import dataclass
 
-from soak_lib.board import START_FEN
+from chess_lib.board import START_FEN
+from chess_lib.rules import Referee
 from soak_lib.clock import Control
-from soak_lib.rules import Referee
 
 ENDINGS_AND_TACTICS = (
     "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1",

@@ -2,7 +2,7 @@
 
 from collections import Counter
 
-from soak_lib.board import (
+from chess_lib.board import (
     BISHOP_RAYS,
     BLACK,
     KING_JUMPS,
@@ -101,6 +101,24 @@ def _castling_moves(position, king):
             continue
         if not any(position.attacked(square, other(side)) for square in path):
             yield Move(king, rook, castling=True)
+
+
+def forces_mate(position, move, count):
+    """True when the legal move mates in so many moves at most, whatever the other side does."""
+    behind = position.after(move)
+    # To know of a check is much cheaper than to know all replies.
+    if count == 1 and not behind.in_check():
+        return False
+    replies = legal_moves(behind)
+    if not replies:
+        return behind.in_check()
+    if count == 1:
+        return False
+    for reply in replies:
+        then = behind.after(reply)
+        if not any(forces_mate(then, answer, count - 1) for answer in legal_moves(then)):
+            return False
+    return True
 
 
 def perft(position, depth):

@@ -1,0 +1,1 @@
+"""The rules of standard chess and Chess960, in plain Python."""

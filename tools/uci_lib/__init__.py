@@ -1,0 +1,1 @@
+"""UCI engines as processes, for every tool that talks to one."""

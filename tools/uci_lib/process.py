@@ -1,0 +1,139 @@
+"""An engine process: its pipes, its lines and its end."""
+
+import os
+import select
+import shutil
+import signal
+import subprocess
+import time
+
+# Engines write a few hundred lines a second at most: whoever writes more than this for one
+# command is out of order. A search of hours may write more, so the bound grows with time.
+MAX_BYTES = 1 << 24
+MAX_BYTES_A_SECOND = 1 << 18
+MAX_LINE = 1 << 16
+# How long a process that has closed its output may take to end.
+END_SECONDS = 5
+
+
+class EngineFailure(Exception):
+    """The engine died, hangs, or does not say what is needed. The kind is one word for all that
+    went wrong in the same way: start, crash, flood, stall, or answer."""
+
+    def __init__(self, detail, kind="answer"):
+        super().__init__(detail)
+        self.detail, self.kind = detail, kind
+
+
+def program(name):
+    """Where a program is; Debian keeps games out of the path of root."""
+    return shutil.which(name, path=os.environ.get("PATH", "") + ":/usr/games") or name
+
+
+class EngineProcess:
+    """The process alone. Whoever waits also empties its pipe; nobody else does."""
+
+    def __init__(self, command, directory=None, errors=subprocess.DEVNULL):
+        self._rest = b""
+        self._bytes = 0
+        self._asked = time.monotonic()
+        try:
+            # A session of its own: an interrupt from the terminal is for the script alone.
+            self._process = subprocess.Popen(
+                command,
+                stdin=subprocess.PIPE,
+                stdout=subprocess.PIPE,
+                stderr=errors,
+                bufsize=0,
+                cwd=directory,
+                start_new_session=True,
+            )
+        except OSError as error:
+            raise self.failure("start", f"cannot be started: {error.strerror}") from None
+        self.pid = self._process.pid
+        self.output = self._process.stdout.fileno()
+        os.set_blocking(self.output, False)
+
+    def failure(self, kind, detail):
+        """What is raised when the engine fails."""
+        return EngineFailure(detail, kind)
+
+    def moment(self):
+        """Now, as it is kept with each line: seconds of the clock."""
+        return time.monotonic()
+
+    def take(self, moment, line):
+        """Called with each line when it comes."""
+        raise NotImplementedError
+
+    def send(self, line):
+        self._bytes = 0
+        self._asked = time.monotonic()
+        try:
+            self._process.stdin.write(line.encode() + b"\n")
+        except OSError:
+            self._ended()
+
+    def receive(self):
+        """Takes in what the engine has written so far."""
+        try:
+            data = os.read(self.output, 1 << 16)
+        except BlockingIOError:
+            return
+        now = self.moment()
+        if not data:
+            self._ended()
+        self._bytes += len(data)
+        *lines, self._rest = (self._rest + data).split(b"\n")
+        for line in lines:
+            self.take(now, line.decode(errors="replace").strip())
+        allowed = MAX_BYTES + MAX_BYTES_A_SECOND * (time.monotonic() - self._asked)
+        if self._bytes > allowed or len(self._rest) > MAX_LINE:
+            raise self.failure("flood", "writes without end")
+
+    def listen(self, seconds):
+        """Takes in what comes first within the time, if anything does."""
+        if select.select([self.output], [], [], max(seconds, 0))[0]:
+            self.receive()
+
+    def _ended(self):
+        try:
+            code = self._process.wait(END_SECONDS)
+        except subprocess.TimeoutExpired:
+            raise self.failure("crash", "closed its output") from None
+        raise self.failure("crash", self._end_text(code))
+
+    @staticmethod
+    def _end_text(code):
+        if code < 0:
+            return f"ended by {signal.Signals(-code).name}"
+        return f"ended with status {code}"
+
+    def memory(self, field="VmRSS"):
+        """Resident KiB now, or at most so far with VmHWM."""
+        with open(f"/proc/{self.pid}/status", encoding="ascii") as status:
+            for line in status:
+                if line.startswith(field + ":"):
+                    return int(line.split()[1])
+        return 0
+
+    def quit(self, seconds):
+        """Asks the engine to end, and waits for it; a failure when it does not end well."""
+        self.send("quit")
+        deadline = time.monotonic() + seconds
+        try:
+            while time.monotonic() < deadline:
+                self.listen(deadline - time.monotonic())
+        except EngineFailure as failure:
+            if failure.detail != self._end_text(0):
+                raise
+            return
+        raise self.failure("crash", "did not end on quit")
+
+    def kill(self):
+        """Ends the process, and those that it started, at once."""
+        if self._process.poll() is None:
+            os.killpg(self.pid, signal.SIGKILL)
+        self._process.wait()
+        self._process.stdin.close()
+        self._process.stdout.close()

@@ -1,0 +1,1 @@
+"""Test positions, run on UCI engines."""

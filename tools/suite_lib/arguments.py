@@ -1,0 +1,140 @@
+"""The command line: engines with options of their own, limits, thresholds."""
+
+import argparse
+import os
+import shlex
+
+from measure_lib.arguments import positive
+from suite_lib.settings import Entrant, Settings
+
+DESCRIPTION = """
+Runs a file of test positions (EPD with the operations bm, am, dm and id) on one or several UCI
+engines, and tells for each how many it solved, after which time, and with how many nodes.
+"""
+EPILOG = """
+--name and --option belong to the --engine before them. The table goes to standard output,
+progress to standard error. The exit status is 0 when every engine reaches the threshold, 1 when
+one does not, 2 for bad usage, 130 when the run was interrupted.
+"""
+DEFAULT_MOVETIME = 1000
+
+
+class _EngineAction(argparse.Action):
+    """Collects engines, and what was said of the last of them."""
+
+    def __call__(self, parser, namespace, value, option=None):
+        engines = list(namespace.engines or [])
+        if self.const == "engine":
+            engines.append({"command": value, "options": []})
+        elif not engines:
+            parser.error(f"{option} stands before every --engine")
+        elif self.const == "name":
+            engines[-1]["name"] = value
+        else:
+            engines[-1]["options"].append(value)
+        namespace.engines = engines
+
+
+def _command(text):
+    words = shlex.split(text)
+    if not words:
+        raise ValueError(f"no command: '{text}'")
+    # Hosts and jobs work in other directories.
+    if "/" in words[0]:
+        words[0] = os.path.abspath(words[0])
+    return tuple(words)
+
+
+def _option(text):
+    name, mark, value = text.partition("=")
+    if not (name and mark):
+        raise ValueError(text)
+    return name, value
+
+
+def threshold(text):
+    """(share, count), of which one is None."""
+    if text.endswith("%"):
+        share = float(text[:-1]) / 100
+        if not 0 <= share <= 1:
+            raise ValueError(text)
+        return share, None
+    if (count := int(text)) < 0:
+        raise ValueError(text)
+    return None, count
+
+
+def reached(wanted, solved, positions):
+    """True when so many solved positions are enough."""
+    share, count = wanted
+    return solved >= (count if share is None else share * positions)
+
+
+def _seconds(text):
+    if not (value := float(text)) > 0:
+        raise ValueError(text)
+    return value
+
+
+def parser():
+    """The whole command line."""
+    made = argparse.ArgumentParser(prog="orvelin-suite", description=DESCRIPTION, epilog=EPILOG)
+    add = made.add_argument
+    add("suite", nargs="?", metavar="FILE", help="test positions; - is standard input")
+    engine = {"action": _EngineAction, "dest": "engines"}
+    command = {"type": _command, "metavar": "CMD", "help": "(default: Orvelin)"}
+    add("--engine", **engine, const="engine", **command)
+    named = {"metavar": "NAME", "help": "of the engine (default: that of its program)"}
+    add("--name", **engine, const="name", **named)
+    add("--option", **engine, const="option", type=_option, metavar="NAME=VALUE", help="of it")
+    limit = made.add_mutually_exclusive_group()
+    for word, unit in (("movetime", "MS"), ("nodes", "N"), ("depth", "N")):
+        note = f" (default {DEFAULT_MOVETIME})" if word == "movetime" else ""
+        limit.add_argument(f"--{word}", type=positive, metavar=unit, help=f"of a search{note}")
+    seconds = {"type": _seconds, "metavar": "S"}
+    add("--patience", **seconds, default=10, help="to wait for an answer (default 10)")
+    add("--longest", **seconds, default=300, help="for a search by nodes or depth (default 300)")
+    add("--fresh", action="store_true", help="a new process for each position")
+    jobs = "searches at the same time (default 1; with --parallel one for each core)"
+    add("--jobs", type=positive, metavar="N", help=jobs)
+    add(
+        "--threshold",
+        type=threshold,
+        default="100%",
+        metavar="N|N%",
+        help="positions or share that every engine has to solve (default 100%%)",
+    )
+    add("--csv", metavar="FILE", help="a row for each engine and position")
+    add("--json", metavar="FILE", help="all figures")
+    add("--journal", metavar="FILE", help="notes each position when it is finished")
+    add("--resume", action="store_true", help="leaves out what the journal has already")
+    hosts = made.add_argument_group("several hosts")
+    add = hosts.add_argument
+    add("--parallel", action="store_true", help="share the positions out by GNU parallel")
+    add("--sshlogin", action="append", default=[], metavar="HOSTS", help="as parallel has it")
+    add("--joblog", metavar="FILE", help="as parallel has it")
+    add("--retries", type=positive, metavar="N", help="as parallel has it")
+    add("--chunk", type=positive, default=10, metavar="N", help="positions of a job (default 10)")
+    add("--program", metavar="CMD", help="orvelin-suite on the hosts (default: its path here)")
+    add("--run-chunk", metavar="JSON", help=argparse.SUPPRESS)
+    return made
+
+
+def settings_of(options):
+    """The settings; ValueError when two engines have one name."""
+    entrants = []
+    for engine in options.engines:
+        name = engine.get("name") or os.path.basename(engine["command"][0])
+        if name in [entrant.name for entrant in entrants]:
+            raise ValueError(f"two engines are called {name}: give one a --name")
+        entrants.append(Entrant(name, engine["command"], tuple(engine["options"])))
+    amounts = {word: getattr(options, word) for word in ("movetime", "nodes", "depth")}
+    limit = next((word for word, amount in amounts.items() if amount), "movetime")
+    return Settings(
+        tuple(entrants),
+        limit,
+        amounts[limit] or DEFAULT_MOVETIME,
+        options.patience,
+        options.longest,
+        options.fresh,
+    )

@@ -1,0 +1,130 @@
+"""Games move by move, with the real engine."""
+
+import unittest
+import xml.etree.ElementTree as ET
+
+from explain_lib.game import follow, notes_for
+from explain_lib.pgn import check_game, raw_games
+from explain_lib.session import Limit, Session
+from support import ENGINE, PATIENCE, SVG, ToolTest
+
+MATE = """[White "A & B"]
+[Black "<C>"]
+
+1. e4 e5 2. Qh5 Nc6 3. Bc4 Nf6 4. Qxf7# 1-0
+"""
+ENDING = """[FEN "4k3/8/8/8/8/8/3pP3/4K3 w - - 0 1"]
+
+1. Kxd2 Kf7 2. e4 *
+"""
+CHESS960 = """[Variant "Chess960"]
+[FEN "4k3/8/8/8/8/8/8/5KR1 w G - 0 1"]
+
+1. O-O Kd7 *
+"""
+LONG = "1. Nf3 Nf6 2. Ng1 Ng8 " * 25 + "*"
+
+
+def game_of(text):
+    return check_game(next(raw_games(text)), 1)
+
+
+class FollowTest(unittest.TestCase):
+    def steps(self, text, limit=None):
+        with Session(ENGINE, PATIENCE) as session:
+            return follow(session, game_of(text), limit, lambda *_: None)
+
+    def test_static_scores(self):
+        steps = self.steps(MATE)
+        self.assertEqual([step.san for step in steps][::3], ["e4", "Nc6", "Qxf7#"])
+        for step in steps[:-1]:
+            evaluation = step.evaluation
+            self.assertTrue(evaluation.agrees)
+            self.assertAlmostEqual(step.score.pawns, evaluation.total / evaluation.pawn)
+        self.assertEqual(steps[-1].score.text, "mate")
+        self.assertGreater(steps[-1].score.pawns, 100)
+
+    def test_the_term_that_changed_most(self):
+        first, second, last = self.steps(ENDING)
+        self.assertEqual(first.term, "material")
+        # A pawn, and what it is to be ahead.
+        self.assertGreater(first.change, 0.9)
+        parts = [{p.name: p.net for p in s.evaluation.parts} for s in (first, second)]
+        change = parts[1][second.term] - parts[0][second.term]
+        self.assertAlmostEqual(second.change, second.evaluation.pawns(change))
+        self.assertNotEqual(last.term, "stm")
+        ((note, alarm),) = notes_for([first, second, last], None)
+        self.assertIn("3 moves from 1. Kxd2 on", note)
+        self.assertFalse(alarm)
+        self.assertEqual(notes_for([first], Limit("depth", 1)), [])
+
+    def test_scores_of_searches_are_for_white(self):
+        steps = self.steps(MATE, Limit("depth", 4))
+        self.assertEqual([step.score.text for step in steps[-2:]], ["+M1", "mate"])
+        steps = self.steps("1. f3 e5 2. g4 *", Limit("nodes", 20000))
+        self.assertEqual(steps[-1].score.text, "-M1")
+        # A queen for White, with either side to move.
+        queen = '[FEN "3k4/8/8/8/8/8/8/3K1Q2 w - - 0 1"]\n1. Qf2 Kd7 *'
+        for step in self.steps(queen, Limit("depth", 3)):
+            self.assertGreater(step.score.pawns, 5)
+
+    def test_short_searches_have_scores(self):
+        for step in self.steps(CHESS960, Limit("depth", 1)):
+            self.assertLess(abs(step.score.pawns), 20)
+
+    def test_castling_where_king_and_rook_change_places(self):
+        first, second = self.steps(CHESS960)
+        self.assertTrue(first.evaluation.agrees and second.evaluation.agrees)
+        self.assertEqual([first.number, second.number], ["1.", "1..."])
+
+
+class OutputTest(ToolTest):
+    def test_terminal(self):
+        run = self.explain("--pgn", self.file("a.pgn", MATE), "--ascii")
+        lines = run.stdout.splitlines()
+        rows = [line for line in lines if "|" in line]
+        self.assertEqual(len(rows), 7)
+        self.assertEqual(rows[0].split()[:2], ["1.", "e4"])
+        self.assertEqual(rows[1].split()[:2], ["1...", "e5"])
+        self.assertEqual(rows[-1].split()[:3], ["4.", "Qxf7#", "mate"])
+        self.assertLessEqual(max(map(len, lines)), 100)
+        self.assertIn("A & B - <C>", lines[0])
+
+    def test_page_and_picture(self):
+        self.explain(
+            *("--pgn", self.file("a.pgn", MATE + CHESS960 + LONG), "--nodes", "2000"),
+            *("--svg", self.file("a.svg"), "--html", self.file("a.html")),
+        )
+        root = ET.fromstring(self.read("a.svg"))
+        titles = [rect.find(SVG + "title") for rect in root.iter(SVG + "rect")]
+        titles = [title.text for title in titles if title is not None]
+        self.assertEqual(len(titles), 7)
+        self.assertTrue(titles[0].startswith("1. e4: "))
+        self.assertIn("+M1", titles[-2])
+        page = ET.fromstring(self.read("a.html"))
+        rows = [[cell.text for cell in row] for row in page.find(".//tbody")]
+        self.assertEqual([row[0] for row in rows][:2], ["1. e4", "1... e5"])
+        self.assertEqual(rows[-1][:2], ["4. Qxf7#", "mate"])
+        self.assertIn("A & B - <C>", page.find(".//h1").text)
+        self.assertIn("go nodes 2000", "".join(page.itertext()))
+
+    def test_a_long_game_goes_on_in_further_rows(self):
+        self.explain("--pgn", self.file("a.pgn", LONG), "--svg", self.file("a.svg"))
+        root = ET.fromstring(self.read("a.svg"))
+        columns = [r for r in root.iter(SVG + "rect") if r.find(SVG + "title") is not None]
+        self.assertEqual(len(columns), 100)
+        width, height = (float(root.get(name)) for name in ("width", "height"))
+        for column in columns:
+            self.assertLess(float(column.get("x")) + float(column.get("width")), width)
+            self.assertLess(float(column.get("y")), height)
+        self.assertEqual(len({column.get("x") for column in columns}), 40)
+
+    def test_the_number_of_the_game(self):
+        name = self.file("a.pgn", MATE + ENDING)
+        run = self.explain("--pgn", name, "--game", "2")
+        self.assertIn("Kxd2", run.stdout)
+        self.assertNotIn("Qxf7", run.stdout)
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,141 @@
+"""FEN texts and PGN files: what is read, and what is refused with which reason."""
+
+import os
+import tempfile
+import unittest
+
+from explain_lib.fen import BadInput, read_fen
+from explain_lib.pgn import check_game, raw_games, read_game
+from support import START
+
+TWO_GAMES = """[Event "A \\"first\\" one"]
+[White "Weiß"]
+[Black "Noir"]
+[Result "1-0"]
+
+{opening} 1. e4 $1 e5 ; the rest of the line Nf6
+% an escaped line
+2. Nf3! (2. f4 exf4 (2... d5) 3. Nf3) 2... Nc6?! 3.Bb5 a6 4 Ba4 Nf6
+5. O-O Be7 1-0
+
+[Event "Second"]
+[SetUp "1"]
+[FEN "4k3/P7/8/8/3pP3/8/8/4K3 b - e3 0 7"]
+
+7... dxe3 8. a8=Q+ Kd7 *
+"""
+
+
+class FenTest(unittest.TestCase):
+    def test_what_is_read(self):
+        self.assertEqual(read_fen(START)[0], START)
+        self.assertEqual(
+            read_fen(" 4k3/8/8/8/8/8/8/4K3  w - - ")[0], "4k3/8/8/8/8/8/8/4K3 w - - 0 1"
+        )
+        self.assertEqual(
+            read_fen("4k3/8/8/8/8/8/8/4K3 b - - 7")[0], "4k3/8/8/8/8/8/8/4K3 b - - 7 1"
+        )
+        _, position = read_fen("bnrqkrnb/pppppppp/8/8/8/8/PPPPPPPP/BNRQKRNB w CFcf - 0 1")
+        self.assertEqual(position.rooks, {2, 5, 58, 61})
+
+    def test_what_is_refused(self):
+        kings = "4k3/8/8/8/8/8/8/4K3"
+        for text, reason in (
+            ("", "four to six fields"),
+            ("hello", "four to six fields"),
+            (f"{kings} w", "four to six fields"),
+            (f"{kings} w - - 0 1 2", "four to six fields"),
+            ("4k3/8/8/8/8/8/4K3 w - - 0 1", "7 ranks"),
+            ("4k3/8/8/9/8/8/8/4K3 w - - 0 1", "rank 5"),
+            ("4k3/8/8/7/8/8/8/4K3 w - - 0 1", "rank 5 has 7 files"),
+            ("4k3/8/8/44p/8/8/8/4K3 w - - 0 1", "rank 5 has 9 files"),
+            ("4k3/8/8/8/8/8/8/8 w - - 0 1", "White has 0 kings"),
+            ("4kk2/8/8/8/8/8/8/4K3 w - - 0 1", "Black has 2 kings"),
+            ("4k2P/8/8/8/8/8/8/4K3 w - - 0 1", "first or the last rank"),
+            (f"{kings} x - - 0 1", "side to move"),
+            (f"{kings} w X - 0 1", "castling: 'X'"),
+            (f"{kings} w K - 0 1", "no rook"),
+            (f"{kings} w h - 0 1", "no rook"),
+            (f"{kings} w - e5 0 1", "en passant"),
+            (f"{kings} w - - x 1", "half-move counter"),
+            (f"{kings} w - - 0 -1", "move number"),
+            ("4k3/8/8/8/8/8/4R3/4K3 w - - 0 1", "is in check"),
+        ):
+            with self.assertRaises(BadInput, msg=text) as refusal:
+                read_fen(text)
+            self.assertIn(reason, str(refusal.exception))
+
+
+class PgnTest(unittest.TestCase):
+    def games(self, text):
+        return list(raw_games(text))
+
+    def write(self, data):
+        directory = tempfile.TemporaryDirectory()
+        self.addCleanup(directory.cleanup)
+        name = os.path.join(directory.name, "games.pgn")
+        with open(name, "wb") as file:
+            file.write(data)
+        return name
+
+    def test_the_main_line_alone(self):
+        first, second = self.games(TWO_GAMES)
+        self.assertEqual(first.tags["Event"], 'A "first" one')
+        self.assertEqual(" ".join(first.moves), "e4 e5 Nf3 Nc6 Bb5 a6 Ba4 Nf6 O-O Be7")
+        self.assertEqual(" ".join(second.moves), "dxe3 a8=Q+ Kd7")
+
+    def test_numbers_and_positions(self):
+        name = self.write(TWO_GAMES.encode())
+        game = read_game(name, 1)
+        numbers = [move.number for move in game.moves]
+        self.assertEqual(numbers[:3] + numbers[-2:], ["1.", "1...", "2.", "5.", "5..."])
+        self.assertTrue(game.moves[8].move.castling)
+        self.assertEqual(game.title(), 'Weiß - Noir, A "first" one, 1-0')
+        game = read_game(name, 2)
+        self.assertEqual([move.number for move in game.moves], ["7...", "8.", "8..."])
+        self.assertTrue(game.moves[0].move.en_passant)
+        self.assertEqual(game.moves[1].move.promotion, "q")
+
+    def test_other_bytes(self):
+        game = read_game(self.write(TWO_GAMES.replace("\n", "\r\n").encode("latin-1")), 1)
+        self.assertEqual((game.tags["White"], len(game.moves)), ("Weiß", 10))
+        game = read_game(self.write(b"\xef\xbb\xbf" + TWO_GAMES.encode()), 2)
+        self.assertEqual(len(game.moves), 3)
+
+    def test_games_without_tags_or_result(self):
+        games = self.games("1. e4 e5 1/2-1/2 1. d4 0-1\n1... c5")
+        self.assertEqual([game.moves for game in games], [["e4", "e5"], ["d4"], ["c5"]])
+        self.assertEqual(self.games("1. 0-0 0-0-0 *")[0].moves, ["0-0", "0-0-0"])
+        self.assertEqual(self.games(""), [])
+
+    def test_illegal_moves_are_named(self):
+        for text, expected in (
+            ("1. e4 e5 2. Ke3 *", ("game 4", "2.", "Ke3")),
+            ("1. e4 Nd7 *", ("game 4", "1...", "Nd7")),
+            ("1. e5 *", ("1.", "e5")),
+            ("1. e4 e5 2. Nf3 Nc6 3. O-O *", ("3.", "O-O")),
+            ("1. Nf3 d6 2. d4 d5 3. Nd2 *", ("3.", "Nd2", "more than one")),
+            ("1. nonsense *", ("1.", "nonsense")),
+        ):
+            with self.assertRaises(BadInput, msg=text) as refusal:
+                check_game(self.games(text)[0], 4)
+            for words in expected:
+                self.assertIn(words, str(refusal.exception))
+
+    def test_other_refusals(self):
+        name = self.write(TWO_GAMES.encode())
+        for call, reason in (
+            (lambda: read_game(name, 3), "has 2 games"),
+            (lambda: read_game(name + "x", 1), "No such file"),
+            (lambda: read_game(self.write(b""), 1), "has 0 games"),
+            (lambda: read_game(self.write(b'[Event "x"]\n\n*'), 1), "no moves"),
+            (lambda: read_game(self.write(b"1. e4 {never closed"), 1), "line 1"),
+            (lambda: read_game(self.write(b'[FEN "4k3 w - -"]\n1. e4 *'), 1), "not a FEN"),
+        ):
+            with self.assertRaises(BadInput) as refusal:
+                call()
+            self.assertIn(reason, str(refusal.exception))
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,76 @@
+"""What the tests of orvelin-explain have in common."""
+
+import os
+import subprocess
+import sys
+import tempfile
+import unittest
+
+from explain_lib.fen import read_fen
+from explain_lib.session import Line
+from explain_lib.terms import TERMS
+
+ROOT = os.environ["EXPLAIN_ROOT"]
+ENGINE = os.environ["EXPLAIN_ENGINE"]
+TOOL = os.path.join(ROOT, "tools", "orvelin-explain")
+PATIENCE = 120
+SVG = "{http://www.w3.org/2000/svg}"
+START = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1"
+
+
+def line_of(text):
+    """The line without moves from a position."""
+    return Line(*read_fen(text))
+
+
+def table(total, **terms):
+    """Lines as the engine prints them; terms that are not given are 0."""
+    lines = []
+    for name in TERMS:
+        middle_game, end_game = terms.get(name, (0, 0))
+        lines.append(f"{name:<30}{middle_game:>20g}     {end_game:>20g}")
+    return [*lines, "", "", f"Total score: {total}     (white's point of view)"]
+
+
+class ToolTest(unittest.TestCase):
+    """Tests that run the program itself, in a folder of their own."""
+
+    def setUp(self):
+        directory = tempfile.TemporaryDirectory()
+        self.addCleanup(directory.cleanup)
+        self.directory = directory.name
+
+    def file(self, name, text=None):
+        path = os.path.join(self.directory, name)
+        if text is not None:
+            with open(path, "w", encoding="utf-8") as file:
+                file.write(text)
+        return path
+
+    def read(self, name):
+        with open(self.file(name), encoding="utf-8") as file:
+            return file.read()
+
+    def program(self, name, text):
+        """A shell script that can be run."""
+        path = self.file(name, "#!/bin/sh\n" + text)
+        os.chmod(path, 0o755)
+        return path
+
+    def explain(self, *arguments, status=0, engine=ENGINE, tool=TOOL, **variables):
+        chosen = ["--engine", engine] if engine else []
+        environment = {**os.environ, "COLUMNS": "100", **variables}
+        # As an installed tool: the packages are found from where it lies.
+        environment.pop("PYTHONPATH", None)
+        run = subprocess.run(
+            [sys.executable, tool, *chosen, "--patience", str(PATIENCE), *arguments],
+            capture_output=True,
+            text=True,
+            encoding="utf-8",
+            timeout=240,
+            check=False,
+            cwd=self.directory,
+            env=environment,
+        )
+        self.assertEqual(run.returncode, status, run.stdout + run.stderr)
+        return run

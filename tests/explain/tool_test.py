@@ -1,0 +1,177 @@
+"""The program as a user runs it: outputs, where the engine is found, and how it fails."""
+
+import os
+import shutil
+import unittest
+import xml.etree.ElementTree as ET
+
+from support import ENGINE, ROOT, START, SVG, TOOL, ToolTest, table
+
+PICTURE = "5rk1/1b3ppp/1q2p3/p1bpP1N1/1p3P2/3B2Q1/PPP3PP/5R1K w - - 0 21"
+# Reads commands and answers those that have to be answered; `eval` prints a file.
+FAKE = """
+while read -r command rest; do
+  case $command in
+    uci) echo "id name Fake & Co"; echo uciok;;
+    isready) echo readyok;;
+    eval) cat "$0.table";;
+    go) echo "bestmove e2e4";;
+    quit) exit 0;;
+  esac
+done
+"""
+
+
+class OutputTest(ToolTest):
+    def test_terminal(self):
+        run = self.explain(*PICTURE.split())
+        self.assertIn("material", run.stdout)
+        self.assertIn("this agrees", run.stdout)
+        self.assertIn("█", self.explain(PICTURE, PYTHONIOENCODING="utf-8").stdout)
+        self.assertTrue(self.explain(PICTURE, "--ascii").stdout.isascii())
+        self.assertTrue(self.explain(PICTURE, PYTHONIOENCODING="ascii").stdout.isascii())
+        self.assertNotIn("\x1b", run.stdout)
+
+    def test_moves_lead_to_the_position(self):
+        after = "rnbqkbnr/pppp1ppp/8/4p3/4P3/5N2/PPPP1PPP/RNBQKB1R b KQkq - 1 2"
+        direct = self.explain(after).stdout
+        self.assertEqual(self.explain("--startpos", "--moves", "e4", "e7e5", "Nf3").stdout, direct)
+        self.assertNotEqual(self.explain("--startpos").stdout, direct)
+
+    def test_page_and_picture(self):
+        run = self.explain(PICTURE, "--svg", self.file("a.svg"), "--html", self.file("a.html"))
+        self.assertEqual(run.stdout, "")
+        self.assertEqual(ET.fromstring(self.read("a.svg")).tag, SVG + "svg")
+        page = ET.fromstring(self.read("a.html"))
+        self.assertEqual(page.find(".//code").text, PICTURE)
+        self.assertEqual(len(page.find(".//tbody")), 47)
+
+    def test_the_picture_of_the_document_is_that_of_its_command(self):
+        with open(os.path.join(ROOT, "docs", "explain.md"), encoding="utf-8") as file:
+            document = file.read()
+        self.assertIn(f'--svg docs/images/explain.svg \\\n        "{PICTURE}"', document)
+        self.explain(PICTURE, "--svg", self.file("a.svg"))
+        name = os.path.join(ROOT, "docs", "images", "explain.svg")
+        with open(name, encoding="utf-8") as file:
+            self.assertEqual(file.read(), self.read("a.svg"), "make it anew: docs/explain.md")
+        self.assertLess(os.path.getsize(name), 150000)
+
+
+class EngineTest(ToolTest):
+    def repository(self):
+        """A folder with the tool and its packages in it, and nothing that is built."""
+        tools = self.file("tree/tools")
+        os.makedirs(tools)
+        shutil.copy(TOOL, tools)
+        for name in ("explain_lib", "uci_lib", "chess_lib"):
+            os.symlink(os.path.join(ROOT, "tools", name), os.path.join(tools, name))
+        return tools
+
+    def wrapper(self, path, text=""):
+        os.makedirs(os.path.dirname(path), exist_ok=True)
+        self.program(os.path.relpath(path, self.directory), f"{text}\nexec '{ENGINE}'\n")
+
+    def test_where_the_engine_is_found(self):
+        tools = self.repository()
+        tool = os.path.join(tools, "orvelin-explain")
+        missing = self.explain("--startpos", engine=None, tool=tool, status=1).stderr
+        self.assertIn("no engine found", missing)
+        # Each place goes before those that were filled before.
+        for place in ("run", "build/engine/orvelin", "tools/orvelin"):
+            mark = self.file(place.replace("/", "-"))
+            self.wrapper(self.file("tree/" + place), f"touch '{mark}'")
+            self.explain("--startpos", engine=None, tool=tool)
+            self.assertTrue(os.path.exists(mark), place)
+            os.remove(mark)
+
+    def test_installed(self):
+        shutil.move(self.repository(), self.file("prefix"))
+        prefix = self.file("prefix")
+        games, share = os.path.join(prefix, "games"), os.path.join(prefix, "share", "orvelin")
+        os.makedirs(games)
+        os.makedirs(share)
+        os.rename(os.path.join(prefix, "orvelin-explain"), os.path.join(games, "orvelin-explain"))
+        for name in ("explain_lib", "uci_lib", "chess_lib"):
+            os.rename(os.path.join(prefix, name), os.path.join(share, name))
+        self.wrapper(os.path.join(games, "orvelin"))
+        run = self.explain("--startpos", engine=None, tool=os.path.join(games, "orvelin-explain"))
+        self.assertIn("this agrees", run.stdout)
+
+    def fake(self, name, lines, text=FAKE):
+        self.file(name + ".table", "\n".join(lines) + "\n")
+        return self.program(name, text)
+
+    def test_sums_that_do_not_agree(self):
+        engine = self.fake("wrong", table(500, material=(100, 100)))
+        run = self.explain("--startpos", engine=engine, status=1)
+        self.assertIn("DO NOT AGREE", run.stdout)
+        self.assertIn("DO NOT AGREE", run.stderr)
+        self.explain("--startpos", "--html", self.file("a.html"), engine=engine, status=1)
+        page = ET.fromstring(self.read("a.html"))
+        self.assertIn("Fake & Co", "".join(page.itertext()))
+        (alarm,) = [p for p in page.iter("p") if p.get("class") == "alarm"]
+        self.assertIn("DO NOT AGREE", alarm.text)
+        game = self.file("a.pgn", "1. e4 *")
+        self.assertIn("After 1. e4", self.explain("--pgn", game, engine=engine, status=1).stderr)
+        good = self.fake("good", table(100, material=(100.4, 100.4)))
+        self.explain("--startpos", engine=good)
+
+    def test_engines_that_fail(self):
+        good = table(14, stm=(14, 14))
+        ending = FAKE.replace('cat "$0.table"', "exit 4")
+        game = self.file("a.pgn", "1. e4 *")
+        for engine, arguments, reason in (
+            (self.file("none"), ["--startpos"], "is no program"),
+            (self.directory, ["--startpos"], "is no program"),
+            (self.program("dies", "exit 3\n"), ["--startpos"], "ended with status 3"),
+            (self.program("mute", "cat >/dev/null\n"), ["--startpos"], "no uciok within"),
+            (self.program("dead", "kill -9 $$\n"), ["--startpos"], "SIGKILL"),
+            (
+                self.fake("ends", good, FAKE.replace('cat "$0.table"', "exit 4")),
+                ["--startpos"],
+                "status 4",
+            ),
+            (self.fake("poor", good[2:]), ["--startpos"], "2 of 47 terms are missing"),
+            (self.fake("still", good), ["--pgn", game, "--depth", "2"], "gives no score"),
+        ):
+            run = self.explain("--patience", "5", *arguments, engine=engine, status=1)
+            self.assertIn(reason, run.stderr)
+            self.assertNotIn("Traceback", run.stderr)
+
+
+class RefusalTest(ToolTest):
+    def test_bad_input(self):
+        illegal = self.file("a.pgn", "1. e4 e5 2. Nf6 *")
+        for arguments, reason in (
+            (["nonsense"], "not a FEN"),
+            (["--startpos", "--moves", "e4", "e4"], "'e4'"),
+            (["--pgn", illegal], "game 1, move 2. not a legal move: 'Nf6'"),
+            (["--pgn", illegal, "--game", "2"], "no game 2"),
+            (["--pgn", self.file("none.pgn")], "none.pgn: No such file"),
+            (["--startpos", "--svg", self.file("no/folder.svg")], "No such file"),
+        ):
+            run = self.explain(*arguments, status=1)
+            self.assertIn(reason, run.stderr)
+            self.assertTrue(run.stderr.startswith("orvelin-explain: "), run.stderr)
+            self.assertEqual(len(run.stderr.splitlines()), 1)
+
+    def test_bad_usage(self):
+        for arguments in (
+            [],
+            ["--startpos", START],
+            ["--startpos", "--pgn", "a.pgn"],
+            ["--startpos", "--depth", "3"],
+            ["--startpos", "--game", "2"],
+            ["--pgn", "a.pgn", "--depth", "3", "--nodes", "3"],
+            ["--pgn", "a.pgn", "--moves", "e4"],
+            ["--pgn", "a.pgn", "--game", "0"],
+            ["--startpos", "--patience", "0"],
+            ["--startpos", "--unknown"],
+        ):
+            run = self.explain(*arguments, status=2)
+            self.assertIn("usage:", run.stderr)
+        self.assertIn("47 terms", self.explain("--help").stdout)
+
+
+if __name__ == "__main__":
+    unittest.main()

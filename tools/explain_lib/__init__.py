@@ -1,0 +1,1 @@
+"""What orvelin-explain is made of."""

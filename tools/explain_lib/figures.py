@@ -1,0 +1,23 @@
+"""Figures with a sign, and how long their bars are."""
+
+import math
+
+MINUS = "\N{MINUS SIGN}"
+
+
+def signed(number, digits=2):
+    """With a plain hyphen, for terminals; a zero has no sign."""
+    text = f"{number:+.{digits}f}"
+    return text if text.strip("+-0.") else text[1:]
+
+
+def typeset(text):
+    """The text of a figure with a true minus sign, for pages and pictures."""
+    return text.replace("-", MINUS)
+
+
+def share_of_reach(pawns, reach):
+    """How far the bar of a score goes, -1 to 1. The steps shrink as the score grows: small
+    differences decide while a game is open."""
+    pawns = min(max(pawns, -reach), reach)
+    return math.asinh(2 * pawns) / math.asinh(2 * reach)

@@ -1,0 +1,98 @@
+# What `cmake --install` puts where; the engine and the C++ tools are installed where they are
+# built. Components: `licence` stays out of the Debian package, which states it in its own way;
+# `portable` is the folder of the tarball, where the programs lie on top.
+set(orvelin_programs orvelin)
+set(orvelin_scripts "")
+if(ORVELIN_BUILD_TOOLS)
+  list(APPEND orvelin_programs orvelin-book orvelin-tables orvelin-perft)
+  set(orvelin_scripts orvelin-suite orvelin-explain)
+endif()
+set(orvelin_libraries suite_lib explain_lib uci_lib chess_lib measure_lib)
+set(orvelin_data_dir share/orvelin)
+set(orvelin_doc_dir share/doc/orvelin)
+
+# orvelin_pack(SOURCE RESULT): packs a text in the same bytes every time.
+function(orvelin_pack source result)
+  add_custom_command(OUTPUT "${result}"
+    COMMAND gzip -9nc "${source}" > "${result}" DEPENDS "${source}" VERBATIM)
+endfunction()
+
+# The manual pages, one for each program.
+file(MAKE_DIRECTORY "${CMAKE_BINARY_DIR}/man")
+foreach(program IN LISTS orvelin_programs orvelin_scripts)
+  set(manual "${PROJECT_SOURCE_DIR}/packaging/man/${program}.6")
+  orvelin_pack("${manual}" "${CMAKE_BINARY_DIR}/man/${program}.6.gz")
+  list(APPEND orvelin_manuals "${manual}")
+  list(APPEND orvelin_packed_manuals "${CMAKE_BINARY_DIR}/man/${program}.6.gz")
+endforeach()
+add_custom_target(manuals ALL DEPENDS ${orvelin_packed_manuals})
+install(FILES ${orvelin_packed_manuals} DESTINATION share/man/man6)
+
+# The documents keep their places to each other, so that the links between them hold.
+file(GLOB orvelin_documents CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/*.md")
+install(FILES ${orvelin_documents} DESTINATION ${orvelin_doc_dir})
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs" DESTINATION ${orvelin_doc_dir})
+install(FILES "${PROJECT_SOURCE_DIR}/LICENSE" DESTINATION ${orvelin_doc_dir} COMPONENT licence)
+install(FILES "${PROJECT_SOURCE_DIR}/packaging/orvelin.eng" DESTINATION share/games/plugins/uci)
+
+# All that an install needs, without the tests and the generators of tables.
+add_custom_target(installed_files DEPENDS ${orvelin_programs} manuals)
+if(NOT ORVELIN_BUILD_TOOLS)
+  return()
+endif()
+
+# The opening book, from the lines of moves in `openings`.
+set(orvelin_book "${CMAKE_BINARY_DIR}/Orvelin.bin")
+file(GLOB orvelin_openings CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/openings/*.txt")
+if(orvelin_openings)
+  add_custom_command(OUTPUT "${orvelin_book}"
+    COMMAND awk 1 ${orvelin_openings} | $<TARGET_FILE:orvelin-book> make - -o "${orvelin_book}"
+    DEPENDS orvelin-book ${orvelin_openings}
+    COMMENT "Building the opening book" VERBATIM)
+  add_custom_target(opening_book ALL DEPENDS "${orvelin_book}")
+else()
+  add_custom_target(opening_book
+    COMMAND "${CMAKE_COMMAND}" -E echo "There is no openings/*.txt to build the opening book from."
+    COMMAND "${CMAKE_COMMAND}" -E false VERBATIM)
+endif()
+add_dependencies(installed_files opening_book)
+
+# install_link(NAME TARGET FOLDER [ARGUMENT...]): a relative link, so that the tree can be moved.
+function(install_link name target folder)
+  string(MAKE_C_IDENTIFIER "links to ${target}" place)
+  file(MAKE_DIRECTORY "${CMAKE_BINARY_DIR}/${place}")
+  file(CREATE_LINK "${target}" "${CMAKE_BINARY_DIR}/${place}/${name}" SYMBOLIC)
+  install(FILES "${CMAKE_BINARY_DIR}/${place}/${name}" DESTINATION "${folder}" ${ARGN})
+endfunction()
+
+# install_data(GAMES [ARGUMENT...]): what goes with the programs, which lie in the folder GAMES. A
+# Python tool looks for its library, and for the engine, in the folder where it really is: so it
+# lies with the library, a link to it among the programs, and a link to the engine beside it.
+function(install_data games)
+  file(RELATIVE_PATH to_games "/${orvelin_data_dir}" "/${games}/orvelin")
+  install_link(orvelin "${to_games}" ${orvelin_data_dir} ${ARGN})
+  foreach(script IN LISTS orvelin_scripts)
+    file(RELATIVE_PATH to_script "/${games}" "/${orvelin_data_dir}/${script}")
+    install(PROGRAMS "${PROJECT_SOURCE_DIR}/tools/${script}"
+      DESTINATION ${orvelin_data_dir} ${ARGN})
+    install_link(${script} "${to_script}" "${games}" ${ARGN})
+  endforeach()
+  foreach(library IN LISTS orvelin_libraries)
+    install(DIRECTORY "${PROJECT_SOURCE_DIR}/tools/${library}" DESTINATION ${orvelin_data_dir}
+      ${ARGN} PATTERN __pycache__ EXCLUDE)
+  endforeach()
+  file(GLOB suites CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/suites/*.epd")
+  install(FILES ${suites} DESTINATION ${orvelin_data_dir}/suites ${ARGN})
+endfunction()
+
+install(FILES "${orvelin_book}" DESTINATION games/orvelin.files)
+install_data(games)
+
+set(portable COMPONENT portable EXCLUDE_FROM_ALL)
+install(TARGETS ${orvelin_programs} RUNTIME DESTINATION . ${portable})
+install_data(. ${portable})
+install(FILES "${orvelin_book}" ${orvelin_documents} "${PROJECT_SOURCE_DIR}/LICENSE"
+  "${PROJECT_SOURCE_DIR}/packaging/START.txt" "${PROJECT_SOURCE_DIR}/packaging/debian/copyright"
+  DESTINATION . ${portable})
+install(FILES ${orvelin_manuals} DESTINATION man ${portable})
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs" DESTINATION . ${portable})

@@ -1,0 +1,43 @@
+# The Debian package, made by `cpack` in a build folder; tools/make-packages does all of it.
+set(ORVELIN_MAINTAINER "Orvelin authors <orvelin@example.org>" CACHE STRING
+  "Name and address in the Debian package of whoever publishes it")
+set(debian "${PROJECT_SOURCE_DIR}/packaging/debian")
+orvelin_pack("${debian}/changelog" "${CMAKE_BINARY_DIR}/changelog.Debian.gz")
+add_custom_target(debian_files DEPENDS "${CMAKE_BINARY_DIR}/changelog.Debian.gz")
+add_dependencies(installed_files debian_files)
+
+install(FILES "${debian}/copyright" "${CMAKE_BINARY_DIR}/changelog.Debian.gz"
+  DESTINATION ${orvelin_doc_dir} COMPONENT debian EXCLUDE_FROM_ALL)
+install(FILES "${debian}/lintian-overrides" DESTINATION share/lintian/overrides RENAME orvelin
+  COMPONENT debian EXCLUDE_FROM_ALL)
+
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_NAME orvelin)
+set(CPACK_PACKAGE_VENDOR "the Orvelin authors")
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_STRIP_FILES ON)
+set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
+  OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
+# Two components, put into one package.
+foreach(component IN ITEMS Unspecified debian)
+  list(APPEND CPACK_INSTALL_CMAKE_PROJECTS "${CMAKE_BINARY_DIR}" orvelin ${component} /)
+endforeach()
+set(CPACK_PRE_BUILD_SCRIPTS "${CMAKE_CURRENT_LIST_DIR}/orvelin_package_files.cmake")
+
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
+set(CPACK_DEBIAN_PACKAGE_MAINTAINER "${ORVELIN_MAINTAINER}")
+set(CPACK_DEBIAN_PACKAGE_SECTION games)
+set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS python3)
+set(CPACK_DEBIAN_PACKAGE_SUGGESTS "xboard, pychess, parallel")
+set(CPACK_DEBIAN_PACKAGE_DESCRIPTION "classical UCI chess engine
+Orvelin plays chess and Chess960 in any interface that speaks the Universal
+Chess Interface (UCI) protocol, such as XBoard with polyglot or PyChess. It
+ponders, reports several lines, answers from an opening book, and can weaken
+itself to a chosen Elo. Its evaluation is a sum of readable terms.
+
+With it come programs for opening books in the Polyglot format, for endgame
+tables, for test suites, and one that draws the evaluation of a position.")
+include(CPack)

@@ -1,0 +1,124 @@
+"""`cmake --install` into an empty prefix, and the programs run from there."""
+
+import glob
+import os
+import tempfile
+import unittest
+
+from support import BUILD, ENG, PROGRAMS, SCRIPTS, SOURCE, PackageTest, bench_nodes, run
+
+
+def installed(folder):
+    """The files below a folder, by their names from there."""
+    found = set()
+    for place, _, files in os.walk(folder):
+        found.update(os.path.relpath(os.path.join(place, file), folder) for file in files)
+    return found
+
+
+def read(*names):
+    with open(os.path.join(*names), "rb") as file:
+        return file.read()
+
+
+class InstallTest(PackageTest):
+    @classmethod
+    def setUpClass(cls):
+        cls.place = tempfile.TemporaryDirectory()
+        cls.addClassCleanup(cls.place.cleanup)
+        cls.prefix = os.path.join(cls.place.name, "prefix")
+        run("cmake", "--install", BUILD, "--prefix", cls.prefix)
+        cls.games = os.path.join(cls.prefix, "games")
+
+    def test_everything_is_installed_where_it_belongs(self):
+        files = installed(self.prefix)
+        expected = {"games/orvelin.files/Orvelin.bin", "share/games/plugins/uci/orvelin.eng"}
+        for program in PROGRAMS + SCRIPTS:
+            expected |= {f"games/{program}", f"share/man/man6/{program}.6.gz"}
+        expected |= {f"share/doc/orvelin/{name}" for name in ("README.md", "LICENSE")}
+        for name in glob.glob("docs/**/*.*", root_dir=SOURCE, recursive=True):
+            expected.add(f"share/doc/orvelin/{name}")
+        for name in glob.glob("suites/*.epd", root_dir=SOURCE):
+            expected.add(f"share/orvelin/{name}")
+        self.assertEqual(expected - files, set())
+        folders = ("games/", "share/doc/", "share/games/", "share/man/", "share/orvelin/")
+        self.assertEqual([file for file in files if not file.startswith(folders)], [])
+        self.assertEqual([file for file in files if "__pycache__" in file], [])
+
+    def test_the_discovery_file_has_these_bytes(self):
+        self.assertEqual(read(self.prefix, "share/games/plugins/uci/orvelin.eng"), ENG)
+
+    def test_the_installed_engine_searches_what_the_built_one_does(self):
+        built = bench_nodes(os.path.join(BUILD, "orvelin"))
+        self.assertEqual(bench_nodes(os.path.join(self.games, "orvelin")), built)
+        self.assertEqual(len(built), 3)
+
+    def test_the_engine_plays_from_the_book_beside_it(self):
+        folder = os.path.join(self.games, "orvelin.files")
+        book = os.path.join(folder, "Orvelin.bin")
+        run(os.path.join(self.games, "orvelin-book"), "verify", book)
+        self.assert_plays(os.path.join(self.games, "orvelin"), book=book, folder=folder)
+
+    def test_the_tools_run_from_the_prefix(self):
+        self.assertEqual(run(os.path.join(self.games, "orvelin-perft"), "3"), "8902\n")
+        tables = run(os.path.join(self.games, "orvelin-tables"), "--help")
+        self.assertIn("KBNK", run(os.path.join(self.games, "orvelin-tables"), "build", "--help"))
+        self.assertIn("stats", tables)
+        self.assert_python_tools_run(self.games, os.path.join(self.prefix, "share/orvelin/suites"))
+
+    def test_the_links_hold(self):
+        self.assert_links_hold(self.prefix)
+
+
+class InstallWithoutToolsTest(PackageTest):
+    """The engine is there already: the build folder is only configured again."""
+
+    @classmethod
+    def setUpClass(cls):
+        cls.addClassCleanup(run, "cmake", "-B", BUILD, "-DORVELIN_BUILD_TOOLS=ON", folder=SOURCE)
+        run("cmake", "-B", BUILD, "-DORVELIN_BUILD_TOOLS=OFF", folder=SOURCE)
+
+    def test_engine_documents_and_manual_alone_are_installed(self):
+        run("cmake", "--build", BUILD, "--target", "installed_files")
+        with tempfile.TemporaryDirectory() as prefix:
+            run("cmake", "--install", BUILD, "--prefix", prefix)
+            files = {file for file in installed(prefix) if not file.startswith("share/doc/")}
+            self.assertEqual(
+                files,
+                {
+                    "games/orvelin",
+                    "share/man/man6/orvelin.6.gz",
+                    "share/games/plugins/uci/orvelin.eng",
+                },
+            )
+            self.assertIn("share/doc/orvelin/README.md", installed(prefix))
+            nodes = bench_nodes(os.path.join(prefix, "games/orvelin"))
+            self.assertEqual(len(nodes), 3)
+
+
+class ManualTest(PackageTest):
+    def test_every_manual_is_well_formed(self):
+        pages = sorted(glob.glob(os.path.join(SOURCE, "packaging/man/*.6")))
+        self.assertEqual(
+            {os.path.basename(page) for page in pages}, {f"{name}.6" for name in PROGRAMS + SCRIPTS}
+        )
+        for page in pages:
+            with self.subTest(page=page):
+                # Ends with another status than 0 when there is a warning.
+                self.assertEqual(run("mandoc", "-T", "lint", "-W", "warning", page), "")
+                run("sh", "-c", 'test -z "$(man --warnings -l "$1" 2>&1 >/dev/null)"', "sh", page)
+
+    def test_the_manual_knows_every_option_of_the_engine(self):
+        replies = run(os.path.join(BUILD, "orvelin"), input="uci\nquit\n")
+        options = [
+            line.split(" type ")[0][len("option name ") :]
+            for line in replies.splitlines()
+            if line.startswith("option name ")
+        ]
+        page = read(SOURCE, "packaging/man/orvelin.6").decode()
+        self.assertIn("Hash", options)
+        self.assertEqual([name for name in options if f".It Cm {name}\n" not in page], [])
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -14,32 +14,25 @@ void create_movetable(benchmark::State& state) {
 }
 BENCHMARK(create_movetable)->Apply(on_all_positions);
 
-/// Captures and promotions from a table that is already there; an item is a move.
-void serialize_captures(benchmark::State& state) {
+/// Moves from a table that is already there; an item is a move.
+template <auto Serialize>
+void serialize(benchmark::State& state) {
     BenchPosition bench(state);
     movetable_t table;
     bench.generator.create_movetable(bench.position, table);
     MoveList list;
     for ([[maybe_unused]] auto _ : state) {
-        bench.generator.serialize_captures(bench.position, table, list);
+        (bench.generator.*Serialize)(bench.position, table, list);
         benchmark::DoNotOptimize(list.size());
     }
     count_items(state, list.size());
 }
-BENCHMARK(serialize_captures)->Apply(on_all_positions);
-
-void serialize_moves(benchmark::State& state) {
-    BenchPosition bench(state);
-    movetable_t table;
-    bench.generator.create_movetable(bench.position, table);
-    MoveList list;
-    for ([[maybe_unused]] auto _ : state) {
-        bench.generator.serialize_moves(bench.position, table, list);
-        benchmark::DoNotOptimize(list.size());
-    }
-    count_items(state, list.size());
-}
-BENCHMARK(serialize_moves)->Apply(on_all_positions);
+BENCHMARK(serialize<&MoveGenerator::serialize_captures>)
+    ->Name("serialize_captures")
+    ->Apply(on_all_positions);
+BENCHMARK(serialize<&MoveGenerator::serialize_moves>)
+    ->Name("serialize_moves")
+    ->Apply(on_all_positions);
 
 /// Table and all moves in one go.
 void generate_moves(benchmark::State& state) {

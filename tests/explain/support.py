@@ -3,12 +3,11 @@
 import os
 import subprocess
 import sys
-import tempfile
-import unittest
 
 from explain_lib.fen import read_fen
 from explain_lib.session import Line
 from explain_lib.terms import TERMS
+from scratch import ScratchTest
 
 ROOT = os.environ["EXPLAIN_ROOT"]
 ENGINE = os.environ["EXPLAIN_ENGINE"]
@@ -32,20 +31,8 @@ def table(total, **terms):
     return [*lines, "", "", f"Total score: {total}     (white's point of view)"]
 
 
-class ToolTest(unittest.TestCase):
+class ToolTest(ScratchTest):
     """Tests that run the program itself, in a folder of their own."""
-
-    def setUp(self):
-        directory = tempfile.TemporaryDirectory()
-        self.addCleanup(directory.cleanup)
-        self.directory = directory.name
-
-    def file(self, name, text=None):
-        path = os.path.join(self.directory, name)
-        if text is not None:
-            with open(path, "w", encoding="utf-8") as file:
-                file.write(text)
-        return path
 
     def read(self, name):
         with open(self.file(name), encoding="utf-8") as file:

@@ -5,8 +5,8 @@ import os
 import shlex
 import subprocess
 import sys
-import tempfile
-import unittest
+
+from scratch import ScratchTest
 
 ROOT = os.environ["SUITE_ROOT"]
 ENGINE = os.environ["SUITE_ENGINE"]
@@ -30,20 +30,7 @@ RIGHT = {
 }
 
 
-class SuiteTest(unittest.TestCase):
-    def setUp(self):
-        directory = tempfile.TemporaryDirectory()
-        self.addCleanup(directory.cleanup)
-        self.directory = directory.name
-
-    def file(self, name, text=None):
-        """The path of a file of the folder, which is written when there is a text for it."""
-        path = os.path.join(self.directory, name)
-        if text is not None:
-            with open(path, "w", encoding="utf-8") as file:
-                file.write(text)
-        return path
-
+class SuiteTest(ScratchTest):
     def fake(self, name="fake", answers=None, **script):
         """The command of an engine with these answers beside those that are right."""
         script["answers"] = {**RIGHT, **(answers or {})}

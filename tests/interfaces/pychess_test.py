@@ -1,0 +1,67 @@
+"""PyChess: what it knows of the engine, and moves that its own code asks for."""
+
+import asyncio
+import os
+import unittest
+
+from chess_lib.board import START_FEN
+from pychess.Utils.const import FISCHERRANDOMCHESS, NORMALCHESS
+from pychess_player import Player, add_engine, read_discovery_files
+from uci_lib.process import program
+
+ENGINE = program("orvelin")
+VIEW = os.environ["INTERFACE_VIEW"] != "0"
+# White wins the queen by castling alone.
+CASTLING = "3q4/7p/3k4/8/8/8/7P/RK6 w Q - 0 1"
+
+
+# One for all tests: what PyChess leaves waiting in a loop cannot be cancelled, nor the loop closed.
+LOOP = asyncio.new_event_loop()
+asyncio.set_event_loop(LOOP)
+
+
+class PyChessTest(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.parts = LOOP.run_until_complete(add_engine(ENGINE))
+
+    def play(self, *game, **settings):
+        return LOOP.run_until_complete(self.play_in_loop(*game, **settings))
+
+    async def play_in_loop(self, count, variant=NORMALCHESS, fen=START_FEN, **settings):
+        player = Player(*self.parts, variant, fen)
+        name = await player.start(**settings)
+        self.assertEqual(name[:7], "Orvelin")
+        try:
+            return await player.play(count)
+        finally:
+            await player.stop()
+
+    def test_the_engine_is_added_with_its_options(self):
+        discoverer, engine = self.parts
+        self.assertEqual((engine["command"], engine["protocol"]), (ENGINE, "uci"))
+        self.assertFalse(engine["recheck"])
+        options = {option["name"]: option for option in engine["options"]}
+        self.assertEqual((options["UCI_Elo"]["min"], options["UCI_Elo"]["max"]), (1500, 2200))
+        self.assertIn(FISCHERRANDOMCHESS, discoverer.getEngineVariants(engine))
+        self.assertIn(engine, discoverer.getAnalyzers())
+
+    def test_it_plays_and_ponders(self):
+        self.assertEqual(len(self.play(4)), 4)
+
+    def test_it_plays_at_a_lower_level(self):
+        self.assertEqual(len(self.play(2, level=8)), 2)
+
+    def test_it_castles_in_chess960(self):
+        moves = self.play(3, FISCHERRANDOMCHESS, CASTLING, pondering=False)
+        self.assertTrue(moves[0].castling)
+
+
+@unittest.skipUnless(VIEW, "no private view of the file system")
+class DiscoveryTest(unittest.TestCase):
+    def test_the_discovery_file_is_read(self):
+        self.assertEqual(read_discovery_files()["orvelin"]["protocol"], "uci")
+
+
+if __name__ == "__main__":
+    unittest.main()

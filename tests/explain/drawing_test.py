@@ -159,6 +159,12 @@ class TerminalTest(unittest.TestCase):
                 lines, _ = self.rows(terminal.Style(width, signs, False), True)
                 self.assertLessEqual(max(map(len, lines)), width)
 
+    def test_both_halves_are_shown_where_there_is_room(self):
+        for width, figures in ((79, 1), (80, 3), (100, 3)):
+            _, rows = self.rows(terminal.Style(width, terminal.BLOCKS, False))
+            found = re.findall(r"[+-]?[0-9]+\.[0-9]{2}", rows[0])
+            self.assertEqual(len(found), figures, width)
+
     def test_plain_signs(self):
         lines, rows = self.rows(PLAIN)
         self.assertTrue("\n".join(lines).isascii())

@@ -54,8 +54,10 @@ class FollowTest(unittest.TestCase):
         self.assertAlmostEqual(second.change, second.evaluation.pawns(change))
         self.assertNotEqual(last.term, "stm")
         ((note, alarm),) = notes_for([first, second, last], None)
-        self.assertIn("3 moves from 1. Kxd2 on", note)
+        self.assertIn("3 half-moves from 1. Kxd2 on lead to", note)
         self.assertFalse(alarm)
+        ((note, _),) = notes_for([last], None)
+        self.assertIn("1 half-move from 2. e4 on leads to", note)
         self.assertEqual(notes_for([first], Limit("depth", 1)), [])
 
     def test_scores_of_searches_are_for_white(self):
@@ -118,6 +120,16 @@ class OutputTest(ToolTest):
             self.assertLess(float(column.get("x")) + float(column.get("width")), width)
             self.assertLess(float(column.get("y")), height)
         self.assertEqual(len({column.get("x") for column in columns}), 40)
+
+    def test_signs_that_no_page_may_contain(self):
+        text = MATE.replace("A & B", "A\x01\x1b & \ufffeB")
+        self.explain(
+            *("--pgn", self.file("a.pgn", text)),
+            *("--svg", self.file("a.svg"), "--html", self.file("a.html")),
+        )
+        for name in ("a.svg", "a.html"):
+            words = "".join(ET.fromstring(self.read(name)).itertext())
+            self.assertIn("A\ufffd\ufffd & \ufffdB - <C>", words)
 
     def test_the_number_of_the_game(self):
         name = self.file("a.pgn", MATE + ENDING)

@@ -125,7 +125,8 @@ class PgnTest(unittest.TestCase):
     def test_other_refusals(self):
         name = self.write(TWO_GAMES.encode())
         for call, reason in (
-            (lambda: read_game(name, 3), "has 2 games"),
+            (lambda: read_game(name, 3), "has 2 games;"),
+            (lambda: read_game(self.write(b"1. e4 *"), 2), "has 1 game;"),
             (lambda: read_game(name + "x", 1), "No such file"),
             (lambda: read_game(self.write(b""), 1), "has 0 games"),
             (lambda: read_game(self.write(b'[Event "x"]\n\n*'), 1), "no moves"),

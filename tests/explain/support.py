@@ -44,14 +44,23 @@ class ToolTest(ScratchTest):
         os.chmod(path, 0o755)
         return path
 
-    def explain(self, *arguments, status=0, engine=ENGINE, tool=TOOL, **variables):
+    def explain(
+        self,
+        *arguments,
+        status=0,
+        engine=ENGINE,
+        tool=TOOL,
+        output=subprocess.PIPE,
+        **variables,
+    ):
         chosen = ["--engine", engine] if engine else []
         environment = {**os.environ, "COLUMNS": "100", **variables}
         # As an installed tool: the packages are found from where it lies.
         environment.pop("PYTHONPATH", None)
         run = subprocess.run(
             [sys.executable, tool, *chosen, "--patience", str(PATIENCE), *arguments],
-            capture_output=True,
+            stdout=output,
+            stderr=subprocess.PIPE,
             text=True,
             encoding="utf-8",
             timeout=240,
@@ -59,5 +68,5 @@ class ToolTest(ScratchTest):
             cwd=self.directory,
             env=environment,
         )
-        self.assertEqual(run.returncode, status, run.stdout + run.stderr)
+        self.assertEqual(run.returncode, status, (run.stdout or "") + run.stderr)
         return run

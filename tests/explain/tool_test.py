@@ -85,16 +85,15 @@ class EngineTest(ToolTest):
             os.remove(mark)
 
     def test_installed(self):
-        shutil.move(self.repository(), self.file("prefix"))
-        prefix = self.file("prefix")
-        games, share = os.path.join(prefix, "games"), os.path.join(prefix, "share", "orvelin")
-        os.makedirs(games)
-        os.makedirs(share)
-        os.rename(os.path.join(prefix, "orvelin-explain"), os.path.join(games, "orvelin-explain"))
-        for name in ("explain_lib", "uci_lib", "chess_lib"):
-            os.rename(os.path.join(prefix, name), os.path.join(share, name))
+        share = self.file("prefix/share/orvelin")
+        os.makedirs(os.path.dirname(share))
+        shutil.move(self.repository(), share)
+        games = self.file("prefix/games")
         self.wrapper(os.path.join(games, "orvelin"))
-        run = self.explain("--startpos", engine=None, tool=os.path.join(games, "orvelin-explain"))
+        tool = os.path.join(games, "orvelin-explain")
+        os.symlink("../share/orvelin/orvelin-explain", tool)
+        os.symlink("../../games/orvelin", os.path.join(share, "orvelin"))
+        run = self.explain("--startpos", engine=None, tool=tool)
         self.assertIn("this agrees", run.stdout)
 
     def fake(self, name, lines, text=FAKE):
@@ -140,6 +139,19 @@ class EngineTest(ToolTest):
 
 
 class RefusalTest(ToolTest):
+    def test_output_that_cannot_be_written(self):
+        game = self.file("a.pgn", "1. e4 *")
+        for arguments in (["--startpos"], ["--pgn", game]):
+            with open("/dev/full", "w", encoding="ascii") as full:
+                run = self.explain(*arguments, status=1, output=full)
+            message = "orvelin-explain: standard output: No space left on device\n"
+            self.assertEqual(run.stderr, message)
+            reading, writing = os.pipe()
+            os.close(reading)
+            with open(writing, "wb") as closed:
+                run = self.explain(*arguments, status=1, output=closed)
+            self.assertEqual(run.stderr, "orvelin-explain: standard output: Broken pipe\n")
+
     def test_bad_input(self):
         illegal = self.file("a.pgn", "1. e4 e5 2. Nf6 *")
         for arguments, reason in (
@@ -166,6 +178,11 @@ class RefusalTest(ToolTest):
             ["--pgn", "a.pgn", "--moves", "e4"],
             ["--pgn", "a.pgn", "--game", "0"],
             ["--startpos", "--patience", "0"],
+            ["--startpos", "--patience", "nan"],
+            ["--startpos", "--patience", "inf"],
+            ["--startpos", "--patience", "1e300"],
+            ["--startpos", "--all", "--svg", "a.svg"],
+            ["--startpos", "--all", "--html", "a.html"],
             ["--startpos", "--unknown"],
         ):
             run = self.explain(*arguments, status=2)

@@ -61,8 +61,13 @@ class ChunkTest(unittest.TestCase):
         self.assertGreater(len(texts), 4)
         self.assertLessEqual(max(len(text) for text in texts), MAX_CHUNK_BYTES)
         self.assertEqual(sum(self.read(texts), []), tasks)
-        with self.assertRaises(ValueError):
-            chunks(self.SETTINGS, self.tasks(1, "x" * MAX_CHUNK_BYTES), 1)
+
+    def test_a_position_that_is_too_long(self):
+        tasks = self.tasks(3, "x" * MAX_CHUNK_BYTES)
+        for count in (1, 2, 5):
+            for size in (1, 2, 10):
+                with self.assertRaisesRegex(ValueError, "position 1 is too long"):
+                    chunks(self.SETTINGS, tasks[:count], size)
 
     def test_refused(self):
         for text in ("", "x", "{}", "[]", '{"settings": {}, "tasks": []}'):
@@ -131,8 +136,9 @@ class LocalTest(HostsTest):
         self.assertIn("some positions have no result", run.stderr)
 
     def test_hosts_that_talk(self):
-        run = self.suite(*self.parallel("--program", f"echo welcome; {TOOL}"))
+        run = self.suite(*self.parallel("--program", f"echo welcome; echo 5; {TOOL}"))
         self.assertIn("a host says: welcome", run.stderr)
+        self.assertIn("a host says: 5", run.stderr)
         self.assertIn("| one    |      3 |  3 |", run.stdout)
 
     def test_interrupted_and_taken_up_again(self):
@@ -176,6 +182,13 @@ class LocalTest(HostsTest):
             return []
         with open(self.file("journal"), encoding="utf-8") as file:
             return [json.loads(line) for line in file][1:]
+
+    def test_a_position_that_is_too_long_is_bad_usage(self):
+        text = f'{MATE} w - - dm 1; id "{"x" * MAX_CHUNK_BYTES}";\n'
+        further = ("--chunk", "10", "--journal", self.file("log"))
+        run = self.suite(*self.parallel(*further), status=2, text=text)
+        self.assertIn("too long for a host", run.stderr)
+        self.assertFalse(os.path.exists(self.file("log")))
 
     def test_without_parallel(self):
         run = self.suite(*self.parallel(), status=2, environment={"PATH": self.directory})

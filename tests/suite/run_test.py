@@ -80,6 +80,10 @@ class EngineTest(SuiteTest):
             (("--engine", good, "--threshold", "-1"), "--threshold"),
             (("--engine", good, "--resume"), "needs a --journal"),
             (("--engine", good, "--sshlogin", ":"), "need --parallel"),
+            (("--engine", good, "--patience", "nan"), "no time to wait"),
+            (("--engine", good, "--longest", "inf"), "no time to wait"),
+            (("--engine", good, "--csv", "/nowhere/x.csv"), "/nowhere/x.csv"),
+            (("--engine", good, "--json", "/nowhere/x.json"), "/nowhere/x.json"),
             (("--engine", good, "--nonsense"), "unrecognized"),
         ):
             run = self.suite(*arguments, status=2)
@@ -87,6 +91,8 @@ class EngineTest(SuiteTest):
             self.assertEqual(run.stdout, "")
         run = self.suite("--engine", good, status=2, text="nothing\n")
         self.assertIn("test.epd, line 1: no position", run.stderr)
+        # Such a run would search all, and then lose what it found.
+        self.assertEqual([line for line in self.told() if line.startswith("go ")], [])
 
 
 class ThresholdTest(SuiteTest):
@@ -216,10 +222,21 @@ class ResumeTest(SuiteTest):
             run = self.suite(*arguments, *further, text=text, status=2)
             self.assertIn("belongs to other positions or settings", run.stderr)
 
+    def test_a_line_that_is_no_record(self):
+        arguments = self.arguments("--resume")
+        self.suite(*arguments)
+        with open(self.file("journal"), encoding="utf-8") as file:
+            good = file.read()
+        for line in ('{"a": 1}', "5", good.splitlines()[1].replace('"number": 1', '"number": []')):
+            self.file("journal", f"{good}{line}\n")
+            run = self.suite(*arguments, status=2)
+            self.assertIn(f"journal: not a record: {line[:80]}", run.stderr)
+
     def test_a_journal_is_not_overwritten(self):
         self.file("journal", "kept")
         run = self.suite(*self.arguments(), status=2)
-        self.assertIn("File exists", run.stderr)
+        self.assertIn("journal exists: go on with --resume, or name another", run.stderr)
+        self.assertFalse(os.path.exists(self.file("fake.log")))
         self.suite(*self.arguments("--resume"), status=2)
         with open(self.file("journal"), encoding="ascii") as file:
             self.assertEqual(file.read(), "kept")

@@ -52,17 +52,19 @@ class SuiteTest(ScratchTest):
         """GNU parallel leaves files in its home."""
         return {**os.environ, "PARALLEL_HOME": self.directory}
 
-    def suite(self, *arguments, status=0, text=THREE, environment=None):
+    def suite(self, *arguments, status=0, text=THREE, environment=None, output=subprocess.PIPE):
         """Runs the tool on these positions."""
         run = subprocess.run(
             [sys.executable, TOOL, self.file("test.epd", text), *arguments],
-            capture_output=True,
+            stdout=output,
+            stderr=subprocess.PIPE,
             text=True,
             timeout=240,
             check=False,
             env={**self.environment(), **(environment or {})},
         )
-        self.assertEqual(run.returncode, status, run.stdout + run.stderr)
+        self.assertEqual(run.returncode, status, (run.stdout or "") + run.stderr)
+        self.assertNotIn("Traceback", run.stderr)
         return run
 
     def record(self, *arguments, status=0, text=THREE, environment=None):

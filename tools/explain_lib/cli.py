@@ -16,6 +16,7 @@ from explain_lib.page import game_page, position_page
 from explain_lib.pgn import read_game
 from explain_lib.session import EngineMissing, Limit, Line, Session, find_engine
 from uci_lib.engine import EngineFailure
+from uci_lib.output import print_whole
 
 DESCRIPTION = """
 Draws what the evaluation of a position is made of: the 47 terms as bars, the biggest first,
@@ -24,8 +25,12 @@ move by move, and the term that changed most at each move.
 """
 EPILOG = """
 Without --html and --svg all goes to the terminal. The exit status is 0, 1 when the input or the
-engine is at fault or the sums do not agree with the engine's own total, 2 for bad usage.
+engine is at fault, the sums do not agree with the engine's own total, or a drawing cannot be
+written, 2 for bad usage.
 """
+ALL_HELP = f"draw also the terms below {terminal.LEAST_PAWNS} pawns (terminal)"
+# In seconds; the system cannot wait much longer.
+MOST_PATIENCE = 1000000
 
 
 def _positive(text):
@@ -49,7 +54,7 @@ def _parser():
     add("--svg", metavar="FILE", help="write a picture")
     add("--engine", metavar="FILE", help="(default: beside the tool, else of the repository)")
     add("--patience", type=float, default=60, metavar="S", help="s for an answer (default 60)")
-    add("--all", action="store_true", help="draw the terms without effect too")
+    add("--all", action="store_true", help=ALL_HELP)
     add("--ascii", action="store_true", help="plain characters only")
     return parser
 
@@ -64,10 +69,12 @@ def _check_usage(parser, options):
                 parser.error(f"--{name} goes with --pgn")
     elif options.moves or options.all:
         parser.error("--moves and --all go with a position")
+    if options.all and (options.svg or options.html):
+        parser.error("--all is for the terminal: it goes with neither --svg nor --html")
     if options.depth and options.nodes:
         parser.error("--depth and --nodes exclude each other")
-    if options.patience <= 0:
-        parser.error("--patience must be above 0")
+    if not 0 < options.patience <= MOST_PATIENCE:
+        parser.error(f"--patience must be above 0 and at most {MOST_PATIENCE}")
 
 
 def _complain(words):
@@ -80,6 +87,13 @@ def _write(file_name, text):
             file.write(text)
     except OSError as error:
         raise BadInput(f"{file_name}: {error.strerror}") from None
+
+
+def _print(text):
+    try:
+        print_whole(text)
+    except OSError as error:
+        raise BadInput(f"standard output: {error.strerror}") from None
 
 
 def _read_line(options):
@@ -106,13 +120,14 @@ def _explain(options, command, style):
     if options.html:
         _write(options.html, position_page(evaluation, picture, side, fen, engine))
     if not options.svg and not options.html:
-        print(terminal.explain(evaluation, line.position, style, options.all), end="")
+        _print(terminal.explain(evaluation, line.position, style, options.all))
     return [] if evaluation.agrees else [evaluation.check_text()]
 
 
 def _progress(done, count):
     if sys.stderr.isatty():
-        print(f"\rmove {done} of {count}", end="" if done < count else "\n", file=sys.stderr)
+        end = "" if done < count else "\n"
+        print(f"\rhalf-move {done} of {count}", end=end, file=sys.stderr)
 
 
 def _follow(options, command, style):
@@ -131,7 +146,7 @@ def _follow(options, command, style):
     if options.html:
         _write(options.html, game_page(title, picture, steps, words, notes))
     if not options.svg and not options.html:
-        print(terminal.follow(f"{title}. {words}", steps, notes, style), end="")
+        _print(terminal.follow(f"{title}. {words}", steps, notes, style))
     return [note for note, alarm in notes if alarm]
 
 

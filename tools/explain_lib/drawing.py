@@ -1,5 +1,6 @@
 """Pictures as trees of SVG elements, so that the text in them is always escaped."""
 
+import re
 import xml.etree.ElementTree as ET
 
 SVG_NAMESPACE = "http://www.w3.org/2000/svg"
@@ -24,6 +25,8 @@ COLOURS = {
     "alarm": ("fill", "#b3261e", "#ff8a80"),
 }
 FONTS = "system-ui, 'Segoe UI', 'Helvetica Neue', 'DejaVu Sans', Arial, sans-serif"
+# What no XML may contain, not even escaped.
+FORBIDDEN = re.compile("[^\t\n\r\x20-\ud7ff\ue000-\ufffd\U00010000-\U0010ffff]")
 
 
 def style_sheet():
@@ -50,7 +53,7 @@ def add(parent, tag, text=None, **attributes):
         named["class" if name == "kind" else name.replace("_", "-")] = value
     element = ET.SubElement(parent, tag, named)
     if text is not None:
-        element.text = text
+        element.text = FORBIDDEN.sub("\N{REPLACEMENT CHARACTER}", text)
     return element
 
 

@@ -3,6 +3,7 @@
 from dataclasses import dataclass
 
 from explain_lib.evaluation import Evaluation, biggest_change
+from explain_lib.figures import counted
 from explain_lib.session import Line, Score
 
 
@@ -52,8 +53,9 @@ def notes_for(steps, limit):
         first = special[0]
         notes.append(
             (
-                f"{len(special)} moves from {first.number} {first.san} on lead to material for "
-                "which the search takes a function of its own instead of the sum shown here.",
+                f"{counted(len(special), 'half-move')} from {first.number} {first.san} on "
+                f"{'leads' if len(special) == 1 else 'lead'} to material for which the search "
+                "takes a function of its own instead of the sum shown here.",
                 False,
             )
         )

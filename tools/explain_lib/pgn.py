@@ -6,6 +6,7 @@ from dataclasses import dataclass, field
 from chess_lib.board import START_FEN, Move, Position
 from chess_lib.notation import parse_move
 from explain_lib.fen import BadInput, read_fen
+from explain_lib.figures import counted
 
 TOKEN = re.compile(
     r"""(?P<skip>\s+ | ^%[^\n]* | ;[^\n]* | \{[^}]*\} | \$\d+ | [!?]+ | e\.p\.)
@@ -115,4 +116,4 @@ def read_game(file_name, number):
     for count, raw in enumerate(raw_games(text.replace("\r\n", "\n")), 1):
         if count == number:
             return check_game(raw, number)
-    raise BadInput(f"{file_name} has {count} games; there is no game {number}")
+    raise BadInput(f"{file_name} has {counted(count, 'game')}; there is no game {number}")

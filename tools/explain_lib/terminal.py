@@ -95,8 +95,8 @@ def explain(evaluation, position, style, show_all):
     rows += [*_wrapped(_headline(evaluation).split(), style.width), ""]
     parts = evaluation.biggest_first()
     drawn = [p for p in parts if show_all or abs(evaluation.pawns(p.net)) >= LEAST_PAWNS]
-    # The halves of the phase are shown where there is room for them.
-    wide = style.width >= 90
+    # The halves of the phase are shown where there is room for them and for bars.
+    wide = style.width >= 80
     name_width = max(len(name) for name in TERMS)
     head = " " * name_width + ("  mid game  end game" if wide else "") + "   pawns  "
     cells = max((style.width - len(head) - 1) // 2, 5)

@@ -1,6 +1,7 @@
 """The command line: engines with options of their own, limits, thresholds."""
 
 import argparse
+import math
 import os
 import shlex
 
@@ -14,7 +15,7 @@ engines, and tells for each how many it solved, after which time, and with how m
 EPILOG = """
 --name and --option belong to the --engine before them. The table goes to standard output,
 progress to standard error. The exit status is 0 when every engine reaches the threshold, 1 when
-one does not, 2 for bad usage, 130 when the run was interrupted.
+one does not or a result cannot be written, 2 for bad usage, 130 when the run was interrupted.
 """
 DEFAULT_MOVETIME = 1000
 
@@ -71,8 +72,8 @@ def reached(wanted, solved, positions):
 
 
 def _seconds(text):
-    if not (value := float(text)) > 0:
-        raise ValueError(text)
+    if not 0 < (value := float(text)) < math.inf:
+        raise argparse.ArgumentTypeError(f"{text} is no time to wait")
     return value
 
 

@@ -17,8 +17,10 @@ from suite_lib.local_run import LocalRun
 from suite_lib.player import Player, Stop
 from uci_lib.engine import EngineFailure
 from uci_lib.journal import Journal
+from uci_lib.output import print_whole
 
 PROGRESS_SECONDS = 2
+SIGNALS = (signal.SIGINT, signal.SIGTERM, signal.SIGHUP)
 
 
 def _say(words):
@@ -31,7 +33,7 @@ class _Interrupts:
     def __init__(self, run):
         self._run = run
         self.seen = False
-        for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
+        for number in SIGNALS:
             signal.signal(number, self._on_signal)
 
     def _on_signal(self, _number, _frame):
@@ -41,10 +43,15 @@ class _Interrupts:
 
 
 def _read(name):
-    if name == "-":
-        return read_suite(sys.stdin, "standard input")
-    with open(name, encoding="utf-8") as file:
-        return read_suite(file, name)
+    is_input = name == "-"
+    title = "standard input" if is_input else name
+    try:
+        # Some programs begin a file with a byte order mark.
+        source = sys.stdin.fileno() if is_input else name
+        with open(source, encoding="utf-8-sig", closefd=not is_input) as file:
+            return read_suite(file, title)
+    except UnicodeDecodeError:
+        raise ValueError(f"{title}: not UTF-8") from None
 
 
 def _probe(settings):
@@ -59,20 +66,30 @@ def _probe(settings):
             player.close()
 
 
-def _journal(options, settings, positions):
-    """(journal, entries so far); ValueError when the journal is that of another run."""
-    if options.journal is None:
-        if options.resume:
-            raise ValueError("--resume needs a --journal")
-        return None, []
+def _head(settings, positions):
+    """What a journal says of the run that it belongs to."""
     lines = "\n".join(position.line for position in positions)
-    head = {**settings.as_dict(), "suite": hashlib.sha256(lines.encode()).hexdigest()}
-    if not (options.resume and os.path.exists(options.journal)):
-        return Journal.create(options.journal, head), []
-    journal, old, entries = Journal.resume(options.journal)
-    if old != head:
+    return {**settings.as_dict(), "suite": hashlib.sha256(lines.encode()).hexdigest()}
+
+
+def _resumed(options, head):
+    """(journal, entries so far), (None, []) when there is no journal yet; ValueError when it is not
+    that of this run."""
+    name = options.journal
+    if name is None and options.resume:
+        raise ValueError("--resume needs a --journal")
+    if name is None or not os.path.lexists(name):
+        return None, []
+    if not options.resume:
+        raise ValueError(f"{name} exists: go on with --resume, or name another")
+    journal, old, entries = Journal.resume(name)
+    strange = [entry for entry in entries if not report.is_record(entry)]
+    if old != head or strange:
         journal.close()
-        raise ValueError(f"{options.journal} belongs to other positions or settings")
+    if old != head:
+        raise ValueError(f"{name} belongs to other positions or settings")
+    if strange:
+        raise ValueError(f"{name}: not a record: {json.dumps(strange[0])[:80]}")
     return journal, entries
 
 
@@ -84,27 +101,45 @@ def _default_engine(folder):
     return machine.built_engine(os.path.dirname(folder))
 
 
-def _prepare(options, folder):
-    """(settings, results, journal); ValueError or OSError for bad usage."""
+def _check_usage(options):
     if options.suite is None:
         raise ValueError("no file of test positions")
     if not options.parallel and (options.sshlogin or options.joblog or options.retries):
         raise ValueError("--sshlogin, --joblog and --retries need --parallel")
     if options.parallel and shutil.which("parallel") is None:
         raise ValueError("--parallel needs GNU parallel: apt-get install parallel")
+
+
+def _run(options, folder, settings, tasks):
+    if options.parallel:
+        return HostsRun(settings, tasks, options, os.path.join(folder, "orvelin-suite"))
+    return LocalRun(settings, tasks, options.jobs or 1)
+
+
+def _prepare(options, folder):
+    """(settings, results, run, journal); ValueError or OSError for bad usage."""
+    _check_usage(options)
     positions = _read(options.suite)
     if not options.engines:
         options.engines = [
             {"command": (_default_engine(folder),), "name": "orvelin", "options": []}
         ]
     settings = arguments.settings_of(options)
-    if not options.parallel:
-        _probe(settings)
-    journal, entries = _journal(options, settings, positions)
+    head = _head(settings, positions)
+    journal, entries = _resumed(options, head)
     results = report.Results(settings, positions)
     for entry in entries:
         results.add(entry)
-    return settings, results, journal
+    run = _run(options, folder, settings, results.missing())
+    if not options.parallel:
+        _probe(settings)
+    # A run of hours is not to end with a file that cannot be opened.
+    for name in filter(None, (options.csv, options.json)):
+        with open(name, "a", encoding="utf-8"):
+            pass
+    if options.journal and journal is None:
+        journal = Journal.create(options.journal, head)
+    return settings, results, run, journal
 
 
 def _collect(run, results, journal):
@@ -128,17 +163,33 @@ def _run_chunk(text):
     run = LocalRun(settings, tasks, 1)
     interrupts = _Interrupts(run)
     for entry in run.entries():
-        print(json.dumps(entry), flush=True)
+        print_whole(json.dumps(entry) + "\n")
     return 130 if interrupts.seen else 0
 
 
-def _finish(options, settings, results, interrupted):
-    """Prints and writes what came out; the exit status."""
-    print(report.text(results), flush=True)
+def _put_out(options, settings, results):
+    """Prints and writes what came out; True when all of it could be written."""
+    outputs = [("standard output", lambda _: print_whole(report.text(results) + "\n"))]
     if options.csv:
-        report.write_csv(options.csv, results)
+        outputs.append((options.csv, lambda name: report.write_csv(name, results)))
     if options.json:
-        report.write_json(options.json, results, settings, options.suite)
+        write_json = report.write_json
+        outputs.append(
+            (options.json, lambda name: write_json(name, results, settings, options.suite))
+        )
+    is_whole = True
+    for name, write in outputs:
+        try:
+            write(name)
+        except OSError as error:
+            _say(f"{name}: {error.strerror}")
+            is_whole = False
+    return is_whole
+
+
+def _finish(options, settings, results, interrupted):
+    """Tells what came out; the exit status."""
+    is_whole = _put_out(options, settings, results)
     if interrupted:
         if options.journal:
             _say(f"interrupted; go on with --resume --journal {options.journal}")
@@ -150,28 +201,28 @@ def _finish(options, settings, results, interrupted):
         arguments.reached(options.threshold, summary["solved"], summary["positions"])
         for summary in results.summaries()
     ]
-    return 0 if all(enough) else 1
+    return 0 if is_whole and all(enough) else 1
 
 
 def main(folder, words):
     """Runs the command; its exit status."""
     options = arguments.parser().parse_args(words)
+    # Until a run takes the signals over, there is nothing to bring to an end.
+    for number in SIGNALS:
+        signal.signal(number, signal.default_int_handler)
     try:
         if options.run_chunk:
             return _run_chunk(options.run_chunk)
-        settings, results, journal = _prepare(options, folder)
+        settings, results, run, journal = _prepare(options, folder)
     except (OSError, ValueError) as error:
         _say(error)
         return 2
     except machine.MissingProgram as error:
         _say(error)
         return 1
-    program = os.path.join(folder, "orvelin-suite")
-    tasks = results.missing()
+    except KeyboardInterrupt:
+        _say("interrupted")
+        return 130
     with contextlib.closing(journal) if journal else contextlib.nullcontext():
-        if options.parallel:
-            run = HostsRun(settings, tasks, options, program)
-        else:
-            run = LocalRun(settings, tasks, options.jobs or 1)
         interrupted = _collect(run, results, journal)
     return _finish(options, settings, results, interrupted)

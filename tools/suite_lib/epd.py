@@ -60,19 +60,19 @@ def parse_line(line, number):
         raise ValueError("no position")
     operations = _operations(match["operations"] or "")
     counters = (match["counters"] or "").split() or [
-        operations.get("hmvc", "0"),
-        operations.get("fmvn", "1"),
+        str(_number(operations, "hmvc", 0, 0)),
+        str(_number(operations, "fmvn", 0, 1)),
     ]
     fen = " ".join([match["men"], match["side"], match["rights"], match["en_passant"], *counters])
     position = _checked(fen)
     chess960 = _is_chess960(position, match["rights"])
     best, avoid = (
-        tuple(parse_move(text, position).text(chess960) for text in operations[word].split())
-        if word in operations
-        else ()
+        tuple(parse_move(text, position).text(chess960) for text in _moves(operations, word))
         for word in ("bm", "am")
     )
-    mate = _mate(operations.get("dm"))
+    if both := set(best) & set(avoid):
+        raise ValueError(f"bm and am both have {' '.join(sorted(both))}")
+    mate = _number(operations, "dm", 1, None)
     if not (best or avoid or mate):
         raise ValueError("nothing is wanted: neither bm nor am nor dm")
     moves = moves_by_text(position, chess960)
@@ -95,11 +95,21 @@ def _operations(text):
     return operations
 
 
-def _mate(text):
-    if text is None:
-        return None
-    if not text.isdigit() or int(text) < 1:
-        raise ValueError(f"dm wants a number of moves: '{text}'")
+def _moves(operations, word):
+    """The texts of the moves of an operation that need not be there."""
+    texts = operations.get(word, "").split()
+    if word in operations and not texts:
+        raise ValueError(f"{word} wants moves")
+    return texts
+
+
+def _number(operations, word, least, otherwise):
+    """The number of an operation that need not be there."""
+    if word not in operations:
+        return otherwise
+    text = operations[word]
+    if not (text.isascii() and text.isdigit()) or int(text) < least:
+        raise ValueError(f"{word} wants a number of moves: '{text}'")
     return int(text)
 
 

@@ -13,6 +13,7 @@ import sys
 import tempfile
 
 from suite_lib.epd import parse_line
+from suite_lib.report import is_record
 from suite_lib.settings import Settings
 
 # The kernel takes no longer argument, and the quotes for two shells make it grow.
@@ -44,11 +45,11 @@ def chunks(settings, tasks, size):
     """All tasks, cut into arguments of so many positions or fewer."""
     texts, begin = [], 0
     while begin < len(tasks):
-        end = begin + size * len(settings.entrants)
+        end = min(begin + size * len(settings.entrants), len(tasks))
         while len(text := chunk_text(settings, tasks[begin:end])) > MAX_CHUNK_BYTES:
             if end - begin <= 1:
                 raise ValueError(f"position {tasks[begin][0].number} is too long for a host")
-            end = begin + (min(end, len(tasks)) - begin) // 2
+            end = begin + (end - begin) // 2
         texts.append(text)
         begin = end
     return texts
@@ -106,6 +107,10 @@ class HostsRun:
         with self._process:
             for line in self._process.stdout:
                 try:
-                    yield json.loads(line)
+                    entry = json.loads(line)
                 except ValueError:
+                    entry = None
+                if is_record(entry):
+                    yield entry
+                else:
                     print(f"orvelin-suite: a host says: {line.rstrip()}", file=sys.stderr)

@@ -10,6 +10,16 @@ COLUMNS = ("engine", "number", "name", "goal", "solved", "seconds", "move", "mat
 COLUMNS += ("depth", "elapsed", "fault")
 
 
+def is_record(entry):
+    """True for what a player says of a position, which may have come through a file or a host."""
+    return (
+        isinstance(entry, dict)
+        and entry.keys() >= {*COLUMNS, "title"}
+        and isinstance(entry["engine"], str)
+        and isinstance(entry["number"], int)
+    )
+
+
 class Results:
     """The records of all engines; the first of several for the same position counts."""
 

@@ -28,10 +28,12 @@ endforeach()
 add_custom_target(manuals ALL DEPENDS ${orvelin_packed_manuals})
 install(FILES ${orvelin_packed_manuals} DESTINATION share/man/man6)
 
-# The documents keep their places to each other, so that the links between them hold.
+# The documents keep their places to each other, so that the links between them hold; only that to
+# the licence leads nowhere in the Debian package.
 file(GLOB orvelin_documents CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/*.md")
 install(FILES ${orvelin_documents} DESTINATION ${orvelin_doc_dir})
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs" DESTINATION ${orvelin_doc_dir})
+install(FILES "${PROJECT_SOURCE_DIR}/openings/README.md" DESTINATION ${orvelin_doc_dir}/openings)
 install(FILES "${PROJECT_SOURCE_DIR}/LICENSE" DESTINATION ${orvelin_doc_dir} COMPONENT licence)
 install(FILES "${PROJECT_SOURCE_DIR}/packaging/orvelin.eng" DESTINATION share/games/plugins/uci)
 
@@ -96,3 +98,4 @@ install(FILES "${orvelin_book}" ${orvelin_documents} "${PROJECT_SOURCE_DIR}/LICE
   DESTINATION . ${portable})
 install(FILES ${orvelin_manuals} DESTINATION man ${portable})
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs" DESTINATION . ${portable})
+install(FILES "${PROJECT_SOURCE_DIR}/openings/README.md" DESTINATION openings ${portable})

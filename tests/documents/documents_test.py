@@ -1,11 +1,13 @@
 """The tests of documents find what they look for."""
 
+import os
 import tempfile
 import textwrap
 import unittest
 
 from blocks import Classification
 from commands import CommandChecker, simple_commands
+from manuals import Manual
 from markdown import Document
 from project import ENGINE, PROGRAMS, ROOT
 from sandbox import Sandbox
@@ -119,6 +121,23 @@ class CommandsTest(unittest.TestCase):
             self.assertEqual(len(list(checker.faults(line))), 1, line)
 
 
+class ManualTest(unittest.TestCase):
+    def test_blocks_and_options(self):
+        page = (
+            ".Sh DESCRIPTION\n.Fl -gone\n.Bl -tag\n.It Fl a , Fl -all\nText.\n"
+            ".It Fl -one Ar file , Fl -two\n.El\n"
+            ".Bd -literal -offset indent\n$ a \\e\n    b\n.Ed\n.Pp\n.Bd -literal\ngo\n.Ed\n"
+        )
+        with tempfile.TemporaryDirectory() as directory:
+            path = os.path.join(directory, "name.6")
+            with open(path, "w", encoding="utf-8") as file:
+                file.write(page)
+            manual = Manual(path)
+        self.assertEqual(manual.program, "name")
+        self.assertEqual(manual.blocks, ["$ a \\\n    b\n", "go\n"])
+        self.assertEqual(manual.listed, {"all", "one", "two"})
+
+
 class SessionsTest(unittest.TestCase):
     def test_what_is_sent_is_told_from_what_is_answered(self):
         self.assertEqual(steps_of("> go\nx\n> uci\ny\nz"), [("go", ["x"]), ("uci", ["y", "z"])])
@@ -151,6 +170,7 @@ class SandboxTest(unittest.TestCase):
         with tempfile.TemporaryDirectory() as directory:
             sandbox = Sandbox(ROOT, PROGRAMS, directory)
             good = ["pwd | grep ^" + directory, "$ echo a; echo b\na\nb", "test -x tools/soak"]
+            good.append("touch ~/x; test -e " + os.path.join(directory, "home", "x"))
             # Nothing is built: the engine is newer than its sources.
             good.append("printf 'uci\\nquit\\n' | ./run | grep uciok")
             bad = ["false", "false\ntrue", "$ echo a\nb", "orvelin-book gone"]

@@ -1,12 +1,14 @@
 """Options, commands and presets: the tables of the documents against the engine and the build."""
 
+import glob
 import json
 import os
 import re
+import subprocess
 import tempfile
 import unittest
 
-from project import DOCUMENTS, ENGINE, ROOT
+from project import DOCUMENTS, ENGINE, PROGRAMS, ROOT
 from uci_lib.engine import UciEngine
 
 README, UCI = DOCUMENTS["README.md"], DOCUMENTS["docs/uci.md"]
@@ -61,6 +63,61 @@ class CommandsTest(unittest.TestCase):
         self.assertGreater(len(words), 10)
         described = " ".join(row[0] for row in UCI.table("Word", "What it does"))
         self.assertEqual([word for word in words if f"`{word}`" not in described], [])
+
+
+def text_of(*names):
+    """A file of the project."""
+    with open(os.path.join(ROOT, *names), encoding="utf-8") as file:
+        return file.read()
+
+
+def without_remarks(text):
+    """The lines of openings and suites that are none."""
+    return [line for line in text.split("\n") if line.strip() and not line.startswith("#")]
+
+
+def numbers(document, pattern):
+    """The numbers in the one place of a document where the pattern, in which a blank may be the
+    end of a line, is found."""
+    found = re.findall(pattern.replace(" ", r"\s+"), text_of(document))
+    if len(found) != 1:
+        raise AssertionError(f"{document}: {pattern}: {found}")
+    return [int(number) for number in ([found[0]] if isinstance(found[0], str) else found[0])]
+
+
+class OpeningsTest(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        names = sorted(glob.glob("openings/*.txt", root_dir=ROOT))
+        cls.lines = [line for name in names for line in without_remarks(text_of(name))]
+
+    def test_the_number_of_variations(self):
+        self.assertEqual(numbers("README.md", r"`openings`, (\d+) variations"), [len(self.lines)])
+
+    def test_the_size_of_the_book(self):
+        tool = os.path.join(PROGRAMS, "orvelin-book")
+        with tempfile.TemporaryDirectory() as directory:
+            book = os.path.join(directory, "book.bin")
+            text = "\n".join(self.lines) + "\n"
+            for words in (("make", "-", "-o", book), ("verify", book)):
+                run = subprocess.run(
+                    [tool, *words], input=text, capture_output=True, text=True, check=True
+                )
+        written = numbers("docs/packaging.md", r"(\d+) entries for (\d+) positions")
+        self.assertEqual([int(number) for number in re.findall(r"\d+", run.stdout)], written)
+
+
+class SuitesTest(unittest.TestCase):
+    def test_the_page_on_suites_has_all_and_their_positions(self):
+        rows = DOCUMENTS["docs/suite.md"].table("File", "What it holds")
+        written = {row[0].strip("`"): int(row[1].split(" ")[0]) for row in rows}
+        names = glob.glob("suites/*.epd", root_dir=ROOT)
+        self.assertEqual(written, {name: len(without_remarks(text_of(name))) for name in names})
+
+    def test_the_table_of_a_run_has_all_positions(self):
+        count = len(without_remarks(text_of("suites", "tactics.epd")))
+        found = numbers("docs/suite.md", r"\| orvelin \| (\d+) \| (\d+) \|")
+        self.assertEqual(found, [count, count])
 
 
 class BuildTest(unittest.TestCase):

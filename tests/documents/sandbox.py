@@ -15,6 +15,8 @@ class Sandbox:
     def __init__(self, root, programs, directory):
         self._tree = os.path.join(directory, "orvelin")
         self._path = os.path.join(directory, "bin")
+        # GNU parallel, for one, keeps files there.
+        self._home = os.path.join(directory, "home")
         shutil.copytree(
             root, self._tree, symlinks=True, ignore=shutil.ignore_patterns("build", ".git")
         )
@@ -26,6 +28,7 @@ class Sandbox:
         built = os.path.join(self._tree, "build", "engine")
         os.makedirs(built)
         shutil.copy(os.path.join(programs, "orvelin"), built)
+        os.mkdir(self._home)
         os.mkdir(self._path)
         for folder in (programs, os.path.join(self._tree, "tools")):
             for name in os.listdir(folder):
@@ -38,7 +41,8 @@ class Sandbox:
         return subprocess.run(
             ["bash", "-euo", "pipefail", "-c", script],
             cwd=self._tree,
-            env=os.environ | {"PATH": self._path + os.pathsep + os.environ["PATH"]},
+            env=os.environ
+            | {"HOME": self._home, "PATH": self._path + os.pathsep + os.environ["PATH"]},
             stdin=subprocess.DEVNULL,
             capture_output=True,
             text=True,

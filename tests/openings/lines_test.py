@@ -6,7 +6,7 @@ import unittest
 from opening_lines import file_names, read_lines
 
 MOVE = re.compile(r"^([a-h][1-8]){2}[nbrq]?$")
-MOST_GAMES = 10
+MOST_GAMES = 8
 WIDTH = 100
 
 

@@ -7,6 +7,8 @@ import unittest
 
 from support import BUILD, ENG, PROGRAMS, SCRIPTS, SOURCE, PackageTest, bench_nodes, run
 
+DOCUMENTS = ("README.md", "LICENSE", "openings/README.md")
+
 
 def installed(folder):
     """The files below a folder, by their names from there."""
@@ -35,7 +37,7 @@ class InstallTest(PackageTest):
         expected = {"games/orvelin.files/Orvelin.bin", "share/games/plugins/uci/orvelin.eng"}
         for program in PROGRAMS + SCRIPTS:
             expected |= {f"games/{program}", f"share/man/man6/{program}.6.gz"}
-        expected |= {f"share/doc/orvelin/{name}" for name in ("README.md", "LICENSE")}
+        expected |= {f"share/doc/orvelin/{name}" for name in DOCUMENTS}
         for name in glob.glob("docs/**/*.*", root_dir=SOURCE, recursive=True):
             expected.add(f"share/doc/orvelin/{name}")
         for name in glob.glob("suites/*.epd", root_dir=SOURCE):
@@ -68,6 +70,7 @@ class InstallTest(PackageTest):
 
     def test_the_links_hold(self):
         self.assert_links_hold(self.prefix)
+        self.assert_document_links_hold(os.path.join(self.prefix, "share/doc/orvelin"))
 
 
 class InstallWithoutToolsTest(PackageTest):

@@ -2,6 +2,7 @@
 
 import glob
 import os
+import re
 import subprocess
 import unittest
 
@@ -15,6 +16,9 @@ BOOK_TOOL = os.path.join(BUILD, "orvelin-book")
 PATIENCE = 120
 PROGRAMS = ("orvelin", "orvelin-book", "orvelin-perft", "orvelin-tables")
 SCRIPTS = ("orvelin-explain", "orvelin-suite")
+# Code, in which nothing is a link, and links in Markdown to files.
+CODE = re.compile(r"`[^`]*`|^ {4,}.*$", re.MULTILINE)
+LINK = re.compile(r"\]\((?![a-z]+:)([^)#\s]+)")
 MATE_IN_ONE = '6k1/5ppp/8/8/8/8/8/R5K1 w - - dm 1; id "back rank";\n'
 ENG = b"plugin spec 0.0\norvelin\nchess,fischerandom\n"
 
@@ -107,6 +111,20 @@ class PackageTest(unittest.TestCase):
                     self.assertTrue(os.path.realpath(link).startswith(folder + os.sep), link)
                     self.assertTrue(os.path.exists(link), link)
         self.assertEqual(links, len(SCRIPTS) + 1)
+
+    def assert_document_links_hold(self, folder, missing=()):
+        """Every file that a document of the folder links to is there, but for these."""
+        dead, count = set(), 0
+        for name in glob.glob("**/*.md", root_dir=folder, recursive=True):
+            with open(os.path.join(folder, name), encoding="utf-8") as file:
+                links = LINK.findall(CODE.sub("", file.read()))
+            for link in links:
+                count += 1
+                path = os.path.normpath(os.path.join(os.path.dirname(name), link))
+                if path.startswith("..") or not os.path.exists(os.path.join(folder, path)):
+                    dead.add(path)
+        self.assertGreater(count, 20)
+        self.assertEqual(dead, set(missing))
 
     def assert_python_tools_run(self, folder, suites):
         """The Python tools find their library, the engine and the suites."""

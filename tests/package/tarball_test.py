@@ -58,6 +58,7 @@ class TarballTest(PackageTest):
         suites = os.path.join(self.folder, "share/orvelin/suites")
         self.assert_python_tools_run(self.folder, suites)
         self.assert_links_hold(self.folder)
+        self.assert_document_links_hold(self.folder)
         self.assertEqual(glob.glob(self.folder + "/**/__pycache__", recursive=True), [])
 
 

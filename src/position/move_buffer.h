@@ -10,8 +10,8 @@ namespace orvelin {
 /// Room for the moves of one list on the stack.
 ///
 /// Unlike an array of moves it is not filled with empty ones first, when it is declared without
-/// braces: a node writes the few dozen moves that it has, and clearing the whole kilobyte would cost
-/// more than that.
+/// braces: a node writes the few dozen moves that it has, and clearing the whole kilobyte would
+/// cost more than that.
 class MoveBuffer {
  public:
     /// Start of the room for MoveList::capacity moves.

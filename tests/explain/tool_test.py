@@ -2,10 +2,12 @@
 
 import os
 import shutil
+import subprocess
+import sys
 import unittest
 import xml.etree.ElementTree as ET
 
-from support import ENGINE, ROOT, START, SVG, TOOL, ToolTest, table
+from support import ENGINE, PATIENCE, ROOT, START, SVG, TOOL, ToolTest, table
 
 PICTURE = "5rk1/1b3ppp/1q2p3/p1bpP1N1/1p3P2/3B2Q1/PPP3PP/5R1K w - - 0 21"
 # Reads commands and answers those that have to be answered; `eval` prints a file.
@@ -151,6 +153,17 @@ class RefusalTest(ToolTest):
             with open(writing, "wb") as closed:
                 run = self.explain(*arguments, status=1, output=closed)
             self.assertEqual(run.stderr, "orvelin-explain: standard output: Broken pipe\n")
+
+    def test_output_that_is_closed(self):
+        command = [sys.executable, "-B", TOOL, "--engine", ENGINE, "--startpos"]
+        closed = ["sh", "-c", 'exec "$@" >&-', "sh", *command]
+        run = subprocess.run(closed, stderr=subprocess.PIPE, text=True, timeout=PATIENCE)
+        self.assertEqual(run.stderr, "orvelin-explain: standard output: closed\n")
+        self.assertEqual(run.returncode, 1)
+        picture = self.file("a.svg")
+        run = subprocess.run([*closed, "--svg", picture], timeout=PATIENCE)
+        self.assertEqual(run.returncode, 0)
+        self.assertIn("<svg", self.read("a.svg"))
 
     def test_bad_input(self):
         illegal = self.file("a.pgn", "1. e4 e5 2. Nf6 *")

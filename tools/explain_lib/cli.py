@@ -96,6 +96,19 @@ def _print(text):
         raise BadInput(f"standard output: {error.strerror}") from None
 
 
+def _deliver(options, picture, page, drawing):
+    """Writes picture and page where they are wanted, and else the drawing to the terminal."""
+    if options.svg:
+        _write(options.svg, as_text(picture))
+    if options.html:
+        _write(options.html, page())
+    if options.svg or options.html:
+        return
+    if sys.stdout is None:
+        raise BadInput("standard output: closed")
+    _print(drawing(terminal.Style.of(sys.stdout, options.ascii)))
+
+
 def _read_line(options):
     """The position that is to be explained, with the moves to it."""
     fen, position = read_fen(START_FEN if options.startpos else " ".join(options.fen))
@@ -108,19 +121,19 @@ def _read_line(options):
     return line, " ".join([fen, *(["moves", *options.moves] if options.moves else [])])
 
 
-def _explain(options, command, style):
+def _explain(options, command):
     line, fen = _read_line(options)
     with Session(command, options.patience) as session:
         evaluation = session.evaluation(line)
         engine = session.name
     board, side = line.position.board, line.position.side
     picture = position_picture(evaluation, board, side, fen)
-    if options.svg:
-        _write(options.svg, as_text(picture))
-    if options.html:
-        _write(options.html, position_page(evaluation, picture, side, fen, engine))
-    if not options.svg and not options.html:
-        _print(terminal.explain(evaluation, line.position, style, options.all))
+    _deliver(
+        options,
+        picture,
+        lambda: position_page(evaluation, picture, side, fen, engine),
+        lambda style: terminal.explain(evaluation, line.position, style, options.all),
+    )
     return [] if evaluation.agrees else [evaluation.check_text()]
 
 
@@ -130,7 +143,7 @@ def _progress(done, count):
         print(f"\rhalf-move {done} of {count}", end=end, file=sys.stderr)
 
 
-def _follow(options, command, style):
+def _follow(options, command):
     game = read_game(options.pgn, options.game or 1)
     limit = None
     if options.depth or options.nodes:
@@ -141,12 +154,12 @@ def _follow(options, command, style):
     notes = notes_for(steps, limit)
     title = game.title() or "Game"
     picture = game_picture(title, steps, words, notes)
-    if options.svg:
-        _write(options.svg, as_text(picture))
-    if options.html:
-        _write(options.html, game_page(title, picture, steps, words, notes))
-    if not options.svg and not options.html:
-        _print(terminal.follow(f"{title}. {words}", steps, notes, style))
+    _deliver(
+        options,
+        picture,
+        lambda: game_page(title, picture, steps, words, notes),
+        lambda style: terminal.follow(f"{title}. {words}", steps, notes, style),
+    )
     return [note for note, alarm in notes if alarm]
 
 
@@ -156,10 +169,9 @@ def main(folder, arguments):
     options = parser.parse_intermixed_args(arguments)
     _check_usage(parser, options)
     signal.signal(signal.SIGTERM, lambda *_: sys.exit(143))
-    style = terminal.Style.of(sys.stdout, options.ascii)
     try:
         command = find_engine(options.engine, folder)
-        alarms = (_follow if options.pgn is not None else _explain)(options, command, style)
+        alarms = (_follow if options.pgn is not None else _explain)(options, command)
     except (BadInput, EngineMissing) as problem:
         _complain(problem)
         return 1

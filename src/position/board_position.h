@@ -73,8 +73,12 @@ class BoardPosition {
 
     /// True once a move since clear() has put a man on another, or moved one who was not there: no
     /// legal move does. From then on sets and squares may disagree, sets may overlap, and what is
-    /// found from the one need not be what is found from the other.
+    /// found from the one need not be what is found from the other. A FEN text with two men on one
+    /// square begins so, and so does a board that is changed by hand, of which nothing that is kept
+    /// beside it is renewed.
     bool men_may_disagree() const { return men_may_disagree_; }
+    /// Makes it true, for a copy of such a board.
+    void let_men_disagree() { men_may_disagree_ = true; }
 
     /// Same side to move and same piece boards; squares and aggregates are not compared.
     bool operator==(BoardPosition const& other) const {

@@ -310,6 +310,19 @@ TEST(Mobility, queen_checks_are_looked_up_where_the_position_does_not_know_them)
     }
 }
 
+TEST(Mobility, queen_checks_are_looked_up_on_a_board_that_was_changed_by_hand) {
+    ChessPosition position(shared_tables());
+    position.fen("k7/8/8/8/8/8/8/Q3K3 w - - 0 1");
+    position.set_piece_on(Square(48), Piece(black_pawn));
+    Mobility maps(shared_tables().attacks);
+    maps.compute(position);
+    BitBoard const seen =
+        shared_tables().attacks.queen(position.black_king().get_first_square(), position.pieces());
+    EXPECT_EQ(maps.white_safe_queen_checks(), maps.white_queen_safe_squares() & seen);
+    // The pawn now stands between: what the position knew before is something else.
+    EXPECT_NE(position.white_queencheck_squares(), seen);
+}
+
 TEST(Mobility, board_without_kings_is_harmless) {
     Maps const maps("8/8/2q5/8/8/5R2/8/8 w - - 0 1");
     EXPECT_FALSE(maps.mobility.white_king_neighbourhood());

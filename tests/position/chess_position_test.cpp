@@ -307,5 +307,15 @@ TEST_F(LoggingTest, ACopyOfALoggingPositionHasTheFlagButNoFile) {
     EXPECT_FALSE(std::filesystem::exists("cposition_" + std::to_string(copy.id()) + ".log"));
 }
 
+TEST(ChessPosition, copy_of_a_board_that_was_changed_by_hand_is_one_too) {
+    ChessPosition position(test::shared_tables());
+    position.newgame();
+    ChessPosition copy(position);
+    EXPECT_FALSE(copy.men_may_disagree());
+    position.set_piece_on(Square(30), Piece(white_queen));
+    copy = position;
+    EXPECT_TRUE(copy.men_may_disagree());
+}
+
 }  // namespace
 }  // namespace orvelin

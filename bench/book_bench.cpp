@@ -23,7 +23,9 @@ class LargeBook {
  public:
     LargeBook() {
         std::mt19937_64 random(1);
-        for (std::uint64_t& key : keys_) key = random();
+        for (std::uint64_t& key : keys_) {
+            key = random();
+        }
         std::sort(keys_.begin(), keys_.end());
         std::ofstream file(name_, std::ios::binary);
         Book_record record;

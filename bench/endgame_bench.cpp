@@ -14,7 +14,9 @@ void build_table(benchmark::State& state) {
     for ([[maybe_unused]] auto _ : state) {
         Egt4Pieces table(attacks, static_cast<piece_t>(state.range(0)),
                          static_cast<piece_t>(state.range(1)));
-        while (!table.ready()) table.create();
+        while (!table.ready()) {
+            table.create();
+        }
         state.SetLabel(table.name());
     }
 }

@@ -10,10 +10,14 @@ void static_exchange(benchmark::State& state) {
     BenchPosition bench(state);
     Analysis analysis(bench.position, common_tables());
     std::uint64_t moves = 0;
-    for (Move const& move : bench.moves) moves += move.code() == castling ? 0 : 1;
+    for (Move const& move : bench.moves) {
+        moves += move.code() == castling ? 0 : 1;
+    }
     for ([[maybe_unused]] auto _ : state) {
         for (Move const& move : bench.moves) {
-            if (move.code() != castling) benchmark::DoNotOptimize(analysis.see(move));
+            if (move.code() != castling) {
+                benchmark::DoNotOptimize(analysis.see(move));
+            }
         }
     }
     count_items(state, moves);
@@ -29,7 +33,9 @@ void static_exchange_of_captures(benchmark::State& state) {
     MoveList captures;
     bench.generator.serialize_captures(bench.position, table, captures);
     for ([[maybe_unused]] auto _ : state) {
-        for (Move const& move : captures) benchmark::DoNotOptimize(analysis.see(move));
+        for (Move const& move : captures) {
+            benchmark::DoNotOptimize(analysis.see(move));
+        }
     }
     count_items(state, captures.size());
 }

@@ -10,7 +10,9 @@ void perft(benchmark::State& state) {
     BenchPosition bench(state);
     tools::LeafCounter counter(common_tables());
     std::uint64_t leaves = 0;
-    for ([[maybe_unused]] auto _ : state) leaves = counter.count(bench.position, 4);
+    for ([[maybe_unused]] auto _ : state) {
+        leaves = counter.count(bench.position, 4);
+    }
     count_items(state, leaves);
 }
 BENCHMARK(perft)->Apply(on_all_positions)->Unit(benchmark::kMillisecond);

@@ -27,7 +27,9 @@ class BenchTable {
         index_mask_ = (few ? few_buckets : table.buckets()) - 1;
         // Twice as many as there are places: every bucket is full, and every page is there.
         std::uint64_t const records = 8 * (index_mask_ + 1);
-        for (std::uint64_t i = 0; i < records; ++i) store(key(i));
+        for (std::uint64_t i = 0; i < records; ++i) {
+            store(key(i));
+        }
         records_ = records;
     }
 
@@ -98,7 +100,9 @@ BENCHMARK(table_read)->Apply(on_small_and_large_tables);
 void table_store(benchmark::State& state) {
     BenchTable bench(state);
     std::uint64_t number = std::uint64_t{1} << 40;
-    for ([[maybe_unused]] auto _ : state) bench.store(bench.key(number++));
+    for ([[maybe_unused]] auto _ : state) {
+        bench.store(bench.key(number++));
+    }
     state.SetItemsProcessed(state.iterations());
 }
 BENCHMARK(table_store)->Apply(on_small_and_large_tables);

@@ -27,7 +27,7 @@ struct given_t {
 };
 
 struct slider_t {
-    const char* name;
+    char const* name;
     step_t steps[4];
     int shifts[64];
     given_t given[5];
@@ -95,7 +95,9 @@ std::uint64_t attacks_of(slider_t const& slider, int square, std::uint64_t occup
         int rank = square / 8 + step.rank;
         while (on_board(file, rank)) {
             attacks |= bit(file, rank);
-            if (occupied & bit(file, rank)) break;
+            if (occupied & bit(file, rank)) {
+                break;
+            }
             file += step.file;
             rank += step.rank;
         }
@@ -123,8 +125,12 @@ bool valid(std::uint64_t magic, int shift, std::vector<example_t> const& example
     std::vector<std::uint64_t> table(std::size_t{1} << (64 - shift), 0);
     for (example_t const& example : examples) {
         std::uint64_t& entry = table[static_cast<std::size_t>((example.occupied * magic) >> shift)];
-        if (entry == 0) entry = example.attacks;
-        if (entry != example.attacks) return false;
+        if (entry == 0) {
+            entry = example.attacks;
+        }
+        if (entry != example.attacks) {
+            return false;
+        }
     }
     return true;
 }
@@ -132,8 +138,12 @@ bool valid(std::uint64_t magic, int shift, std::vector<example_t> const& example
 std::uint64_t find_magic(slider_t const& slider, int square) {
     std::vector<example_t> const examples = examples_of(slider, square);
     for (given_t const& given : slider.given) {
-        if (given.square != square) continue;
-        if (valid(given.magic, slider.shifts[square], examples)) return given.magic;
+        if (given.square != square) {
+            continue;
+        }
+        if (valid(given.magic, slider.shifts[square], examples)) {
+            return given.magic;
+        }
         std::fprintf(stderr, "the given %s magic of square %d is not valid\n", slider.name, square);
         std::exit(EXIT_FAILURE);
     }
@@ -142,7 +152,9 @@ std::uint64_t find_magic(slider_t const& slider, int square) {
         std::uint64_t magic = random();
         magic &= random();
         magic &= random();
-        if (valid(magic, slider.shifts[square], examples)) return magic;
+        if (valid(magic, slider.shifts[square], examples)) {
+            return magic;
+        }
     }
 }
 

@@ -99,7 +99,9 @@ class Rows {
  public:
     void take(std::uint64_t key) {
         std::size_t const slot = Material::slot(key);
-        if (keys_.size() == row_count - 1 || taken_[slot]) return;
+        if (keys_.size() == row_count - 1 || taken_[slot]) {
+            return;
+        }
         taken_[slot] = true;
         keys_.push_back(key);
     }
@@ -146,13 +148,19 @@ int main() {
     constexpr std::size_t rows_a_line = 4;
     Rows rows;
     rows.reserve(bare_kings);
-    for (std::uint64_t const key : wanted) rows.take(key);
-    for (candidate_t const& candidate : candidates()) rows.take(candidate.key);
+    for (std::uint64_t const key : wanted) {
+        rows.take(key);
+    }
+    for (candidate_t const& candidate : candidates()) {
+        rows.take(candidate.key);
+    }
 
     std::vector<std::uint64_t> keys = rows.keys();
     std::sort(keys.rbegin(), keys.rend());
     keys.push_back(bare_kings);
-    if (keys.size() != row_count) return EXIT_FAILURE;
+    if (keys.size() != row_count) {
+        return EXIT_FAILURE;
+    }
 
     std::fputs(head, stdout);
     for (std::size_t i = 0; i < keys.size(); ++i) {

@@ -38,7 +38,9 @@ void look_up(Book& book, std::uint64_t key, ChessPosition& position) {
 }  // namespace
 
 void fuzz_book(std::string_view input) {
-    if (input.size() < bytes_of_key) return;
+    if (input.size() < bytes_of_key) {
+        return;
+    }
     Book_record wanted;
     std::copy_n(input.data(), bytes_of_key, wanted.bytes());
     std::string_view const bytes = input.substr(bytes_of_key);
@@ -52,7 +54,9 @@ void fuzz_book(std::string_view input) {
     look_up(book, wanted.get_key(), position);
     look_up(book, 0, position);
     look_up(book, std::numeric_limits<std::uint64_t>::max(), position);
-    if (bytes.size() < Book_record::size) return;
+    if (bytes.size() < Book_record::size) {
+        return;
+    }
     look_up(book, entry_at(bytes, wanted.get_key()).get_key(), position);
 }
 

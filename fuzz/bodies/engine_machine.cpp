@@ -41,8 +41,12 @@ holder_t& holder() {
 }  // namespace
 
 EngineMachine& EngineMachine::ready() {
-    if (holder().inputs >= inputs_of_a_machine) give_up();
-    if (!holder().machine) holder() = {std::make_unique<EngineMachine>(), 0};
+    if (holder().inputs >= inputs_of_a_machine) {
+        give_up();
+    }
+    if (!holder().machine) {
+        holder() = {std::make_unique<EngineMachine>(), 0};
+    }
     ++holder().inputs;
     return *holder().machine;
 }
@@ -78,7 +82,9 @@ bool EngineMachine::searching() {
 }
 
 void EngineMachine::make_new() {
-    for (char const* const line : defaults) command(line);
+    for (char const* const line : defaults) {
+        command(line);
+    }
     engine_.analysis().set_hash_size(least_megabytes);
     report();
 }

@@ -23,12 +23,24 @@ class Clock {
 
     void read(std::string_view name, int number) {
         std::uint64_t const word = sign_extended(number);
-        if (name == "wtime") manager_.set_wtime(word);
-        if (name == "btime") manager_.set_btime(word);
-        if (name == "winc") manager_.set_winc(word);
-        if (name == "binc") manager_.set_binc(word);
-        if (name == "movestogo") manager_.set_movestogo(number);
-        if (name == "movetime") manager_.set_movetime(word);
+        if (name == "wtime") {
+            manager_.set_wtime(word);
+        }
+        if (name == "btime") {
+            manager_.set_btime(word);
+        }
+        if (name == "winc") {
+            manager_.set_winc(word);
+        }
+        if (name == "binc") {
+            manager_.set_binc(word);
+        }
+        if (name == "movestogo") {
+            manager_.set_movestogo(number);
+        }
+        if (name == "movetime") {
+            manager_.set_movetime(word);
+        }
     }
 
     bool is_zero() const { return manager_.soft_budget() == 0; }
@@ -51,7 +63,9 @@ bool has_zero_budget(std::string const& line) {
         int const value = read_number(number);
         white.read(name, value);
         black.read(name, value);
-        if (white.is_zero() || black.is_zero()) return true;
+        if (white.is_zero() || black.is_zero()) {
+            return true;
+        }
         name = word;
     }
     return false;
@@ -61,7 +75,9 @@ std::uint64_t nodes_of(std::string const& line, std::uint64_t most) {
     std::istringstream words(line);
     std::uint64_t nodes = most;
     for (std::string word = read_token(words); !word.empty(); word = read_token(words)) {
-        if (word == "nodes") nodes = std::min(most, sign_extended(read_number(words)));
+        if (word == "nodes") {
+            nodes = std::min(most, sign_extended(read_number(words)));
+        }
     }
     return nodes;
 }

@@ -15,7 +15,9 @@ class MemoryFile {
     /// Holds the parts, one behind the other.
     explicit MemoryFile(std::string_view first, std::string_view second = {})
         : descriptor_(memfd_create("input", MFD_CLOEXEC)) {
-        if (descriptor_ < 0) throw std::runtime_error("no file in memory");
+        if (descriptor_ < 0) {
+            throw std::runtime_error("no file in memory");
+        }
         append(first);
         append(second);
     }
@@ -29,7 +31,9 @@ class MemoryFile {
     void append(std::string_view bytes) {
         while (!bytes.empty()) {
             ssize_t const written = write(descriptor_, bytes.data(), bytes.size());
-            if (written <= 0) throw std::runtime_error("no room for a file in memory");
+            if (written <= 0) {
+                throw std::runtime_error("no room for a file in memory");
+            }
             bytes.remove_prefix(static_cast<std::size_t>(written));
         }
     }

@@ -42,7 +42,9 @@ void play(std::string_view input) {
 }  // namespace
 
 void fuzz_move_text(std::string_view input) {
-    if (input.empty()) return;
+    if (input.empty()) {
+        return;
+    }
     try {
         play(input);
     } catch (std::logic_error const&) {

@@ -55,20 +55,28 @@ void query_attackers(ChessPosition const& position) {
 /// design, and the rook that was not there stands on the board when it is unmade.
 bool rights_are_sound(ChessPosition const& position) {
     for (int bit = 0; bit < 16; ++bit) {
-        if ((position.castlingrights() >> bit & 1) == 0) continue;
+        if ((position.castlingrights() >> bit & 1) == 0) {
+            continue;
+        }
         bool const white = bit < 8;
         BitBoard const rank = white ? rank1 : rank8;
         BitBoard const king = white ? position.white_king() : position.black_king();
         int const rook = white ? bit : bit - 8 + 56;
-        if (!(king & rank)) return false;
-        if (position[rook] != Piece(white ? white_rook : black_rook)) return false;
+        if (!(king & rank)) {
+            return false;
+        }
+        if (position[rook] != Piece(white ? white_rook : black_rook)) {
+            return false;
+        }
     }
     return true;
 }
 
 /// A pawn has just passed the en passant square, if there is one.
 bool en_passant_is_sound(ChessPosition const& position) {
-    if (position.ep() == Square()) return true;
+    if (position.ep() == Square()) {
+        return true;
+    }
     int const square = position.ep().id();
     bool const white = position.white_to_move();
     return position[square].no_piece() && square / 8 == (white ? 5 : 2) &&
@@ -106,7 +114,9 @@ void query_moves(ChessPosition& position) {
         position.make_move(move);
         query_texts(position);
         position.unmake_move();
-        if (!whole) continue;
+        if (!whole) {
+            continue;
+        }
         require(position.fen() == fen, "the text comes back when a move is unmade");
         require(position.get_hash() == key, "the key comes back when a move is unmade");
     }

@@ -43,7 +43,9 @@ void write_book() {
 /// The line sets the hash table to a size that only large machines have.
 bool asks_for_much_memory(std::string const& line) {
     std::istringstream words(line);
-    if (read_token(words) != "setoption" || read_token(words) != "name") return false;
+    if (read_token(words) != "setoption" || read_token(words) != "name") {
+        return false;
+    }
     return Engine::equal_options(read_token(words), "Hash") && read_token(words) == "value" &&
            read_number(words) > most_megabytes;
 }
@@ -53,7 +55,9 @@ bool asks_for_much_memory(std::string const& line) {
 bool SessionPlayer::play(std::string const& line) {
     std::istringstream words(line);
     std::string const word = read_token(words);
-    if (word == "quit") return false;
+    if (word == "quit") {
+        return false;
+    }
     if (word.empty()) {
         step_until_idle();
     } else if (word == "go") {
@@ -78,7 +82,9 @@ void SessionPlayer::go(std::string const& line) {
 bool SessionPlayer::board_is_playable() {
     ChessPosition const& position = machine_.engine().position();
     for (int square = 0; square < 64; ++square) {
-        if ((position[square].id() & 7) == 7) return false;
+        if ((position[square].id() & 7) == 7) {
+            return false;
+        }
     }
     return true;
 }
@@ -86,7 +92,9 @@ bool SessionPlayer::board_is_playable() {
 bool SessionPlayer::step_until_idle() {
     auto const end = std::chrono::steady_clock::now() + patience;
     while (machine_.searching()) {
-        if (std::chrono::steady_clock::now() > end) return false;
+        if (std::chrono::steady_clock::now() > end) {
+            return false;
+        }
         machine_.command("isready");
         machine_.report();
         sleep_milliseconds(1);
@@ -96,7 +104,9 @@ bool SessionPlayer::step_until_idle() {
 }
 
 void SessionPlayer::finish() {
-    if (!step_until_idle()) machine_.engine().set_action(stop_action);
+    if (!step_until_idle()) {
+        machine_.engine().set_action(stop_action);
+    }
     machine_.command("stop");
     machine_.report();
 }
@@ -118,7 +128,9 @@ void play_session(std::vector<std::string> const& lines) {
     SessionPlayer player(machine);
     try {
         for (std::string const& line : lines) {
-            if (!player.play(line)) break;
+            if (!player.play(line)) {
+                break;
+            }
         }
     } catch (std::logic_error const&) {
         // By design: a text that is no move or no position, or a move under a search.

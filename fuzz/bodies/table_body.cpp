@@ -24,7 +24,9 @@ std::string const& good_head() {
     static std::string const head = [] {
         Egt4Pieces const table(small_tables().attacks, white_queen, black_rook);
         std::string text = "begin{KQKR}";
-        for (std::size_t key = 0; key + open_numbers < table.size(); ++key) text += " 9";
+        for (std::size_t key = 0; key + open_numbers < table.size(); ++key) {
+            text += " 9";
+        }
         return text;
     }();
     return head;
@@ -35,7 +37,9 @@ Egt4Pieces& good_table() {
     static Egt4Pieces table(small_tables().attacks, white_queen, black_rook);
     if (!table.ready()) {
         std::string end;
-        for (std::size_t i = 0; i < open_numbers; ++i) end += " 253";
+        for (std::size_t i = 0; i < open_numbers; ++i) {
+            end += " 253";
+        }
         table.load(MemoryFile(good_head(), end + " end").name());
     }
     return table;
@@ -78,12 +82,20 @@ void load(std::string_view head, std::string_view tail) {
 }  // namespace
 
 void fuzz_table(std::string_view input) {
-    if (input.empty()) return;
+    if (input.empty()) {
+        return;
+    }
     SwallowedOutput const silence;
     std::string_view const text = input.substr(1);
-    if (input.front() == 'h') load(text, {});
-    if (input.front() == 't') load(good_head(), text);
-    if (input.front() == 'p') query(good_table(), std::string(text));
+    if (input.front() == 'h') {
+        load(text, {});
+    }
+    if (input.front() == 't') {
+        load(good_head(), text);
+    }
+    if (input.front() == 'p') {
+        query(good_table(), std::string(text));
+    }
 }
 
 }  // namespace orvelin::fuzz

@@ -36,7 +36,9 @@ BKmove::BKmove(Move const& move)
                                        field_of_code(move.code()) << code_shift)) {}
 
 Move BKmove::operator()(ChessPosition const& position) const {
-    if (nomove()) return Move();
+    if (nomove()) {
+        return Move();
+    }
     move_t code = code_of_field[static_cast<std::size_t>(this->code())];
     Piece const mover = position.get_piece_from(from());
     Piece const target = position.get_piece_from(to());

@@ -33,11 +33,15 @@ void Book::set_name(std::string name) {
 
 void Book::open_stream() {
     file_.open(name_);
-    if (!file_) throw std::logic_error("Book::open() open " + name_ + " failed (1)");
+    if (!file_) {
+        throw std::logic_error("Book::open() open " + name_ + " failed (1)");
+    }
 }
 
 void Book::open() {
-    if (is_open()) close();
+    if (is_open()) {
+        close();
+    }
     open_stream();
     file_.seekg(0, std::ios::end);
     size_ = static_cast<std::int64_t>(file_.tellg()) / entry_size * entry_size;
@@ -52,18 +56,26 @@ std::uint16_t Book::get_move(std::uint64_t key) {
 std::int64_t Book::find_start(std::uint64_t key) {
     std::int64_t low = 0;
     std::int64_t high = size_;
-    if (high <= 0 || middle(low, high) == 0) return low;
+    if (high <= 0 || middle(low, high) == 0) {
+        return low;
+    }
     Book_record probe;
     for (std::int64_t mid = middle(low, high);;) {
         file_.seekg(mid);
         // Not tested: after a failed read the old bytes are compared, and the failed stream ends
         // the scan that follows.
         file_.read(probe.bytes(), entry_size);
-        if (key == probe.get_key()) return low;
+        if (key == probe.get_key()) {
+            return low;
+        }
         (key < probe.get_key() ? high : low) = mid;
-        if (low >= high) return low;
+        if (low >= high) {
+            return low;
+        }
         mid = middle(low, high);
-        if (mid == low) return low;
+        if (mid == low) {
+            return low;
+        }
     }
 }
 
@@ -74,8 +86,12 @@ std::vector<Book_record> Book::collect(std::uint64_t key, std::int64_t start) {
     file_.seekg(start);
     for (std::int64_t offset = start; offset != size_; offset += entry_size) {
         file_.read(entry.bytes(), entry_size);
-        if (file_.fail() || entry.get_key() > key) break;
-        if (entry.get_key() == key) entries.push_back(entry);
+        if (file_.fail() || entry.get_key() > key) {
+            break;
+        }
+        if (entry.get_key() == key) {
+            entries.push_back(entry);
+        }
     }
     return entries;
 }
@@ -84,15 +100,21 @@ std::vector<Book_record> Book::collect(std::uint64_t key, std::int64_t start) {
 /// time, which always falls to the first entry.
 BKmove Book::draw(std::vector<Book_record> const& entries) {
     std::uint32_t sum = 0;
-    for (Book_record const& entry : entries) sum += entry.get_weight();
+    for (Book_record const& entry : entries) {
+        sum += entry.get_weight();
+    }
     auto const total = static_cast<std::int32_t>(sum);
-    if (total == 0) return BKmove();
+    if (total == 0) {
+        return BKmove();
+    }
     auto const time = static_cast<std::int32_t>(timer_.total_time().nanoseconds());
     // Wider than the numbers, so that no remainder and no difference leaves its range.
     std::int64_t rest = std::int64_t{time} % total;
     for (Book_record const& entry : entries) {
         rest -= entry.get_weight();
-        if (rest <= 0) return entry.get_move();
+        if (rest <= 0) {
+            return entry.get_move();
+        }
     }
     return BKmove();
 }

@@ -11,9 +11,15 @@ constexpr int mate_value = 30000;
 constexpr int black_wins = 128;
 
 std::string name_of(piece_t piece1_id, piece_t piece2_id) {
-    if (piece1_id == white_knight && piece2_id == white_bishop) return "KBNK";
-    if (piece1_id == white_queen && piece2_id == black_rook) return "KQKR";
-    if (piece1_id == white_rook && piece2_id == black_knight) return "KRKN";
+    if (piece1_id == white_knight && piece2_id == white_bishop) {
+        return "KBNK";
+    }
+    if (piece1_id == white_queen && piece2_id == black_rook) {
+        return "KQKR";
+    }
+    if (piece1_id == white_rook && piece2_id == black_knight) {
+        return "KRKN";
+    }
     return "unknown";
 }
 
@@ -30,14 +36,20 @@ Egt4Pieces::~Egt4Pieces() {
 }
 
 void Egt4Pieces::release() {
-    if (!owns_memory_) return;
+    if (!owns_memory_) {
+        return;
+    }
     delete[] table_;
     table_ = nullptr;
 }
 
 void Egt4Pieces::allocate() {
-    if (table_ != nullptr) return;
-    if (!owns_memory_) throw std::logic_error("Egt4Pieces::allocate  no memory");
+    if (table_ != nullptr) {
+        return;
+    }
+    if (!owns_memory_) {
+        throw std::logic_error("Egt4Pieces::allocate  no memory");
+    }
     table_ = new unsigned char[size_];
 }
 
@@ -63,17 +75,27 @@ int Egt4Pieces::eval(std::string const& text) {
 }
 
 int Egt4Pieces::eval(unsigned int key) const {
-    if (table_ == nullptr || progress_ < 0) return unknown;
+    if (table_ == nullptr || progress_ < 0) {
+        return unknown;
+    }
     int const byte = (*this)[key];
-    if (byte == unknown || byte == illegal) return byte;
-    if (byte == drawn) return 0;
+    if (byte == unknown || byte == illegal) {
+        return byte;
+    }
+    if (byte == drawn) {
+        return 0;
+    }
     return sign_ * (byte < black_wins ? mate_value - byte : byte - black_wins - mate_value);
 }
 
 bool Egt4Pieces::operator==(Egt4Pieces const& other) const {
-    if (piece1_id_ != other.piece1_id_ || size_ != other.size_) return false;
+    if (piece1_id_ != other.piece1_id_ || size_ != other.size_) {
+        return false;
+    }
     for (unsigned int key = 0; key < size_; ++key) {
-        if ((*this)[key] != other[key]) return false;
+        if ((*this)[key] != other[key]) {
+            return false;
+        }
     }
     return true;
 }

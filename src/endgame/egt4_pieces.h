@@ -124,7 +124,9 @@ class Egt4Pieces {
     int eval(std::string const& text);
     /// The byte of a key: 254 for a key beyond the table, 255 without a table.
     unsigned char operator[](unsigned int key) const {
-        if (key >= size_) return illegal;
+        if (key >= size_) {
+            return illegal;
+        }
         return table_ == nullptr ? unknown : table_[key];
     }
     /// Same first piece, size and bytes; the second piece is not compared, by design.

@@ -19,7 +19,9 @@ struct rule_t {
     bool draw;
 
     bool allows(int value, int next) const {
-        if (draw || winner_moves) return next * winner_sign <= value * winner_sign + (draw ? 0 : 1);
+        if (draw || winner_moves) {
+            return next * winner_sign <= value * winner_sign + (draw ? 0 : 1);
+        }
         return next * winner_sign > value * winner_sign;
     }
     bool needs(int value, int next) const { return next == value + winner_sign; }
@@ -45,9 +47,13 @@ rule_t rule_for(int value, bool white_moves) {
 
 bool Egt4Pieces::is_consistent() {
     for (unsigned int key = 0; key < size_; ++key) {
-        if (!is_legal_key(key)) continue;
+        if (!is_legal_key(key)) {
+            continue;
+        }
         set_key(key);
-        if (is_legal() && !successors_agree(key)) return false;
+        if (is_legal() && !successors_agree(key)) {
+            return false;
+        }
     }
     return true;
 }
@@ -55,7 +61,9 @@ bool Egt4Pieces::is_consistent() {
 bool Egt4Pieces::successors_agree(unsigned int key) {
     int const value = eval(key);
     // A mate has no successors.
-    if (value >= mate_value || value <= -mate_value) return true;
+    if (value >= mate_value || value <= -mate_value) {
+        return true;
+    }
     rule_t const rule = rule_for(value, stm_ == white);
     bool reached = rule.draw;
     Move last;
@@ -65,12 +73,18 @@ bool Egt4Pieces::successors_agree(unsigned int key) {
         bool const legal = is_legal();
         int const next = eval(get_key());
         unmake_move(move);
-        if (!legal) continue;
-        if (!rule.allows(value, next)) return report_fault(rule.test, rule.fault, move);
+        if (!legal) {
+            continue;
+        }
+        if (!rule.allows(value, next)) {
+            return report_fault(rule.test, rule.fault, move);
+        }
         reached = reached || rule.needs(value, next);
         last = move;
     }
-    if (reached) return true;
+    if (reached) {
+        return true;
+    }
     return report_fault(rule.test, "no new eval is one step from the old eval", last);
 }
 
@@ -82,9 +96,13 @@ bool Egt4Pieces::report_fault(std::string const& test, std::string const& fault,
     };
     bool const moved = move.word() != 0;
     std::cerr << test << '\n' << fault << '\n' << "orig fen: " << describe() << '\n';
-    if (moved) make_move(move);
+    if (moved) {
+        make_move(move);
+    }
     std::cerr << "next fen: " << describe() << "  sign=" << sign_ << std::endl;
-    if (moved) unmake_move(move);
+    if (moved) {
+        unmake_move(move);
+    }
     return false;
 }
 

@@ -31,15 +31,21 @@ bool Egt4Pieces::create_slice() {
         set_initial_eval();
         return false;
     }
-    if (ready()) return true;
+    if (ready()) {
+        return true;
+    }
     create_next();
-    if (progress_ <= last_distance - 1) return false;
+    if (progress_ <= last_distance - 1) {
+        return false;
+    }
     std::replace(table_, table_ + size_, unknown, drawn);
     return true;
 }
 
 void Egt4Pieces::set_initial_eval() {
-    if (table_ == nullptr) return;
+    if (table_ == nullptr) {
+        return;
+    }
     for (unsigned int key = 0; key < size_; ++key) {
         table_[key] = unknown;
         set_initial_eval(key);
@@ -47,7 +53,9 @@ void Egt4Pieces::set_initial_eval() {
 }
 
 void Egt4Pieces::set_initial_eval(unsigned int key) {
-    if (table_ == nullptr || key >= size_) return;
+    if (table_ == nullptr || key >= size_) {
+        return;
+    }
     if (!is_legal_key(key)) {
         table_[key] = illegal;
         return;
@@ -57,7 +65,9 @@ void Egt4Pieces::set_initial_eval(unsigned int key) {
         table_[key] = illegal;
         return;
     }
-    if (has_legal_move()) return;
+    if (has_legal_move()) {
+        return;
+    }
     require_pieces("Egt4Pieces::set_initial_eval(unsigned key)  unknown piece1",
                    "Egt4Pieces::set_initial_eval(unsigned key)  unknown piece2");
     if (!king_attacked(stm_ == white ? white : black)) {
@@ -80,11 +90,15 @@ bool Egt4Pieces::has_legal_move() {
 // Each write is one more than the distance of its pass, and the passes rise: what is written is
 // the winner's shortest way against the loser's longest resistance.
 void Egt4Pieces::create_next() {
-    if (table_ == nullptr) return;
+    if (table_ == nullptr) {
+        return;
+    }
     for (unsigned int key = 0; key < size_; ++key) {
         unsigned char const byte = table_[key];
         // The bytes that are no distance have one above 100 in their low bits.
-        if ((byte & distance_mask) != progress_) continue;
+        if ((byte & distance_mask) != progress_) {
+            continue;
+        }
         set_key(key);
         generate_previous_moves(previous_moves_);
         auto const value = static_cast<unsigned char>(byte + 1);
@@ -103,7 +117,9 @@ void Egt4Pieces::settle_wins(unsigned char value) {
     for (Move const& move : previous_moves_) {
         unmake_move(move);
         unsigned int const key = get_key();
-        if (table_[key] == unknown) settle(key, value);
+        if (table_[key] == unknown) {
+            settle(key, value);
+        }
         make_move(move);
     }
 }
@@ -113,7 +129,9 @@ void Egt4Pieces::settle_losses(unsigned char value) {
     for (Move const& move : previous_moves_) {
         unmake_move(move);
         unsigned int const key = get_key();
-        if (table_[key] == unknown && all_moves_lose()) settle(key, value);
+        if (table_[key] == unknown && all_moves_lose()) {
+            settle(key, value);
+        }
         make_move(move);
     }
 }
@@ -125,7 +143,9 @@ bool Egt4Pieces::all_moves_lose() {
         make_move(move);
         unsigned char const byte = table_[get_key()];
         unmake_move(move);
-        if (byte == unknown || byte == drawn) return false;
+        if (byte == unknown || byte == drawn) {
+            return false;
+        }
         return byte == illegal || white_wins(byte) != white_moves;
     });
 }
@@ -133,7 +153,9 @@ bool Egt4Pieces::all_moves_lose() {
 // With the white king on a long diagonal the reflected position has a key of its own.
 void Egt4Pieces::settle(unsigned int key, unsigned char value) {
     table_[key] = value;
-    if (white_king_ & diagonals) table_[get_mirror_key(key)] = value;
+    if (white_king_ & diagonals) {
+        table_[get_mirror_key(key)] = value;
+    }
 }
 
 }  // namespace orvelin

@@ -28,19 +28,25 @@ void Egt4Pieces::save(std::string const& path) const {
     if (file) {
         file << "begin{" << name_ << '}';
         for (unsigned int key = 0; key < size_; ++key) {
-            if (key % bytes_in_line == 0) file << '\n';
+            if (key % bytes_in_line == 0) {
+                file << '\n';
+            }
             file << static_cast<int>((*this)[key]) << ' ';
         }
         file << "\nend{" << name_ << '}' << std::flush;
     }
-    if (!file) throw std::runtime_error("Egt4Pieces::save  error");
+    if (!file) {
+        throw std::runtime_error("Egt4Pieces::save  error");
+    }
 }
 
 void Egt4Pieces::load(std::string const& path) {
     std::ifstream file(path);
     std::string word;
     file >> word;
-    if (!contains(word, "begin")) throw std::runtime_error("Error: EGT not recognized");
+    if (!contains(word, "begin")) {
+        throw std::runtime_error("Error: EGT not recognized");
+    }
     if (contains(word, "KQKR")) {
         piece1_id_ = white_queen;
         piece2_id_ = black_rook;
@@ -65,7 +71,9 @@ void Egt4Pieces::load(std::string const& path) {
     }
     word.clear();
     file >> word;
-    if (!is_end(word)) throw std::runtime_error("Error while reading EGT");
+    if (!is_end(word)) {
+        throw std::runtime_error("Error while reading EGT");
+    }
     progress_ = finished;
 }
 

@@ -76,7 +76,9 @@ void Egt4Pieces::set_key(unsigned int key) {
 }
 
 unsigned int Egt4Pieces::get_key() const {
-    if (!single(white_king_) || !single(black_king_)) return size_;
+    if (!single(white_king_) || !single(black_king_)) {
+        return size_;
+    }
     unsigned int white_king_id = id_of(white_king_);
     unsigned int black_king_id = id_of(black_king_);
     unsigned int piece1_id = piece1_ ? id_of(piece1_) : black_king_id;
@@ -87,9 +89,15 @@ unsigned int Egt4Pieces::get_key() const {
         piece1_id = map(piece1_id);
         piece2_id = map(piece2_id);
     };
-    if (white_king_id > 31) map_all([](unsigned int id) { return id ^ 56; });
-    if (set_of(white_king_id) & kings_half) map_all([](unsigned int id) { return id ^ 7; });
-    if (set_of(white_king_id) & a2_a4_c4) map_all(reflect);
+    if (white_king_id > 31) {
+        map_all([](unsigned int id) { return id ^ 56; });
+    }
+    if (set_of(white_king_id) & kings_half) {
+        map_all([](unsigned int id) { return id ^ 7; });
+    }
+    if (set_of(white_king_id) & a2_a4_c4) {
+        map_all(reflect);
+    }
     return static_cast<unsigned int>(stm_) | piece1_id << piece1_shift | piece2_id << piece2_shift |
            black_king_id << black_king_shift |
            static_cast<unsigned int>(triangle_index[white_king_id]) << white_king_shift;
@@ -111,7 +119,9 @@ bool Egt4Pieces::is_legal_key(unsigned int key) {
     unsigned int const piece1_id = field(key, piece1_shift);
     unsigned int const piece2_id = field(key, piece2_shift);
     // Index 10 passes, though no square has it: it is beyond the table in any case.
-    if (key >> white_king_shift > 10) return false;
+    if (key >> white_king_shift > 10) {
+        return false;
+    }
     if (white_king_id == piece1_id || white_king_id == piece2_id ||
         white_king_id == black_king_id) {
         return false;
@@ -120,10 +130,14 @@ bool Egt4Pieces::is_legal_key(unsigned int key) {
 }
 
 bool Egt4Pieces::is_legal() const {
-    if (!single(white_king_) || !single(black_king_)) return false;
+    if (!single(white_king_) || !single(black_king_)) {
+        return false;
+    }
     require_pieces("Egt4Pieces::is_legal() unkown piece 1",
                    "Egt4Pieces::is_legal() unkown piece 2");
-    if (attacks_.king(white_king_) & black_king_) return false;
+    if (attacks_.king(white_king_) & black_king_) {
+        return false;
+    }
     return !king_attacked(stm_ == white ? black : white);
 }
 
@@ -179,8 +193,12 @@ BitBoard Egt4Pieces::attacks_of(piece_t id, BitBoard const& square) const {
 // The pieces are told apart by their ids, so the order of the tests matters only for two equal
 // ones, which a table cannot have.
 BitBoard& Egt4Pieces::men_of(int id) {
-    if (id == piece1_id_) return piece1_;
-    if (id == piece2_id_) return piece2_;
+    if (id == piece1_id_) {
+        return piece1_;
+    }
+    if (id == piece2_id_) {
+        return piece2_;
+    }
     return id == orvelin::white_king ? white_king_ : black_king_;
 }
 

@@ -9,7 +9,9 @@ namespace {
 
 /// Refuses the ids that no table can have. `number` is 1 or 2; the text tells piece and colour.
 void require_piece(char const* function, piece_t id, int number, char const* no_piece_text) {
-    if ((id & 7) >= white_knight && (id & 7) <= white_queen) return;
+    if ((id & 7) >= white_knight && (id & 7) <= white_queen) {
+        return;
+    }
     std::string text = std::string(function) + "   ";
     std::string const piece = "piece" + std::to_string(number);
     switch (id) {
@@ -123,7 +125,9 @@ void Egt4Pieces::add_previous_moves(std::vector<Move>& moves, piece_t id, BitBoa
         Square const from(BitBoard::get_reset_square(origins));
         moves.emplace_back(from, target, normal_move, id, no_piece);
         for (piece_t const captured : lost) {
-            if (captured != no_piece) moves.emplace_back(from, target, normal_move, id, captured);
+            if (captured != no_piece) {
+                moves.emplace_back(from, target, normal_move, id, captured);
+            }
         }
     }
 }

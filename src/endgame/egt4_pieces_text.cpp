@@ -91,11 +91,15 @@ bool Egt4Pieces::put_man(char letter, BitBoard const& square) {
         return true;
     }
     piece_t const id = white_id_of(letter);
-    if (id == no_piece) return false;
+    if (id == no_piece) {
+        return false;
+    }
     bool const upper = std::isupper(static_cast<unsigned char>(letter)) != 0;
     if (id == piece1_id_ && (upper || piece2_id_ != (id | colour_bit))) {
         piece1_ |= square;
-        if (!upper) sign_ = -1;
+        if (!upper) {
+            sign_ = -1;
+        }
     } else {
         piece2_ |= square;
     }
@@ -103,10 +107,18 @@ bool Egt4Pieces::put_man(char letter, BitBoard const& square) {
 }
 
 char Egt4Pieces::letter_on(BitBoard const& square) const {
-    if (square & white_king_) return letter_of(orvelin::white_king);
-    if (square & black_king_) return letter_of(orvelin::black_king);
-    if (square & piece1_) return letter_of(piece1_id_);
-    if (square & piece2_) return letter_of(piece2_id_);
+    if (square & white_king_) {
+        return letter_of(orvelin::white_king);
+    }
+    if (square & black_king_) {
+        return letter_of(orvelin::black_king);
+    }
+    if (square & piece1_) {
+        return letter_of(piece1_id_);
+    }
+    if (square & piece2_) {
+        return letter_of(piece2_id_);
+    }
     return '\0';
 }
 
@@ -115,7 +127,9 @@ std::string Egt4Pieces::fen() const {
     for (int rank = 7; rank >= 0; --rank) {
         int empty = 0;
         auto const end_run = [&] {
-            if (empty > 0) text += std::to_string(empty);
+            if (empty > 0) {
+                text += std::to_string(empty);
+            }
             empty = 0;
         };
         for (int file = 0; file < 8; ++file) {
@@ -128,7 +142,9 @@ std::string Egt4Pieces::fen() const {
             }
         }
         end_run();
-        if (rank > 0) text += '/';
+        if (rank > 0) {
+            text += '/';
+        }
     }
     return text + (stm_ == white ? " w" : " b") + " - - 0 1";
 }
@@ -136,15 +152,21 @@ std::string Egt4Pieces::fen() const {
 void Egt4Pieces::mate_in(int m) const {
     std::string const line = "mate in " + std::to_string(m) + ":   " + fen() + '\n';
     for (unsigned int key = 0; key < size_; ++key) {
-        if ((*this)[key] == m) std::cout << line;
+        if ((*this)[key] == m) {
+            std::cout << line;
+        }
     }
 }
 
 void Egt4Pieces::stats() const {
     std::array<unsigned int, byte_values> counts{};
-    for (unsigned int key = 0; key < size_; ++key) ++counts[(*this)[key]];
+    for (unsigned int key = 0; key < size_; ++key) {
+        ++counts[(*this)[key]];
+    }
     for (std::size_t value = 0; value < byte_values; ++value) {
-        if (value % counts_in_line == 0) std::cout << '\n';
+        if (value % counts_in_line == 0) {
+            std::cout << '\n';
+        }
         std::cout << std::setw(7) << counts[value] << "  ";
     }
 }

@@ -9,7 +9,9 @@ namespace orvelin {
 
 Distance::Distance() {
     constexpr int square_count = 64;
-    for (auto& row : squares_) row.fill(unreachable);
+    for (auto& row : squares_) {
+        row.fill(unreachable);
+    }
     for (int from = 0; from < square_count; ++from) {
         auto& row = squares_[static_cast<std::size_t>(from)];
         for (int to = 0; to < square_count; ++to) {

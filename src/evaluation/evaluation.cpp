@@ -131,7 +131,9 @@ template <bool OneKing>
     for (std::size_t type = 0; type < white_men.size(); ++type) {
         terms[term::knight_king_contact + type] = 0;
     }
-    if (!contact) return;
+    if (!contact) {
+        return;
+    }
     for (std::size_t type = 0; type < white_men.size(); ++type) {
         terms[term::knight_king_contact + type] =
             presence(white_men[type], black.near()) - presence(black_men[type], white.near());
@@ -144,11 +146,15 @@ template <bool OneKing>
 // what is stored one by one can be loaded by four only when it has reached the cache.
 int Evaluation::static_eval() {
     ++total_evals_;
-    if (!men_stand_as_evaluated()) sum_of_men_ = evaluate_men();
+    if (!men_stand_as_evaluated()) {
+        sum_of_men_ = evaluate_men();
+    }
     find_stm();
     score_ = blend_stm(sum_of_men_);
     scale_opposite_bishops();
-    if (may_have_endgame(position_.materialindex())) dispatch_endgame();
+    if (may_have_endgame(position_.materialindex())) {
+        dispatch_endgame();
+    }
     int const score = static_cast<int>(score_);
     return position_.white_to_move() ? score : -score;
 }
@@ -163,7 +169,9 @@ void Evaluation::prefetch_pawns() const {
 bool Evaluation::men_stand_as_evaluated() {
     std::vector<history_t> const& history = position_.history();
     history_t const* record = &history.back();
-    if (record->last_move == Move() && history.size() > 1) --record;
+    if (record->last_move == Move() && history.size() > 1) {
+        --record;
+    }
     std::uint64_t const moves = record->make_move_counter;
     std::uint64_t const set_ups = position_.set_ups();
     bool const same = !men_moved_ && moves == evaluated_moves_ && set_ups == evaluated_set_ups_;
@@ -209,7 +217,9 @@ void Evaluation::compute_phase() {
 // makes one.
 void Evaluation::find_phase_and_material() {
     std::uint64_t const material = position_.materialindex().index();
-    if (material == phase_material_ && !position_.men_may_disagree()) return;
+    if (material == phase_material_ && !position_.men_may_disagree()) {
+        return;
+    }
     phase_material_ = material;
     compute_phase();
     int_terms_[term::material] = material_.get_eval(position_.materialindex());
@@ -264,7 +274,9 @@ void Evaluation::compute_pst() {
 void Evaluation::find_pawn_record() {
     // With an unchanged structure the record and the five pawn terms still hold.
     std::uint64_t const key = position_.get_pawnhash();
-    if (key == pawn_record_->key) return;
+    if (key == pawn_record_->key) {
+        return;
+    }
     ++pawn_evals_;
     pawn_record_ = pawn_hash_table_.find(key);
     if (pawn_record_ == nullptr) {
@@ -394,9 +406,15 @@ void Evaluation::find_stm() {
 void Evaluation::publish(std::size_t first, std::size_t last) {
     for (std::size_t i = first; i <= last; ++i) {
         float value = static_cast<float>(int_terms_[i]);
-        if (i >= term::pst_pawn && i <= term::pst_king) value = pst_terms_[i - term::pst_pawn];
-        if (i == term::king_attack) value *= king_attack_scale;
-        if (i == term::king_activity) value = std::bit_cast<float>(activity_bits_[0]);
+        if (i >= term::pst_pawn && i <= term::pst_king) {
+            value = pst_terms_[i - term::pst_pawn];
+        }
+        if (i == term::king_attack) {
+            value *= king_attack_scale;
+        }
+        if (i == term::king_activity) {
+            value = std::bit_cast<float>(activity_bits_[0]);
+        }
         variable_vector_[i] = value;
     }
 }
@@ -410,8 +428,12 @@ float Evaluation::blend_material_to_space(float score) {
 float Evaluation::blend_pst_to_king_attack(float score) {
     alignas(16) constexpr std::array<float, 8> scale{0, 0, 0, 0, 1, 1, 1, king_attack_scale};
     alignas(16) std::array<float, 8> values = as_floats<term::pst_pawn, 8>(int_terms_);
-    for (std::size_t i = 0; i < 4; ++i) values[i] = pst_terms_[i];
-    for (std::size_t i = 4; i < 8; ++i) values[i] = values[i] * scale[i] + pst_terms_[i];
+    for (std::size_t i = 0; i < 4; ++i) {
+        values[i] = pst_terms_[i];
+    }
+    for (std::size_t i = 4; i < 8; ++i) {
+        values[i] = values[i] * scale[i] + pst_terms_[i];
+    }
     return add_blend<term::pst_pawn>(score, values, mg_phase_, eg_phase_, variable_vector_.data());
 }
 

@@ -22,9 +22,15 @@ struct ring_values_t {
 };
 
 int by_ring(BitBoard const& king, ring_values_t const& values) {
-    if (king & border) return values.border;
-    if (king & border_minus1) return values.second;
-    if (king & border_minus2) return values.third;
+    if (king & border) {
+        return values.border;
+    }
+    if (king & border_minus1) {
+        return values.second;
+    }
+    if (king & border_minus2) {
+        return values.third;
+    }
     return values.middle;
 }
 
@@ -40,7 +46,9 @@ struct mating_side_t {
 };
 
 mating_side_t mating_side(ChessPosition const& position, bool white) {
-    if (white) return {true, position.white_king(), position.black_king()};
+    if (white) {
+        return {true, position.white_king(), position.black_king()};
+    }
     return {false, position.black_king(), position.white_king()};
 }
 
@@ -67,9 +75,13 @@ pawn_ending_t pawn_ending_of(ChessPosition const& position) {
 
 /// Mirrors vertically when the pawn is black.
 pawn_ending_t pawn_ending(ChessPosition const& position) {
-    if (position.white_pawn()) return pawn_ending_of<1>(position);
+    if (position.white_pawn()) {
+        return pawn_ending_of<1>(position);
+    }
     pawn_ending_t ending = pawn_ending_of<0>(position);
-    for (BitBoard* set : {&ending.pawn, &ending.strong, &ending.weak, &ending.bishop}) set->flip();
+    for (BitBoard* set : {&ending.pawn, &ending.strong, &ending.weak, &ending.bishop}) {
+        set->flip();
+    }
     return ending;
 }
 
@@ -100,8 +112,12 @@ static_assert(lone_pawn[1].base == 300 && lone_pawn[6].base == 700 && lone_pawn[
 /// A weak king in front of the pawn that holds the draw.
 bool held_from_the_front(pawn_ending_t const& ending, int rank, bool strong_to_move) {
     BitBoard const pawn = ending.pawn;
-    if (rank == 6) return static_cast<bool>(ending.weak & pawn_attacks<1>(pawn));
-    if (ending.weak & ((pawn << 8) | (pawn << 16))) return true;
+    if (rank == 6) {
+        return static_cast<bool>(ending.weak & pawn_attacks<1>(pawn));
+    }
+    if (ending.weak & ((pawn << 8) | (pawn << 16))) {
+        return true;
+    }
     return rank < 4 && strong_to_move && (ending.strong & (pawn << 8)) &&
            (ending.weak & (pawn << 24));
 }
@@ -120,7 +136,9 @@ int lone_pawn_score(pawn_ending_t const& ending, bool strong_to_move, Distance c
         !strong_to_move) {
         return 0;
     }
-    if (held_from_the_front(ending, rank, strong_to_move)) return 0;
+    if (held_from_the_front(ending, rank, strong_to_move)) {
+        return 0;
+    }
     return row.base + weak_distance;
 }
 
@@ -152,7 +170,9 @@ int Evaluation::KNNK() const {
 
 int Evaluation::KBBK() const {
     BitBoard const bishops = position_.white_bishop() | position_.black_bishop();
-    if (!(bishops & white_squares) || !(bishops & black_squares)) return 0;
+    if (!(bishops & white_squares) || !(bishops & black_squares)) {
+        return 0;
+    }
     mating_side_t const side = mating_side(position_, static_cast<bool>(position_.white_bishop()));
     Square const strong = side.strong_square();
     Square const weak = side.weak_square();

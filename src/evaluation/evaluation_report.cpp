@@ -13,7 +13,9 @@ std::string Evaluation::report() {
     int total = 0;
     for (std::size_t i = 0; i < term::count; ++i) {
         std::string& name = weight_.names[i];
-        if (name.size() < name_width) name.resize(name_width, ' ');
+        if (name.size() < name_width) {
+            name.resize(name_width, ' ');
+        }
         float const middle_game = variable_vector_[i] * weight_.mg[i];
         float const end_game = variable_vector_[i] * weight_.eg[i];
         text << name << std::setw(20) << middle_game << "     " << std::setw(20) << end_game

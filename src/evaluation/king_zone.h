@@ -23,8 +23,12 @@ constexpr std::array<BitBoard, 65> make_squares() {
     std::array<BitBoard, 65> squares;
     for (std::size_t king = 0; king < 64; ++king) {
         BitBoard const set(std::uint64_t{1} << (Side == 1 ? king : king ^ 56U));
-        if (set & f1g1) squares[king] = Side == 1 ? g1h1h2 : g8h8h7;
-        if (set & b1c1d1) squares[king] = Side == 1 ? a1b1c1a2 : a8b8c8a7;
+        if (set & f1g1) {
+            squares[king] = Side == 1 ? g1h1h2 : g8h8h7;
+        }
+        if (set & b1c1d1) {
+            squares[king] = Side == 1 ? a1b1c1a2 : a8b8c8a7;
+        }
     }
     return squares;
 }
@@ -65,7 +69,9 @@ constexpr std::uint64_t block_multiplier(int square) {
     constexpr std::array<int, 8> step{18, 19, 19, 19, 13, 12, 11, 10};
     int const rank = square >> 3;
     // On the last rank there is no third one, and the two are at the top already.
-    if (rank == 7) return 1;
+    if (rank == 7) {
+        return 1;
+    }
     int const up = 8 * (6 - rank);
     return power(up) + power(up + step[static_cast<std::size_t>(square & 7)]);
 }
@@ -76,7 +82,9 @@ constexpr std::uint64_t shield_multiplier(int square) {
     // The lower pair of ranks comes to the right or the left of the upper pair.
     int const step = (square & 7) < 4 ? 19 : 13;
     int const last_rank = (square >> 3) + (Side == 1 ? 2 : 1);
-    if (last_rank > 7) return block_multiplier(Side == 1 ? square : square - 8);
+    if (last_rank > 7) {
+        return block_multiplier(Side == 1 ? square : square - 8);
+    }
     int const up = 8 * (7 - last_rank);
     return power(up) + power(up + step);
 }
@@ -87,7 +95,9 @@ constexpr bool gathers(BitBoard set, std::uint64_t multiplier) {
     for (std::uint64_t rest = to_ull(set); rest != 0; rest &= rest - 1) {
         std::uint64_t const product = (rest & (0 - rest)) * multiplier;
         std::uint64_t const top = product >> 48;
-        if ((seen & product) != 0 || top == 0 || (top & (top - 1)) != 0) return false;
+        if ((seen & product) != 0 || top == 0 || (top & (top - 1)) != 0) {
+            return false;
+        }
         seen |= product;
     }
     return true;
@@ -144,7 +154,9 @@ class KingZone {
     /// Own pawns in the neighbourhood and one rank ahead of it, none behind an open file. The open
     /// files are those of the pawn record as it stands, empty for a board without pawns.
     int pawn_shield(ChessPosition const& position, BitBoard open_files) const {
-        if (men::kings(position) & open_files) return 0;
+        if (men::kings(position) & open_files) {
+            return 0;
+        }
         BitBoard const shield = men::pawns(position) & (near_ | ahead<Side>(near_, 1));
         if constexpr (OneKing) {
             return gathered(shield, gather::shield<Side>[static_cast<std::size_t>(king_)]);
@@ -167,7 +179,9 @@ class KingZone {
 
     /// The same for a set that lies in the battlefield.
     int count_within_field(BitBoard set) const {
-        if constexpr (!OneKing) return count(set);
+        if constexpr (!OneKing) {
+            return count(set);
+        }
         return bits_of_six_ranks(turned(set, Side == 1 ? 1 : 4));
     }
 

@@ -20,7 +20,9 @@ inline float rounded(float value) {
     constexpr float integers_only = 8388608.0F;
     constexpr float nearly_half = 0.49999997F;
     // Turned round so that a NaN is left to the library too.
-    if (!(std::fabs(value) < integers_only)) return std::round(value);
+    if (!(std::fabs(value) < integers_only)) {
+        return std::round(value);
+    }
     int const nearest = static_cast<int>(value + std::copysign(nearly_half, value));
     return std::copysign(static_cast<float>(nearest), value);
 }
@@ -40,8 +42,12 @@ template <std::size_t First, std::size_t Size, std::size_t Used = Size>
         float const middle_game = values[i] * Weight::mg_row[First + i] * mg_phase;
         addends[i] = end_game + middle_game;
     }
-    for (std::size_t i = 0; i < Used; ++i) variables[First + i] = values[i];
-    for (std::size_t i = 0; i < Used; ++i) score += addends[i];
+    for (std::size_t i = 0; i < Used; ++i) {
+        variables[First + i] = values[i];
+    }
+    for (std::size_t i = 0; i < Used; ++i) {
+        score += addends[i];
+    }
     return score;
 }
 
@@ -49,7 +55,9 @@ template <std::size_t First, std::size_t Size, std::size_t Used = Size>
 template <std::size_t First, std::size_t Size>
 [[gnu::always_inline]] inline std::array<float, Size> as_floats(int_terms_t const& terms) {
     alignas(16) std::array<float, Size> values;
-    for (std::size_t i = 0; i < Size; ++i) values[i] = static_cast<float>(terms[First + i]);
+    for (std::size_t i = 0; i < Size; ++i) {
+        values[i] = static_cast<float>(terms[First + i]);
+    }
     return values;
 }
 

@@ -17,7 +17,9 @@ Material::Material() {
 std::string Material::dump() const {
     std::ostringstream text;
     for (slot_t const& entry : table_) {
-        if (entry.key == 0) continue;
+        if (entry.key == 0) {
+            continue;
+        }
         MaterialIndex material;
         material.set_index(entry.key);
         text << "{" << entry.key << "," << entry.value << "},\t\t// " << material.str() << "\n";

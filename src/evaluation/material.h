@@ -26,7 +26,9 @@ class Material {
     /// Value of a configuration from White's point of view, a pawn at 100; stored on a miss.
     int get_eval(MaterialIndex const& material) {
         slot_t& entry = table_[slot(material.index())];
-        if (entry.key != material.index()) entry = {material.index(), material.value()};
+        if (entry.key != material.index()) {
+            entry = {material.index(), material.value()};
+        }
         return entry.value;
     }
 

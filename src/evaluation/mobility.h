@@ -262,7 +262,9 @@ class Mobility {
 inline int Mobility::safe_queen_checks() const {
     BitBoard const white_checks = maps_[white].safe_queen_checks;
     BitBoard const black_checks = maps_[black].safe_queen_checks;
-    if (!(white_checks | black_checks)) return 0;
+    if (!(white_checks | black_checks)) {
+        return 0;
+    }
     return count(white_checks) - count(black_checks);
 }
 

@@ -14,7 +14,9 @@ void PawnHashTable::clear() {
 
 bool PawnHashTable::read(std::uint64_t key) {
     PHTrecord const* const record = find(key);
-    if (record == nullptr) return false;
+    if (record == nullptr) {
+        return false;
+    }
     current_ = *record;
     return true;
 }

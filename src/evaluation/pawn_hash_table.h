@@ -68,7 +68,9 @@ class PawnHashTable {
 inline PHTrecord const* PawnHashTable::find(std::uint64_t key) {
     ++total_;
     PHTrecord const& record = slot(key);
-    if (record.key == key) return &record;
+    if (record.key == key) {
+        return &record;
+    }
     if (record.key == 0) {
         ++first_;
     } else {

@@ -53,7 +53,9 @@ template <int Side>
 inline int passed_pawn_score(ChessPosition const& position, passers_t const& passers,
                              BitBoard own_attacks, BitBoard enemy_attacks,
                              Distance const& distance) {
-    if (passers.score == 0) return 0;
+    if (passers.score == 0) {
+        return 0;
+    }
     using men = SideMen<Side>;
     using enemy = SideMen<men::enemy>;
     BitBoard const enemy_rooks = enemy::rooks(position);
@@ -69,8 +71,12 @@ inline int passed_pawn_score(ChessPosition const& position, passers_t const& pas
         score += race_bonus<Side>(passers.passed, enemy_king, distance);
     }
     // Once each, however many rooks there are.
-    if (men::rooks(position) & passers.behind) score += 50;
-    if (enemy_rooks & passers.behind) score -= 50;
+    if (men::rooks(position) & passers.behind) {
+        score += 50;
+    }
+    if (enemy_rooks & passers.behind) {
+        score -= 50;
+    }
     return std::max(score, 0);
 }
 
@@ -84,7 +90,9 @@ int blocked_pawns(ChessPosition const& position) {
 template <int Side>
 int pawns_on_bishop_colour(ChessPosition const& position) {
     BitBoard const bishops = SideMen<Side>::bishops(position);
-    if (!single(bishops)) return 0;
+    if (!single(bishops)) {
+        return 0;
+    }
     BitBoard const colour = (bishops & white_squares) ? white_squares : black_squares;
     return count(SideMen<Side>::pawns(position) & colour);
 }

@@ -19,7 +19,9 @@ float on_square(base_table_t const& diagram, std::size_t square) {
 }
 
 bool differs(float recomputed, float running, std::size_t index, char const* half) {
-    if (std::fabs(recomputed - running) <= 0.01F) return false;
+    if (std::fabs(recomputed - running) <= 0.01F) {
+        return false;
+    }
     std::cerr << "verify correct score[" << index << "]." << half << " " << recomputed
               << " != incremental score[" << index << "]." << half << " " << running << std::endl;
     return true;
@@ -52,7 +54,9 @@ void PieceSquareTables::init(ChessPosition const& position) {
 
 PieceSquareTables::sums_t PieceSquareTables::board_sums() const {
     sums_t sums{};
-    if (position_ == nullptr) return sums;
+    if (position_ == nullptr) {
+        return sums;
+    }
     for (int square = 0; square < squares; ++square) {
         auto const id = static_cast<std::size_t>(position_->get_piece_id_from(Square(square)));
         pair_t const& value = rows_[id][static_cast<std::size_t>(square)];
@@ -130,8 +134,12 @@ PieceSquareTables::pair_t PieceSquareTables::get_score() const {
 bool PieceSquareTables::verify_score() const {
     sums_t const correct = board_sums();
     for (std::size_t id = 0; id < correct.size(); ++id) {
-        if (differs(correct[id].first, score_[id].first, id, "first")) return false;
-        if (differs(correct[id].second, score_[id].second, id, "second")) return false;
+        if (differs(correct[id].first, score_[id].first, id, "first")) {
+            return false;
+        }
+        if (differs(correct[id].second, score_[id].second, id, "second")) {
+            return false;
+        }
     }
     return true;
 }

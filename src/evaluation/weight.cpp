@@ -7,7 +7,7 @@ namespace orvelin {
 namespace {
 
 struct weight_t {
-    const char* name;
+    char const* name;
     float mg;
     float eg;
 };
@@ -69,7 +69,9 @@ static_assert(weights.back().mg == 14.0F && weights.back().eg == 14.0F);
 
 constexpr std::array<float, Weight::padded> row_of(float weight_t::*half) {
     std::array<float, Weight::padded> row{};
-    for (std::size_t i = 0; i < weights.size(); ++i) row[i] = weights[i].*half;
+    for (std::size_t i = 0; i < weights.size(); ++i) {
+        row[i] = weights[i].*half;
+    }
     return row;
 }
 

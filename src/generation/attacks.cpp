@@ -6,8 +6,12 @@
 namespace orvelin {
 
 Attacks::Attacks() {
-    for (int s = 0; s < 64; ++s) knight_[s] = knight_moves(Square(s).bitboard());
-    for (int s = 0; s < 64; ++s) king_[s] = king_moves(Square(s).bitboard());
+    for (int s = 0; s < 64; ++s) {
+        knight_[s] = knight_moves(Square(s).bitboard());
+    }
+    for (int s = 0; s < 64; ++s) {
+        king_[s] = king_moves(Square(s).bitboard());
+    }
 }
 
 BitBoard Attacks::knight_moves(BitBoard const& b) {

@@ -13,7 +13,9 @@ BishopMask::BishopMask() {
             Square const other(t);
             int const files = std::abs(square.file_number() - other.file_number());
             int const ranks = std::abs(square.rank_number() - other.rank_number());
-            if (files == ranks && s != t) mask_[s].set_square(other);
+            if (files == ranks && s != t) {
+                mask_[s].set_square(other);
+            }
         }
         mask_[s] &= ~border;
     }

@@ -18,11 +18,15 @@ void Connections::fill_slider_attacks() {
         for (int k = 1; k <= 7; ++k) {
             for (int const step : {9 * k, -9 * k, 7 * k, -7 * k}) {
                 int const t = s + step;
-                if (t < 0 || t > 63) continue;
+                if (t < 0 || t > 63) {
+                    continue;
+                }
                 // A ray that wrapped around the edge has come out on the wrong side.
                 bool const to_the_right = step == 9 * k || step == -7 * k;
                 bool const on_ray = to_the_right ? (t & 7) > file : (t & 7) < file;
-                if (on_ray) bishop_attacks_[s].set_square(Square(t));
+                if (on_ray) {
+                    bishop_attacks_[s].set_square(Square(t));
+                }
             }
         }
         queen_attacks_[s] = rook_attacks_[s] | bishop_attacks_[s];
@@ -35,10 +39,18 @@ namespace {
 int line_step(int a, int b) {
     int const files = (b & 7) - (a & 7);
     int const ranks = (b >> 3) - (a >> 3);
-    if (ranks == 0) return 1;
-    if (files == 0) return 8;
-    if (files == ranks) return 9;
-    if (files == -ranks) return 7;
+    if (ranks == 0) {
+        return 1;
+    }
+    if (files == 0) {
+        return 8;
+    }
+    if (files == ranks) {
+        return 9;
+    }
+    if (files == -ranks) {
+        return 7;
+    }
     return 0;
 }
 
@@ -48,9 +60,13 @@ void Connections::fill_line_segments() {
     for (int a = 0; a < 64; ++a) {
         for (int b = a + 1; b < 64; ++b) {
             int const step = line_step(a, b);
-            if (step == 0) continue;
+            if (step == 0) {
+                continue;
+            }
             BitBoard between;
-            for (int s = a + step; s < b; s += step) between.set_square(Square(s));
+            for (int s = a + step; s < b; s += step) {
+                between.set_square(Square(s));
+            }
             line_segment_[a][b] = between;
             line_segment_[b][a] = between;
         }

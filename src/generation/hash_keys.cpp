@@ -30,15 +30,23 @@ std::uint64_t published(int index) {
 HashKeys make_polyglot_keys() {
     HashKeys keys;
     for (int id = 1; id <= 14; ++id) {
-        if (id == 7 || id == 8) continue;
+        if (id == 7 || id == 8) {
+            continue;
+        }
         for (int square = 0; square < 64; ++square) {
             std::uint64_t const key = published(first_piece_key(id) + square);
             keys.piece[id][square] = key;
-            if (id == 1 || id == 9) keys.pawn[id][square] = key;
+            if (id == 1 || id == 9) {
+                keys.pawn[id][square] = key;
+            }
         }
     }
-    for (int i = 0; i < 4; ++i) keys.castling[i] = published(castling_keys + i);
-    for (int file = 0; file < 8; ++file) keys.en_passant[file] = published(en_passant_keys + file);
+    for (int i = 0; i < 4; ++i) {
+        keys.castling[i] = published(castling_keys + i);
+    }
+    for (int file = 0; file < 8; ++file) {
+        keys.en_passant[file] = published(en_passant_keys + file);
+    }
     keys.turn = published(turn_key);
     return keys;
 }
@@ -54,13 +62,21 @@ HashKeys make_random_keys() {
     };
     HashKeys keys;
     for (auto& row : keys.piece) {
-        for (auto& key : row) key = next();
+        for (auto& key : row) {
+            key = next();
+        }
     }
     for (auto& row : keys.pawn) {
-        for (auto& key : row) key = next();
+        for (auto& key : row) {
+            key = next();
+        }
     }
-    for (auto& key : keys.castling) key = next();
-    for (auto& key : keys.en_passant) key = next();
+    for (auto& key : keys.castling) {
+        key = next();
+    }
+    for (auto& key : keys.en_passant) {
+        key = next();
+    }
     keys.turn = next();
     return keys;
 }

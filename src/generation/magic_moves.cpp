@@ -17,8 +17,12 @@ MagicMoves::MagicMoves(bool keep_raw_tables) {
     }
     index_bishops();
     index_rooks();
-    for (auto* index : {&bishop_index_, &rook_index_}) index->back().assign(1, 0);
-    for (auto* attacks : {&bishop_attacks_, &rook_attacks_}) attacks->back().assign(1, BitBoard());
+    for (auto* index : {&bishop_index_, &rook_index_}) {
+        index->back().assign(1, 0);
+    }
+    for (auto* attacks : {&bishop_attacks_, &rook_attacks_}) {
+        attacks->back().assign(1, BitBoard());
+    }
     if (!keep_raw_tables) {
         drop(magic_bishop_moves_);
         drop(magic_rook_moves_);
@@ -53,8 +57,12 @@ std::vector<BitBoard> MagicMoves::distinct_sets(std::vector<BitBoard> const& raw
     std::vector<BitBoard> distinct;
     for (BitBoard const& set : raw) {
         std::size_t slot = static_cast<std::size_t>((to_ull(set) * 0x9E3779B97F4A7C15ULL) >> 55);
-        while (used[slot] && seen[slot] != set) slot = (slot + 1) % slots;
-        if (used[slot]) continue;
+        while (used[slot] && seen[slot] != set) {
+            slot = (slot + 1) % slots;
+        }
+        if (used[slot]) {
+            continue;
+        }
         used[slot] = true;
         seen[slot] = set;
         distinct.push_back(set);
@@ -95,8 +103,10 @@ std::vector<unsigned char> MagicMoves::positions(std::vector<BitBoard> const& ra
 }
 
 void MagicMoves::require_same_length(std::vector<BitBoard> const& raw,
-                                     std::vector<unsigned char> const& index, const char* failure) {
-    if (index.size() != raw.size()) throw std::logic_error(failure);
+                                     std::vector<unsigned char> const& index, char const* failure) {
+    if (index.size() != raw.size()) {
+        throw std::logic_error(failure);
+    }
 }
 
 /// Leaves a token of ten entries; the vectors keep their memory.

@@ -99,11 +99,11 @@ class MagicMoves {
     static std::vector<unsigned char> positions(std::vector<BitBoard> const& raw,
                                                 std::vector<BitBoard> const& attacks);
     static void require_same_length(std::vector<BitBoard> const& raw,
-                                    std::vector<unsigned char> const& index, const char* failure);
-    static bool all_different(std::vector<BitBoard> const& attacks, int square, const char* name);
+                                    std::vector<unsigned char> const& index, char const* failure);
+    static bool all_different(std::vector<BitBoard> const& attacks, int square, char const* name);
     static bool index_matches(std::vector<unsigned char> const& index,
                               std::vector<BitBoard> const& attacks,
-                              std::vector<BitBoard> const& raw, int square, const char* name);
+                              std::vector<BitBoard> const& raw, int square, char const* name);
     static void drop(raw_tables_t& raw);
     static look_up_t look_up(BitBoard const& mask, magic_t const& number,
                              std::vector<unsigned char> const& index,

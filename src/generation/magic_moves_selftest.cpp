@@ -9,7 +9,9 @@ namespace {
 template <typename Tables>
 std::size_t bytes(Tables const& tables) {
     std::size_t sum = 0;
-    for (std::size_t s = 0; s < 64; ++s) sum += tables[s].size() * sizeof(tables[s][0]);
+    for (std::size_t s = 0; s < 64; ++s) {
+        sum += tables[s].size() * sizeof(tables[s][0]);
+    }
     return sum;
 }
 
@@ -23,8 +25,12 @@ int MagicMoves::size() const {
 
 bool MagicMoves::selftest_ok() const {
     for (int s = 0; s < 64; ++s) {
-        if (!all_different(bishop_attacks(s), s, "bishopattacks")) return false;
-        if (!all_different(rook_attacks(s), s, "rookattacks")) return false;
+        if (!all_different(bishop_attacks(s), s, "bishopattacks")) {
+            return false;
+        }
+        if (!all_different(rook_attacks(s), s, "rookattacks")) {
+            return false;
+        }
     }
     for (int s = 0; s < 64; ++s) {
         if (!index_matches(bishop_index(s), bishop_attacks(s), magic_bishop_moves(s), s,
@@ -40,10 +46,12 @@ bool MagicMoves::selftest_ok() const {
     return true;
 }
 
-bool MagicMoves::all_different(std::vector<BitBoard> const& attacks, int square, const char* name) {
+bool MagicMoves::all_different(std::vector<BitBoard> const& attacks, int square, char const* name) {
     for (std::size_t i = 0; i < attacks.size(); ++i) {
         for (std::size_t j = i + 1; j < attacks.size(); ++j) {
-            if (attacks[i] != attacks[j]) continue;
+            if (attacks[i] != attacks[j]) {
+                continue;
+            }
             std::cout << "\nMagicMoves::selftest_ok() error in " << name << "   square=" << square
                       << "   i=" << i << "   j=" << j << '\n';
             return false;
@@ -56,11 +64,13 @@ bool MagicMoves::all_different(std::vector<BitBoard> const& attacks, int square,
 /// moves on an empty board.
 bool MagicMoves::index_matches(std::vector<unsigned char> const& index,
                                std::vector<BitBoard> const& attacks,
-                               std::vector<BitBoard> const& raw, int square, const char* name) {
+                               std::vector<BitBoard> const& raw, int square, char const* name) {
     for (std::size_t i = 0; i < index.size(); ++i) {
         BitBoard const expected = i < raw.size() ? raw[i] : BitBoard();
         BitBoard const found = index[i] < attacks.size() ? attacks[index[i]] : BitBoard();
-        if (found == expected) continue;
+        if (found == expected) {
+            continue;
+        }
         std::cout << "square=" << square << '\n'
                   << "index=" << i << '\n'
                   << std::hex << "magic_" << name << "_moves: " << to_ull(expected) << '\n'

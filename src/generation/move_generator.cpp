@@ -114,7 +114,9 @@ void MoveGenerator::serialize(ChessPosition const& position, movetable_t& table,
     move_count_ = 0;
     prepare<Side>(position);
     generate_captures<Side>(position, table, list);
-    if constexpr (!CapturesOnly) generate_quiet_moves<Side>(position, table, list);
+    if constexpr (!CapturesOnly) {
+        generate_quiet_moves<Side>(position, table, list);
+    }
     list.set_size(move_count_);
 }
 
@@ -146,11 +148,15 @@ void MoveGenerator::prepare(ChessPosition const& position) {
 void MoveGenerator::remove(Move const& move, movetable_t& table) {
     BitBoard const to = move.to().bitboard();
     auto const from = static_cast<std::size_t>(move.from().id());
-    if (from < table.size()) table[from] &= ~to_ull(to);
+    if (from < table.size()) {
+        table[from] &= ~to_ull(to);
+    }
 }
 
 void MoveGenerator::store(MoveList& list, Move const& move) {
-    if (move_count_ < MoveList::capacity) list[move_count_++] = move;
+    if (move_count_ < MoveList::capacity) {
+        list[move_count_++] = move;
+    }
 }
 
 template void MoveGenerator::generate_movetable<0>(ChessPosition const&, movetable_t&);

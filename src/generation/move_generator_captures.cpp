@@ -71,19 +71,29 @@ template <int Side>
 void MoveGenerator::en_passant_capture(ChessPosition const& position, Square from, MoveList& list) {
     using Own = Men<Side>;
     Square const to = position.ep();
-    if (to == Square()) return;
+    if (to == Square()) {
+        return;
+    }
     int const distance = Side == 1 ? to - from : from - to;
-    if (distance != 7 && distance != 9) return;
-    if (std::abs(to.file_number() - from.file_number()) >= 2) return;
+    if (distance != 7 && distance != 9) {
+        return;
+    }
+    if (std::abs(to.file_number() - from.file_number()) >= 2) {
+        return;
+    }
     Move move(from, to, en_passant, Piece(Own::pawn), Piece(Men<1 - Side>::pawn));
     set_checkstatus<Side>(position, move);
-    if (is_legal_pawnmove(position, move)) store(list, move);
+    if (is_legal_pawnmove(position, move)) {
+        store(list, move);
+    }
 }
 
 template <int Side>
 void MoveGenerator::promotions(ChessPosition const& position, Square from, BitBoard to_set,
                                MoveList& list) {
-    if (to_set) to_set &= legal_targets(position, from);
+    if (to_set) {
+        to_set &= legal_targets(position, from);
+    }
     while (to_set) {
         Square const to = to_set.get_reset_square().get_unique_square();
         for (move_t const code : {promo_queen, promo_rook, promo_bishop, promo_knight}) {

@@ -17,8 +17,12 @@ bool meets(BitBoard const& left, BitBoard const& right) {
 /// The square of the castling rook after the move. The rank is told by the king's square, so a
 /// king that does not stand on its home rank (a position made by hand) gives no square.
 Square castled_rook(Square const& from, Square const& to) {
-    if (from.id() <= 6) return castling_targets(from, to, Men<1>::home_rank).rook;
-    if (from.id() > 56) return castling_targets(from, to, Men<0>::home_rank).rook;
+    if (from.id() <= 6) {
+        return castling_targets(from, to, Men<1>::home_rank).rook;
+    }
+    if (from.id() > 56) {
+        return castling_targets(from, to, Men<0>::home_rank).rook;
+    }
     return Square();
 }
 
@@ -45,7 +49,9 @@ void MoveGenerator::set_checkstatus(ChessPosition const& position, Move& move) {
             check = checks_by_promotion<Side>(position, move);
             break;
     }
-    if (check) move.check(true);
+    if (check) {
+        move.check(true);
+    }
 }
 
 template <int Side>
@@ -57,11 +63,21 @@ bool MoveGenerator::slider_reaches_king(ChessPosition const& position,
 }
 
 BitBoard MoveGenerator::direct_check_squares(Piece man) const {
-    if (man.queen()) return direct_check_squares<white_queen>();
-    if (man.rook()) return direct_check_squares<white_rook>();
-    if (man.bishop()) return direct_check_squares<white_bishop>();
-    if (man.knight()) return direct_check_squares<white_knight>();
-    if (man.pawn()) return direct_check_squares<white_pawn>();
+    if (man.queen()) {
+        return direct_check_squares<white_queen>();
+    }
+    if (man.rook()) {
+        return direct_check_squares<white_rook>();
+    }
+    if (man.bishop()) {
+        return direct_check_squares<white_bishop>();
+    }
+    if (man.knight()) {
+        return direct_check_squares<white_knight>();
+    }
+    if (man.pawn()) {
+        return direct_check_squares<white_pawn>();
+    }
     return BitBoard();
 }
 
@@ -72,8 +88,12 @@ bool MoveGenerator::checks_by_normal_move(ChessPosition const& position, Move co
     Piece const man = move.piece();
     if (meets(discovering_, from)) {
         // A pawn or king may stay on the line; any other man leaves it when it moves.
-        if (!man.pawn() && !man.king()) return true;
-        if (slider_reaches_king<Side>(position, (occupied_ & ~from) | to)) return true;
+        if (!man.pawn() && !man.king()) {
+            return true;
+        }
+        if (slider_reaches_king<Side>(position, (occupied_ & ~from) | to)) {
+            return true;
+        }
     }
     return meets(direct_check_squares(man), to);
 }

@@ -19,7 +19,9 @@ BitBoard MoveGenerator::legal_targets(ChessPosition const& position, Square from
     BitBoard const from_bit = from.bitboard();
     bool const check = position.check();
     // Outside check a man that is not pinned may go anywhere, a pinned one along its line only.
-    if (!check && !(pinned_ & from_bit)) return targets;
+    if (!check && !(pinned_ & from_bit)) {
+        return targets;
+    }
     Square const king = own_king_.get_unique_square();
     BitBoard const occupied = occupied_ & ~from_bit;
     for (Square const& checker : potential_checkers_) {
@@ -39,8 +41,12 @@ bool MoveGenerator::is_legal(ChessPosition const& position, Move const& move) co
 
 bool MoveGenerator::is_legal_pawnmove(ChessPosition const& position, Move const& move) const {
     bool const en_passant_move = move.code() == en_passant;
-    if (en_passant_move && !position.check()) return en_passant_keeps_king_safe(move);
-    if (is_legal(position, move)) return true;
+    if (en_passant_move && !position.check()) {
+        return en_passant_keeps_king_safe(move);
+    }
+    if (is_legal(position, move)) {
+        return true;
+    }
     // The checker may be the very pawn that goes.
     return en_passant_move && en_passant_keeps_king_safe(move);
 }
@@ -64,13 +70,17 @@ template <int Side>
 bool MoveGenerator::is_legal_kingmove(ChessPosition const& position, Move const& move) const {
     using Enemy = Men<1 - Side>;
     Square const to = move.to();
-    if (!position.check()) return !Enemy::attackers(position, to.bitboard());
+    if (!position.check()) {
+        return !Enemy::attackers(position, to.bitboard());
+    }
     // Without the king on its old square a step back along a checker's line stays in check.
     BitBoard const occupied = occupied_ & ~move.from().bitboard();
     BitBoard attackers = Enemy::blocked_attackers(position, to.bitboard());
     while (attackers) {
         Square const attacker = attackers.get_reset_square().get_unique_square();
-        if (!(connections_->line_segment(to, attacker) & occupied)) return false;
+        if (!(connections_->line_segment(to, attacker) & occupied)) {
+            return false;
+        }
     }
     return true;
 }

@@ -13,11 +13,21 @@ namespace orvelin {
 template <int PieceId>
 BitBoard MoveGenerator::direct_check_squares() const {
     constexpr Piece man(PieceId);
-    if constexpr (man.queen()) return rook_check_squares_ | bishop_check_squares_;
-    if constexpr (man.rook()) return rook_check_squares_;
-    if constexpr (man.bishop()) return bishop_check_squares_;
-    if constexpr (man.knight()) return knight_check_squares_;
-    if constexpr (man.pawn()) return pawn_check_squares_;
+    if constexpr (man.queen()) {
+        return rook_check_squares_ | bishop_check_squares_;
+    }
+    if constexpr (man.rook()) {
+        return rook_check_squares_;
+    }
+    if constexpr (man.bishop()) {
+        return bishop_check_squares_;
+    }
+    if constexpr (man.knight()) {
+        return knight_check_squares_;
+    }
+    if constexpr (man.pawn()) {
+        return pawn_check_squares_;
+    }
     return BitBoard();
 }
 
@@ -30,7 +40,9 @@ void MoveGenerator::append_moves(ChessPosition const& position, Square from, Bit
     // A man that leaves the line of a slider behind it gives check wherever it goes, but a pawn
     // may stay on the line.
     bool const discovers = static_cast<bool>(discovering_ & from.bitboard());
-    if (discovers && !man.pawn()) check_squares = ~BitBoard();
+    if (discovers && !man.pawn()) {
+        check_squares = ~BitBoard();
+    }
     while (to_set && count < MoveList::capacity) {
         BitBoard const to_bit = to_set.get_reset_square();
         Square const to = to_bit.get_unique_square();
@@ -38,7 +50,9 @@ void MoveGenerator::append_moves(ChessPosition const& position, Square from, Bit
         // Asked on free squares too: an illegal promotion can leave a man there who is in no set.
         move.capture_id(position[to.id()].id());
         move.check(static_cast<bool>(to_bit & check_squares));
-        if (discovers && man.pawn()) set_checkstatus<Side>(position, move);
+        if (discovers && man.pawn()) {
+            set_checkstatus<Side>(position, move);
+        }
         list[count++] = move;
     }
     move_count_ = count;
@@ -55,12 +69,24 @@ BitBoard pawn_targets(BitBoard pawn, BitBoard free, BitBoard enemies) {
 template <int Side, int PieceId>
 BitBoard MoveGenerator::reached_from(Square from, BitBoard enemies) const {
     constexpr Piece man(PieceId);
-    if constexpr (man.pawn()) return pawn_targets<Side>(from.bitboard(), ~occupied_, enemies);
-    if constexpr (man.knight()) return attacks_->knight(from);
-    if constexpr (man.bishop()) return attacks_->bishop(from, occupied_);
-    if constexpr (man.rook()) return attacks_->rook(from, occupied_);
-    if constexpr (man.queen()) return attacks_->queen(from, occupied_);
-    if constexpr (man.king()) return attacks_->king(from);
+    if constexpr (man.pawn()) {
+        return pawn_targets<Side>(from.bitboard(), ~occupied_, enemies);
+    }
+    if constexpr (man.knight()) {
+        return attacks_->knight(from);
+    }
+    if constexpr (man.bishop()) {
+        return attacks_->bishop(from, occupied_);
+    }
+    if constexpr (man.rook()) {
+        return attacks_->rook(from, occupied_);
+    }
+    if constexpr (man.queen()) {
+        return attacks_->queen(from, occupied_);
+    }
+    if constexpr (man.king()) {
+        return attacks_->king(from);
+    }
 }
 
 /// What a man reaches, looked up in a move table.
@@ -87,8 +113,12 @@ void MoveGenerator::piece_moves(ChessPosition const& position, Reach const& reac
         BitBoard const from_bit = men.get_reset_square();
         Square const from = from_bit.get_unique_square();
         BitBoard to_set = to_mask & reach.template reached_from<Side, PieceId>(from);
-        if (!to_set) continue;
-        if (held & from_bit) to_set &= legal_targets(position, from);
+        if (!to_set) {
+            continue;
+        }
+        if (held & from_bit) {
+            to_set &= legal_targets(position, from);
+        }
         append_moves<Side, PieceId>(position, from, to_set, check_squares, list);
     }
 }
@@ -104,7 +134,9 @@ void MoveGenerator::king_moves(ChessPosition const& position, Reach const& reach
         while (to_set) {
             Square const to = to_set.get_reset_square().get_unique_square();
             Move move(from, to, normal_move, king, position[to.id()]);
-            if (!is_legal_kingmove<Side>(position, move)) continue;
+            if (!is_legal_kingmove<Side>(position, move)) {
+                continue;
+            }
             set_checkstatus<Side>(position, move);
             store(list, move);
         }

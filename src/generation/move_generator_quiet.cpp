@@ -28,12 +28,18 @@ void MoveGenerator::castlings(ChessPosition const& position, MoveList& list) {
     using Own = Men<Side>;
     Square const king = own_king_.get_unique_square();
     // A position made by hand can hold rights without a king.
-    if (king == Square()) return;
+    if (king == Square()) {
+        return;
+    }
     int const rights = (position.castlingrights() >> (Side == 1 ? 0 : 8)) & 0xFF;
     for (int file = 0; file < 8 && (rights >> file) != 0; ++file) {
-        if (((rights >> file) & 1) == 0) continue;
+        if (((rights >> file) & 1) == 0) {
+            continue;
+        }
         Square const rook(Own::home_rank + file);
-        if (!castling_allowed<Side>(position, king, rook)) continue;
+        if (!castling_allowed<Side>(position, king, rook)) {
+            continue;
+        }
         Move move(king, rook, castling, Piece(Own::king), Piece());
         set_checkstatus<Side>(position, move);
         store(list, move);
@@ -50,9 +56,13 @@ bool MoveGenerator::castling_allowed(ChessPosition const& position, Square king,
     BitBoard const others = occupied_ & ~(own_king_ | rook.bitboard());
     BitBoard king_way = connections_->closed_line_segment(king, targets.king);
     BitBoard const& rook_way = connections_->closed_line_segment(rook, targets.rook);
-    if ((king_way | rook_way) & others) return false;
+    if ((king_way | rook_way) & others) {
+        return false;
+    }
     while (king_way) {
-        if (Enemy::attackers(position, king_way.get_reset_square())) return false;
+        if (Enemy::attackers(position, king_way.get_reset_square())) {
+            return false;
+        }
     }
     // The rook's departure must not open the rank to an enemy rook or queen.
     return !(attacks_->rook(targets.king, others) & Enemy::rooks_and_queens(position));

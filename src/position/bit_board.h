@@ -51,7 +51,9 @@ class BitBoard {
     constexpr explicit BitBoard(std::uint64_t const& word) : word_(word) {}
     /// The set of the squares, their ids taken modulo 64.
     constexpr BitBoard(std::initializer_list<Square> squares) {
-        for (Square const& square : squares) word_ |= std::uint64_t{1} << (square.id() & 63);
+        for (Square const& square : squares) {
+            word_ |= std::uint64_t{1} << (square.id() & 63);
+        }
     }
 
     constexpr void clear() { word_ = 0; }

@@ -84,7 +84,9 @@ void BoardPosition::make_move(Move const& move) {
         case nullmove:
             break;
         case normal_move:
-            if (from == to) men_may_disagree_ = true;
+            if (from == to) {
+                men_may_disagree_ = true;
+            }
             lift(index(to), static_cast<std::size_t>(move.capture_id()));
             lift(index(from), static_cast<std::size_t>(piece));
             place(index(to), static_cast<std::size_t>(piece));

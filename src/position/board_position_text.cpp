@@ -96,7 +96,9 @@ void BoardPosition::fen(std::string const& text) {
                 throw std::logic_error(message.str());
             }
             if (square >= 0 && square < 64) {
-                if (board_[static_cast<std::size_t>(square)].id() != 0) men_may_disagree_ = true;
+                if (board_[static_cast<std::size_t>(square)].id() != 0) {
+                    men_may_disagree_ = true;
+                }
                 place(static_cast<std::size_t>(square), static_cast<std::size_t>(men[man]));
             }
             ++square;

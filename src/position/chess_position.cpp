@@ -32,18 +32,24 @@ ChessPosition::ChessPosition(ChessPosition const& other) : ChessPosition(other.t
 }
 
 ChessPosition& ChessPosition::operator=(ChessPosition const& other) {
-    if (this != &other) copy_from(other);
+    if (this != &other) {
+        copy_from(other);
+    }
     return *this;
 }
 
 ChessPosition::~ChessPosition() {
-    if (logging_) log_.close();
+    if (logging_) {
+        log_.close();
+    }
 }
 
 void ChessPosition::copy_from(ChessPosition const& other) {
     fen(other.fen());
     // The text tells the squares only, but the history is that of the other's sets.
-    if (other.men_may_disagree()) board_.let_men_disagree();
+    if (other.men_may_disagree()) {
+        board_.let_men_disagree();
+    }
     history_ = other.history_;
     initial_position_ = other.initial_position_;
     repetition_filter_ = other.repetition_filter_;
@@ -97,7 +103,9 @@ void ChessPosition::compute_materialindex() {
 void ChessPosition::set_logging(bool on) {
     if (on && !logging_) {
         log_.open("cposition_" + std::to_string(id_) + ".log");
-        if (log_.fail()) std::cerr << "ChessPosition open file error" << std::endl;
+        if (log_.fail()) {
+            std::cerr << "ChessPosition open file error" << std::endl;
+        }
     } else if (!on && logging_) {
         log_.close();
     }

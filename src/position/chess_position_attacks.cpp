@@ -101,7 +101,9 @@ void ChessPosition::find_pins_to_king() {
         const BitBoard between = connections_.line_segment(slider, king) & pieces();
         BitBoard others = between;
         others.get_reset_square();
-        if (!between || others) continue;
+        if (!between || others) {
+            continue;
+        }
         if (between & own_men) {
             current.pinned_pieces |= between;
         } else {

@@ -37,8 +37,12 @@ fen_fields_t split_fen(std::string const& text) {
     std::istringstream in(text);
     in >> fields.placement >> fields.side >> fields.castling >> fields.en_passant;
     std::string number;
-    if (in >> number) fields.halfmove = number_or(number, "0");
-    if (in >> number) fields.fullmove = number_or(number, "1");
+    if (in >> number) {
+        fields.halfmove = number_or(number, "0");
+    }
+    if (in >> number) {
+        fields.fullmove = number_or(number, "1");
+    }
     return fields;
 }
 
@@ -56,19 +60,25 @@ Number read_number(std::string const& text, Number otherwise) {
 int rook_file(BitBoard const& rooks_on_rank1, bool king_side) {
     if (king_side) {
         for (int file = 7; file > 1; --file) {
-            if (rooks_on_rank1 & Square(file).bitboard()) return file;
+            if (rooks_on_rank1 & Square(file).bitboard()) {
+                return file;
+            }
         }
         return 1;
     }
     for (int file = 0; file < 6; ++file) {
-        if (rooks_on_rank1 & Square(file).bitboard()) return file;
+        if (rooks_on_rank1 & Square(file).bitboard()) {
+            return file;
+        }
     }
     return 6;
 }
 
 Square read_en_passant(std::string const& field) {
-    if (field.empty() || field[0] < 'a' || field[0] > 'h') return Square();
-    const int rank = field.size() > 1 && field[1] == '3' ? 2 : 5;
+    if (field.empty() || field[0] < 'a' || field[0] > 'h') {
+        return Square();
+    }
+    int const rank = field.size() > 1 && field[1] == '3' ? 2 : 5;
     return Square(field[0] - 'a' + 8 * rank);
 }
 
@@ -78,10 +88,16 @@ std::uint16_t ChessPosition::read_castlingrights(std::string const& field) const
     const BitBoard white_rooks = white_rook() & rank1;
     const BitBoard black_rooks = black_rook() >> 56;
     unsigned rights = 0;
-    for (const char letter : field) {
-        if (letter >= 'A' && letter <= 'H') rights |= 1U << (letter - 'A');
-        if (letter >= 'a' && letter <= 'h') rights |= 1U << (8 + letter - 'a');
-        if (letter == 'K' || letter == 'Q') rights |= 1U << rook_file(white_rooks, letter == 'K');
+    for (char const letter : field) {
+        if (letter >= 'A' && letter <= 'H') {
+            rights |= 1U << (letter - 'A');
+        }
+        if (letter >= 'a' && letter <= 'h') {
+            rights |= 1U << (8 + letter - 'a');
+        }
+        if (letter == 'K' || letter == 'Q') {
+            rights |= 1U << rook_file(white_rooks, letter == 'K');
+        }
         if (letter == 'k' || letter == 'q') {
             rights |= 1U << (8 + rook_file(black_rooks, letter == 'k'));
         }
@@ -106,7 +122,9 @@ void ChessPosition::fen(std::string const& text) {
     current.dfz = read_number<std::uint16_t>(fields.halfmove, 0);
     current.ep = read_en_passant(fields.en_passant);
     record() = current;
-    if (white_king() && black_king()) find_pinned_pieces();
+    if (white_king() && black_king()) {
+        find_pinned_pieces();
+    }
     hasher_.init(this);
     repetition_filter_.init(get_hash());
     look_for_check();
@@ -120,34 +138,52 @@ std::string ChessPosition::placement_text() const {
     for (int rank = 7; rank >= 0; --rank) {
         int empty_squares = 0;
         for (int square = 8 * rank; square < 8 * rank + 8; ++square) {
-            const int id = board_[square].id();
+            int const id = board_[square].id();
             if (id == 0) {
                 ++empty_squares;
                 continue;
             }
-            if (empty_squares > 0) text += std::to_string(empty_squares);
+            if (empty_squares > 0) {
+                text += std::to_string(empty_squares);
+            }
             empty_squares = 0;
             text += letters[id];
         }
-        if (empty_squares > 0) text += std::to_string(empty_squares);
-        if (rank > 0) text += '/';
+        if (empty_squares > 0) {
+            text += std::to_string(empty_squares);
+        }
+        if (rank > 0) {
+            text += '/';
+        }
     }
     return text;
 }
 
 std::string ChessPosition::castling_text() const {
-    const unsigned rights = castlingrights();
-    if (rights == 0) return "-";
+    unsigned const rights = castlingrights();
+    if (rights == 0) {
+        return "-";
+    }
     std::string text;
     if ((rights & chess960_rights) == 0 && !chess960_) {
-        if (rights & 0x0080) text += 'K';
-        if (rights & 0x0001) text += 'Q';
-        if (rights & 0x8000) text += 'k';
-        if (rights & 0x0100) text += 'q';
+        if (rights & 0x0080) {
+            text += 'K';
+        }
+        if (rights & 0x0001) {
+            text += 'Q';
+        }
+        if (rights & 0x8000) {
+            text += 'k';
+        }
+        if (rights & 0x0100) {
+            text += 'q';
+        }
         return text;
     }
     for (int bit = 0; bit < 16; ++bit) {
-        if ((rights >> bit & 1U) == 0) continue;
+        if ((rights >> bit & 1U) == 0) {
+            continue;
+        }
         text += static_cast<char>(bit < 8 ? 'A' + bit : 'a' + bit - 8);
     }
     return text;

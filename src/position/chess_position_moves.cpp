@@ -14,7 +14,9 @@ namespace {
 /// The castling rights that a move from or to a square leaves. The last entry is no square.
 constexpr std::array<std::uint16_t, 65> make_kept_rights() {
     std::array<std::uint16_t, 65> kept{};
-    for (std::size_t square = 0; square < kept.size(); ++square) kept[square] = 0xFFFF;
+    for (std::size_t square = 0; square < kept.size(); ++square) {
+        kept[square] = 0xFFFF;
+    }
     for (std::size_t file = 0; file < 8; ++file) {
         kept[file] = static_cast<std::uint16_t>(~(0x0001U << file));
         kept[56 + file] = static_cast<std::uint16_t>(~(0x0100U << file));
@@ -34,17 +36,25 @@ int wrapping_add(int number, int step) {
 
 std::uint16_t ChessPosition::castlingrights_after(Move const& move) const {
     unsigned rights = castlingrights();
-    if (rights == 0) return 0;
-    if (move.piece().white_king()) rights &= 0xFF00;
-    if (move.piece().black_king()) rights &= 0x00FF;
+    if (rights == 0) {
+        return 0;
+    }
+    if (move.piece().white_king()) {
+        rights &= 0xFF00;
+    }
+    if (move.piece().black_king()) {
+        rights &= 0x00FF;
+    }
     return static_cast<std::uint16_t>(rights & kept_rights[index(move.from())] &
                                       kept_rights[index(move.to())]);
 }
 
 Square ChessPosition::ep_after(Move const& move) const {
-    const int from = move.from().id();
-    const int to = move.to().id();
-    if (std::abs(to - from) != 16) return Square();
+    int const from = move.from().id();
+    int const to = move.to().id();
+    if (std::abs(to - from) != 16) {
+        return Square();
+    }
     // Kept: no file mask, so a pawn on the a-file sees the h-file square of the rank below as
     // its neighbour, and one on the h-file the a-file square of the rank above.
     const BitBoard neighbours = (move.to().bitboard() << 1) | (move.to().bitboard() >> 1);
@@ -58,8 +68,8 @@ void ChessPosition::make_move(Move const& move) {
     ++make_move_counter_;
     board_.make_move(made);
     const std::uint16_t rights = castlingrights_after(made);
-    const bool pawn_move = made.piece().pawn();
-    const bool irreversible = pawn_move || made.capture_id() != 0;
+    bool const pawn_move = made.piece().pawn();
+    bool const irreversible = pawn_move || made.capture_id() != 0;
 
     const std::uint16_t dfz =
         irreversible ? std::uint16_t{0} : static_cast<std::uint16_t>(get_dfz() + 1);
@@ -72,7 +82,9 @@ void ChessPosition::make_move(Move const& move) {
     current.ep = pawn_move ? ep_after(made) : Square();
     current.make_move_counter = make_move_counter_;
     find_pinned_pieces();
-    if (white_to_move()) move_number_ = wrapping_add(move_number_, 1);
+    if (white_to_move()) {
+        move_number_ = wrapping_add(move_number_, 1);
+    }
     // The generator has told the truth about check; it is not worked out again.
     current.check = made.check();
     hasher_.make_move(made);
@@ -93,8 +105,12 @@ void ChessPosition::unmake_move() {
     const Move move = last_move();
     board_.unmake_move(move);
     // The first record stays even when more moves are taken back than were made.
-    if (history_.size() > 1) history_.pop_back();
-    if (black_to_move()) move_number_ = wrapping_add(move_number_, -1);
+    if (history_.size() > 1) {
+        history_.pop_back();
+    }
+    if (black_to_move()) {
+        move_number_ = wrapping_add(move_number_, -1);
+    }
     hasher_.pop();
     repetition_filter_.remove();
     material_index_.unmake_move(move);

@@ -60,11 +60,15 @@ constexpr std::array<castling_text_t, 4> castling_texts = {{{"e1g1", "e1h1", 4, 
 
 std::string ChessPosition::king_takes_rook_form(std::string const& text) const {
     for (castling_text_t const& form : castling_texts) {
-        if (text != form.standard) continue;
-        const bool castles = board_[form.king_from].id() == form.king_id &&
+        if (text != form.standard) {
+            continue;
+        }
+        bool const castles = board_[form.king_from].id() == form.king_id &&
                              board_[form.king_to].id() == 0 &&
                              board_[form.rook_from].id() == form.king_id - 2;
-        if (castles) return form.king_takes_rook;
+        if (castles) {
+            return form.king_takes_rook;
+        }
     }
     return text;
 }
@@ -72,13 +76,15 @@ std::string ChessPosition::king_takes_rook_form(std::string const& text) const {
 Move ChessPosition::convert_to_move(Square const& from, Square const& to, move_t code) const {
     const Piece piece = get_piece_from(from);
     const Piece captured = get_piece_from(to);
-    if (piece.no_piece()) return Move(from, to, nullmove, piece, captured);
+    if (piece.no_piece()) {
+        return Move(from, to, nullmove, piece, captured);
+    }
     const Piece none;
     if ((piece.white_king() && captured.white_rook()) ||
         (piece.black_king() && captured.black_rook())) {
         return Move(from, to, castling, piece, none);
     }
-    const int step = to - from;
+    int const step = to - from;
     if (piece.white_pawn() && (step == 7 || step == 9) && captured.no_piece() &&
         ((to.bitboard() >> 8) & black_pawn())) {
         return Move(from, to, en_passant, piece, Piece(9));
@@ -98,7 +104,9 @@ Move ChessPosition::convert_to_move(std::string const& text) {
         throw std::logic_error("ChessPosition::convert_to_move(const string& " + text + ")");
     }
     const std::string rewritten = king_takes_rook_form(text);
-    if (rewritten != text) return convert_to_move(rewritten);
+    if (rewritten != text) {
+        return convert_to_move(rewritten);
+    }
 
     const Square from(text.substr(0, 2));
     const Square to(text.substr(2, 2));
@@ -121,8 +129,12 @@ std::vector<Move> ChessPosition::moves_history() const {
 
 std::string ChessPosition::history_str() const {
     std::string text;
-    for (Move const& move : moves_history()) text += move.algebraic(false) + ' ';
-    if (!text.empty()) text.pop_back();
+    for (Move const& move : moves_history()) {
+        text += move.algebraic(false) + ' ';
+    }
+    if (!text.empty()) {
+        text.pop_back();
+    }
     return text;
 }
 

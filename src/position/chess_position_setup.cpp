@@ -24,10 +24,10 @@ using first_rank_t = std::array<int, 8>;
 
 /// A number of an array, another one as the clock goes on.
 int random_array_number() {
-    const auto since_epoch = std::chrono::system_clock::now().time_since_epoch();
-    const auto milliseconds =
+    auto const since_epoch = std::chrono::system_clock::now().time_since_epoch();
+    auto const milliseconds =
         std::chrono::duration_cast<std::chrono::milliseconds>(since_epoch).count();
-    const auto seed = static_cast<std::int32_t>(milliseconds);
+    auto const seed = static_cast<std::int32_t>(milliseconds);
     // The generator takes its seed modulo 2147483647, and 1 for 0.
     std::minstd_rand0 generator(static_cast<std::minstd_rand0::result_type>(seed));
     return std::uniform_int_distribution<int>(0, array_count - 1)(generator);
@@ -49,8 +49,10 @@ void put_on_free_file(first_rank_t& rank, int index, int man) {
 void put_knights(first_rank_t& rank, int number) {
     static constexpr std::array<int, 10> first{0, 0, 0, 0, 1, 1, 1, 2, 2, 3};
     static constexpr std::array<int, 10> second{1, 2, 3, 4, 2, 3, 4, 3, 4, 4};
-    const auto index = static_cast<std::size_t>(number);
-    if (index >= first.size()) throw std::logic_error("ChessPosition::newgame960");
+    auto const index = static_cast<std::size_t>(number);
+    if (index >= first.size()) {
+        throw std::logic_error("ChessPosition::newgame960");
+    }
     put_on_free_file(rank, first[index], white_knight);
     put_on_free_file(rank, second[index], white_knight);
 }
@@ -58,13 +60,15 @@ void put_knights(first_rank_t& rank, int number) {
 /// The first rank of an array, by a numbering of our own.
 first_rank_t first_rank_of_array(int number) {
     first_rank_t rank{};
-    const int first_bishop = number / 240 * 2;
-    const int second_bishop = number % 240 / 60 * 2 + 1;
+    int const first_bishop = number / 240 * 2;
+    int const second_bishop = number % 240 / 60 * 2 + 1;
     rank[static_cast<std::size_t>(first_bishop)] = white_bishop;
     rank[static_cast<std::size_t>(second_bishop)] = white_bishop;
     put_on_free_file(rank, number % 60 / 10, white_queen);
     put_knights(rank, number % 10);
-    for (const int man : {white_rook, white_king, white_rook}) put_on_free_file(rank, 0, man);
+    for (int const man : {white_rook, white_king, white_rook}) {
+        put_on_free_file(rank, 0, man);
+    }
     return rank;
 }
 
@@ -76,14 +80,16 @@ void ChessPosition::newgame() {
 }
 
 void ChessPosition::newgame960(int n) {
-    const int drawn = random_array_number();
+    int const drawn = random_array_number();
     const first_rank_t rank = first_rank_of_array(n >= 0 && n < array_count ? n : drawn);
     clear();
     for (int file = 0; file < 8; ++file) {
         board_.set_piece_on(Square(file + 8), orvelin::white_pawn);
         board_.set_piece_on(Square(file + 48), orvelin::black_pawn);
-        const int man = rank[static_cast<std::size_t>(file)];
-        if (man == no_piece) continue;
+        int const man = rank[static_cast<std::size_t>(file)];
+        if (man == no_piece) {
+            continue;
+        }
         board_.set_piece_on(Square(file), man);
         board_.set_piece_on(Square(file + 56), man + to_black);
     }
@@ -95,9 +101,11 @@ void ChessPosition::newgame960(int n) {
 
 void ChessPosition::flip() {
     board_.flip();
-    const unsigned rights = castlingrights();
+    unsigned const rights = castlingrights();
     record().castlingrights = static_cast<std::uint16_t>(rights << 8 | rights >> 8);
-    if (ep().id() < 64) record().ep = orvelin::flip(ep());
+    if (ep().id() < 64) {
+        record().ep = orvelin::flip(ep());
+    }
     fen(fen());
 }
 
@@ -106,7 +114,9 @@ void ChessPosition::flop() {
     // The rights are two rows of files, as two ranks of a board are.
     record().castlingrights =
         static_cast<std::uint16_t>(to_ull(BitBoard(std::uint64_t{castlingrights()}).flop()));
-    if (ep().id() < 64) record().ep = orvelin::flop(ep());
+    if (ep().id() < 64) {
+        record().ep = orvelin::flop(ep());
+    }
     fen(fen());
 }
 

@@ -37,8 +37,8 @@ struct promotion_change_t {
 promotion_change_t promotion_change(HashKeys const& keys, Move const& move) {
     const Square from = move.from();
     const Square to = move.to();
-    const int pawn = to > from ? white_pawn : black_pawn;
-    const int promoted = pawn + 6 - static_cast<int>(move.code());
+    int const pawn = to > from ? white_pawn : black_pawn;
+    int const promoted = pawn + 6 - static_cast<int>(move.code());
     const std::uint64_t pawn_leaves = keys.piece[pawn][index(from)];
     return {pawn_leaves ^ keys.piece[promoted][index(to)] ^
                 keys.piece[row(move.capture_id())][index(to)],
@@ -87,20 +87,36 @@ void Hasher<KeySet>::init(ChessPosition const* position) {
 template <int KeySet>
 std::uint64_t Hasher<KeySet>::hash() const {
     std::uint64_t key = keys_.back();
-    if (position_ == nullptr) return key;
+    if (position_ == nullptr) {
+        return key;
+    }
     HashKeys const& keys = key_set();
     const std::uint16_t rights = position_->castlingrights();
     if (rights != 0) {
-        if (rights & 0x0001) key ^= keys.castling[1];
-        if (rights & 0x0080) key ^= keys.castling[0];
-        if (rights & 0x0100) key ^= keys.castling[3];
-        if (rights & 0x8000) key ^= keys.castling[2];
+        if (rights & 0x0001) {
+            key ^= keys.castling[1];
+        }
+        if (rights & 0x0080) {
+            key ^= keys.castling[0];
+        }
+        if (rights & 0x0100) {
+            key ^= keys.castling[3];
+        }
+        if (rights & 0x8000) {
+            key ^= keys.castling[2];
+        }
         // The published keys know corner rooks only; the raw word tells all other rights apart.
-        if (rights & chess960_rights) key ^= rights;
+        if (rights & chess960_rights) {
+            key ^= rights;
+        }
     }
     const Square ep = position_->ep();
-    if (ep.id() < 64) key ^= keys.en_passant[index(ep.id() & 7)];
-    if (position_->stm() == 1) key ^= keys.turn;
+    if (ep.id() < 64) {
+        key ^= keys.en_passant[index(ep.id() & 7)];
+    }
+    if (position_->stm() == 1) {
+        key ^= keys.turn;
+    }
     return key;
 }
 

@@ -34,7 +34,9 @@ class Hasher {
 
     /// Pops what make_move() pushed. The lowest entry of each stack stays.
     void pop() {
-        if (keys_.size() < 2) return;
+        if (keys_.size() < 2) {
+            return;
+        }
         keys_.pop_back();
         pawn_keys_.pop_back();
     }

@@ -101,10 +101,16 @@ class MaterialIndex {
 
     /// New man minus pawn for the promotion of a pawn, 0 for every other move.
     static constexpr std::uint64_t promotion_change(Move const& move) {
-        if (move.code() == normal_move) return 0;
+        if (move.code() == normal_move) {
+            return 0;
+        }
         std::uint64_t const change = black_change[move.code()];
-        if (move.piece_id() == white_pawn) return change << 32;
-        if (move.piece_id() == black_pawn) return change;
+        if (move.piece_id() == white_pawn) {
+            return change << 32;
+        }
+        if (move.piece_id() == black_pawn) {
+            return change;
+        }
         return 0;
     }
 

@@ -92,7 +92,9 @@ class Piece {
     int abs_value() const {
         constexpr std::array<int, 8> values{0, 100, 300, 300, 500, 900, 4000, 0};
         std::size_t const type = static_cast<std::size_t>(id_ & 7);
-        if (type == 7) throw_no_value();
+        if (type == 7) {
+            throw_no_value();
+        }
         return values[type];
     }
     /// "white pawn" ... "black king", "no piece".

@@ -5,21 +5,29 @@
 namespace orvelin {
 
 bool Rep3filter::repetition() const {
-    if (keys_.size() < 2) return false;
+    if (keys_.size() < 2) {
+        return false;
+    }
     const std::uint64_t current = keys_.back();
     for (auto key = keys_.crbegin() + 1; key != keys_.crend(); ++key) {
-        if (*key == wall) return false;
-        if (*key == current) return true;
+        if (*key == wall) {
+            return false;
+        }
+        if (*key == current) {
+            return true;
+        }
     }
     return false;
 }
 
 std::string Rep3filter::result() const {
-    if (keys_.size() < 3) return "*";
-    const auto occurs_three_times = [this](std::uint64_t key) {
+    if (keys_.size() < 3) {
+        return "*";
+    }
+    auto const occurs_three_times = [this](std::uint64_t key) {
         return key != wall && std::count(keys_.begin(), keys_.end(), key) >= 3;
     };
-    const bool draw = occurs_three_times(keys_.back()) || occurs_three_times(*(keys_.end() - 2));
+    bool const draw = occurs_three_times(keys_.back()) || occurs_three_times(*(keys_.end() - 2));
     return draw ? "1/2-1/2 {Draw by threefold repetition}" : "*";
 }
 

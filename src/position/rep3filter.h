@@ -25,16 +25,22 @@ class Rep3filter {
     /// Appends `key`, behind a wall when `move` is a pawn move or a capture. The null move counts
     /// as reversible.
     void add(Move const& move, std::uint64_t key) {
-        if (move.piece().pawn() || move.capture_id() != 0) keys_.push_back(wall);
+        if (move.piece().pawn() || move.capture_id() != 0) {
+            keys_.push_back(wall);
+        }
         keys_.push_back(key);
     }
 
     /// Takes back one add(): the top entry and, when there is one, the wall under it. An empty
     /// record stays empty.
     void remove() {
-        if (keys_.empty()) return;
+        if (keys_.empty()) {
+            return;
+        }
         keys_.pop_back();
-        if (!keys_.empty() && keys_.back() == wall) keys_.pop_back();
+        if (!keys_.empty() && keys_.back() == wall) {
+            keys_.pop_back();
+        }
     }
 
     /// True when the current key occurred before, since the last wall. One earlier occurrence is

@@ -37,7 +37,9 @@ void Communicator::clear() {
 
 void Communicator::set_log(bool on) {
     log_enabled_ = on;
-    if (on) log_.open("comm_" + std::to_string(id_) + ".log");
+    if (on) {
+        log_.open("comm_" + std::to_string(id_) + ".log");
+    }
 }
 
 void Communicator::push(std::mutex& lock, queue_t& queue, std::string&& line, char const* prefix) {
@@ -63,7 +65,9 @@ std::string Communicator::pop(std::mutex& lock, queue_t& queue, char const* pref
 }
 
 void Communicator::trace(char const* prefix, std::string const& line) {
-    if (log_enabled_ && !line.empty()) log_ << prefix << line << std::endl;
+    if (log_enabled_ && !line.empty()) {
+        log_ << prefix << line << std::endl;
+    }
 }
 
 }  // namespace orvelin

@@ -13,8 +13,12 @@ void ConsoleInput::operator()() {
         // away without a word.
         std::getline(input_, line);
         ++line_counter_;
-        if (line_counter_ > limit_) line = "quit";
-        if (!line.empty()) communicator_.to_engine(line);
+        if (line_counter_ > limit_) {
+            line = "quit";
+        }
+        if (!line.empty()) {
+            communicator_.to_engine(line);
+        }
     }
 }
 

@@ -65,7 +65,9 @@ Engine::handler_t Engine::find_handler(std::string const& word) {
         {"quit", &Engine::command_quit},
     }};
     for (auto const& [name, handler] : commands) {
-        if (name == word) return handler;
+        if (name == word) {
+            return handler;
+        }
     }
     return nullptr;
 }
@@ -73,7 +75,9 @@ Engine::handler_t Engine::find_handler(std::string const& word) {
 void Engine::from_console() {
     for (command_ = communicator_.from_interface(); !command_.empty();
          command_ = communicator_.from_interface()) {
-        if (!dispatch()) return;
+        if (!dispatch()) {
+            return;
+        }
     }
 }
 
@@ -81,7 +85,9 @@ bool Engine::dispatch() {
     catch_up_in_idleness();
     std::istringstream line(command_);
     std::string const word = read_token(line);
-    if (!word.empty()) write_log("engine <- " + command_);
+    if (!word.empty()) {
+        write_log("engine <- " + command_);
+    }
     handler_t const handler = find_handler(word);
     return handler == nullptr || (this->*handler)(line);
 }

@@ -26,18 +26,26 @@ void Engine::open_book() {
 }
 
 bool Engine::answer_from_book() {
-    if (!ownbook_) return false;
-    if (!search_runs_or_waits()) return answer_from_book(position_, position_.history().size());
+    if (!ownbook_) {
+        return false;
+    }
+    if (!search_runs_or_waits()) {
+        return answer_from_book(position_, position_.history().size());
+    }
     return answer_from_book(searched_position(), searched_records_);
 }
 
 // By design the book's move leaves no other trace: no log line, no change of any state.
 bool Engine::answer_from_book(ChessPosition const& position, std::size_t records) {
     constexpr std::size_t first_record_without_book = 25;
-    if (records >= first_record_without_book) return false;
+    if (records >= first_record_without_book) {
+        return false;
+    }
     hasher_.init(&position);
     BKmove const move(book_.get_move(hasher_.hash()));
-    if (move.nomove()) return false;
+    if (move.nomove()) {
+        return false;
+    }
     communicator_.to_interface("bestmove " + move(position).algebraic(chess960_));
     return true;
 }

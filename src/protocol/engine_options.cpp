@@ -21,11 +21,17 @@ bool Engine::command_setoption(std::istringstream& arguments) {
         {"MultiPV", &Engine::option_multipv},
         {"Debug", &Engine::option_debug},
     }};
-    if (read_token(arguments) != "name") return true;
+    if (read_token(arguments) != "name") {
+        return true;
+    }
     std::string const name = read_token(arguments);
     for (auto const& [known_name, option] : options) {
-        if (!equal_options(name, std::string(known_name))) continue;
-        if (read_token(arguments) == "value") (this->*option)(arguments);
+        if (!equal_options(name, std::string(known_name))) {
+            continue;
+        }
+        if (read_token(arguments) == "value") {
+            (this->*option)(arguments);
+        }
         break;
     }
     return true;
@@ -43,7 +49,9 @@ bool read_flag(std::istringstream& value) {
 // The table is not taken away from under a search.
 void Engine::option_hash(std::istringstream& value) {
     hash_value_ = read_number(value);
-    if (hash_value_ <= 0) return;
+    if (hash_value_ <= 0) {
+        return;
+    }
     do_between_searches([this, size = hash_value_] { analysis_.set_hash_size(size); });
 }
 
@@ -82,7 +90,9 @@ void Engine::option_debug(std::istringstream& value) {
     debug_ = read_flag(value);
     analysis_.set_log(debug_);
     if (log_.fail()) {
-        if (debug_) log_.open("uci_eng_" + std::to_string(id_) + ".log", std::ios::out);
+        if (debug_) {
+            log_.open("uci_eng_" + std::to_string(id_) + ".log", std::ios::out);
+        }
     } else if (!debug_) {
         log_.close();
     }

@@ -20,13 +20,17 @@ struct split_line_t {
 
 split_line_t split_at_last_blank(std::string const& line) {
     std::size_t const blank = line.rfind(' ');
-    if (blank == std::string::npos || blank == 0) return {"", line.substr(1)};
+    if (blank == std::string::npos || blank == 0) {
+        return {"", line.substr(1)};
+    }
     return {line.substr(0, blank), line.substr(blank + 1)};
 }
 
 std::string read_fen(std::istringstream& arguments) {
     std::string fen = read_token(arguments);
-    for (int field = 1; field < 6; ++field) fen += ' ' + read_token(arguments);
+    for (int field = 1; field < 6; ++field) {
+        fen += ' ' + read_token(arguments);
+    }
     return fen;
 }
 
@@ -49,7 +53,9 @@ bool Engine::command_ucinewgame(std::istringstream&) {
 // only that move is made; anything else is parsed in full. After a stopped search the position has
 // a move that the line lacks, so that the next line is parsed in full whatever it says.
 bool Engine::command_position(std::istringstream& arguments) {
-    if (search_runs_or_waits()) set_action(2);
+    if (search_runs_or_waits()) {
+        set_action(2);
+    }
     catch_up();
     command_.erase(command_.find_last_not_of(' ') + 1);
     split_line_t const split = split_at_last_blank(command_);
@@ -92,16 +98,22 @@ void Engine::do_between_searches(std::function<void()> work) {
 }
 
 void Engine::catch_up() {
-    for (auto const& work : std::exchange(put_off_, {})) work();
+    for (auto const& work : std::exchange(put_off_, {})) {
+        work();
+    }
 }
 
 void Engine::catch_up_in_idleness() {
-    if (engine_state_ == idle && !search_runs_or_waits()) catch_up();
+    if (engine_state_ == idle && !search_runs_or_waits()) {
+        catch_up();
+    }
 }
 
 void Engine::require_no_search() {
     analysis_.withdraw_think();
-    if (analysis_.get_status() == searching_status) analysis_.init(position_);
+    if (analysis_.get_status() == searching_status) {
+        analysis_.init(position_);
+    }
 }
 
 void Engine::parse_position(std::istringstream& arguments) {
@@ -113,7 +125,9 @@ void Engine::parse_position(std::istringstream& arguments) {
     } else if (kind == "fen") {
         position_.fen(read_fen(arguments));
     }
-    if (read_token(arguments) != "moves") return;
+    if (read_token(arguments) != "moves") {
+        return;
+    }
     for (std::string move = read_token(arguments); !move.empty(); move = read_token(arguments)) {
         make_text_move(move);
     }

@@ -19,7 +19,9 @@ std::string score_text(int score) {
 
 void Engine::to_console() {
     int const status = analysis_.get_status();
-    if (status != searching_status && status != finished_status) return;
+    if (status != searching_status && status != finished_status) {
+        return;
+    }
     bool const news = multipv_.version() < analysis_.mpv_version();
     if (status == searching_status) {
         if (news) {
@@ -32,11 +34,15 @@ void Engine::to_console() {
         take_last_lines();
         send_info(analysis_);
     }
-    if (engine_state_ != thinking) return;
+    if (engine_state_ != thinking) {
+        return;
+    }
     // A `go` that waits is held off until the old move is made: its search must not begin on a
     // position that is being changed. If it has begun already, its own end brings the move.
     bool const go_waits = analysis_.withdraw_think();
-    if (analysis_.get_status() != finished_status) return;
+    if (analysis_.get_status() != finished_status) {
+        return;
+    }
     engine_state_ = idle;
     analysis_.set_status(ready_status);
     send_hashfull(analysis_);
@@ -46,7 +52,9 @@ void Engine::to_console() {
     position_.make_move(best_move);
     send(bestmove_line(best_move));
     catch_up();
-    if (go_waits) begin_search();
+    if (go_waits) {
+        begin_search();
+    }
 }
 
 // The assignment moves the reported version on by one only, so while a search runs the newest
@@ -64,7 +72,9 @@ void Engine::send_info(Analysis& analysis) {
     int const iteration = analysis.get_iteration();
     std::uint64_t const nodes = analysis.get_node_count();
     std::uint64_t const time = analysis.get_running_time();
-    if (time == 0) return;
+    if (time == 0) {
+        return;
+    }
     // In whole thousands, by design.
     std::uint64_t const nps = nodes / time * 1000;
     std::string const head = "info depth " + std::to_string(iteration) + " seldepth " +
@@ -72,15 +82,21 @@ void Engine::send_info(Analysis& analysis) {
     std::string const counts = " time " + std::to_string(time) + " nodes " + std::to_string(nodes) +
                                " nps " + std::to_string(nps);
     int const lines = static_cast<int>(multipv_.size());
-    for (int index = 0; index < lines; ++index) send(info_line(index, head, counts));
+    for (int index = 0; index < lines; ++index) {
+        send(info_line(index, head, counts));
+    }
 }
 
 std::string Engine::info_line(int index, std::string const& head, std::string const& counts) const {
     PrincipalVariation const& line = multipv_[index];
     std::string text = head;
-    if (multipv_.number() > 1) text += " multipv " + std::to_string(index + 1);
+    if (multipv_.number() > 1) {
+        text += " multipv " + std::to_string(index + 1);
+    }
     text += score_text(line.score()) + counts + " pv ";
-    for (Move const& move : line) text += move.algebraic(chess960_) + " ";
+    for (Move const& move : line) {
+        text += move.algebraic(chess960_) + " ";
+    }
     return text;
 }
 
@@ -91,7 +107,9 @@ void Engine::send_hashfull(Analysis& analysis) {
 std::string Engine::bestmove_line(Move const& best_move) const {
     std::string text = "bestmove " + best_move.algebraic(chess960_);
     Move const ponder_move = analysis_.pondermove();
-    if (ponder_move.code() != 0) text += " ponder " + ponder_move.algebraic(chess960_);
+    if (ponder_move.code() != 0) {
+        text += " ponder " + ponder_move.algebraic(chess960_);
+    }
     return text;
 }
 

@@ -15,7 +15,9 @@ namespace orvelin {
 // in the states of the held-back `bestmove`: by design. The opening book may answer all the same.
 bool Engine::command_go(std::istringstream& arguments) {
     reset_go_limits();
-    if (answer_from_book()) return true;
+    if (answer_from_book()) {
+        return true;
+    }
     if (engine_state_ == thinking) {
         write_log("Error: received go while already thinking");
         return false;
@@ -86,7 +88,9 @@ bool Engine::read_limit(std::string const& token, std::istringstream& arguments)
 
 void Engine::read_searchmoves(std::istringstream& arguments) {
     std::optional<ChessPosition> root;
-    if (search_runs_or_waits()) root.emplace(searched_position());
+    if (search_runs_or_waits()) {
+        root.emplace(searched_position());
+    }
     ChessPosition& position = root ? *root : position_;
     std::vector<Move> moves;
     for (std::string text = read_token(arguments); !text.empty(); text = read_token(arguments)) {
@@ -105,10 +109,14 @@ bool Engine::command_ponderhit(std::istringstream&) {
 // Neither hashfull nor the position line follow a stopped search, so that the next `position` is
 // parsed in full: by design.
 bool Engine::command_stop(std::istringstream&) {
-    if (engine_state_ == idle) return true;
+    if (engine_state_ == idle) {
+        return true;
+    }
     set_action(2);
     engine_state_ = idle;
-    while (analysis_.get_status() == searching_status) sleep_milliseconds(5);
+    while (analysis_.get_status() == searching_status) {
+        sleep_milliseconds(5);
+    }
     if (multipv_.version() < analysis_.mpv_version()) {
         take_last_lines();
         send_info(analysis_);

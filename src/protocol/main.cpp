@@ -32,7 +32,9 @@ constexpr std::array<std::string_view, 12> handshake{
 };
 
 void write_handshake() {
-    for (std::string_view const line : handshake) std::cout << line << std::endl;
+    for (std::string_view const line : handshake) {
+        std::cout << line << std::endl;
+    }
 }
 
 /// Polls until "quit": at most one line in and one line out per pass of 5 ms, so that nothing here
@@ -45,12 +47,18 @@ void dispatch_loop(Communicator& console, Communicator& engine_queues, Engine& e
             write_handshake();
             continue;
         }
-        if (input_line == "quit") return;
-        if (!input_line.empty()) engine_queues.to_engine(input_line);
+        if (input_line == "quit") {
+            return;
+        }
+        if (!input_line.empty()) {
+            engine_queues.to_engine(input_line);
+        }
         engine.from_console();
         engine.to_console();
         output_line = engine_queues.from_engine();
-        if (!output_line.empty()) std::cout << output_line << std::endl;
+        if (!output_line.empty()) {
+            std::cout << output_line << std::endl;
+        }
         sleep_milliseconds(5);
     }
 }

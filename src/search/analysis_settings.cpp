@@ -99,7 +99,9 @@ void Analysis::set_uci_elo(int elo) {
 void Analysis::set_hash_size(int megabytes) {
     std::uint64_t const buckets = transposition_table_.buckets();
     transposition_table_.set_size(megabytes);
-    if (transposition_table_.buckets() == buckets) return;
+    if (transposition_table_.buckets() == buckets) {
+        return;
+    }
     kbnk_table_.clear();
     kqkr_table_.clear();
 }

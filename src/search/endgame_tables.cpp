@@ -58,16 +58,24 @@ void Analysis::build_endgame_table() {
 
 /// Readies the memory for a table that is not finished; false when there is too little of it.
 bool Analysis::lend_memory(Egt4Pieces& table) {
-    if (transposition_table_.buckets() <= lent_buckets) return false;
-    if (table.ready()) return true;
+    if (transposition_table_.buckets() <= lent_buckets) {
+        return false;
+    }
+    if (table.ready()) {
+        return true;
+    }
     transposition_table_.set_threshold_buckets(lent_buckets);
-    if (!table.busy()) table.set_memory(transposition_table_.get_uchar_adress());
+    if (!table.busy()) {
+        table.set_memory(transposition_table_.get_uchar_adress());
+    }
     return true;
 }
 
 // A stop does not end this, by design; no slice takes long.
 void Analysis::extend(Egt4Pieces& table, int time_floor) {
-    while (time_manager_.remaining_time() > time_floor && !table.ready()) table.create();
+    while (time_manager_.remaining_time() > time_floor && !table.ready()) {
+        table.create();
+    }
 }
 
 }  // namespace orvelin

@@ -53,7 +53,9 @@ class ExchangeBoard {
         for (int const id :
              {men::pawn, men::knight, men::bishop, men::rook, men::queen, men::king}) {
             BitBoard found = attackers_ & position_.piece(id);
-            if (!found) continue;
+            if (!found) {
+                continue;
+            }
             occupied_ &= ~found.get_reset_square();
             find_sliders();
             return Piece(id);
@@ -104,7 +106,9 @@ int Analysis::replies_to(Move const& move) const {
     int result = 0;
     for (Piece captor; captures < gains.size(); white = !white, standing = captor) {
         captor = white ? board.take_weakest<1>() : board.take_weakest<0>();
-        if (captor.no_piece()) break;
+        if (captor.no_piece()) {
+            break;
+        }
         if (standing.king()) {
             result = king_capture_score;
             break;

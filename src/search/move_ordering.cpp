@@ -133,12 +133,20 @@ void Analysis::promote_quiet_moves(MoveList& list) const {
     for (int i = 0; i < size; ++i) {
         std::size_t const index = HistoryTable::index(list[i]);
         // Here the entry itself is cut to 32 bits before it is compared.
-        if (answers != nullptr) counters.enter(i, low_word(answers[index]));
-        if (own_answers != nullptr) own_counters.enter(i, own_answers[index]);
+        if (answers != nullptr) {
+            counters.enter(i, low_word(answers[index]));
+        }
+        if (own_answers != nullptr) {
+            own_counters.enter(i, own_answers[index]);
+        }
         history.enter(i, history_table_.value(index));
     }
-    for (int const index : counters.indices) put_forward(index, counter_move);
-    for (int const index : own_counters.indices) put_forward(index, counter_move);
+    for (int const index : counters.indices) {
+        put_forward(index, counter_move);
+    }
+    for (int const index : own_counters.indices) {
+        put_forward(index, counter_move);
+    }
     put_forward(history.indices[0], historical_move1);
     put_forward(history.indices[1], historical_move2);
     put_forward(history.indices[2], historical_move3);

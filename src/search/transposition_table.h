@@ -68,7 +68,9 @@ class TranspositionTable {
     /// Asks the processor to fetch the bucket of this key; changes nothing and waits for nothing.
     void prefetch(std::uint64_t key) const {
         std::uint64_t const index = key & (size_ - 1);
-        if (index < size_) __builtin_prefetch(buckets_ + index);
+        if (index < size_) {
+            __builtin_prefetch(buckets_ + index);
+        }
     }
 
     /// Fills in the value for the key that the record comes with, as Bucket::read.

@@ -31,7 +31,7 @@ TEST(BKmoveTest, StartsAsNoMove) {
 }
 
 TEST(BKmoveTest, AnyOtherWordIsAMove) {
-    for (const int word : {1, 0x40, 0x1000, 0x8000, 0xFFFF}) {
+    for (int const word : {1, 0x40, 0x1000, 0x8000, 0xFFFF}) {
         EXPECT_FALSE(BKmove(static_cast<std::uint16_t>(word)).nomove()) << word;
     }
 }
@@ -56,7 +56,7 @@ TEST(BKmoveTest, TheTopBitBelongsToNoField) {
 }
 
 TEST(BKmoveTest, EachFieldIsSetAlone) {
-    for (const int word : {0x0000, 0xFFFF}) {
+    for (int const word : {0x0000, 0xFFFF}) {
         const BKmove start(static_cast<std::uint16_t>(word));
         BKmove move = start;
         move.set_to(Square(0x2A));
@@ -250,7 +250,7 @@ TEST_F(BKmoveConversionTest, IllegalMovesComeBackAllTheSame) {
 
 TEST_F(BKmoveConversionTest, EmptyFromSquareGivesAMoveOfNobody) {
     position.newgame();
-    for (const char field : {char{0}, char{4}}) {
+    for (char const field : {char{0}, char{4}}) {
         const Move move = convert(book_move("e4", "e7", field));
         EXPECT_EQ(move, Move(Square("e4"), Square("e7"), nullmove, no_piece, black_pawn));
         EXPECT_EQ(move.algebraic(false), "e4e7");

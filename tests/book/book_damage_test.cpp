@@ -45,13 +45,17 @@ class OpenBook {
 /// Entries with the keys in this order, the moves 1, 2, 3... and enough weight for each.
 std::vector<Book_record> entries_of_keys(std::vector<std::uint64_t> const& keys) {
     std::vector<Book_record> entries;
-    for (int word = 1; std::uint64_t key : keys) entries.push_back(book_entry(key, word++, 7));
+    for (int word = 1; std::uint64_t key : keys) {
+        entries.push_back(book_entry(key, word++, 7));
+    }
     return entries;
 }
 
 TEST(BookDamageTest, UnsortedFileHidesWhatTheSearchPassesBy) {
     const BookFile falling(entries_of_keys({40, 30, 20, 10}));
-    for (const std::uint64_t key : {10U, 20U, 30U, 40U}) EXPECT_EQ(look_up(falling, key), 0);
+    for (const std::uint64_t key : {10U, 20U, 30U, 40U}) {
+        EXPECT_EQ(look_up(falling, key), 0);
+    }
 
     const BookFile mixed(entries_of_keys({10, 40, 20, 30}));
     EXPECT_EQ(look_up(mixed, 10), 1);
@@ -64,7 +68,9 @@ TEST(BookDamageTest, ScanStopsAtTheFirstKeyAbove) {
     // The search hits the third entry with its lower bound at 0.
     const BookFile file(entries_of_keys({5, 20, 20, 30, 20}));
     std::set<int> seen;
-    for (int i = 0; i < 2000; ++i) seen.insert(look_up(file, 20));
+    for (int i = 0; i < 2000; ++i) {
+        seen.insert(look_up(file, 20));
+    }
     EXPECT_EQ(seen, (std::set<int>{2, 3}));
 }
 
@@ -88,13 +94,15 @@ TEST(BookDamageTest, RubbishGivesNothingThatIsNotInItsEntries) {
     std::mt19937 random(77);
     for (const std::size_t size : {3U, 31U, 64U, 250U, 1600U, 20011U}) {
         std::string bytes(size, '\0');
-        for (char& byte : bytes) byte = static_cast<char>(random());
+        for (char& byte : bytes) {
+            byte = static_cast<char>(random());
+        }
         const BookFile file(bytes);
         OpenBook book(file);
         for (std::size_t offset = 0; offset + Book_record::size <= size;
              offset += Book_record::size) {
             const Book_record entry(bytes.data() + offset);
-            const int found = book.get_move(entry.get_key());
+            int const found = book.get_move(entry.get_key());
             EXPECT_TRUE(found == 0 || found == entry.get_move().dump()) << size << " " << offset;
             EXPECT_EQ(book.get_move(entry.get_key() ^ 1), 0) << size << " " << offset;
         }
@@ -106,7 +114,9 @@ TEST(BookDamageTest, RubbishGivesNothingThatIsNotInItsEntries) {
 
 TEST(BookDamageTest, TextGivesNothing) {
     std::string text;
-    for (int i = 0; i < 500; ++i) text += "1. e4 e5 2. Nf3 Nc6\n";
+    for (int i = 0; i < 500; ++i) {
+        text += "1. e4 e5 2. Nf3 Nc6\n";
+    }
     const BookFile file(text);
     EXPECT_EQ(look_up(file, 0), 0);
     EXPECT_EQ(look_up(file, 0x312E206534206536U), 0);

@@ -25,7 +25,9 @@ constexpr std::uint64_t key = 0x463B96181691FC9CU;
 /// Entries of one key with the weights, whose moves are the words 1, 2, 3...
 std::vector<Book_record> entries_of_weights(std::vector<int> const& weights) {
     std::vector<Book_record> entries;
-    for (int word = 1; int weight : weights) entries.push_back(book_entry(key, word++, weight));
+    for (int word = 1; int weight : weights) {
+        entries.push_back(book_entry(key, word++, weight));
+    }
     return entries;
 }
 
@@ -36,24 +38,28 @@ std::map<int, int> draw(std::vector<int> const& weights, int draws) {
     book.set_name(file.name());
     book.open();
     std::map<int, int> counts;
-    for (int i = 0; i < draws; ++i) ++counts[book.get_move(key)];
+    for (int i = 0; i < draws; ++i) {
+        ++counts[book.get_move(key)];
+    }
     return counts;
 }
 
 /// Draws until all the words from 1 up to the number of weights have come, those of `never` left
 /// out; tells what came.
 std::set<int> draw_all(std::vector<int> const& weights, std::set<int> const& never = {}) {
-    const auto deadline = steady_clock::now() + std::chrono::seconds(20);
+    auto const deadline = steady_clock::now() + std::chrono::seconds(20);
     std::set<int> seen;
     // Each round has a young book, see look_up.
     while (seen.size() + never.size() < weights.size() && steady_clock::now() < deadline) {
-        for (auto const& [word, count] : draw(weights, 1000)) seen.insert(word);
+        for (auto const& [word, count] : draw(weights, 1000)) {
+            seen.insert(word);
+        }
     }
     return seen;
 }
 
 TEST(BookDrawTest, OnlyEntryIsAlwaysDrawn) {
-    for (const int weight : {1, 2, 100, 0x7FFF, 0x8000, 0xFFFF}) {
+    for (int const weight : {1, 2, 100, 0x7FFF, 0x8000, 0xFFFF}) {
         EXPECT_EQ(draw({weight}, 50), (std::map<int, int>{{1, 50}})) << weight;
     }
 }
@@ -109,12 +115,14 @@ TEST(BookDrawTest, NegativeRemainderFallsToTheFirstEntryWithoutWeight) {
     book.open();
     // By a remainder of zero it comes once in 65535 draws, not many times in a row.
     int in_a_row = 0;
-    const auto deadline = steady_clock::now() + std::chrono::seconds(60);
+    auto const deadline = steady_clock::now() + std::chrono::seconds(60);
     while (in_a_row < 10 && steady_clock::now() < deadline) {
-        const int word = book.get_move(key);
+        int const word = book.get_move(key);
         ASSERT_TRUE(word == 1 || word == 2) << word;
         in_a_row = word == 1 ? in_a_row + 1 : 0;
-        if (in_a_row == 0) std::this_thread::sleep_for(std::chrono::milliseconds(2));
+        if (in_a_row == 0) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(2));
+        }
     }
     EXPECT_EQ(in_a_row, 10);
 }
@@ -122,23 +130,25 @@ TEST(BookDrawTest, NegativeRemainderFallsToTheFirstEntryWithoutWeight) {
 // With a sum of weights above the time passed, the remainder is the time itself, and each entry
 // has its own 65535 nanoseconds.
 TEST(BookDrawTest, DrawIsTheTimeSinceTheBookWasBuilt) {
-    const int entries = 20000;
+    int const entries = 20000;
     const BookFile file(entries_of_weights(std::vector<int>(entries, 0xFFFF)));
-    const auto nanoseconds_since = [](steady_clock::time_point start) {
+    auto const nanoseconds_since = [](steady_clock::time_point start) {
         return std::chrono::nanoseconds(steady_clock::now() - start).count();
     };
-    const auto before_building = steady_clock::now();
+    auto const before_building = steady_clock::now();
     Book book;
-    const auto after_building = steady_clock::now();
+    auto const after_building = steady_clock::now();
     book.set_name(file.name());
     book.open();
     int last = 0;
     for (int i = 0; i < 20; ++i) {
         const std::int64_t tolerance = 5'000'000;
         const std::int64_t earliest = nanoseconds_since(after_building) - tolerance;
-        const int word = book.get_move(key);
+        int const word = book.get_move(key);
         const std::int64_t latest = nanoseconds_since(before_building) + tolerance;
-        if (latest > std::int64_t{entries} * 0xFFFF) break;
+        if (latest > std::int64_t{entries} * 0xFFFF) {
+            break;
+        }
         EXPECT_GE(word, last);
         EXPECT_GE(std::int64_t{word} * 0xFFFF, earliest);
         EXPECT_LE(std::int64_t{word - 1} * 0xFFFF, latest);
@@ -162,10 +172,10 @@ TEST(BookDrawTest, SumOfWeightsThatComesToZeroGivesNoMove) {
 }
 
 TEST(BookDrawTest, DrawnMoveIsFilteredByItsPromotionField) {
-    const int squares = 52 << 6 | 60;
+    int const squares = 52 << 6 | 60;
     for (int field = 0; field <= 7; ++field) {
-        const int kept = field >= 1 && field <= 4 ? field << 12 : 0;
-        for (const int top : {0, 0x8000}) {
+        int const kept = field >= 1 && field <= 4 ? field << 12 : 0;
+        for (int const top : {0, 0x8000}) {
             const BookFile file({book_entry(key, top | field << 12 | squares, 1)});
             EXPECT_EQ(look_up(file, key), kept | squares) << field << " " << top;
         }

@@ -71,11 +71,11 @@ TEST(BookRecordTest, EachFieldIsSetAlone) {
 }
 
 TEST(BookRecordTest, MoveKeepsThePromotionsOneToFourOnly) {
-    const int squares = 0x0FFF;
+    int const squares = 0x0FFF;
     for (int field = 0; field <= 7; ++field) {
-        for (const int top : {0, 0x8000}) {
+        for (int const top : {0, 0x8000}) {
             const Book_record entry = book_entry(1, top | field << 12 | squares, 1);
-            const int kept = field >= 1 && field <= 4 ? field : 0;
+            int const kept = field >= 1 && field <= 4 ? field : 0;
             EXPECT_EQ(entry.get_move().dump(), kept << 12 | squares) << field << " " << top;
         }
     }

@@ -32,7 +32,9 @@ constexpr std::uint64_t highest_key = ~std::uint64_t{0};
 /// One entry for each key, whose move is the number of the entry, from 1.
 std::vector<Book_record> entries_of_keys(std::vector<std::uint64_t> const& keys) {
     std::vector<Book_record> entries;
-    for (int word = 1; std::uint64_t key : keys) entries.push_back(book_entry(key, word++, 1));
+    for (int word = 1; std::uint64_t key : keys) {
+        entries.push_back(book_entry(key, word++, 1));
+    }
     return entries;
 }
 
@@ -74,7 +76,7 @@ TEST(BookSearchTest, OnlyWholeEntriesAreUsed) {
 
 TEST(BookSearchTest, LastByteOfThirtyThreeIsNeverRead) {
     const std::string bytes = book_bytes(entries_of_keys({10, 20}));
-    for (const char stray : {'\0', '\x14', '\n', '\xFF'}) {
+    for (char const stray : {'\0', '\x14', '\n', '\xFF'}) {
         const BookFile file(bytes + stray);
         Book book;
         book.set_name(file.name());
@@ -101,10 +103,12 @@ TEST(BookSearchTest, EntryBehindTheUsableSizeIsNotFound) {
 TEST(BookSearchTest, KeysBeforeBetweenAndBehindTheEntriesGiveNothing) {
     for (int count = 1; count <= 20; ++count) {
         std::vector<std::uint64_t> keys;
-        for (int i = 1; i <= count; ++i) keys.push_back(static_cast<std::uint64_t>(10 * i));
+        for (int i = 1; i <= count; ++i) {
+            keys.push_back(static_cast<std::uint64_t>(10 * i));
+        }
         const BookFile file(entries_of_keys(keys));
         for (int i = 1; i <= count; ++i) {
-            const auto key = static_cast<std::uint64_t>(10 * i);
+            auto const key = static_cast<std::uint64_t>(10 * i);
             EXPECT_EQ(look_up(file, key), i) << count;
             EXPECT_EQ(look_up(file, key - 1), 0) << count;
             EXPECT_EQ(look_up(file, key + 1), 0) << count;
@@ -124,7 +128,9 @@ TEST(BookSearchTest, KeysAreUnsigned) {
                                              0xFF00000000000000U,
                                              highest_key};
     const BookFile file(entries_of_keys(keys));
-    for (int word = 1; const std::uint64_t key : keys) EXPECT_EQ(look_up(file, key), word++);
+    for (int word = 1; const std::uint64_t key : keys) {
+        EXPECT_EQ(look_up(file, key), word++);
+    }
     EXPECT_EQ(look_up(file, 0x8000000000000001U), 0);
 }
 
@@ -133,13 +139,17 @@ TEST(BookSearchTest, FourEntriesOfOneKeyAcrossAProbeAreAllCollected) {
         for (int behind = 0; behind <= 12; behind += 3) {
             std::vector<Book_record> entries(static_cast<std::size_t>(before),
                                              book_entry(10, 100, 0xFFFF));
-            for (int word = 1; word <= 4; ++word) entries.push_back(book_entry(20, word, 1 + word));
+            for (int word = 1; word <= 4; ++word) {
+                entries.push_back(book_entry(20, word, 1 + word));
+            }
             entries.insert(entries.end(), static_cast<std::size_t>(behind),
                            book_entry(30, 200, 0xFFFF));
             const BookFile file(entries);
             const std::set<int> all = {1, 2, 3, 4};
             std::set<int> seen;
-            for (int draw = 0; draw < 2000 && seen != all; ++draw) seen.insert(look_up(file, 20));
+            for (int draw = 0; draw < 2000 && seen != all; ++draw) {
+                seen.insert(look_up(file, 20));
+            }
             EXPECT_EQ(seen, all) << before << " before, " << behind << " behind";
         }
     }
@@ -158,7 +168,9 @@ TEST(BookSearchTest, LargeRunOfAnotherKeyInFrontIsPassedOver) {
 std::set<std::uint64_t> random_keys(std::size_t count) {
     std::mt19937_64 random(20240229);
     std::set<std::uint64_t> keys;
-    while (keys.size() < count) keys.insert(random());
+    while (keys.size() < count) {
+        keys.insert(random());
+    }
     return keys;
 }
 
@@ -168,11 +180,13 @@ std::vector<Book_record> heavy_entries(std::set<std::uint64_t> const& keys, int 
                                        std::map<std::uint64_t, int>& drawn) {
     std::vector<Book_record> entries;
     for (int word = 1; const std::uint64_t key : keys) {
-        const int count = 1 + static_cast<int>(key % 5);
+        int const count = 1 + static_cast<int>(key % 5);
         for (int i = 0; i < count; ++i, word = word % 0x0FFF + 1) {
-            const bool is_heavy = i == std::min(heavy, count - 1);
+            bool const is_heavy = i == std::min(heavy, count - 1);
             entries.push_back(book_entry(key, word, is_heavy ? 0xFFFF : 0));
-            if (is_heavy) drawn[key] = word;
+            if (is_heavy) {
+                drawn[key] = word;
+            }
         }
     }
     return entries;
@@ -186,7 +200,9 @@ TEST(BookSearchTest, EveryEntryOfAManyKeyedBookIsFound) {
         for (auto const& [key, word] : drawn) {
             int found = look_up(file, key);
             // A remainder of zero gives the first entry in its place.
-            for (int retry = 0; retry < 5 && found != word; ++retry) found = look_up(file, key);
+            for (int retry = 0; retry < 5 && found != word; ++retry) {
+                found = look_up(file, key);
+            }
             ASSERT_EQ(found, word) << key;
         }
     }
@@ -200,7 +216,9 @@ TEST(BookSearchTest, AbsentKeysOfAManyKeyedBookGiveNothing) {
     for (const std::uint64_t key : keys) {
         const std::uint64_t between = before + (key - before) / 2;
         for (const std::uint64_t absent : {key - 1, key + 1, between}) {
-            if (keys.contains(absent)) continue;
+            if (keys.contains(absent)) {
+                continue;
+            }
             ASSERT_EQ(look_up(file, absent), 0) << absent;
         }
         before = key;
@@ -231,7 +249,7 @@ std::vector<book_case_t> published_cases() {
 
 TEST(BookSearchTest, PositionsOfTheBookFormatFindTheirMoves) {
     ChessPosition position(test::shared_tables());
-    const auto play = [&](book_case_t const& c) {
+    auto const play = [&](book_case_t const& c) {
         position.newgame();
         for (std::string const& move : c.moves) {
             position.make_move(position.convert_to_move(move));
@@ -246,7 +264,9 @@ TEST(BookSearchTest, PositionsOfTheBookFormatFindTheirMoves) {
     }
     ASSERT_EQ(sorted.size(), 9U);
     std::vector<Book_record> entries;
-    for (auto const& [key, entry] : sorted) entries.push_back(entry);
+    for (auto const& [key, entry] : sorted) {
+        entries.push_back(entry);
+    }
     const BookFile file(entries);
 
     for (book_case_t const& c : published_cases()) {

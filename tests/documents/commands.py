@@ -17,7 +17,7 @@ PLAIN_WORD = re.compile(r"^[a-z][a-z0-9-]*$")
 PREFIXES = ("sudo", "nice", "exec", "time")
 # Programs of the system that a document may name; they need not be installed here.
 SYSTEM = frozenset(
-    "apt apt-get callgrind_annotate cat cd chmod clang-format-14 clang-tidy-14 cp cutechess-cli "
+    "apt apt-get callgrind_annotate cat cd chmod clang-format-16 clang-tidy-14 cp cutechess-cli "
     "curl docker dpkg dpkg-deb echo find git head install less lintian ls make man mkdir ninja "
     "parallel perf polyglot printf pychess python3 rm sh sha256sum sleep ssh tail tar valgrind "
     "wget xargs xboard xdg-open".split()

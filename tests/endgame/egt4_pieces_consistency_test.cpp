@@ -23,8 +23,9 @@ class Egt4PiecesConsistency : public testing::Test {
             table().unmake_move(move);
             unsigned int const key = table().get_key();
             lent_.byte(key) = byte;
-            if (table().white_king() & diagonals)
+            if (table().white_king() & diagonals) {
                 lent_.byte(Egt4Pieces::get_mirror_key(key)) = byte;
+            }
             table().make_move(move);
         }
     }

@@ -37,7 +37,9 @@ void PrintTo(ending_t const& ending, std::ostream* stream) {
 std::vector<ending_t> endings_to_build() {
     ending_t const krkn = {
         "KRKN", white_rook, black_knight, 40, "8/7n/8/k7/7R/8/8/K7 w", "8/7R/8/k7/8/8/8/K7 b"};
-    if (short_tests) return {krkn};
+    if (short_tests) {
+        return {krkn};
+    }
     return {
         {"KBNK", white_knight, white_bishop, 33, "7k/6N1/8/8/8/8/K7/1B6 b",
          "8/6k1/8/8/8/8/K7/1B6 w"},
@@ -50,7 +52,9 @@ session_t session_of(ending_t const& ending) {
     std::string const command =
         "egt " + std::to_string(ending.piece1) + " " + std::to_string(ending.piece2);
     for (session_t const& session : read_sessions("tables.txt")) {
-        if (session.commands.at(0).text == command) return session;
+        if (session.commands.at(0).text == command) {
+            return session;
+        }
     }
     ADD_FAILURE() << "no session " << command;
     return {{{command, {}}}};
@@ -58,14 +62,18 @@ session_t session_of(ending_t const& ending) {
 
 counts_t counts_of(Egt4Pieces const& table) {
     counts_t counts{};
-    for (unsigned int key = 0; key < table.size(); ++key) ++counts.at(table[key]);
+    for (unsigned int key = 0; key < table.size(); ++key) {
+        ++counts.at(table[key]);
+    }
     return counts;
 }
 
 std::vector<std::string> lines_of(counts_t const& counts) {
     std::vector<std::string> lines;
     for (std::size_t value = 0; value < counts.size(); ++value) {
-        if (counts.at(value) == 0) continue;
+        if (counts.at(value) == 0) {
+            continue;
+        }
         lines.push_back("byte " + std::to_string(value) + ' ' + std::to_string(counts.at(value)));
     }
     return lines;
@@ -73,7 +81,9 @@ std::vector<std::string> lines_of(counts_t const& counts) {
 
 /// Keys that hold kings and at most a knight or bishop, which win nothing.
 bool is_dead(Egt4Pieces const& table, unsigned int key) {
-    if (!Egt4Pieces::is_legal_key(key) || table[key] == Egt4Pieces::illegal) return false;
+    if (!Egt4Pieces::is_legal_key(key) || table[key] == Egt4Pieces::illegal) {
+        return false;
+    }
     unsigned int const black_king = key >> 13 & 63;
     bool const without1 = (key >> 1 & 63) == black_king;
     bool const without2 = (key >> 7 & 63) == black_king;
@@ -86,11 +96,15 @@ bool is_dead(Egt4Pieces const& table, unsigned int key) {
 std::vector<unsigned char> dead_bytes(Egt4Pieces const& table) {
     std::array<bool, 256> seen{};
     for (unsigned int key = 0; key < table.size(); ++key) {
-        if (is_dead(table, key)) seen.at(table[key]) = true;
+        if (is_dead(table, key)) {
+            seen.at(table[key]) = true;
+        }
     }
     std::vector<unsigned char> bytes;
     for (std::size_t value = 0; value < seen.size(); ++value) {
-        if (seen.at(value)) bytes.push_back(static_cast<unsigned char>(value));
+        if (seen.at(value)) {
+            bytes.push_back(static_cast<unsigned char>(value));
+        }
     }
     return bytes;
 }
@@ -139,7 +153,9 @@ void expect_session(Egt4Pieces& table, ending_t const& ending) {
 int longest_win(Egt4Pieces const& table) {
     int longest = 0;
     for (unsigned int key = 1; key < table.size(); key += 2) {
-        if (table[key] <= 100) longest = std::max(longest, (table[key] + 1) / 2);
+        if (table[key] <= 100) {
+            longest = std::max(longest, (table[key] + 1) / 2);
+        }
     }
     return longest;
 }
@@ -149,7 +165,9 @@ unsigned int unequal_reflections(Egt4Pieces const& table) {
     unsigned int unequal = 0;
     for (unsigned int const index : {0U, 4U, 7U, 9U}) {
         for (unsigned int key = index << 19; key < (index + 1) << 19; ++key) {
-            if (table[key] != table[Egt4Pieces::get_mirror_key(key)]) ++unequal;
+            if (table[key] != table[Egt4Pieces::get_mirror_key(key)]) {
+                ++unequal;
+            }
         }
     }
     return unequal;

@@ -40,7 +40,9 @@ unsigned char pattern(unsigned int key) {
 std::string numbers(std::size_t count, std::string const& number) {
     std::string text;
     text.reserve(count * (number.size() + 1));
-    for (std::size_t i = 0; i < count; ++i) text += number + ' ';
+    for (std::size_t i = 0; i < count; ++i) {
+        text += number + ' ';
+    }
     return text;
 }
 
@@ -83,7 +85,9 @@ TEST_F(Egt4PiecesFile, LoadsWhatItSavedInTheExactForm) {
     std::string expected = "begin{KQKR}";
     for (unsigned int key = 0; key < lent.table().size(); ++key) {
         lent.byte(key) = pattern(key);
-        if (key % 16 == 0) expected += '\n';
+        if (key % 16 == 0) {
+            expected += '\n';
+        }
         expected += std::to_string(pattern(key)) + ' ';
     }
     expected += "\nend{KQKR}";
@@ -146,7 +150,9 @@ TEST_F(Egt4PiecesFile, LoadingStoresTheLowByteOfANumber) {
     write("begin{KRKN} 256 -1 300 +7 2147483647 -2147483648 0128");
     EXPECT_EQ(load_error(), failed_at(7));
     std::vector<int> stored;
-    for (unsigned int key = 0; key < 7; ++key) stored.push_back(krkn_[key]);
+    for (unsigned int key = 0; key < 7; ++key) {
+        stored.push_back(krkn_[key]);
+    }
     EXPECT_EQ(stored, (std::vector<int>{0, 255, 44, 7, 255, 0, 128}));
 }
 
@@ -219,7 +225,9 @@ TEST_F(Egt4PiecesFile, EachOfThreeLettersEndsTheTable) {
     Egt4Pieces& table = lent.table();
     std::string const all = "begin{KRKN}\n" + numbers(table.size(), "1");
     std::vector<std::string> words = {"e", "xn", "xxd", "x", "dne"};
-    if (!short_tests) words.insert(words.end(), {"end{KRKN}", "xxnd", "", "x e", "7"});
+    if (!short_tests) {
+        words.insert(words.end(), {"end{KRKN}", "xxnd", "", "x e", "7"});
+    }
     for (std::string const& word : words) {
         bool const ends =
             word == "e" || word == "xn" || word == "xxd" || word == "end{KRKN}" || word == "dne";

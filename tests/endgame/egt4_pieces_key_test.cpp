@@ -127,7 +127,9 @@ TEST_F(Egt4PiecesKey, EverySquareOfTheWhiteKingFallsIntoTheTriangle) {
         std::string text(64, '1');
         text.at(static_cast<std::size_t>((7 - square / 8) * 8 + square % 8)) = 'K';
         text.at(text.find('1')) = 'k';
-        for (std::size_t rank_end = 56; rank_end > 0; rank_end -= 8) text.insert(rank_end, "/");
+        for (std::size_t rank_end = 56; rank_end > 0; rank_end -= 8) {
+            text.insert(rank_end, "/");
+        }
         unsigned int const index = king_index(key_of(kqkr_, text + " w"));
         ASSERT_LT(index, triangle.size()) << text;
         EXPECT_EQ(triangle.at(index), expected.name()) << text;
@@ -156,10 +158,14 @@ TEST_F(Egt4PiecesKey, SetAndGetGiveTheSameKeyForEveryLegalKey) {
     unsigned int legal = 0;
     unsigned int different = 0;
     for (unsigned int i = 0; i < kqkr_.size(); i += step) {
-        if (!Egt4Pieces::is_legal_key(i)) continue;
+        if (!Egt4Pieces::is_legal_key(i)) {
+            continue;
+        }
         ++legal;
         kqkr_.set_key(i);
-        if (kqkr_.get_key() != i) ++different;
+        if (kqkr_.get_key() != i) {
+            ++different;
+        }
     }
     EXPECT_EQ(different, 0U);
     // The black king not on the white one, each piece on none of the two, or captured.

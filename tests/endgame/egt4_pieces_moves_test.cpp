@@ -28,9 +28,13 @@ char letter(int piece_id) {
 std::string text(moves_t const& moves) {
     std::string all;
     for (Move const& move : moves) {
-        if (!all.empty()) all += ' ';
+        if (!all.empty()) {
+            all += ' ';
+        }
         all += letter(move.piece_id()) + move.from().name() + move.to().name();
-        if (move.capture_id() != no_piece) all += std::string("x") + letter(move.capture_id());
+        if (move.capture_id() != no_piece) {
+            all += std::string("x") + letter(move.capture_id());
+        }
     }
     return all;
 }
@@ -208,13 +212,17 @@ TEST_F(Egt4PiecesMoves, EachMoveIsAPreviousMoveOfItsTargetAndBack) {
             return std::count(list.begin(), list.end(), move) == 1;
         };
         for (unsigned int key = 0; key < table.size(); key += short_tests ? 9973 : 997) {
-            if (!Egt4Pieces::is_legal_key(key)) continue;
+            if (!Egt4Pieces::is_legal_key(key)) {
+                continue;
+            }
             table.set_key(key);
             std::string const start = table.fen();
             table.generate_moves(moves);
             for (Move const& move : moves) {
                 // A captured king is no position.
-                if (move.to().bitboard() & (table.white_king() | table.black_king())) continue;
+                if (move.to().bitboard() & (table.white_king() | table.black_king())) {
+                    continue;
+                }
                 table.make_move(move);
                 table.generate_previous_moves(previous);
                 table.unmake_move(move);

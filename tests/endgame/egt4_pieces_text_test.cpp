@@ -241,7 +241,9 @@ TEST_F(Egt4PiecesText, StatsPrintsTheCountOfEachByteInGroupsOfEight) {
     lent.byte(2U) = 9;
     std::string expected;
     for (int value = 0; value < 256; ++value) {
-        if (value % 8 == 0) expected += '\n';
+        if (value % 8 == 0) {
+            expected += '\n';
+        }
         if (value == 0) {
             expected += "      1  ";
         } else if (value == 9) {

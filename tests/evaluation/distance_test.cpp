@@ -49,7 +49,9 @@ TEST(Distance, to_a_set_is_the_least_distance_to_a_member) {
 
 TEST(Distance, empty_set_is_eight_away) {
     Distance const distance;
-    for (int from = 0; from < 64; ++from) EXPECT_EQ(distance(Square(from), BitBoard()), 8);
+    for (int from = 0; from < 64; ++from) {
+        EXPECT_EQ(distance(Square(from), BitBoard()), 8);
+    }
 }
 
 TEST(Distance, no_square_is_eight_away_from_everything) {

@@ -41,7 +41,9 @@ TEST(EvaluationDispatchTest, PawnOnAnyFile) {
     for (char file = 'a'; file <= 'h'; ++file) {
         int const index = file - 'a';
         std::string rank;
-        if (index > 0) rank += std::to_string(index);
+        if (index > 0) {
+            rank += std::to_string(index);
+        }
         std::string const white = rank + "P" + (index < 7 ? std::to_string(7 - index) : "");
         std::string const black = rank + "p" + (index < 7 ? std::to_string(7 - index) : "");
         expect_replaced(("k7/8/8/" + white + "/8/8/8/4K3").c_str(), &Evaluation::KPK);

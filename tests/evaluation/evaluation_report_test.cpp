@@ -17,15 +17,15 @@ std::string expected_report(Evaluation const& evaluation) {
     Weight const weight;
     for (std::size_t i = 0; i < 47; ++i) {
         float const v = evaluation.variable_vector()[i];
-        volatile float const mg = v * weight.mg[i];
-        volatile float const eg = v * weight.eg[i];
+        float const volatile mg = v * weight.mg[i];
+        float const volatile eg = v * weight.eg[i];
         char line[128];
         std::snprintf(line, sizeof(line), "%-30s%20g     %20g\n", weight.names[i].c_str(),
                       static_cast<double>(mg), static_cast<double>(eg));
         text += line;
-        volatile float const mg_part = mg * evaluation.mg_phase();
-        volatile float const eg_part = eg * evaluation.eg_phase();
-        volatile float sum = static_cast<float>(total) + mg_part;
+        float const volatile mg_part = mg * evaluation.mg_phase();
+        float const volatile eg_part = eg * evaluation.eg_phase();
+        float volatile sum = static_cast<float>(total) + mg_part;
         sum = sum + eg_part;
         total = static_cast<int>(sum);
     }

@@ -26,7 +26,9 @@ TEST(EvaluationTest, ANewObjectHasZeroTermsAndTheMiddleGamePhase) {
     ChessPosition const position(shared_tables());
     Evaluation const evaluation(position, shared_tables());
     ASSERT_EQ(evaluation.variable_vector().size(), 47U);
-    for (float const v : evaluation.variable_vector()) EXPECT_EQ(v, 0.0F);
+    for (float const v : evaluation.variable_vector()) {
+        EXPECT_EQ(v, 0.0F);
+    }
     EXPECT_EQ(evaluation.mg_phase(), 1.0F);
     EXPECT_EQ(evaluation.eg_phase(), 0.0F);
     EXPECT_EQ(evaluation.score(), 0.0F);

@@ -49,7 +49,9 @@ TEST(FastForms, rounding_is_that_of_the_library_for_any_bits) {
         auto const word = static_cast<std::uint32_t>(random());
         float x = 0.0F;
         std::memcpy(&x, &word, sizeof x);
-        if (!std::isnan(x)) expect_rounded(x);
+        if (!std::isnan(x)) {
+            expect_rounded(x);
+        }
     }
 }
 
@@ -99,12 +101,16 @@ TEST(FastForms, zones_are_counted_alike_for_every_king) {
             ChessPosition position(shared_tables());
             position.clear();
             Square const other(static_cast<int>(random() % 64));
-            if (other == Square(square)) continue;
+            if (other == Square(square)) {
+                continue;
+            }
             position.set_piece_on(Square(square), Piece(white_king));
             position.set_piece_on(other, Piece(black_king));
             for (int man = 0; man < 24; ++man) {
                 Square const at(static_cast<int>(random() % 64));
-                if (position.get_piece_id_from(at) != 0) continue;
+                if (position.get_piece_id_from(at) != 0) {
+                    continue;
+                }
                 int const type = static_cast<int>(random() % 5) + 1;
                 position.set_piece_on(at, Piece(type + ((random() & 1) != 0 ? 8 : 0)));
             }

@@ -90,7 +90,9 @@ TEST(MaterialTest, WarmUpRowsFallIntoDifferentSlots) {
     ASSERT_EQ(tp.size(), 1000U);
     EXPECT_EQ(sizeof(tp), 16000U);
     std::set<std::size_t> slots;
-    for (tp_row_t const& row : tp) slots.insert(Material::slot(row.key));
+    for (tp_row_t const& row : tp) {
+        slots.insert(Material::slot(row.key));
+    }
     EXPECT_EQ(slots.size(), 1000U);
 }
 

@@ -298,7 +298,7 @@ void expect_looked_up_queen_checks(std::string const& fen) {
 }
 
 TEST(Mobility, queen_checks_are_looked_up_where_the_position_does_not_know_them) {
-    for (const char* const fen : {
+    for (char const* const fen : {
              "3qk3/8/8/8/8/8/8/3QK3 w - - 0 1",
              "3qk3/8/8/8/8/8/8/3Q4 w - - 0 1",      // no white king
              "3q4/8/8/8/8/8/8/3QK3 w - - 0 1",      // no black king

@@ -89,7 +89,9 @@ TEST(PawnHashTable, stats_of_a_new_table) {
 
 TEST(PawnHashTable, stats_count_first_conflicting_and_all_reads) {
     PawnHashTable table;
-    for (std::uint64_t key = 1; key <= 8192; ++key) store(table, record_of(key, 0));
+    for (std::uint64_t key = 1; key <= 8192; ++key) {
+        store(table, record_of(key, 0));
+    }
     EXPECT_TRUE(table.read(1));
     EXPECT_FALSE(table.read(1 + 16384));
     EXPECT_FALSE(table.read(2 + 16384));
@@ -101,7 +103,9 @@ TEST(PawnHashTable, stats_count_first_conflicting_and_all_reads) {
 
 TEST(PawnHashTable, stats_of_a_full_table) {
     PawnHashTable table;
-    for (std::uint64_t key = 1; key <= 16384; ++key) store(table, record_of(key, 0));
+    for (std::uint64_t key = 1; key <= 16384; ++key) {
+        store(table, record_of(key, 0));
+    }
     EXPECT_EQ(table.stats(),
               "PawnHashTable::stats() usage: 100%  first pht reads: 0  conflicting pht reads: 0  "
               "total reads: 0\n");

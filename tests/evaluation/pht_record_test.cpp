@@ -26,7 +26,9 @@ struct Expected {
             }
             add_pawn(id % 8, id / 8);
         }
-        for (int id = 0; id < 64; ++id) add_square(id % 8, id / 8);
+        for (int id = 0; id < 64; ++id) {
+            add_square(id % 8, id / 8);
+        }
         add_connected();
         bool previous = false;
         for (int file = 0; file < 8; ++file) {
@@ -37,12 +39,16 @@ struct Expected {
     }
 
     static bool holds(BitBoard const& set, int file, int rank) {
-        if (file < 0 || file > 7 || rank < 0 || rank > 7) return false;
+        if (file < 0 || file > 7 || rank < 0 || rank > 7) {
+            return false;
+        }
         return static_cast<bool>(set & Square(file + 8 * rank).bitboard());
     }
     static bool file_has(BitBoard const& set, int file) {
         for (int rank = 0; rank < 8; ++rank) {
-            if (holds(set, file, rank)) return true;
+            if (holds(set, file, rank)) {
+                return true;
+            }
         }
         return false;
     }
@@ -54,25 +60,43 @@ struct Expected {
         bool held = false;
         for (int r = 0; r < 8; ++r) {
             for (int f = file - 1; f <= file + 1; ++f) {
-                if (f != file && r <= rank && holds(own_, f, r)) friend_beside = true;
-                if (r > rank && holds(enemy_, f, r)) held = true;
+                if (f != file && r <= rank && holds(own_, f, r)) {
+                    friend_beside = true;
+                }
+                if (r > rank && holds(enemy_, f, r)) {
+                    held = true;
+                }
             }
         }
-        if (!friend_beside) weak.set_square(square);
-        if (!held) passed.set_square(square);
-        if (!file_has(own_, file - 1) && !file_has(own_, file + 1)) ++isolated;
+        if (!friend_beside) {
+            weak.set_square(square);
+        }
+        if (!held) {
+            passed.set_square(square);
+        }
+        if (!file_has(own_, file - 1) && !file_has(own_, file + 1)) {
+            ++isolated;
+        }
         bool second = false;
-        for (int r = rank + 1; r <= rank + 4; ++r) second = second || holds(own_, file, r);
+        for (int r = rank + 1; r <= rank + 4; ++r) {
+            second = second || holds(own_, file, r);
+        }
         doubled += second ? 1 : 0;
         rookpawns += file == 0 || file == 7 ? 1 : 0;
     }
 
     void add_square(int file, int rank) {
         Square const square(file + 8 * rank);
-        if (!file_has(own_, file)) open_files.set_square(square);
-        if (holds(passed, file, rank - 1)) stop.set_square(square);
+        if (!file_has(own_, file)) {
+            open_files.set_square(square);
+        }
+        if (holds(passed, file, rank - 1)) {
+            stop.set_square(square);
+        }
         for (int r = rank - 7; r <= rank - 2; ++r) {
-            if (holds(passed, file, r)) ahead.set_square(square);
+            if (holds(passed, file, r)) {
+                ahead.set_square(square);
+            }
         }
         if (file_has(passed, file) && !holds(passed, file, rank) && !holds(stop, file, rank) &&
             !holds(ahead, file, rank)) {
@@ -83,7 +107,9 @@ struct Expected {
     void add_connected() {
         for (int id = 0; id < 64; ++id) {
             int const file = id % 8;
-            if (!holds(passed, file, id / 8)) continue;
+            if (!holds(passed, file, id / 8)) {
+                continue;
+            }
             bool const connected = file_has(passed, file - 1) || file_has(passed, file + 1);
             passer_score += value(id / 8) * (connected ? 2 : 1);
         }
@@ -133,7 +159,9 @@ void compare_with_slow_analysis(BitBoard const& white, BitBoard const& black) {
 /// A random set that keeps each square with probability 2^-draws.
 std::uint64_t sparse_set(std::mt19937_64& random, int draws) {
     std::uint64_t set = random();
-    for (int draw = 1; draw < draws; ++draw) set &= random();
+    for (int draw = 1; draw < draws; ++draw) {
+        set &= random();
+    }
     return set;
 }
 

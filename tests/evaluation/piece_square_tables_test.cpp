@@ -17,7 +17,9 @@ using sums_t = std::array<PieceSquareTables::pair_t, 15>;
 
 sums_t sums_of(PieceSquareTables const& tables) {
     sums_t sums;
-    for (int id = 0; id < 15; ++id) sums[static_cast<std::size_t>(id)] = tables.score(id);
+    for (int id = 0; id < 15; ++id) {
+        sums[static_cast<std::size_t>(id)] = tables.score(id);
+    }
     return sums;
 }
 
@@ -180,7 +182,9 @@ TEST(PieceSquareTablesTest, MakingAddsTheTargetBeforeItTakesTheOrigin) {
     int origins_differing = 0;
     for (int from = 0; from < 64; ++from) {
         for (int to = 0; to < 64; ++to) {
-            if (from == to) continue;
+            if (from == to) {
+                continue;
+            }
             tables.init(position);
             float const start = tables.score(4).first;
             float const in = tables.middle_game(4, to);
@@ -197,7 +201,9 @@ TEST(PieceSquareTablesTest, MakingAddsTheTargetBeforeItTakesTheOrigin) {
             EXPECT_EQ(tables.score(4).first, unmade);
             float other = start - out;
             other += in;
-            if (other != made) ++origins_differing;
+            if (other != made) {
+                ++origins_differing;
+            }
         }
     }
     EXPECT_GT(origins_differing, 0);

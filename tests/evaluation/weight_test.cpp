@@ -8,9 +8,9 @@ namespace orvelin {
 namespace {
 
 struct row_t {
-    const char* name;
-    const char* mg;
-    const char* eg;
+    char const* name;
+    char const* mg;
+    char const* eg;
 };
 
 // Kept as text and read with strtof, so that a slip in a literal of the code shows.

@@ -42,7 +42,9 @@ std::vector<kept_input_t> kept_inputs() {
     std::vector<kept_input_t> inputs;
     for (target_t const& target : targets) {
         files::path const folder = files::path(data_folder) / "fuzz" / target.name;
-        if (!files::is_directory(folder)) continue;
+        if (!files::is_directory(folder)) {
+            continue;
+        }
         for (auto const& entry : files::directory_iterator(folder)) {
             inputs.push_back({target, entry.path()});
         }
@@ -54,7 +56,9 @@ std::vector<kept_input_t> kept_inputs() {
 
 std::string bytes_of(files::path const& path) {
     std::ifstream file(path, std::ios::binary);
-    if (!file) throw std::runtime_error("cannot read " + path.string());
+    if (!file) {
+        throw std::runtime_error("cannot read " + path.string());
+    }
     std::ostringstream bytes;
     bytes << file.rdbuf();
     return bytes.str();
@@ -91,7 +95,9 @@ TEST(FuzzReplayData, IsSmallAndFew) {
     std::vector<kept_input_t> const inputs = kept_inputs();
     EXPECT_LE(inputs.size(), 200U);
     std::uintmax_t bytes = 0;
-    for (kept_input_t const& input : inputs) bytes += files::file_size(input.path);
+    for (kept_input_t const& input : inputs) {
+        bytes += files::file_size(input.path);
+    }
     EXPECT_LE(bytes, std::uintmax_t{1} << 20);
 }
 

@@ -41,7 +41,9 @@ class BruteForce : public testing::TestWithParam<std::string> {
         std::vector<plain_move_t> expected = PlainBoard(position_).legal_moves();
         generator_.generate_moves(position_, list_);
         std::vector<plain_move_t> found;
-        for (Move const& move : list_) found.push_back(plain(move));
+        for (Move const& move : list_) {
+            found.push_back(plain(move));
+        }
         std::sort(found.begin(), found.end());
         ASSERT_EQ(texts(found), texts(expected)) << position_.fen();
     }
@@ -55,16 +57,22 @@ class BruteForce : public testing::TestWithParam<std::string> {
         std::vector<plain_move_t> filtered;
         for (Move const& move : list_) {
             bool const promotion = move.code() >= promo_queen && move.code() <= promo_knight;
-            if (promotion || move.capture()) filtered.push_back(plain(move));
+            if (promotion || move.capture()) {
+                filtered.push_back(plain(move));
+            }
         }
         std::vector<plain_move_t> found;
-        for (Move const& move : captures) found.push_back(plain(move));
+        for (Move const& move : captures) {
+            found.push_back(plain(move));
+        }
         ASSERT_EQ(texts(found), texts(filtered)) << position_.fen();
     }
 
     static std::vector<std::string> texts(std::vector<plain_move_t> const& moves) {
         std::vector<std::string> result;
-        for (plain_move_t const& move : moves) result.push_back(text_of(move));
+        for (plain_move_t const& move : moves) {
+            result.push_back(text_of(move));
+        }
         return result;
     }
 
@@ -82,8 +90,12 @@ TEST_P(BruteForce, GeneratorFindsTheSameMovesAndChecks) {
         for (int ply = 0; ply < plies_per_game; ++ply) {
             expect_agreement();
             expect_captures_to_be_the_filtered_list();
-            if (HasFatalFailure()) return;
-            if (list_.size() == 0) break;
+            if (HasFatalFailure()) {
+                return;
+            }
+            if (list_.size() == 0) {
+                break;
+            }
             auto const chosen = static_cast<int>(random() % list_.size());
             position_.make_move(list_[chosen]);
         }

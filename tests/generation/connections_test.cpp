@@ -22,9 +22,13 @@ BitBoard between(int a, int b) {
     int const ranks = b / 8 - a / 8;
     bool const on_line = files == 0 || ranks == 0 || std::abs(files) == std::abs(ranks);
     BitBoard squares;
-    if (!on_line || a == b) return squares;
+    if (!on_line || a == b) {
+        return squares;
+    }
     int const step = std::clamp(files, -1, 1) + 8 * std::clamp(ranks, -1, 1);
-    for (int s = a + step; s != b; s += step) squares.set_square(Square(s));
+    for (int s = a + step; s != b; s += step) {
+        squares.set_square(Square(s));
+    }
     return squares;
 }
 

@@ -36,7 +36,9 @@ class GeneratorFixture : public testing::Test {
 
     static texts_t texts(std::vector<Move> const& list) {
         texts_t result;
-        for (Move const& move : list) result.push_back(move.algebraic(true));
+        for (Move const& move : list) {
+            result.push_back(move.algebraic(true));
+        }
         return result;
     }
 
@@ -44,7 +46,9 @@ class GeneratorFixture : public testing::Test {
     texts_t moves_from(std::string const& fen, std::string const& from) {
         texts_t result;
         for (std::string const& text : texts(moves(fen))) {
-            if (text.substr(0, 2) == from) result.push_back(text);
+            if (text.substr(0, 2) == from) {
+                result.push_back(text);
+            }
         }
         return result;
     }
@@ -52,7 +56,9 @@ class GeneratorFixture : public testing::Test {
     /// The move with this text, the empty move when it is not generated.
     Move find(std::string const& fen, std::string const& text) {
         for (Move const& move : moves(fen)) {
-            if (move.algebraic(true) == text) return move;
+            if (move.algebraic(true) == text) {
+                return move;
+            }
         }
         return Move();
     }

@@ -33,7 +33,9 @@ TEST(HashKeys, PieceKeysAreThePublishedOnesByPieceId) {
 TEST(HashKeys, RowsWithoutAManAreZero) {
     HashKeys const keys = make_polyglot_keys();
     for (int const id : {0, 7, 8}) {
-        for (int square = 0; square < 64; ++square) EXPECT_EQ(keys.piece[id][square], 0U);
+        for (int square = 0; square < 64; ++square) {
+            EXPECT_EQ(keys.piece[id][square], 0U);
+        }
     }
 }
 
@@ -51,8 +53,12 @@ TEST(HashKeys, PawnKeysEqualThePieceKeysOfPawnsAndAreZeroElsewhere) {
 
 TEST(HashKeys, CastlingEnPassantAndTurnKeysFollowThePieceKeys) {
     HashKeys const keys = make_polyglot_keys();
-    for (int i = 0; i < 4; ++i) EXPECT_EQ(keys.castling[i], published(768 + i));
-    for (int file = 0; file < 8; ++file) EXPECT_EQ(keys.en_passant[file], published(772 + file));
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_EQ(keys.castling[i], published(768 + i));
+    }
+    for (int file = 0; file < 8; ++file) {
+        EXPECT_EQ(keys.en_passant[file], published(772 + file));
+    }
     EXPECT_EQ(keys.turn, rndh[780]);
 }
 
@@ -66,7 +72,9 @@ TEST(HashKeys, StartPositionHashesToItsPublishedKey) {
         key ^= keys.piece[id][file] ^ keys.piece[id + 8][56 + file];
         key ^= keys.piece[1][8 + file] ^ keys.piece[9][48 + file];
     }
-    for (std::uint64_t const castling_key : keys.castling) key ^= castling_key;
+    for (std::uint64_t const castling_key : keys.castling) {
+        key ^= castling_key;
+    }
     EXPECT_EQ(key, 0x463B96181691FC9C);
 }
 
@@ -81,13 +89,21 @@ TEST(HashKeys, SecondSetIsTheAndOfThreeDrawsInMemberOrder) {
     };
     HashKeys const keys = make_random_keys();
     for (auto const& row : keys.piece) {
-        for (std::uint64_t const key : row) expect_next(key);
+        for (std::uint64_t const key : row) {
+            expect_next(key);
+        }
     }
     for (auto const& row : keys.pawn) {
-        for (std::uint64_t const key : row) expect_next(key);
+        for (std::uint64_t const key : row) {
+            expect_next(key);
+        }
     }
-    for (std::uint64_t const key : keys.castling) expect_next(key);
-    for (std::uint64_t const key : keys.en_passant) expect_next(key);
+    for (std::uint64_t const key : keys.castling) {
+        expect_next(key);
+    }
+    for (std::uint64_t const key : keys.en_passant) {
+        expect_next(key);
+    }
     expect_next(keys.turn);
 }
 

@@ -10,7 +10,9 @@ class CastlingTest : public GeneratorFixture {
     texts_t castlings(std::string const& fen) {
         std::vector<Move> result;
         for (Move const& move : moves(fen)) {
-            if (move.code() == castling) result.push_back(move);
+            if (move.code() == castling) {
+                result.push_back(move);
+            }
         }
         return texts(result);
     }

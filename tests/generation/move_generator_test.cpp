@@ -36,7 +36,9 @@ TEST_F(MoveGeneratorTest, QuietPromotionsComeBehindRealCaptures) {
     std::vector<Move> const list = captures("1n6/P6k/8/3p4/4P3/8/8/K7 w - - 0 1");
     EXPECT_EQ(texts(list), (texts_t{"a7b8q", "a7b8r", "a7b8b", "a7b8n", "e4d5", "a7a8q", "a7a8r",
                                     "a7a8b", "a7a8n"}));
-    for (std::size_t i = 5; i < list.size(); ++i) EXPECT_FALSE(list[i].capture());
+    for (std::size_t i = 5; i < list.size(); ++i) {
+        EXPECT_FALSE(list[i].capture());
+    }
 }
 
 TEST_F(MoveGeneratorTest, BlackPromotesOnTheFirstRank) {
@@ -74,7 +76,9 @@ TEST_F(MoveGeneratorTest, FullListComesOutInItsFixedOrder) {
     std::string origins;
     for (std::string const& text : list) {
         std::string const from = text.substr(0, 2);
-        if (origins.size() < 2 || origins.substr(origins.size() - 2) != from) origins += from;
+        if (origins.size() < 2 || origins.substr(origins.size() - 2) != from) {
+            origins += from;
+        }
     }
     // Queen, rooks, knight, bishop, pawn, king, and castling last.
     EXPECT_EQ(origins, "d1a1h1b1f1e3e1");
@@ -93,7 +97,9 @@ TEST_F(MoveGeneratorTest, TableHoldsOwnMenButNeitherStageListsThem) {
     EXPECT_EQ(BitBoard(table[1]), (BitBoard{Square("a3"), Square("c3"), Square("d2")}));
     MoveList list;
     generator_.serialize_moves(position_, table, list);
-    for (Move const& move : list) EXPECT_NE(move.to(), Square("d2"));
+    for (Move const& move : list) {
+        EXPECT_NE(move.to(), Square("d2"));
+    }
 }
 
 TEST_F(MoveGeneratorTest, TableIsZeroWhereNoOwnManStands) {
@@ -168,7 +174,9 @@ TEST_F(MoveGeneratorTest, MoreMovesThanAListHoldsAreDropped) {
     generator_.generate_moves(position_, list);
     EXPECT_EQ(list.size(), 256U);
     EXPECT_NE(storage[255], untouched);
-    for (std::size_t i = 256; i < storage.size(); ++i) EXPECT_EQ(storage[i], untouched) << i;
+    for (std::size_t i = 256; i < storage.size(); ++i) {
+        EXPECT_EQ(storage[i], untouched) << i;
+    }
 }
 
 namespace {
@@ -180,7 +188,9 @@ std::string random_fen(std::mt19937& random) {
     auto const density = 1 + random() % 12;
     std::string fen;
     for (int s = 0; s < 64; ++s) {
-        if (s > 0 && s % 8 == 0) fen += '/';
+        if (s > 0 && s % 8 == 0) {
+            fen += '/';
+        }
         fen += random() % 12 < density ? letters[random() % letters.size()] : '1';
     }
     fen += random() % 2 == 0 ? " w " : " b ";
@@ -198,7 +208,9 @@ TEST_F(MoveGeneratorTest, PositionsMadeByHandGiveMovesOfTheirOwnMen) {
         std::string const fen = random_fen(random);
         for (Move const& move : moves(fen)) {
             // Castling goes by the squares; among many kings none may stand on the one named.
-            if (move.code() == castling) continue;
+            if (move.code() == castling) {
+                continue;
+            }
             ASSERT_EQ(move.piece_id(), position_[move.from().id()].id()) << fen;
             ASSERT_EQ(move.piece().black_piece(), position_.black_to_move()) << fen;
         }
@@ -213,7 +225,9 @@ TEST_F(MoveGeneratorTest, PositionsMadeByHandCanBePlayedOn) {
         for (int ply = 0; ply < 30; ++ply) {
             generator_.generate_moves(position_, list);
             ASSERT_LE(list.size(), 256U);
-            if (list.size() == 0) break;
+            if (list.size() == 0) {
+                break;
+            }
             position_.make_move(list[static_cast<int>(random() % list.size())]);
         }
     }

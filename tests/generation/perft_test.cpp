@@ -57,7 +57,9 @@ TEST_P(WellKnownPerft, counts_the_leaves_of_every_depth) {
     int depth = 0;
     for (const std::uint64_t leaves : GetParam().leaves) {
         ++depth;
-        if (leaves > leaf_limit) break;
+        if (leaves > leaf_limit) {
+            break;
+        }
         EXPECT_EQ(perft.count(position, depth), leaves) << "depth " << depth;
     }
     EXPECT_EQ(position.fen(), GetParam().fen);
@@ -75,7 +77,9 @@ TEST(PerftSessions, count_the_leaves_of_each_position) {
     for (session_t const& session : read_sessions("perft.txt")) {
         std::string position;
         for (session_command_t const& command : session.commands) {
-            if (command.text.starts_with("pos ")) position = command.text;
+            if (command.text.starts_with("pos ")) {
+                position = command.text;
+            }
             EXPECT_EQ(player.play(command.text), command.answer) << position;
         }
     }

@@ -13,10 +13,14 @@ TEST(Random64, HoldsThePublishedNumbersInTheirOrder) {
     std::ifstream file(data_folder + "/random64.txt");
     std::vector<std::uint64_t> published;
     std::uint64_t number = 0;
-    while (file >> std::hex >> number) published.push_back(number);
+    while (file >> std::hex >> number) {
+        published.push_back(number);
+    }
     ASSERT_EQ(published.size(), 781U);
     ASSERT_EQ(rndh.size(), 781U);
-    for (std::size_t i = 0; i < rndh.size(); ++i) EXPECT_EQ(rndh[i], published[i]) << i;
+    for (std::size_t i = 0; i < rndh.size(); ++i) {
+        EXPECT_EQ(rndh[i], published[i]) << i;
+    }
 }
 
 TEST(Random64, BeginsAndEndsAsPublished) {

@@ -25,7 +25,7 @@ bool rights_are_sound(ChessPosition const& position) {
     const std::uint64_t rights = position.castlingrights();
     const std::uint64_t white = rights & 0xFF;
     const std::uint64_t black = (rights >> 8) << 56;
-    const bool kings = (white == 0 || position.white_kingsfield().rank_number() == 0) &&
+    bool const kings = (white == 0 || position.white_kingsfield().rank_number() == 0) &&
                        (black == 0 || position.black_kingsfield().rank_number() == 7);
     return kings && (white & ~to_ull(position.white_rook())) == 0 &&
            (black & ~to_ull(position.black_rook())) == 0;
@@ -34,19 +34,22 @@ bool rights_are_sound(ChessPosition const& position) {
 /// Whether a pawn that has just made two steps stands beyond the en passant square.
 bool ep_is_sound(ChessPosition const& position) {
     const Square ep = position.ep();
-    if (ep == Square()) return true;
-    const bool white = position.white_to_move();
-    const int step = white ? 8 : -8;
-    const int pawn = white ? 9 : 1;
+    if (ep == Square()) {
+        return true;
+    }
+    bool const white = position.white_to_move();
+    int const step = white ? 8 : -8;
+    int const pawn = white ? 9 : 1;
     return ep.rank_number() == (white ? 5 : 2) && position[ep.id()].id() == 0 &&
            position[ep.id() - step].id() == pawn && position[ep.id() + step].id() == 0;
 }
 
 /// Whether a game could hold the position, as far as move generation can tell.
 bool is_sound(ChessPosition const& position) {
-    if (position.white_king().popcount() != 1 || position.black_king().popcount() != 1)
+    if (position.white_king().popcount() != 1 || position.black_king().popcount() != 1) {
         return false;
-    const bool mover_could_take_king = position.white_to_move()
+    }
+    bool const mover_could_take_king = position.white_to_move()
                                            ? position.white_attacks(position.black_king())
                                            : position.black_attacks(position.white_king());
     return !mover_could_take_king && rights_are_sound(position) && ep_is_sound(position);
@@ -54,9 +57,9 @@ bool is_sound(ChessPosition const& position) {
 
 /// Castling that only Chess960 knows: a rook off its corner or a king off its file.
 bool is_chess960(ChessPosition const& position) {
-    const unsigned int rights = position.castlingrights();
-    const bool white_off = (rights & 0xFF) != 0 && position.white_kingsfield().file_number() != 4;
-    const bool black_off = (rights >> 8) != 0 && position.black_kingsfield().file_number() != 4;
+    unsigned int const rights = position.castlingrights();
+    bool const white_off = (rights & 0xFF) != 0 && position.white_kingsfield().file_number() != 4;
+    bool const black_off = (rights >> 8) != 0 && position.black_kingsfield().file_number() != 4;
     return (rights & ~corner_rights) != 0 || white_off || black_off;
 }
 
@@ -64,8 +67,10 @@ class StockfishPerft : public testing::Test {
  protected:
     void compare(std::string const& fen, bool always_chess960 = false) {
         position_.fen(fen);
-        if (!is_sound(position_)) return;
-        const bool chess960 = always_chess960 || is_chess960(position_);
+        if (!is_sound(position_)) {
+            return;
+        }
+        bool const chess960 = always_chess960 || is_chess960(position_);
         EXPECT_EQ(perft_.divide(position_, depth, chess960), witness_.divide(fen, depth, chess960))
             << fen;
         ++compared_;
@@ -94,7 +99,9 @@ TEST_F(StockfishPerft, agrees_move_by_move_on_endings) {
 
 TEST_F(StockfishPerft, agrees_move_by_move_in_chess960) {
     constexpr int positions = short_tests ? 100 : 300;
-    for (std::string const& fen : random_chess960_fens(tables_, positions)) compare(fen, true);
+    for (std::string const& fen : random_chess960_fens(tables_, positions)) {
+        compare(fen, true);
+    }
     EXPECT_EQ(compared_, positions);
 }
 

@@ -77,7 +77,9 @@ class TreeWalk {
         generator_.create_movetable(position_, table);
         generator_.serialize_moves(position_, table, list);
         expect_captures_are_filtered(table, list);
-        if (depth == 0) return;
+        if (depth == 0) {
+            return;
+        }
         const Snapshot snapshot(position_);
         for (Move const& move : list) {
             position_.make_move(move);
@@ -99,20 +101,24 @@ class TreeWalk {
         generator_.serialize_captures(position_, table, captures);
         std::vector<std::string> filtered;
         for (Move const& move : list) {
-            const bool promotes = move.code() >= promo_queen && move.code() <= promo_knight;
-            if (move.capture_id() != 0 || promotes) filtered.push_back(move.dump());
+            bool const promotes = move.code() >= promo_queen && move.code() <= promo_knight;
+            if (move.capture_id() != 0 || promotes) {
+                filtered.push_back(move.dump());
+            }
         }
         std::vector<std::string> generated;
-        for (Move const& move : captures) generated.push_back(move.dump());
+        for (Move const& move : captures) {
+            generated.push_back(move.dump());
+        }
         EXPECT_EQ(generated, filtered);
     }
 
     void expect_consistent_node(Move const& move) {
         ++nodes_;
-        const bool white = position_.white_to_move();
-        const bool in_check = white ? position_.black_attacks(position_.white_king())
+        bool const white = position_.white_to_move();
+        bool const in_check = white ? position_.black_attacks(position_.white_king())
                                     : position_.white_attacks(position_.black_king());
-        const bool mover_in_check = white ? position_.white_attacks(position_.black_king())
+        bool const mover_in_check = white ? position_.white_attacks(position_.black_king())
                                           : position_.black_attacks(position_.white_king());
         EXPECT_EQ(move.check(), in_check);
         EXPECT_EQ(position_.check(), in_check);
@@ -171,7 +177,9 @@ TEST(TreeInvariantsOfManyPositions, hold_in_chess960) {
     constexpr int positions = short_tests ? 10 : 100;
     Tables const& tables = shared_tables();
     TreeWalk tree(tables);
-    for (std::string const& fen : random_chess960_fens(tables, positions)) tree.run(fen, 2);
+    for (std::string const& fen : random_chess960_fens(tables, positions)) {
+        tree.run(fen, 2);
+    }
     EXPECT_GT(tree.nodes(), 1000U);
 }
 

@@ -13,13 +13,17 @@ constexpr int random_words = 2000;
 /// Lowest set bit by trial, 64 for none.
 int lowest(std::uint64_t word) {
     int id = 0;
-    while (id < 64 && ((word >> id) & 1) == 0) ++id;
+    while (id < 64 && ((word >> id) & 1) == 0) {
+        ++id;
+    }
     return id;
 }
 
 int count(std::uint64_t word) {
     int bits = 0;
-    for (int i = 0; i < 64; ++i) bits += static_cast<int>((word >> i) & 1);
+    for (int i = 0; i < 64; ++i) {
+        bits += static_cast<int>((word >> i) & 1);
+    }
     return bits;
 }
 
@@ -74,7 +78,9 @@ TEST(BitBoard, ScanAndCountAgreeWithTrial) {
         EXPECT_EQ(board.popcount(), count(word));
         EXPECT_EQ(BitBoard::popcount(word), count(word));
     }
-    for (int i = 0; i < 64; ++i) EXPECT_EQ(Square(i).bitboard().get_unique_square().id(), i);
+    for (int i = 0; i < 64; ++i) {
+        EXPECT_EQ(Square(i).bitboard().get_unique_square().id(), i);
+    }
 }
 
 TEST(BitBoard, SetsAndResetsSquares) {

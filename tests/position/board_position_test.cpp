@@ -16,27 +16,29 @@ const std::string start = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 
 const std::string middle_game =
     "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1";
 
-BoardPosition board_of(const std::string& fen) {
+BoardPosition board_of(std::string const& fen) {
     BoardPosition board;
     board.fen(fen);
     return board;
 }
 
-Move move_of(const char* from, const char* to, move_t code, int piece, int capture = 0) {
+Move move_of(char const* from, char const* to, move_t code, int piece, int capture = 0) {
     return Move(Square(from), Square(to), code, Piece(piece), Piece(capture));
 }
 
-int man_on(const BoardPosition& board, const char* square) {
+int man_on(BoardPosition const& board, char const* square) {
     return board[Square(square).id()].id();
 }
 
 /// Every member agrees with the 64 squares.
-void expect_sound(const BoardPosition& board) {
+void expect_sound(BoardPosition const& board) {
     std::array<BitBoard, 15> expected;
     for (int square = 0; square < 64; ++square) {
-        const auto id = static_cast<std::size_t>(board[square].id());
+        auto const id = static_cast<std::size_t>(board[square].id());
         ASSERT_LT(id, expected.size());
-        if (id != 0) expected[id].set_square(Square(square));
+        if (id != 0) {
+            expected[id].set_square(Square(square));
+        }
     }
     BitBoard white;
     BitBoard black;
@@ -52,17 +54,19 @@ void expect_sound(const BoardPosition& board) {
 }
 
 /// Equal in every member, the squares included.
-void expect_same(const BoardPosition& left, const BoardPosition& right) {
+void expect_same(BoardPosition const& left, BoardPosition const& right) {
     EXPECT_TRUE(left == right);
     EXPECT_EQ(left.stm(), right.stm());
-    for (int square = 0; square < 65; ++square) EXPECT_EQ(left[square], right[square]) << square;
+    for (int square = 0; square < 65; ++square) {
+        EXPECT_EQ(left[square], right[square]) << square;
+    }
     EXPECT_EQ(left.white_pieces(), right.white_pieces());
     EXPECT_EQ(left.black_pieces(), right.black_pieces());
     EXPECT_EQ(left.pieces(), right.pieces());
 }
 
 /// Makes `move` on the position, compares with `after` and takes it back.
-void expect_move(const std::string& before, const Move& move, const std::string& after) {
+void expect_move(std::string const& before, Move const& move, std::string const& after) {
     BoardPosition board = board_of(before);
     board.make_move(move);
     expect_same(board, board_of(after));
@@ -121,8 +125,12 @@ TEST(BoardPosition, ClearLeavesTheAggregates) {
     const BitBoard both({Square("e1"), Square("e8")});
     board.clear();
     EXPECT_EQ(board.stm(), 1);
-    for (int id = 0; id < 15; ++id) EXPECT_FALSE(static_cast<bool>(board.piece(id)));
-    for (int square = 0; square < 65; ++square) EXPECT_EQ(board[square].id(), 0);
+    for (int id = 0; id < 15; ++id) {
+        EXPECT_FALSE(static_cast<bool>(board.piece(id)));
+    }
+    for (int square = 0; square < 65; ++square) {
+        EXPECT_EQ(board[square].id(), 0);
+    }
     EXPECT_EQ(board.pieces(), both);
     board.compute_pieces();
     EXPECT_EQ(board.pieces(), BitBoard());
@@ -247,7 +255,7 @@ TEST(BoardPosition, AnyMoveWordStaysInsideTheObject) {
     // Every code with every pair of four-bit ids, from and to corner squares included.
     for (int code = 0; code < 8; ++code) {
         for (int ids = 0; ids < 256; ++ids) {
-            for (const int squares : {0, 63, 63 * 64, 63 * 65}) {
+            for (int const squares : {0, 63, 63 * 64, 63 * 65}) {
                 BoardPosition board = board_of(middle_game);
                 const Move move(Square(squares / 64), Square(squares % 64),
                                 static_cast<unsigned int>(code), Piece(ids / 16), Piece(ids % 16));
@@ -348,7 +356,7 @@ TEST(BoardPosition, CorruptTellsWrongKingsAndOverlaps) {
     EXPECT_TRUE(board_of("8/8/8/8/8/8/8/4K3 w").corrupt(1));
     EXPECT_TRUE(board_of("4k2k/8/8/8/8/8/8/4K3 w").corrupt(0));
     EXPECT_TRUE(board_of("4k3/8/8/8/8/8/8/K3K3 w").corrupt(0));
-    for (const int id : {1, 7, 8, 14}) {
+    for (int const id : {1, 7, 8, 14}) {
         BoardPosition board = board_of("4k3/8/8/8/8/8/8/R3K3 w");
         board.set_piece_on(id == 14 ? Square("a2") : Square("a1"), id);
         EXPECT_TRUE(board.corrupt(0)) << id;
@@ -375,7 +383,7 @@ TEST(BoardPosition, ConsistentLooksNoFurtherThanTheOwnBoard) {
 }
 
 TEST(BoardPosition, ConsistentSkipsIdsThatAreNoPiece) {
-    for (const int id : {7, 8, 15}) {
+    for (int const id : {7, 8, 15}) {
         BoardPosition board = board_of(start);
         board.set_piece_on(Square("a1"), id);
         EXPECT_TRUE(board.consistent()) << id;
@@ -384,7 +392,7 @@ TEST(BoardPosition, ConsistentSkipsIdsThatAreNoPiece) {
 
 TEST(BoardPosition, DumpShowsAllBoards) {
     const BoardPosition board = board_of(start);
-    const std::array<const char*, 12> labels{
+    const std::array<char const*, 12> labels{
         "white pawn: ",   "white knight: ", "white bishop: ", "white rook: ",
         "white queen: ",  "white king: ",   "black pawn: ",   "black knight: ",
         "black bishop: ", "black rook: ",   "black queen: ",  "black king: "};

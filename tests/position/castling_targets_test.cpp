@@ -6,10 +6,12 @@ namespace orvelin {
 namespace {
 
 TEST(CastlingTargets, WingIsToldByTheSquaresAndRankByTheSide) {
-    for (const int home_rank : {0, 56}) {
+    for (int const home_rank : {0, 56}) {
         for (int king = 0; king < 8; ++king) {
             for (int rook = 0; rook < 8; ++rook) {
-                if (rook == king) continue;
+                if (rook == king) {
+                    continue;
+                }
                 const CastlingTargets targets =
                     castling_targets(Square(home_rank + king), Square(home_rank + rook), home_rank);
                 EXPECT_EQ(targets.king.file(), rook > king ? 'g' : 'c') << king << rook;

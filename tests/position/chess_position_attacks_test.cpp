@@ -10,7 +10,9 @@ namespace {
 
 BitBoard squares(std::initializer_list<char const*> names) {
     BitBoard set;
-    for (char const* name : names) set.set_square(Square(std::string(name)));
+    for (char const* name : names) {
+        set.set_square(Square(std::string(name)));
+    }
     return set;
 }
 

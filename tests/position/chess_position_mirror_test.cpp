@@ -46,7 +46,7 @@ class FlopTest : public MirrorTest {};
 TEST_F(FlipTest, ChangesTheSideToMove) {
     for (std::string const& text : some_fens()) {
         position.fen(text);
-        const int before = position.stm();
+        int const before = position.stm();
         position.flip();
         EXPECT_EQ(position.stm(), 1 - before) << text;
     }
@@ -107,7 +107,9 @@ TEST_F(FlipTest, ACornerRightWithoutItsRookIsReadAnewFromTheText) {
 
 TEST_F(FlipTest, ForgetsTheGame) {
     position.newgame();
-    for (char const* text : {"g1f3", "g8f6", "f3g1", "f6g8"}) play(text);
+    for (char const* text : {"g1f3", "g8f6", "f3g1", "f6g8"}) {
+        play(text);
+    }
     ASSERT_TRUE(position.draw_by_threefold_repetition());
     position.flip();
     EXPECT_EQ(position.fen(), "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR b KQkq - 4 3");
@@ -130,7 +132,7 @@ TEST_F(FlopTest, TwiceGivesTheFirstPositionAndKey) {
         position.fen(text);
         const std::uint64_t key = position.get_hash();
         const std::string written = position.fen();
-        const int side = position.stm();
+        int const side = position.stm();
         position.flop();
         EXPECT_EQ(position.stm(), side) << text;
         EXPECT_NE(position.get_hash(), key) << text;
@@ -162,7 +164,7 @@ TEST_F(FlopTest, ReversesTheRightsOfEachSide) {
 
 TEST_F(FlopTest, LeavesEnPassantOnItsRank) {
     for (int file = 0; file < 8; ++file) {
-        for (const char rank : {'3', '6'}) {
+        for (char const rank : {'3', '6'}) {
             const std::string field{static_cast<char>('a' + file), rank};
             const std::string mirrored{static_cast<char>('h' - file), rank};
             EXPECT_EQ(flopped("4k3/8/8/8/8/8/8/4K3 w - " + field + " 0 1"),
@@ -179,7 +181,9 @@ TEST_F(FlopTest, KeepsNoEnPassantSquareAsItIs) {
 
 TEST_F(FlopTest, ForgetsTheGame) {
     position.newgame();
-    for (char const* text : {"g1f3", "g8f6", "f3g1", "f6g8"}) play(text);
+    for (char const* text : {"g1f3", "g8f6", "f3g1", "f6g8"}) {
+        play(text);
+    }
     ASSERT_TRUE(position.draw_by_threefold_repetition());
     position.flop();
     EXPECT_EQ(position.fen(), "rnbkqbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBKQBNR w KQkq - 4 3");
@@ -214,7 +218,7 @@ TEST_F(MirrorTest, MirroringAnyTextTouchesNoForeignMemory) {
 
 // A king who promotes to a knight becomes an id that is no man and has no letter.
 TEST_F(MirrorTest, MirroringAnIdThatIsNoManTouchesNoForeignMemory) {
-    for (const bool top_to_bottom : {true, false}) {
+    for (bool const top_to_bottom : {true, false}) {
         position.fen("4k3/8/8/8/8/8/8/R3K2R w KQ - 0 1");
         position.make_move(Square("e1"), Square("e2"), promo_knight);
         ASSERT_EQ(position.get_piece_id_from(Square("e2")), 7);

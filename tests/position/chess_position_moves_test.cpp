@@ -222,7 +222,9 @@ TEST_F(MakeMoveTest, MaterialFollowsCapturesAndPromotions) {
 
 TEST_F(MakeMoveTest, TakingBackMoreThanWasMadeKeepsTheFirstRecord) {
     position.newgame();
-    for (int i = 0; i < 5; ++i) position.unmake_move();
+    for (int i = 0; i < 5; ++i) {
+        position.unmake_move();
+    }
     EXPECT_EQ(position.history().size(), 1U);
     EXPECT_EQ(position.get_pawnhash(), 0x37FC40DA841E1692U);
     // The repetition record is empty by now; playing on fills it again.
@@ -250,7 +252,7 @@ TEST_F(MakeMoveTest, ACapturedKingLeavesADefinedPosition) {
 /// Words that no generator makes: any squares, any code, legal or not.
 TEST_F(MakeMoveTest, IllegalMovesTouchNoForeignMemory) {
     std::mt19937 random(20260101);
-    const auto draw = [&random](unsigned limit) { return static_cast<int>(random() % limit); };
+    auto const draw = [&random](unsigned limit) { return static_cast<int>(random() % limit); };
     const std::string fens[] = {
         "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",
         "kkkkkkkk/pppppppp/qqqqqqqq/8/8/QQQQQQQQ/PPPPPPPP/KKKKKKKK b ABCabc "
@@ -259,11 +261,13 @@ TEST_F(MakeMoveTest, IllegalMovesTouchNoForeignMemory) {
     for (std::string const& fen : fens) {
         position.fen(fen);
         for (int ply = 0; ply < 3000; ++ply) {
-            const auto code = static_cast<move_t>(draw(8));
+            auto const code = static_cast<move_t>(draw(8));
             position.make_move(Square(draw(64)), Square(draw(64)), code);
         }
         EXPECT_EQ(position.history().size(), 3001U);
-        for (int ply = 0; ply < 3000; ++ply) position.unmake_move();
+        for (int ply = 0; ply < 3000; ++ply) {
+            position.unmake_move();
+        }
         EXPECT_EQ(position.history().size(), 1U);
     }
 }
@@ -280,7 +284,9 @@ TEST_F(MakeMoveTest, WordsWithAnyContentTouchNoForeignMemory) {
     }
     EXPECT_EQ(position.history().size(), 5001U);
     EXPECT_FALSE(position.fen().empty());
-    for (int ply = 0; ply < 5000; ++ply) position.unmake_move();
+    for (int ply = 0; ply < 5000; ++ply) {
+        position.unmake_move();
+    }
     EXPECT_EQ(position.history().size(), 1U);
 }
 

@@ -123,7 +123,9 @@ TEST_F(NotationTest, StandardCastlingTextIsRewritten) {
         {"e1g1", "h1"}, {"e1c1", "a1"}, {"e8g8", "h8"}, {"e8c8", "a8"}};
     for (auto const& [standard, rook] : texts) {
         position.fen(fen);
-        if (standard[1] == '8') position.switch_color_to_move();
+        if (standard[1] == '8') {
+            position.switch_color_to_move();
+        }
         const Move move = text(standard);
         EXPECT_EQ(move.code(), castling) << standard;
         EXPECT_EQ(move.to(), Square(std::string(rook)));
@@ -165,7 +167,9 @@ TEST_F(NotationTest, FifthLetterGivesThePromotion) {
         {"a7a8q", promo_queen},  {"a7a8r", promo_rook}, {"a7a8b", promo_bishop},
         {"a7a8n", promo_knight}, {"a7a8", normal_move}, {"a7a8k", normal_move},
         {"a7a8Q", normal_move}};
-    for (auto const& [move, code] : texts) EXPECT_EQ(text(move).code(), code) << move;
+    for (auto const& [move, code] : texts) {
+        EXPECT_EQ(text(move).code(), code) << move;
+    }
 }
 
 TEST_F(NotationTest, TextMoveCarriesItsCheckBit) {

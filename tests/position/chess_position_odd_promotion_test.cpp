@@ -42,10 +42,10 @@ constexpr move_t promotion_codes[] = {promo_queen, promo_rook, promo_bishop, pro
 
 TEST_P(OddPromotion, PutsTheStepOnTheManAndComesBack) {
     const ChessPosition saved(position);
-    const int id = position.get_piece_id_from(from());
+    int const id = position.get_piece_id_from(from());
     int step = 4;
     for (const move_t code : promotion_codes) {
-        const int promoted = (id + step--) & 15;
+        int const promoted = (id + step--) & 15;
         position.make_move(from(), to(), code);
         EXPECT_EQ(position.last_move().code(), code);
         EXPECT_EQ(position.get_piece_id_from(to()), promoted);
@@ -69,7 +69,7 @@ TEST_P(OddPromotion, PutsTheStepOnTheManAndComesBack) {
 TEST_P(OddPromotion, LeavesThePositionFitForEvaluationAndGeneration) {
     MoveGenerator generator(test::shared_tables());
     Evaluation evaluation(position, test::shared_tables());
-    const auto play = [&](Square const& origin, Square const& target, move_t code) {
+    auto const play = [&](Square const& origin, Square const& target, move_t code) {
         position.make_move(origin, target, code);
         evaluation.make_move(position.last_move());
         EXPECT_LT(std::abs(evaluation.static_eval()), infinite_score);
@@ -81,7 +81,7 @@ TEST_P(OddPromotion, LeavesThePositionFitForEvaluationAndGeneration) {
         }
     };
     for (const move_t code : promotion_codes) {
-        const int score = evaluation.static_eval();
+        int const score = evaluation.static_eval();
         play(from(), to(), code);
         play(to(), onwards(), normal_move);
         for (int ply = 0; ply < 2; ++ply) {

@@ -28,12 +28,16 @@ std::vector<std::string> all_first_ranks() {
     for (const std::size_t dark : {0U, 2U, 4U, 6U}) {
         for (const std::size_t light : {1U, 3U, 5U, 7U}) {
             for (std::size_t queen = 0; queen < 8; ++queen) {
-                if (queen == dark || queen == light) continue;
+                if (queen == dark || queen == light) {
+                    continue;
+                }
                 for (std::string const& others : last_five) {
                     std::string rank = "........";
                     rank[dark] = rank[light] = 'B';
                     rank[queen] = 'Q';
-                    for (const char man : others) rank[rank.find('.')] = man;
+                    for (char const man : others) {
+                        rank[rank.find('.')] = man;
+                    }
                     ranks.push_back(rank);
                 }
             }
@@ -43,7 +47,9 @@ std::vector<std::string> all_first_ranks() {
 }
 
 std::string lower(std::string text) {
-    for (char& letter : text) letter = static_cast<char>(std::tolower(letter));
+    for (char& letter : text) {
+        letter = static_cast<char>(std::tolower(letter));
+    }
     return text;
 }
 
@@ -51,7 +57,9 @@ std::string lower(std::string text) {
 std::string rook_letters(std::string const& rank) {
     std::string letters;
     for (std::size_t file = 0; file < 8; ++file) {
-        if (rank[file] == 'R') letters += static_cast<char>('A' + static_cast<char>(file));
+        if (rank[file] == 'R') {
+            letters += static_cast<char>('A' + static_cast<char>(file));
+        }
     }
     return letters + lower(letters);
 }
@@ -59,16 +67,22 @@ std::string rook_letters(std::string const& rank) {
 std::uint16_t rook_rights(std::string const& rank) {
     unsigned files = 0;
     for (std::size_t file = 0; file < 8; ++file) {
-        if (rank[file] == 'R') files |= 1U << file;
+        if (rank[file] == 'R') {
+            files |= 1U << file;
+        }
     }
     return static_cast<std::uint16_t>(files * 0x0101U);
 }
 
 std::string array_fen(std::string rank) {
     std::string letters = rook_letters(rank);
-    if (letters == "AHah") letters = "KQkq";
+    if (letters == "AHah") {
+        letters = "KQkq";
+    }
     for (char& man : rank) {
-        if (man == ' ') man = '1';
+        if (man == ' ') {
+            man = '1';
+        }
     }
     return lower(rank) + "/pppppppp/8/8/8/8/PPPPPPPP/" + rank + " w " + letters + " - 0 1";
 }
@@ -119,9 +133,11 @@ TEST_F(NewGame960Test, FourDigitsOfTenLeaveOneKnightAndAnEmptySquare) {
     int single_knights = 0;
     for (int number = 0; number < 960; ++number) {
         position.newgame960(number);
-        const int digit = number % 10;
-        const bool single = digit == 3 || digit == 6 || digit == 8 || digit == 9;
-        if (single) ++single_knights;
+        int const digit = number % 10;
+        bool const single = digit == 3 || digit == 6 || digit == 8 || digit == 9;
+        if (single) {
+            ++single_knights;
+        }
         EXPECT_EQ(position.white_knight().popcount(), single ? 1 : 2) << number;
         EXPECT_EQ(position.black_knight().popcount(), single ? 1 : 2) << number;
         EXPECT_EQ(position.pieces().popcount(), single ? 30 : 32) << number;
@@ -139,8 +155,12 @@ TEST_F(NewGame960Test, KingStandsBetweenTheRooksInEveryArray) {
         std::string rooks_and_king;
         for (int file = 0; file < 8; ++file) {
             const Piece man = position[file];
-            if (man.rook()) rooks_and_king += 'R';
-            if (man.king()) rooks_and_king += 'K';
+            if (man.rook()) {
+                rooks_and_king += 'R';
+            }
+            if (man.king()) {
+                rooks_and_king += 'K';
+            }
             EXPECT_EQ(position[file + 56].id(), man ? man.id() + 8 : 0) << number;
         }
         EXPECT_EQ(rooks_and_king, "RKR") << number;
@@ -149,8 +169,10 @@ TEST_F(NewGame960Test, KingStandsBetweenTheRooksInEveryArray) {
 
 TEST_F(NewGame960Test, NumbersOutOfRangeGiveARandomArray) {
     std::set<std::string> fens;
-    for (std::string const& rank : all_first_ranks()) fens.insert(array_fen(rank));
-    for (const int number :
+    for (std::string const& rank : all_first_ranks()) {
+        fens.insert(array_fen(rank));
+    }
+    for (int const number :
          {960, 5000, -1, -960, std::numeric_limits<int>::max(), std::numeric_limits<int>::min()}) {
         position.clear();
         position.newgame960(number);
@@ -162,7 +184,7 @@ TEST_F(NewGame960Test, NumbersOutOfRangeGiveARandomArray) {
 TEST_F(NewGame960Test, AnotherRandomArrayComesAsTheClockGoesOn) {
     position.newgame960(960);
     const std::string first = position.fen();
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+    auto const deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
     while (position.fen() == first && std::chrono::steady_clock::now() < deadline) {
         position.newgame960(-1);
     }
@@ -203,7 +225,7 @@ TEST_F(NewGame960Test, RooksInTheCornersAreWrittenByWingUnlessTheFlagIsSet) {
 }
 
 TEST_F(SetupTest, TheChess960FlagIsNotTouched) {
-    for (const bool on : {false, true}) {
+    for (bool const on : {false, true}) {
         position.set_chess960(on);
         position.newgame960(0);
         position.flip();

@@ -23,7 +23,7 @@ class ChessPositionTest : public ::testing::Test {
 };
 
 TEST_F(ChessPositionTest, EveryConstructorTakesTheNextId) {
-    const int before = ChessPosition::cp_id;
+    int const before = ChessPosition::cp_id;
     const ChessPosition first(test::shared_tables());
     const ChessPosition second(first);
     EXPECT_EQ(first.id(), before + 1);
@@ -79,7 +79,9 @@ TEST_F(ChessPositionTest, NewGameStoresFileLettersUnderTheChess960Flag) {
 
 TEST_F(ChessPositionTest, CopyKeepsTheGameAndStartsItsCounterAtZero) {
     position.newgame();
-    for (char const* text : {"g1f3", "g8f6", "f3g1"}) play(text);
+    for (char const* text : {"g1f3", "g8f6", "f3g1"}) {
+        play(text);
+    }
     const ChessPosition copy(position);
     EXPECT_TRUE(copy == position);
     EXPECT_EQ(copy.get_hash(), position.get_hash());
@@ -105,7 +107,7 @@ TEST_F(ChessPositionTest, CopyHoldsTheCurrentKeysOnly) {
 
 TEST_F(ChessPositionTest, AssignmentKeepsTheId) {
     ChessPosition other(test::shared_tables());
-    const int id = other.id();
+    int const id = other.id();
     position.newgame();
     play("e2e4");
     other = position;

@@ -16,7 +16,9 @@ const std::string start_fen = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQk
 class HasherTest : public ::testing::Test {
  protected:
     void play(std::vector<std::string> const& moves) {
-        for (std::string const& text : moves) position.make_move(position.convert_to_move(text));
+        for (std::string const& text : moves) {
+            position.make_move(position.convert_to_move(text));
+        }
     }
 
     std::uint64_t man_key(int id, char const* square) const {
@@ -29,7 +31,7 @@ class HasherTest : public ::testing::Test {
 };
 
 TEST_F(HasherTest, StartsWithoutPositionAndKey) {
-    const Hasher<1> hasher(tables);
+    Hasher<1> const hasher(tables);
     EXPECT_EQ(hasher.hash(), 0U);
     EXPECT_EQ(hasher.pawn_hash(), 0U);
 }
@@ -158,7 +160,7 @@ TEST_F(HasherTest, PromotionReadsTheColourFromTheSenseOfTheMove) {
 }
 
 TEST_F(HasherTest, IdsThatAreNoPieceHaveNoKeys) {
-    for (const int id : {7, 8, 15}) {
+    for (int const id : {7, 8, 15}) {
         Hasher<1> hasher(tables);
         hasher.make_move(Move(Square("b1"), Square("b7"), normal_move, Piece(id), Piece(id)));
         EXPECT_EQ(hasher.hash(), 0U) << id;

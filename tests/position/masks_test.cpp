@@ -10,10 +10,12 @@ namespace orvelin {
 namespace {
 
 /// The squares named in a text such as "e4 d5".
-BitBoard set_of(const std::string& squares) {
+BitBoard set_of(std::string const& squares) {
     BitBoard board;
     std::istringstream stream(squares);
-    for (std::string name; stream >> name;) board |= Square(name).bitboard();
+    for (std::string name; stream >> name;) {
+        board |= Square(name).bitboard();
+    }
     return board;
 }
 
@@ -22,7 +24,9 @@ template <typename Rule>
 BitBoard set_where(Rule rule) {
     BitBoard board;
     for (int id = 0; id < 64; ++id) {
-        if (rule(id % 8, id / 8)) board |= Square(id).bitboard();
+        if (rule(id % 8, id / 8)) {
+            board |= Square(id).bitboard();
+        }
     }
     return board;
 }
@@ -42,7 +46,9 @@ int ring(int file, int rank) {
 TEST(Masks, Files) {
     const std::vector<BitBoard> files{a_file, b_file, c_file, d_file,
                                       e_file, f_file, g_file, h_file};
-    for (int i = 0; i < 8; ++i) EXPECT_EQ(files[static_cast<std::size_t>(i)], block(i, i, 0, 7));
+    for (int i = 0; i < 8; ++i) {
+        EXPECT_EQ(files[static_cast<std::size_t>(i)], block(i, i, 0, 7));
+    }
     EXPECT_EQ(not_a_file, block(1, 7, 0, 7));
     EXPECT_EQ(not_h_file, block(0, 6, 0, 7));
     EXPECT_EQ(ab_file, block(0, 1, 0, 7));
@@ -54,7 +60,9 @@ TEST(Masks, Files) {
 
 TEST(Masks, Ranks) {
     const std::vector<BitBoard> ranks{rank1, rank2, rank3, rank4, rank5, rank6, rank7, rank8};
-    for (int i = 0; i < 8; ++i) EXPECT_EQ(ranks[static_cast<std::size_t>(i)], block(0, 7, i, i));
+    for (int i = 0; i < 8; ++i) {
+        EXPECT_EQ(ranks[static_cast<std::size_t>(i)], block(0, 7, i, i));
+    }
 }
 
 TEST(Masks, CentreAndDiagonals) {

@@ -16,14 +16,16 @@ MaterialIndex index_of(std::uint64_t word) {
 }
 
 /// The material of a text such as "KRPkr".
-MaterialIndex index_of(const std::string& men) {
+MaterialIndex index_of(std::string const& men) {
     const std::string letters = " PNBRQK  pnbrqk";
     MaterialIndex index;
-    for (const char man : men) index.add_piece(static_cast<int>(letters.find(man)));
+    for (char const man : men) {
+        index.add_piece(static_cast<int>(letters.find(man)));
+    }
     return index;
 }
 
-int value_of(const std::string& men) {
+int value_of(std::string const& men) {
     return index_of(men).value();
 }
 
@@ -84,8 +86,12 @@ TEST(MaterialIndex, SettersOrIntoTheField) {
 
 TEST(MaterialIndex, NineQueensFitTheirField) {
     MaterialIndex index;
-    for (int i = 0; i < 9; ++i) index.add_piece(white_queen);
-    for (int i = 0; i < 9; ++i) index.add_piece(black_queen);
+    for (int i = 0; i < 9; ++i) {
+        index.add_piece(white_queen);
+    }
+    for (int i = 0; i < 9; ++i) {
+        index.add_piece(black_queen);
+    }
     EXPECT_EQ(index.get_whitequeen(), 9);
     EXPECT_EQ(index.get_blackqueen(), 9);
     EXPECT_EQ(index.index(), 0x0009000000090000U);
@@ -146,7 +152,9 @@ TEST(MaterialIndex, PromotionsAddTheManAndTakeThePawn) {
 TEST(MaterialIndex, PromotionCodesChangeNothingForMenThatAreNoPawns) {
     for (unsigned int code = promo_queen; code <= promo_knight; ++code) {
         for (int id = 0; id < 16; ++id) {
-            if (id == white_pawn || id == black_pawn) continue;
+            if (id == white_pawn || id == black_pawn) {
+                continue;
+            }
             MaterialIndex index = index_of(start_word);
             index.make_move(move_of(code, id, 0));
             EXPECT_EQ(index.index(), start_word) << id;
@@ -159,7 +167,7 @@ TEST(MaterialIndex, PromotionCodesChangeNothingForMenThatAreNoPawns) {
 }
 
 TEST(MaterialIndex, OtherMovesChangeOnlyTheCapturedMan) {
-    for (const unsigned int code : {0U, 1U, 6U, 7U}) {
+    for (unsigned int const code : {0U, 1U, 6U, 7U}) {
         MaterialIndex index = index_of(start_word);
         index.make_move(move_of(code, white_pawn, black_pawn));
         EXPECT_EQ(index.index(), start_word - 1) << code;
@@ -232,7 +240,7 @@ TEST(MaterialValue, PawnTablesByCount) {
     for (int pawns = 1; pawns <= 8; ++pawns) {
         MaterialIndex index;
         index.set_whitepawn(pawns);
-        const int sum = adjustment[static_cast<std::size_t>(pawns)] + 20 + 110 * pawns;
+        int const sum = adjustment[static_cast<std::size_t>(pawns)] + 20 + 110 * pawns;
         EXPECT_EQ(index.value(), sum) << pawns;
     }
 }

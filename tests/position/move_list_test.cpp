@@ -13,7 +13,9 @@ Move numbered(int number) {
 
 MoveList filled(int size) {
     MoveList list;
-    for (int i = 0; i < size; ++i) list[i] = numbered(i);
+    for (int i = 0; i < size; ++i) {
+        list[i] = numbered(i);
+    }
     list.set_size(size);
     return list;
 }
@@ -22,7 +24,9 @@ TEST(MoveList, OwningListStartsEmptyAndZeroed) {
     MoveList list;
     EXPECT_EQ(list.size(), 0U);
     EXPECT_EQ(list.begin(), list.end());
-    for (int i = 0; i < 256; ++i) EXPECT_EQ(list[i].word(), 0U);
+    for (int i = 0; i < 256; ++i) {
+        EXPECT_EQ(list[i].word(), 0U);
+    }
 }
 
 TEST(MoveList, Holds256Moves) {

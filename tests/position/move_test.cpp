@@ -7,7 +7,7 @@
 namespace orvelin {
 namespace {
 
-Move move_of(const char* from, const char* to, unsigned int code, int piece, int capture) {
+Move move_of(char const* from, char const* to, unsigned int code, int piece, int capture) {
     return Move(Square(from), Square(to), code, Piece(piece), Piece(capture));
 }
 
@@ -173,7 +173,7 @@ TEST(Move, SquareA1WithACodeIsNotNoSquare) {
 }
 
 TEST(Move, DumpNamesEveryCode) {
-    const std::array<const char*, 8> texts{"nullmove  ",   "normal_move  ",  "promo_queen  ",
+    const std::array<char const*, 8> texts{"nullmove  ",   "normal_move  ",  "promo_queen  ",
                                            "promo_rook  ", "promo_bishop  ", "promo_knight  ",
                                            "castling  ",   "en_passant  "};
     for (unsigned int code = 0; code < 8; ++code) {
@@ -184,7 +184,7 @@ TEST(Move, DumpNamesEveryCode) {
 }
 
 TEST(Move, DumpNamesEveryClass) {
-    const std::array<const char*, 14> texts{"hashtable_move",   "mate_attack",
+    const std::array<char const*, 14> texts{"hashtable_move",   "mate_attack",
                                             "promotion",        "good_capture",
                                             "killer",           "counter_move",
                                             "historical_move1", "historical_move2",
@@ -206,10 +206,14 @@ TEST(Move, EnumerationsHaveTheirValues) {
         hashtable_move, mate_attack,      promotion,        good_capture,     killer,
         counter_move,   historical_move1, historical_move2, historical_move3, xnormal_move,
         bad_move,       losing_capture,   no_xmove_t};
-    for (std::size_t i = 0; i < classes.size(); ++i) EXPECT_EQ(std::size_t{classes[i]}, i);
+    for (std::size_t i = 0; i < classes.size(); ++i) {
+        EXPECT_EQ(std::size_t{classes[i]}, i);
+    }
     const std::array<move_t, 8> codes{nullmove,     normal_move,  promo_queen, promo_rook,
                                       promo_bishop, promo_knight, castling,    en_passant};
-    for (std::size_t i = 0; i < codes.size(); ++i) EXPECT_EQ(std::size_t{codes[i]}, i);
+    for (std::size_t i = 0; i < codes.size(); ++i) {
+        EXPECT_EQ(std::size_t{codes[i]}, i);
+    }
 }
 
 static_assert(sizeof(Move) == 4);

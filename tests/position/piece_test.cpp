@@ -12,7 +12,7 @@ using test::logic_error_text;
 
 struct Man {
     int id;
-    const char* name;
+    char const* name;
     int value;
     int abs_value;
 };
@@ -32,7 +32,7 @@ constexpr std::array<Man, 13> all_men{{{0, "no piece", 0, 0},
                                        {14, "black king", -4000, 4000}}};
 
 TEST(Piece, TableOfNamesAndValues) {
-    for (const Man& man : all_men) {
+    for (Man const& man : all_men) {
         const Piece piece(man.id);
         EXPECT_EQ(piece.id(), man.id);
         EXPECT_EQ(piece.name(), man.name);
@@ -45,7 +45,9 @@ TEST(Piece, EnumerationHasTheIds) {
     const std::array<piece_t, 13> ids{
         no_piece,   white_pawn,   white_knight, white_bishop, white_rook,  white_queen, white_king,
         black_pawn, black_knight, black_bishop, black_rook,   black_queen, black_king};
-    for (std::size_t i = 0; i < ids.size(); ++i) EXPECT_EQ(int{ids[i]}, all_men[i].id);
+    for (std::size_t i = 0; i < ids.size(); ++i) {
+        EXPECT_EQ(int{ids[i]}, all_men[i].id);
+    }
 }
 
 TEST(Piece, DefaultIsNoPiece) {
@@ -113,7 +115,7 @@ TEST(Piece, SettersStoreTheId) {
 }
 
 TEST(Piece, ValueRefusesUnknownIdsBehindAPrintedLine) {
-    for (const int id : {7, 8, 15, 16, -1}) {
+    for (int const id : {7, 8, 15, 16, -1}) {
         testing::internal::CaptureStdout();
         EXPECT_EQ(logic_error_text([id] { (void)Piece(id).value(); }), "Piece::value out of range");
         EXPECT_EQ(testing::internal::GetCapturedStdout(), "Piece: " + std::to_string(id) + "\n");
@@ -121,7 +123,7 @@ TEST(Piece, ValueRefusesUnknownIdsBehindAPrintedLine) {
 }
 
 TEST(Piece, AbsValueRefusesTypeSeven) {
-    for (const int id : {7, 15}) {
+    for (int const id : {7, 15}) {
         EXPECT_EQ(logic_error_text([id] { (void)Piece(id).abs_value(); }),
                   "Piece::abs_value out of range:");
     }
@@ -130,7 +132,7 @@ TEST(Piece, AbsValueRefusesTypeSeven) {
 }
 
 TEST(Piece, NameRefusesUnknownIds) {
-    for (const int id : {7, 8, 15, -1}) {
+    for (int const id : {7, 8, 15, -1}) {
         EXPECT_EQ(logic_error_text([id] { (void)Piece(id).name(); }), "Piece::unknown piece");
     }
 }

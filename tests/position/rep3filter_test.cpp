@@ -30,7 +30,9 @@ Move capture() {
 
 Rep3filter record_of(std::initializer_list<std::uint64_t> keys) {
     Rep3filter filter;
-    for (const std::uint64_t key : keys) filter.add(quiet_move(), key);
+    for (const std::uint64_t key : keys) {
+        filter.add(quiet_move(), key);
+    }
     return filter;
 }
 

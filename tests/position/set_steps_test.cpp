@@ -47,7 +47,9 @@ void compare(BitBoard const& set) {
 }
 
 TEST(SetSteps, OfEverySingleSquare) {
-    for (int id = 0; id < 64; ++id) compare(Square(id).bitboard());
+    for (int id = 0; id < 64; ++id) {
+        compare(Square(id).bitboard());
+    }
 }
 
 TEST(SetSteps, OfNoneAndAll) {
@@ -57,7 +59,9 @@ TEST(SetSteps, OfNoneAndAll) {
 
 TEST(SetSteps, OfRandomSets) {
     std::mt19937_64 random(64);
-    for (int round = 0; round < 40; ++round) compare(BitBoard(random() & random()));
+    for (int round = 0; round < 40; ++round) {
+        compare(BitBoard(random() & random()));
+    }
 }
 
 TEST(SetSteps, ReadLikeThis) {

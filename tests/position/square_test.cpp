@@ -21,7 +21,9 @@ TEST(Square, DefaultIsNoSquareWithAnEmptySet) {
 TEST(Square, TableOfSetsHoldsOneBitForEachSquare) {
     ASSERT_EQ(Square::bb.size(), 65U);
     std::uint64_t bit = 1;
-    for (std::size_t i = 0; i < 64; ++i, bit *= 2) EXPECT_EQ(to_ull(Square::bb[i]), bit) << i;
+    for (std::size_t i = 0; i < 64; ++i, bit *= 2) {
+        EXPECT_EQ(to_ull(Square::bb[i]), bit) << i;
+    }
     EXPECT_EQ(&Square(17).bitboard(), &Square::bb[17]);
     EXPECT_EQ(&Square().bitboard(), &Square::bb[64]);
 }
@@ -50,12 +52,12 @@ TEST(Square, NoSquareHasFileAAndRankNine) {
 
 TEST(Square, ColorIsOneOnLightSquares) {
     for (int i = 0; i < 64; ++i) {
-        const bool light = static_cast<bool>(white_squares & Square(i).bitboard());
+        bool const light = static_cast<bool>(white_squares & Square(i).bitboard());
         EXPECT_EQ(Square(i).color(), light ? 1 : 0) << i;
     }
     EXPECT_EQ(Square("a1").color(), 0);
     EXPECT_EQ(Square("b1").color(), 1);
-    for (const int off_board : {64, 65, 66, 71, 72, 1001, -1, -2, -64}) {
+    for (int const off_board : {64, 65, 66, 71, 72, 1001, -1, -2, -64}) {
         EXPECT_EQ(Square(off_board).color(), 0) << off_board;
     }
 }
@@ -68,14 +70,14 @@ TEST(Square, ReadsTextAndTestsOnlyTheIdItAddsUpTo) {
 
 TEST(Square, RefusesTextOfWrongLength) {
     const std::string expected = "Square::Square(string)  size() error";
-    for (const char* text : {"", "a", "e44"}) {
+    for (char const* text : {"", "a", "e44"}) {
         EXPECT_EQ(logic_error_text([&] { Square{std::string(text)}; }), expected) << text;
     }
 }
 
 TEST(Square, RefusesTextOutsideTheBoard) {
     const std::string expected = "Square::Square(string)  out of range";
-    for (const char* text : {"a0", "a9", "i8", "`1", "\xff\xff", "\x80\x7f"}) {
+    for (char const* text : {"a0", "a9", "i8", "`1", "\xff\xff", "\x80\x7f"}) {
         EXPECT_EQ(logic_error_text([&] { Square{std::string(text)}; }), expected) << text;
     }
 }
@@ -91,7 +93,9 @@ TEST(Square, StoresAnyIdAsItIs) {
 }
 
 TEST(Square, IndexIsTheIdForArrays) {
-    for (int i = 0; i <= 64; ++i) EXPECT_EQ(index(Square(i)), static_cast<std::size_t>(i));
+    for (int i = 0; i <= 64; ++i) {
+        EXPECT_EQ(index(Square(i)), static_cast<std::size_t>(i));
+    }
 }
 
 TEST(Square, ComparesSignedIds) {

@@ -43,7 +43,9 @@ inline Book_record book_line(std::string const& fen, std::string const& move, in
 inline void write_book(std::string const& name, std::string const& bytes) {
     std::ofstream file(name, std::ios::binary);
     file << bytes;
-    if (!file.flush()) throw std::runtime_error("cannot write " + name);
+    if (!file.flush()) {
+        throw std::runtime_error("cannot write " + name);
+    }
 }
 
 }  // namespace orvelin::test

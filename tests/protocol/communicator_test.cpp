@@ -128,12 +128,16 @@ TEST(CommunicatorTest, LinesOfAnotherThreadArriveWholeAndInOrder) {
     constexpr int count = 20000;
     Communicator communicator;
     std::thread writer([&] {
-        for (int i = 0; i < count; ++i) communicator.to_engine("line " + std::to_string(i));
+        for (int i = 0; i < count; ++i) {
+            communicator.to_engine("line " + std::to_string(i));
+        }
     });
     int next = 0;
     while (next < count) {
         std::string const line = communicator.from_interface();
-        if (line.empty()) continue;
+        if (line.empty()) {
+            continue;
+        }
         ASSERT_EQ(line, "line " + std::to_string(next));
         ++next;
     }

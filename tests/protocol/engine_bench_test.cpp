@@ -99,11 +99,17 @@ class WaitEnder : public std::streambuf {
     /// Body of a thread of its own; ends after the waits of three searches.
     void operator()() {
         for (waits_ended = 0; waits_ended < 3; ++waits_ended) {
-            while (analysis_.get_iteration() != 3) sleep();
+            while (analysis_.get_iteration() != 3) {
+                sleep();
+            }
             std::this_thread::sleep_for(std::chrono::milliseconds(200));
             EXPECT_EQ(analysis_.get_iteration(), 3);
-            while (stop_once()) sleep();
-            while (waits_ended < 2 && analysis_.get_iteration() == 3) sleep();
+            while (stop_once()) {
+                sleep();
+            }
+            while (waits_ended < 2 && analysis_.get_iteration() == 3) {
+                sleep();
+            }
         }
     }
 
@@ -115,7 +121,9 @@ class WaitEnder : public std::streambuf {
     int_type overflow(int_type character) override {
         std::lock_guard<std::mutex> const guard(mutex_);
         text_ += traits_type::to_char_type(character);
-        if (character == '\n') ++lines_;
+        if (character == '\n') {
+            ++lines_;
+        }
         return character;
     }
 
@@ -125,7 +133,9 @@ class WaitEnder : public std::streambuf {
     /// False once the search whose turn it is has been reported.
     bool stop_once() {
         std::lock_guard<std::mutex> const guard(mutex_);
-        if (lines_ > waits_ended) return false;
+        if (lines_ > waits_ended) {
+            return false;
+        }
         analysis_.set_action(stop_action);
         return true;
     }

@@ -25,7 +25,9 @@ std::string const castling_fen = "r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1";
 std::string knight_moves(int count) {
     static char const* const cycle[] = {" g1f3", " g8f6", " f3g1", " f6g8"};
     std::string line = "position startpos moves";
-    for (int i = 0; i < count; ++i) line += cycle[i % 4];
+    for (int i = 0; i < count; ++i) {
+        line += cycle[i % 4];
+    }
     return line;
 }
 
@@ -250,7 +252,9 @@ TEST_F(EngineBookTest, AThinkingEngineAnswersAndThinksOn) {
     command("go wtime 6000000 btime 6000000");
     ASSERT_TRUE(wait_for_iteration(3));
     command("setoption name OwnBook value true");
-    for (int i = 0; i < 50; ++i) EXPECT_EQ(answer("go depth 1"), lines_t{"bestmove a2a3"});
+    for (int i = 0; i < 50; ++i) {
+        EXPECT_EQ(answer("go depth 1"), lines_t{"bestmove a2a3"});
+    }
     EXPECT_EQ(engine->engine_state(), 1);
     EXPECT_EQ(engine->analysis().get_status(), searching_status);
     EXPECT_EQ(log_text().find("Error"), std::string::npos);

@@ -27,7 +27,9 @@ std::set<std::string> files_in(fs::path const& directory, std::string const& pat
     std::set<std::string> names;
     for (fs::directory_entry const& entry : fs::directory_iterator(directory)) {
         std::string const name = entry.path().filename().string();
-        if (matches(name, pattern)) names.insert(name);
+        if (matches(name, pattern)) {
+            names.insert(name);
+        }
     }
     return names;
 }
@@ -136,7 +138,9 @@ TEST_F(DebugLogTest, EveryLineOfASearchIsLoggedAsItWentOut) {
     EXPECT_EQ(lines_that_start("bestmove ", answers).size(), 1U);
     quit();
     lines_t expected{"engine -> readyok"};
-    for (std::string const& line : answers) expected.push_back("engine -> " + line);
+    for (std::string const& line : answers) {
+        expected.push_back("engine -> " + line);
+    }
     EXPECT_EQ(lines_that_start("engine ->", log()), expected);
     EXPECT_EQ(lines_that_start("engine <-", log()),
               (lines_t{"engine <- setoption name MultiPV value 2", "engine <- isready",
@@ -150,10 +154,14 @@ TEST_F(DebugLogTest, AStoppedSearchIsLoggedToItsBestMove) {
     engine->send_all({"position startpos", "go infinite"});
     lines_t answers = answers_until("info depth");
     engine->send("stop");
-    for (std::string const& line : answers_until("bestmove")) answers.push_back(line);
+    for (std::string const& line : answers_until("bestmove")) {
+        answers.push_back(line);
+    }
     quit();
     lines_t expected{"engine -> readyok"};
-    for (std::string const& line : answers) expected.push_back("engine -> " + line);
+    for (std::string const& line : answers) {
+        expected.push_back("engine -> " + line);
+    }
     EXPECT_EQ(lines_that_start("engine ->", log()), expected);
 }
 
@@ -196,7 +204,9 @@ TEST_F(DebugLogTest, OldFilesOfTheSameNamesAreEmptied) {
     int written = 0;
     for_each_log_name([&](std::string const& name) {
         lines_t const lines = read_lines(name);
-        if (lines == lines_t{"old text"}) return;
+        if (lines == lines_t{"old text"}) {
+            return;
+        }
         EXPECT_EQ(lines, (lines_t{"engine <- noted", "engine <- isready", "engine -> readyok"}));
         ++written;
     });

@@ -23,7 +23,9 @@ class EngineDirectoryFixture : public ::testing::Test {
     /// All lines up to the first one that begins so.
     lines_t answers_until(std::string const& start) {
         lines_t lines;
-        for (auto const& line : engine->read_until(start)) lines.push_back(line.text);
+        for (auto const& line : engine->read_until(start)) {
+            lines.push_back(line.text);
+        }
         return lines;
     }
 
@@ -53,7 +55,9 @@ class EngineDirectoryFixture : public ::testing::Test {
     static lines_t read_lines(std::string const& file) {
         std::ifstream stream(file);
         lines_t lines;
-        for (std::string line; std::getline(stream, line);) lines.push_back(line);
+        for (std::string line; std::getline(stream, line);) {
+            lines.push_back(line);
+        }
         return lines;
     }
 

@@ -79,7 +79,9 @@ TEST_F(EngineDuringSearchTest, EvalReportsThePositionThatIsSearched) {
 
 TEST_F(EngineDuringSearchTest, ReadingSearchmovesLeavesThePositionToTheSearch) {
     begin_search("position startpos moves e2e4 d7d5");
-    for (int i = 0; i < 20; ++i) command("go infinite searchmoves e4d5 g1f3");
+    for (int i = 0; i < 20; ++i) {
+        command("go infinite searchmoves e4d5 g1f3");
+    }
     EXPECT_EQ(engine->analysis().get_status(), searching_status);
     command("stop");
     std::string const best = engine->analysis().best_move().algebraic(false);

@@ -114,7 +114,9 @@ TEST_F(EngineOptionsTest, PonderingWorksWhateverThePonderOptionSays) {
         EXPECT_EQ(engine->engine_state(), 2) << value;
         ASSERT_TRUE(wait_for_status(finished_status)) << value;
         engine->to_console();
-        for (std::string const& line : replies()) EXPECT_TRUE(line.starts_with("info")) << line;
+        for (std::string const& line : replies()) {
+            EXPECT_TRUE(line.starts_with("info")) << line;
+        }
         command("ponderhit");
         EXPECT_TRUE(search_to_end().back().starts_with("bestmove ")) << value;
     }

@@ -27,7 +27,9 @@ class EnginePendingActionTest : public EngineFixture {
 
     /// Hands over all lines for one pass over the queue.
     void commands(std::initializer_list<char const*> lines) {
-        for (char const* const line : lines) communicator.to_engine(line);
+        for (char const* const line : lines) {
+            communicator.to_engine(line);
+        }
         engine->from_console();
     }
 

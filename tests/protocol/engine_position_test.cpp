@@ -179,7 +179,9 @@ TEST_F(EnginePositionTest, PositionDuringASearchStopsItSilently) {
     EXPECT_NE(engine->analysis().get_status(), searching_status);
     EXPECT_EQ(engine->engine_state(), 1);
     engine->to_console();
-    for (std::string const& line : replies()) EXPECT_FALSE(line.starts_with("bestmove")) << line;
+    for (std::string const& line : replies()) {
+        EXPECT_FALSE(line.starts_with("bestmove")) << line;
+    }
 
     command("go depth 1");
     EXPECT_EQ(engine->analysis().get_action(), no_action);
@@ -243,7 +245,9 @@ TEST_F(EnginePositionTest, UcinewgameMakesTheNextSearchLikeTheFirst) {
         command("go depth 6");
         search_to_end();
         std::uint64_t const nodes = engine->analysis().get_node_count();
-        if (game == 0) first = nodes;
+        if (game == 0) {
+            first = nodes;
+        }
         EXPECT_EQ(nodes, first);
     }
     command("position " + std::string("fen ") + other_fen + " ");

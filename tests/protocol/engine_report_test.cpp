@@ -31,7 +31,9 @@ class EngineReportTest : public EngineFixture {
     static std::string last_info(lines_t const& lines) {
         std::string last;
         for (std::string const& line : lines) {
-            if (line.starts_with("info depth ")) last = line;
+            if (line.starts_with("info depth ")) {
+                last = line;
+            }
         }
         return last;
     }
@@ -80,7 +82,9 @@ TEST_F(EngineReportTest, TheFiguresOfTheLastInfoAreThoseOfTheSearch) {
     EXPECT_EQ(number_behind(line, "nps"), analysis.get_node_count() / time * 1000);
     PrincipalVariation const best = analysis.pv();
     std::string moves;
-    for (Move const& move : best) moves += move.algebraic(false) + " ";
+    for (Move const& move : best) {
+        moves += move.algebraic(false) + " ";
+    }
     EXPECT_TRUE(line.ends_with(" pv " + moves)) << line;
 }
 
@@ -89,7 +93,9 @@ TEST_F(EngineReportTest, AllReportsGoToTheLogBehindAnArrow) {
     command("position startpos");
     command("go depth 5");
     std::string expected = "engine <- position startpos\nengine <- go depth 5\n";
-    for (std::string const& line : search_to_end()) expected += "engine -> " + line + "\n";
+    for (std::string const& line : search_to_end()) {
+        expected += "engine -> " + line + "\n";
+    }
     EXPECT_EQ(log_text(), expected);
 }
 
@@ -135,7 +141,9 @@ TEST_F(EngineReportTest, ASearchThatNobodyWaitsForIsReportedWithoutBestmove) {
 TEST_F(EngineReportTest, HashfullGoesOutOnceAheadOfBestmove) {
     lines_t const lines = search(start_fen, "go depth 6");
     int count = 0;
-    for (std::string const& line : lines) count += line.starts_with("info hashfull ") ? 1 : 0;
+    for (std::string const& line : lines) {
+        count += line.starts_with("info hashfull ") ? 1 : 0;
+    }
     EXPECT_EQ(count, 1);
     EXPECT_EQ(lines[lines.size() - 2],
               "info hashfull " + std::to_string(engine->analysis().get_hashfull()));

@@ -21,7 +21,9 @@ constexpr std::uint64_t long_time = std::uint64_t{1} << 35;
 
 int count_best_moves(lines_t const& lines) {
     int count = 0;
-    for (std::string const& line : lines) count += line.starts_with("bestmove") ? 1 : 0;
+    for (std::string const& line : lines) {
+        count += line.starts_with("bestmove") ? 1 : 0;
+    }
     return count;
 }
 
@@ -232,7 +234,9 @@ TEST_F(EngineSearchTest, PonderHoldsBestmoveBackUntilPonderhit) {
     command("go ponder depth 2");
     EXPECT_EQ(engine->engine_state(), 2);
     ASSERT_TRUE(wait_for_status(finished_status));
-    for (int pass = 0; pass < 3; ++pass) engine->to_console();
+    for (int pass = 0; pass < 3; ++pass) {
+        engine->to_console();
+    }
     EXPECT_EQ(count_best_moves(replies()), 0);
     EXPECT_EQ(fen(), start_fen);
     command("ponderhit");

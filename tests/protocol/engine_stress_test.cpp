@@ -70,13 +70,17 @@ class EngineStressTest : protected StressSurroundings,
 
 std::string EngineStressTest::where() const {
     std::string text = "seed " + std::to_string(GetParam()) + " round " + std::to_string(round);
-    for (std::string const& line : last_lines) text += "\n    " + line;
+    for (std::string const& line : last_lines) {
+        text += "\n    " + line;
+    }
     return text;
 }
 
 void EngineStressTest::note(std::string const& line) {
     last_lines.push_back(line);
-    if (last_lines.size() > 30) last_lines.pop_front();
+    if (last_lines.size() > 30) {
+        last_lines.pop_front();
+    }
 }
 
 void EngineStressTest::push(stress_line_t const& line) {
@@ -98,17 +102,23 @@ void EngineStressTest::push_some() {
         line = {"stop", stress_kind::stop};
     }
     push(line);
-    if (book || sets_option(line, "OwnBook")) return;
+    if (book || sets_option(line, "OwnBook")) {
+        return;
+    }
     while (commands.one_in(3)) {
         line = commands.later_line();
-        if (!sets_option(line, "OwnBook")) push(line);
+        if (!sets_option(line, "OwnBook")) {
+            push(line);
+        }
     }
 }
 
 std::vector<std::string> EngineStressTest::answers() {
     std::vector<std::string> lines = replies();
     std::erase_if(lines, [](std::string const& line) { return line.starts_with("info depth "); });
-    for (std::string const& line : lines) note("    -> " + line);
+    for (std::string const& line : lines) {
+        note("    -> " + line);
+    }
     return lines;
 }
 
@@ -138,7 +148,9 @@ void EngineStressTest::expect_answers() {
 
 void EngineStressTest::expect_reports() {
     std::vector<std::string> const lines = answers();
-    if (lines.empty()) return;
+    if (lines.empty()) {
+        return;
+    }
     ASSERT_EQ(lines.size(), 2U) << where();
     EXPECT_TRUE(lines[0].starts_with("info hashfull ")) << where();
     ASSERT_TRUE(lines[1].starts_with("bestmove ")) << where();
@@ -151,7 +163,9 @@ void EngineStressTest::pass() {
     model.see_status(engine->analysis().get_status());
     engine->from_console();
     expect_answers();
-    if (HasFatalFailure()) return;
+    if (HasFatalFailure()) {
+        return;
+    }
     engine->to_console();
     expect_reports();
     EXPECT_EQ(engine->engine_state(), model.state()) << where();
@@ -167,17 +181,23 @@ void EngineStressTest::settle() {
 }
 
 void EngineStressTest::wait_a_little() {
-    if (commands.one_in(3)) return;
+    if (commands.one_in(3)) {
+        return;
+    }
     std::this_thread::sleep_for(std::chrono::microseconds(commands.below(4000)));
 }
 
 void EngineStressTest::run(std::size_t rounds) {
     for (round = 0; !HasFailure() && (round < rounds || !seen_enough()); ++round) {
         ASSERT_LT(round, rounds + 2000) << "nothing happens";
-        if (pending.empty() && !commands.one_in(3)) push_some();
+        if (pending.empty() && !commands.one_in(3)) {
+            push_some();
+        }
         watchdog.feed(where());
         pass();
-        if (pending.empty() && model.move_must_come() && !commands.one_in(3)) settle();
+        if (pending.empty() && model.move_must_come() && !commands.one_in(3)) {
+            settle();
+        }
         wait_a_little();
     }
 }

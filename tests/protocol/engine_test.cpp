@@ -96,7 +96,9 @@ TEST_F(EngineTest, SetActionStartsAndStopsTheSearch) {
     engine->set_action(0);
     EXPECT_EQ(engine->engine_state(), 0);
     engine->to_console();
-    for (std::string const& line : replies()) EXPECT_TRUE(line.starts_with("info depth")) << line;
+    for (std::string const& line : replies()) {
+        EXPECT_TRUE(line.starts_with("info depth")) << line;
+    }
 }
 
 TEST_F(EngineTest, AStopWhileIdleGivesStatusTwoAndNoSearch) {

@@ -32,7 +32,9 @@ lines_t const handshake{
 
 lines_t texts(timed_lines_t const& lines) {
     lines_t result;
-    for (auto const& line : lines) result.push_back(line.text);
+    for (auto const& line : lines) {
+        result.push_back(line.text);
+    }
     return result;
 }
 
@@ -81,7 +83,9 @@ TEST(MainTest, TheHandshakeDuringASearchComesAtOnceAndDisturbsNothing) {
     engine.send("isready");
     EXPECT_EQ(engine.find("readyok"), "readyok");
     timed_lines_t const later = engine.read_for(300ms);
-    for (auto const& line : later) EXPECT_TRUE(line.text.starts_with("info ")) << line.text;
+    for (auto const& line : later) {
+        EXPECT_TRUE(line.text.starts_with("info ")) << line.text;
+    }
     engine.send("stop");
     EXPECT_TRUE(engine.find("bestmove").starts_with("bestmove "));
 }
@@ -179,7 +183,9 @@ TEST(MainTest, QuitWhileThinking) {
     ASSERT_TRUE(engine.find("info depth").starts_with("info depth"));
     engine.send("quit");
     expect_clean_end(engine);
-    for (std::string const& line : engine.rest()) EXPECT_TRUE(line.starts_with("info ")) << line;
+    for (std::string const& line : engine.rest()) {
+        EXPECT_TRUE(line.starts_with("info ")) << line;
+    }
 }
 
 TEST(MainTest, QuitWhilePonderingAndWhileInfinite) {
@@ -189,7 +195,9 @@ TEST(MainTest, QuitWhilePonderingAndWhileInfinite) {
         ASSERT_TRUE(engine.find("info depth").starts_with("info depth"));
         engine.send("quit");
         expect_clean_end(engine);
-        for (std::string const& line : engine.rest()) EXPECT_TRUE(line.starts_with("info "));
+        for (std::string const& line : engine.rest()) {
+            EXPECT_TRUE(line.starts_with("info "));
+        }
     }
 }
 
@@ -199,7 +207,9 @@ TEST(MainTest, QuitWhileABestmoveIsHeldBack) {
     EXPECT_TRUE(engine.read_for(300ms).size() <= 1U);
     engine.send("quit");
     expect_clean_end(engine);
-    for (std::string const& line : engine.rest()) EXPECT_TRUE(line.starts_with("info "));
+    for (std::string const& line : engine.rest()) {
+        EXPECT_TRUE(line.starts_with("info "));
+    }
 }
 
 TEST(MainTest, QuitRightBehindGo) {
@@ -226,7 +236,9 @@ TEST(MainTest, ABestmoveBehindQueuedLinesIsDroppedAtQuit) {
     expect_clean_end(engine);
     lines_t const output = engine.rest();
     EXPECT_GE(output.size(), 30U);
-    for (std::string const& line : output) EXPECT_FALSE(line.starts_with("bestmove")) << line;
+    for (std::string const& line : output) {
+        EXPECT_FALSE(line.starts_with("bestmove")) << line;
+    }
 }
 
 TEST(MainTest, QuitWithATrailingBlankEndsTheAnalysisThreadButNotTheProcess) {

@@ -54,11 +54,15 @@ class ProcessBookTest : public EngineDirectoryFixture {
     /// not work under a tracer.
     lines_t opened_books() const {
         std::string const trace = directory.file("trace");
-        if (short_tests) return {};
+        if (short_tests) {
+            return {};
+        }
         auto const result =
             run_program(tracer, {"-f", "-e", "trace=open,openat", "-o", trace, engine_binary},
                         {.input = "quit\n", .directory = directory.path()});
-        if (result.status != 0) return {};
+        if (result.status != 0) {
+            return {};
+        }
         lines_t names;
         for (std::string const& line : read_lines(trace)) {
             std::size_t const begin = line.find('"') + 1;
@@ -111,7 +115,9 @@ TEST_F(ProcessBookTest, OneEntry) {
 TEST_F(ProcessBookTest, ManyEntries) {
     std::mt19937_64 random(7);
     std::vector<Book_record> entries{book_line(start_fen, "c2c4")};
-    for (int i = 0; i < 20000; ++i) entries.push_back(book_entry(random(), 1 + i % 4095, 1));
+    for (int i = 0; i < 20000; ++i) {
+        entries.push_back(book_entry(random(), 1 + i % 4095, 1));
+    }
     std::stable_sort(entries.begin(), entries.end());
     start(book_bytes(entries));
     expect_book("c2c4", "many entries");
@@ -144,7 +150,9 @@ TEST_F(ProcessBookTest, RubbishIsNoBook) {
     std::mt19937 random(11);
     for (std::size_t const size : {64U, 1000U, 100000U}) {
         std::string bytes(size, '\0');
-        for (char& byte : bytes) byte = static_cast<char>(random());
+        for (char& byte : bytes) {
+            byte = static_cast<char>(random());
+        }
         start(bytes);
         expect_search("rubbish");
     }
@@ -224,7 +232,9 @@ TEST_F(ProcessBookTest, TheAnswerIsNotLogged) {
     engine->send("setoption name Debug value true");
     expect_book("a2a3", "logged");
     for (fs::directory_entry const& entry : fs::directory_iterator(directory.path())) {
-        if (!entry.path().filename().string().starts_with("uci_eng_")) continue;
+        if (!entry.path().filename().string().starts_with("uci_eng_")) {
+            continue;
+        }
         EXPECT_EQ(read_lines(entry.path().string()),
                   (lines_t{"engine <- " + use_book, "engine <- position startpos",
                            "engine <- go depth 2", "engine <- quit"}));

@@ -259,9 +259,13 @@ TEST(ProcessEvalTest, TheReportIsWrittenToTheByte) {
         std::string const fen = block.front().substr(std::string("position ").size());
         engine.send_all({"position fen " + fen, "eval", "isready"});
         std::string text;
-        for (auto const& line : engine.read_until("readyok")) text += line.text + "\n";
+        for (auto const& line : engine.read_until("readyok")) {
+            text += line.text + "\n";
+        }
         std::string expected;
-        for (std::size_t i = 1; i < block.size(); ++i) expected += block[i].substr(1) + "\n";
+        for (std::size_t i = 1; i < block.size(); ++i) {
+            expected += block[i].substr(1) + "\n";
+        }
         EXPECT_EQ(text, expected + "readyok\n") << fen;
     }
 }

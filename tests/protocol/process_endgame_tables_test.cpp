@@ -48,8 +48,12 @@ class ProcessEndgameTablesTest : public testing::Test {
     lines_t move(std::string const& go) {
         engine_.send(go);
         lines_t lines;
-        for (auto const& line : engine_.read_until("bestmove")) lines.push_back(line.text);
-        if (lines.empty()) lines.emplace_back();
+        for (auto const& line : engine_.read_until("bestmove")) {
+            lines.push_back(line.text);
+        }
+        if (lines.empty()) {
+            lines.emplace_back();
+        }
         take_move(lines.back());
         engine_.send(position_line_);
         return lines;
@@ -98,7 +102,9 @@ TEST_F(ProcessEndgameTablesTest, AGameWithALongClockBuildsAndMovesInTime) {
     auto const start = EngineProcess::clock::now();
     move("go wtime " + clock + " btime " + clock);
     EXPECT_LT(EngineProcess::clock::now() - start, 60s);
-    for (int ply = 0; ply < 8; ++ply) move("go wtime 2200 btime 2200");
+    for (int ply = 0; ply < 8; ++ply) {
+        move("go wtime 2200 btime 2200");
+    }
     set_position(with_a_pawn);
     move("go wtime 2200 btime 2200");
 }

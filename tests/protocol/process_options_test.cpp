@@ -47,7 +47,9 @@ class ProcessOptionsTest : public EngineDirectoryFixture {
     int deepest_iteration(int expected) {
         engine->send_all({"position fen " + locked_fen, "go depth 18 infinite"});
         lines_t lines = answers_until("info depth " + std::to_string(expected) + " ");
-        for (int pass = 0; pass < 3; ++pass) append(lines, say({}));
+        for (int pass = 0; pass < 3; ++pass) {
+            append(lines, say({}));
+        }
         append(lines, search({"stop"}));
         int deepest = 0;
         for (std::string const& line : lines) {
@@ -68,11 +70,17 @@ class ProcessOptionsTest : public EngineDirectoryFixture {
         std::set<int> numbers;
         for (int more = 60; more > 0;) {
             auto const line = engine->read_line();
-            if (!line || line->text == "readyok") break;
+            if (!line || line->text == "readyok") {
+                break;
+            }
             numbers.insert(number_after("multipv", line->text));
-            if (!numbers.contains(expected)) continue;
+            if (!numbers.contains(expected)) {
+                continue;
+            }
             // The answer comes behind all reports that wait by now, of which there may be many.
-            if (more-- == 60) engine->send("isready");
+            if (more-- == 60) {
+                engine->send("isready");
+            }
         }
         return numbers;
     }
@@ -122,7 +130,9 @@ TEST_F(ProcessOptionsTest, AWeakenedEngineSpendsItsTime) {
     lines_t const lines = search({"position startpos", "go movetime 700"});
     auto const time = EngineProcess::clock::now() - start_time;
     EXPECT_GE(time, std::chrono::milliseconds(400));
-    for (std::string const& line : lines) EXPECT_LE(number_after("depth", line), 3) << line;
+    for (std::string const& line : lines) {
+        EXPECT_LE(number_after("depth", line), 3) << line;
+    }
 }
 
 TEST_F(ProcessOptionsTest, AsManyLinesAreReportedAsAreWanted) {
@@ -155,7 +165,9 @@ TEST_F(ProcessOptionsTest, OneLineIsNotNumbered) {
         int reports = 0;
         for (std::string const& line : search({"ucinewgame", "position startpos", "go depth 7"})) {
             EXPECT_EQ(line.find("multipv"), std::string::npos) << line;
-            if (line.starts_with("info depth")) ++reports;
+            if (line.starts_with("info depth")) {
+                ++reports;
+            }
         }
         EXPECT_GT(reports, 0);
     }
@@ -174,7 +186,9 @@ TEST_F(ProcessOptionsTest, CastlingIsReportedAsTheOptionSays) {
                                           std::string("go depth 5 searchmoves ") + given});
             int reports = 0;
             for (std::string const& line : lines) {
-                if (!line.starts_with("info depth")) continue;
+                if (!line.starts_with("info depth")) {
+                    continue;
+                }
                 EXPECT_EQ(word_after("pv", line), row.move) << line;
                 ++reports;
             }
@@ -204,7 +218,9 @@ int nodes_of_second_search(EngineProcess& engine, std::vector<std::string> const
     for (int search = 0; search < 2; ++search) {
         engine.send_all({"position startpos", "go depth 8"});
         for (auto const& line : engine.read_until("bestmove")) {
-            if (line.text.starts_with("info depth")) nodes = number_after("nodes", line.text);
+            if (line.text.starts_with("info depth")) {
+                nodes = number_after("nodes", line.text);
+            }
         }
         engine.send_all(between);
     }
@@ -230,7 +246,9 @@ TEST_F(ProcessOptionsTest, HashDuringASearchHarmsNothing) {
     engine->send_all({"position startpos", "go infinite"});
     answers_until("info depth");
     lines_t sizes;
-    for (int i = 0; i < 50; ++i) sizes.push_back(option("Hash", i % 2 == 0 ? "6" : "64"));
+    for (int i = 0; i < 50; ++i) {
+        sizes.push_back(option("Hash", i % 2 == 0 ? "6" : "64"));
+    }
     say(sizes);
     EXPECT_TRUE(search({"stop"}).back().starts_with("bestmove "));
     EXPECT_TRUE(search({"position startpos", "go depth 5"}).back().starts_with("bestmove "));

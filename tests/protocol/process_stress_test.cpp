@@ -26,7 +26,9 @@ using burst_t = std::vector<stress_line_t>;
 class AnswerBounds {
  public:
     explicit AnswerBounds(burst_t const& burst) {
-        for (stress_line_t const& line : burst) act(line);
+        for (stress_line_t const& line : burst) {
+            act(line);
+        }
     }
 
     /// Behind a burst that leaves the engine idle.
@@ -34,7 +36,9 @@ class AnswerBounds {
     /// Behind any burst.
     std::size_t most() const {
         std::size_t most = 0;
-        for (auto const& [state, bounds] : states_) most = std::max(most, bounds.most);
+        for (auto const& [state, bounds] : states_) {
+            most = std::max(most, bounds.most);
+        }
         return most;
     }
 
@@ -46,7 +50,9 @@ class AnswerBounds {
 
     void act(stress_line_t const& line) {
         std::map<int, bounds_t> const before = std::exchange(states_, {});
-        for (auto const& [state, bounds] : before) act(line, state, bounds);
+        for (auto const& [state, bounds] : before) {
+            act(line, state, bounds);
+        }
         // Behind each line, a search that has ended is answered.
         if (auto const thinking = states_.find(1); thinking != states_.end()) {
             add(0, more(thinking->second));
@@ -69,7 +75,9 @@ class AnswerBounds {
 
     void add(int state, bounds_t const& bounds) {
         auto const [known, added] = states_.emplace(state, bounds);
-        if (added) return;
+        if (added) {
+            return;
+        }
         known->second.least = std::min(known->second.least, bounds.least);
         known->second.most = std::max(known->second.most, bounds.most);
     }
@@ -102,7 +110,9 @@ class ProcessStressTest : public EngineDirectoryFixture,
     }
     static std::string text(burst_t const& burst) {
         std::string text = "seed " + std::to_string(GetParam());
-        for (stress_line_t const& line : burst) text += "\n    " + line.text;
+        for (stress_line_t const& line : burst) {
+            text += "\n    " + line.text;
+        }
         return text;
     }
 
@@ -115,7 +125,9 @@ burst_t ProcessStressTest::make_burst() {
     for (std::size_t left = 1 + commands.below(15); left > 0; --left) {
         if (commands.one_in(4)) {
             burst.push_back(commands.position(game));
-            if (commands.one_in(2)) burst.push_back(commands.go(&game));
+            if (commands.one_in(2)) {
+                burst.push_back(commands.go(&game));
+            }
         } else if (commands.one_in(20)) {
             burst.push_back({"uci"});
         } else {
@@ -129,7 +141,9 @@ void ProcessStressTest::write(burst_t const& burst) {
     std::string lines;
     for (stress_line_t const& line : burst) {
         lines += line.text + "\n";
-        if (!commands.one_in(8)) continue;
+        if (!commands.one_in(8)) {
+            continue;
+        }
         engine->write(lines);
         lines.clear();
         std::this_thread::sleep_for(std::chrono::microseconds(commands.below(15000)));
@@ -174,7 +188,9 @@ void ProcessStressTest::expect_search_answered() {
 TEST_P(ProcessStressTest, BurstsOfLines) {
     for (std::size_t left = stress_rounds(40); left > 0 && !HasFailure(); --left) {
         expect_burst_answered();
-        while (!HasFailure() && commands.one_in(2)) expect_search_answered();
+        while (!HasFailure() && commands.one_in(2)) {
+            expect_search_answered();
+        }
     }
     quit();
 }

@@ -27,7 +27,9 @@ TEST(SelfPlayTest, EveryGameIsLegalAndEndsByTheRules) {
     EXPECT_GT(verdicts["checkmate"], 0);
     EXPECT_GT(plies, game_count);
     std::cout << plies << " plies;";
-    for (auto const& [verdict, count] : verdicts) std::cout << ' ' << verdict << ' ' << count;
+    for (auto const& [verdict, count] : verdicts) {
+        std::cout << ' ' << verdict << ' ' << count;
+    }
     std::cout << '\n';
 }
 

@@ -21,7 +21,9 @@ constexpr std::array<char const*, 6> special_fens{
 
 std::vector<std::string> make_start_fens() {
     std::vector<std::string> fens(special_fens.begin(), special_fens.end());
-    for (game_start_t const& start : varied_starts(36)) fens.push_back(start.fen);
+    for (game_start_t const& start : varied_starts(36)) {
+        fens.push_back(start.fen);
+    }
     return fens;
 }
 
@@ -86,7 +88,9 @@ void StressCommands::begin_game(TrackedGame& game) {
     for (std::size_t left = one_in(4) ? 0 : below(6); left > 0 && !game.over(); --left) {
         game.play(pick(game.legal_moves()));
     }
-    if (!game.known()) begin_game(game);
+    if (!game.known()) {
+        begin_game(game);
+    }
 }
 
 stress_line_t StressCommands::position(TrackedGame& game) {
@@ -94,7 +98,9 @@ stress_line_t StressCommands::position(TrackedGame& game) {
         begin_game(game);
     } else if (!one_in(8)) {
         game.play(pick(game.legal_moves()));
-        if (!game.known()) begin_game(game);
+        if (!game.known()) {
+            begin_game(game);
+        }
     }
     return {game.command(), stress_kind::position};
 }

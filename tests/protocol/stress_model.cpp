@@ -21,7 +21,9 @@ std::vector<std::string> StressModel::act(stress_line_t const& line) {
             state_ = 1;
             return {};
         case stress_kind::stop:
-            if (state_ == 0) return {};
+            if (state_ == 0) {
+                return {};
+            }
             state_ = 0;
             return {"bestmove "};
         case stress_kind::new_game:
@@ -51,13 +53,17 @@ std::vector<std::string> StressModel::act_go(stress_go_t const& go) {
     bool const alone = accepted_ == 0 ? clean_ : accepted_ == 1 && first_was_clean_ && state_ == 0;
     // The limits are reset in any case, and with them those of a search that runs.
     ends_ = false;
-    if (own_book_ && game_.known() && game_.fen().starts_with(book_fen_)) return {"bestmove "};
+    if (own_book_ && game_.known() && game_.fen().starts_with(book_fen_)) {
+        return {"bestmove "};
+    }
     if (state_ == 1) {
         refused_ = true;
         return {};
     }
     state_ = go.state;
-    if (accepted_++ == 0) first_was_clean_ = clean_;
+    if (accepted_++ == 0) {
+        first_was_clean_ = clean_;
+    }
     may_find_nothing_ = may_find_nothing_ || go.may_find_nothing;
     ends_ = go.finite && alone;
     by_clock_ = go.by_clock;
@@ -71,18 +77,24 @@ void StressModel::act_option(stress_line_t const& line) {
         weak_ = on;
         weak_search_ = weak_search_ || on;
     }
-    if (sets_option(line, "OwnBook")) own_book_ = on && !book_fen_.empty();
+    if (sets_option(line, "OwnBook")) {
+        own_book_ = on && !book_fen_.empty();
+    }
 }
 
 void StressModel::see_status(int status) {
-    if (clean_ && accepted_ > 0 && status != ready_status) begun_ = true;
+    if (clean_ && accepted_ > 0 && status != ready_status) {
+        begun_ = true;
+    }
 }
 
 // A `stop` that comes before the thread has taken the search up prints the move of an older one.
 bool StressModel::stopped_move(std::string const& move) {
     bool const of_this_search = begun_;
     bool const good = takes_move(move, true);
-    if (!of_this_search) game_.lose();
+    if (!of_this_search) {
+        game_.lose();
+    }
     return good || !of_this_search;
 }
 

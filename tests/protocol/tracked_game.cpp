@@ -36,17 +36,25 @@ void TrackedGame::generate() {
 std::size_t TrackedGame::count(std::string const& move) const {
     std::size_t found = 0;
     for (auto legal = moves_.cbegin(); legal != moves_.cend(); ++legal) {
-        if (reads(*legal, move)) ++found;
+        if (reads(*legal, move)) {
+            ++found;
+        }
     }
     return found;
 }
 
 void TrackedGame::play(std::string const& move) {
-    if (!known_) return;
+    if (!known_) {
+        return;
+    }
     known_ = count(move) == 1;
-    if (!known_) return;
+    if (!known_) {
+        return;
+    }
     for (Move const& legal : moves_) {
-        if (!reads(legal, move)) continue;
+        if (!reads(legal, move)) {
+            continue;
+        }
         position_->make_move(Move(legal));
         break;
     }

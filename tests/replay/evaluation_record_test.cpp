@@ -30,7 +30,7 @@ class EvaluationRecords : public testing::TestWithParam<char const*> {
         for (PositionRecord const& record : read_position_records(GetParam())) {
             position.fen(record.fen());
             Evaluation evaluation(position, tables);
-            const int score = evaluation.static_eval();
+            int const score = evaluation.static_eval();
             EXPECT_EQ(text_of(evaluation, score), record.value(line)) << record.fen();
         }
     }
@@ -40,7 +40,9 @@ TEST_P(EvaluationRecords, terms_to_the_last_digit) {
     compare("terms", [](Evaluation const& evaluation, int) {
         std::string text;
         for (const float term : evaluation.variable_vector()) {
-            if (!text.empty()) text += ' ';
+            if (!text.empty()) {
+                text += ' ';
+            }
             text += float_text(term);
         }
         return text;

@@ -41,8 +41,12 @@ std::string list_text(MoveList const& list, Text text_of) {
     std::string text;
     for (Move const& move : list) {
         const std::string entry = text_of(move);
-        if (entry.empty()) continue;
-        if (!text.empty()) text += ' ';
+        if (entry.empty()) {
+            continue;
+        }
+        if (!text.empty()) {
+            text += ' ';
+        }
         text += entry;
     }
     return text;
@@ -133,7 +137,9 @@ TEST_P(PositionRecords, exchange_values) {
     Analysis analysis(position_, tables_);
     compare("exchange", [this, &analysis] {
         return list_text(all_moves(), [&analysis](Move const& move) {
-            if (move.code() == castling) return std::string();
+            if (move.code() == castling) {
+                return std::string();
+            }
             return move.algebraic(true) + ':' + std::to_string(analysis.see(move));
         });
     });

@@ -62,7 +62,9 @@ void replay(session_t const& session, std::string const& file_name) {
     SessionPlayer player;
     std::string position;
     for (session_command_t const& command : session.commands) {
-        if (command.text.starts_with("pos ")) position = command.text;
+        if (command.text.starts_with("pos ")) {
+            position = command.text;
+        }
         const std::vector<std::string> answer = player.play(command.text);
         SCOPED_TRACE(file_name + ", " + position + ", command " + command.text);
         for (std::size_t i = 0; i < std::min(answer.size(), command.answer.size()); ++i) {
@@ -76,7 +78,9 @@ class SearchSession : public testing::TestWithParam<chunk_t> {};
 
 TEST_P(SearchSession, gives_every_figure_line_by_line) {
     ASSERT_FALSE(GetParam().sessions.empty());
-    for (session_t const& session : GetParam().sessions) replay(session, GetParam().file_name);
+    for (session_t const& session : GetParam().sessions) {
+        replay(session, GetParam().file_name);
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(replay, SearchSession, testing::ValuesIn(all_chunks()),

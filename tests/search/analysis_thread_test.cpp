@@ -22,7 +22,9 @@ class AnalysisThread : public AnalysisFixture {
 
     /// Ends the thread as the engine does: a stop first, then the quit flag.
     void join() {
-        if (!thread_.joinable()) return;
+        if (!thread_.joinable()) {
+            return;
+        }
         analysis_.set_action(stop_action);
         analysis_.quit();
         thread_.join();
@@ -41,7 +43,9 @@ class AnalysisThread : public AnalysisFixture {
     /// Waits, patiently enough for a loaded machine.
     static bool comes_true(std::function<bool()> const& condition) {
         for (int i = 0; i < 20000; ++i) {
-            if (condition()) return true;
+            if (condition()) {
+                return true;
+            }
             sleep_for(1);
         }
         return false;

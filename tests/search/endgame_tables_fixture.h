@@ -40,7 +40,9 @@ using bytes_t = std::vector<unsigned char>;
 
 inline bytes_t bytes_of(Egt4Pieces const& table) {
     bytes_t bytes(table.size());
-    for (unsigned int key = 0; key < table.size(); ++key) bytes[key] = table[key];
+    for (unsigned int key = 0; key < table.size(); ++key) {
+        bytes[key] = table[key];
+    }
     return bytes;
 }
 

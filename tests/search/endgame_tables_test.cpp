@@ -22,7 +22,9 @@ std::string lent_to(std::string const& material) {
     std::string names;
     for (Egt4Pieces const* const table : {&analysis.kbnk_table(), &analysis.kqkr_table()}) {
         // The memory is all zero, and without any the answer is another.
-        if ((*table)[0] == 0) names += table->name();
+        if ((*table)[0] == 0) {
+            names += table->name();
+        }
     }
     return names;
 }

@@ -46,7 +46,9 @@ TEST_F(Exchange, PlainMovesGiveWhatPlayingThemOutGives) {
         std::string const& fen = record.fen();
         set(fen);
         for (Move const& candidate : moves()) {
-            if (candidate.code() != normal_move) continue;
+            if (candidate.code() != normal_move) {
+                continue;
+            }
             ASSERT_EQ(analysis_.see(candidate), played_out(analysis_, position_, candidate))
                 << fen << ' ' << candidate.algebraic(true);
             ++compared;

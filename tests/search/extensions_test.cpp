@@ -199,7 +199,9 @@ TEST_F(Extensions, PassedPawnsAreThoseOfTheLastEvaluation) {
 TEST_F(Extensions, StateComesBack) {
     set("3q2k1/8/8/8/8/8/8/K2QR3 w - - 0 1");
     ChessPosition const before = position_;
-    for (Move const& candidate : moves()) extend(candidate);
+    for (Move const& candidate : moves()) {
+        extend(candidate);
+    }
     EXPECT_EQ(position_, before);
     EXPECT_TRUE(position_.board().consistent());
 }

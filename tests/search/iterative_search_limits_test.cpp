@@ -121,7 +121,9 @@ TEST_F(SearchLimits, StopAsksForNoRetry) {
     EXPECT_EQ(search([] {}), (std::vector<int>{1, 2, 2, 2}));
     set(start);
     EXPECT_EQ(search([&] {
-                  if (analysis_.get_iteration() == 2) analysis_.set_action(stop_action);
+                  if (analysis_.get_iteration() == 2) {
+                      analysis_.set_action(stop_action);
+                  }
               }),
               (std::vector<int>{1, 2}));
 }
@@ -261,7 +263,9 @@ TEST_F(SearchLimits, WeakenedPlayStartsEveryIterationWithoutHash) {
         search([&] {
             seen = seen || probe_.table().find(12345) != nullptr;
             probe_.table().write(mark);
-            if (weakened && analysis_.get_iteration() == 3) analysis_.set_action(stop_action);
+            if (weakened && analysis_.get_iteration() == 3) {
+                analysis_.set_action(stop_action);
+            }
         });
         EXPECT_EQ(seen, !weakened);
     }
@@ -279,7 +283,9 @@ TEST_F(SearchLimits, WeakenedPlayChoosesAmongLinesInsideItsMargin) {
         analysis_.iterative_search();
         MultiPV const lines = analysis_.mpv();
         int best = lines[0].score();
-        for (PrincipalVariation const& line : lines) best = std::max(best, line.score());
+        for (PrincipalVariation const& line : lines) {
+            best = std::max(best, line.score());
+        }
         EXPECT_EQ(analysis_.best_move(), lines[0][0]);
         EXPECT_EQ(analysis_.pondermove(), Move());
         EXPECT_GE(lines[0].score(), best - 200);

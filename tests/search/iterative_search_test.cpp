@@ -45,7 +45,9 @@ class IterativeSearch : public AnalysisFixture {
 
     static std::vector<int> iterations(std::vector<root_return_t> const& returns) {
         std::vector<int> numbers;
-        for (root_return_t const& entry : returns) numbers.push_back(entry.iteration);
+        for (root_return_t const& entry : returns) {
+            numbers.push_back(entry.iteration);
+        }
         return numbers;
     }
 };
@@ -311,7 +313,9 @@ TEST_F(IterativeSearch, StartOfASearchAgesAndForgets) {
     set(start);
     Move const opening = move("e2e4");
     Move const other = move("d2d4");
-    for (int i = 0; i < 2; ++i) probe_.history().increment(opening, 5);
+    for (int i = 0; i < 2; ++i) {
+        probe_.history().increment(opening, 5);
+    }
     probe_.history().decrement(other, 0);
     probe_.counter_moves().increment(opening, other, 6);
     probe_.counter_moves().decrement(opening, opening, 0);

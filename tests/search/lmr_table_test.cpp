@@ -10,11 +10,15 @@ namespace {
 /// The rule of the table, by the power instead of the logarithm: the entry is the largest n with
 /// row ^ ln(column / 2) >= e ^ n, but at least 1.
 int reduction(int depth, unsigned int column) {
-    if (depth == 0 || column == 0) return 1;
+    if (depth == 0 || column == 0) {
+        return 1;
+    }
     long double const exponent = std::log(static_cast<long double>(column) / 2.0L);
     long double const power = std::pow(static_cast<long double>(depth), exponent);
     int n = 0;
-    while (std::exp(static_cast<long double>(n + 1)) <= power) ++n;
+    while (std::exp(static_cast<long double>(n + 1)) <= power) {
+        ++n;
+    }
     return n > 1 ? n : 1;
 }
 
@@ -47,8 +51,12 @@ TEST(LmrTable, HoldsTheKnownEntries) {
 
 TEST(LmrTable, SmallestEntryIsOneAndLargestIsTwentyTwo) {
     LmrTable const table;
-    for (unsigned int column = 0; column < 256; ++column) EXPECT_EQ(table.value(0, column), 1);
-    for (int depth = 0; depth <= 101; ++depth) EXPECT_EQ(table.value(depth, 0), 1);
+    for (unsigned int column = 0; column < 256; ++column) {
+        EXPECT_EQ(table.value(0, column), 1);
+    }
+    for (int depth = 0; depth <= 101; ++depth) {
+        EXPECT_EQ(table.value(depth, 0), 1);
+    }
     EXPECT_EQ(table.value(101, 255), 22);
 }
 
@@ -64,8 +72,12 @@ TEST(LmrTable, ShallowDepthsDoNotReduceEarlyMovesFurther) {
 
 TEST(LmrTable, RowTwoTurnsToTwoAtColumnThirtySix) {
     LmrTable const table;
-    for (unsigned int column = 0; column <= 35; ++column) EXPECT_EQ(table.value(2, column), 1);
-    for (unsigned int column = 36; column < 256; ++column) EXPECT_GE(table.value(2, column), 2);
+    for (unsigned int column = 0; column <= 35; ++column) {
+        EXPECT_EQ(table.value(2, column), 1);
+    }
+    for (unsigned int column = 36; column < 256; ++column) {
+        EXPECT_GE(table.value(2, column), 2);
+    }
     EXPECT_EQ(table.value(2, 36), 2);
 }
 
@@ -80,7 +92,9 @@ TEST(LmrTable, PvValueIsOneLess) {
 
 TEST(LmrTable, PvValueAtDepthOneIsZeroForAllColumns) {
     LmrTable const table;
-    for (unsigned int column = 0; column < 256; ++column) EXPECT_EQ(table.pv_value(1, column), 0);
+    for (unsigned int column = 0; column < 256; ++column) {
+        EXPECT_EQ(table.pv_value(1, column), 0);
+    }
 }
 
 TEST(LmrTable, DepthBeyondTheTableReadsItsLastRow) {

@@ -14,7 +14,9 @@ std::string const threat = "r1bqkbnr/pppp1ppp/2n5/4p3/2B1P3/8/PPPP1PPP/RNBQK1NR 
 
 texts_t texts_of(std::vector<Move> const& list) {
     texts_t texts;
-    for (Move const& move : list) texts.push_back(move.algebraic(true));
+    for (Move const& move : list) {
+        texts.push_back(move.algebraic(true));
+    }
     return texts;
 }
 
@@ -36,7 +38,9 @@ class MoveOrdering : public AnalysisFixture {
     texts_t of_class(xmove_t wanted) {
         std::vector<Move> chosen;
         for (Move const& candidate : sorted_moves()) {
-            if (candidate.xcode() == wanted) chosen.push_back(candidate);
+            if (candidate.xcode() == wanted) {
+                chosen.push_back(candidate);
+            }
         }
         return texts_of(chosen);
     }
@@ -48,7 +52,9 @@ TEST_F(MoveOrdering, HistoryOfZeroOrLessGivesNoClass) {
     set(start);
     probe_.history().decrement(move("e2e4"), 5);
     probe_.history().decrement(move("g1f3"), 1);
-    for (Move const& candidate : sorted_moves()) EXPECT_EQ(candidate.xcode(), xnormal_move);
+    for (Move const& candidate : sorted_moves()) {
+        EXPECT_EQ(candidate.xcode(), xnormal_move);
+    }
 }
 
 TEST_F(MoveOrdering, ThreeBestOfHistoryGetTheirClasses) {
@@ -67,7 +73,9 @@ TEST_F(MoveOrdering, ThreeBestOfHistoryGetTheirClasses) {
 
 TEST_F(MoveOrdering, EarlierOfTwoEqualHistoryValuesGoesFirst) {
     set(start);
-    for (char const* const text : {"h2h4", "b2b3", "g1f3", "d2d3"}) raise(text, 4);
+    for (char const* const text : {"h2h4", "b2b3", "g1f3", "d2d3"}) {
+        raise(text, 4);
+    }
     EXPECT_EQ(class_of("g1f3"), historical_move1);
     EXPECT_EQ(class_of("b2b3"), historical_move2);
     EXPECT_EQ(class_of("d2d3"), historical_move3);
@@ -340,13 +348,17 @@ TEST_F(MoveOrdering, SortIsTheUnstableExchangeSort) {
     raise("a2a3", 3);
     probe_.killers().set_killer(0, move("e5d3"));
     std::vector<Move> expected = moves();
-    for (Move& candidate : expected) candidate.xcode(class_of(candidate.algebraic(true)));
+    for (Move& candidate : expected) {
+        candidate.xcode(class_of(candidate.algebraic(true)));
+    }
     std::vector<Move> stable = expected;
     std::stable_sort(stable.begin(), stable.end(),
                      [](Move const& a, Move const& b) { return a.xcode() < b.xcode(); });
     for (std::size_t i = 0; i < expected.size(); ++i) {
         for (std::size_t j = i + 1; j < expected.size(); ++j) {
-            if (expected[i].xcode() > expected[j].xcode()) std::swap(expected[i], expected[j]);
+            if (expected[i].xcode() > expected[j].xcode()) {
+                std::swap(expected[i], expected[j]);
+            }
         }
     }
     EXPECT_EQ(texts_of(sorted_moves()), texts_of(expected));

@@ -31,7 +31,9 @@ std::vector<std::uint32_t> words_after(std::vector<Move> moves, void (*sort)(Mov
     list.set_size(static_cast<int>(moves.size()));
     sort(list);
     std::vector<std::uint32_t> words;
-    for (Move const& move : list) words.push_back(move.word());
+    for (Move const& move : list) {
+        words.push_back(move.word());
+    }
     return words;
 }
 
@@ -57,7 +59,9 @@ TEST(MoveSort, LeavesWhatTheExchangesLeaveForAnyLengthAndClasses) {
         for (int round = 0; round < 60; ++round) {
             std::vector<int> classes(length);
             std::uint64_t const kinds = 1U + random() % (no_xmove_t + 1U);
-            for (int& xcode : classes) xcode = static_cast<int>(random() % kinds);
+            for (int& xcode : classes) {
+                xcode = static_cast<int>(random() % kinds);
+            }
             std::vector<Move> const moves = moves_of(classes);
             ASSERT_EQ(words_after(moves, MoveSort::sort_by_class),
                       words_after(moves, MoveSort::exchange_sort))

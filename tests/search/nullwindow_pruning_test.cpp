@@ -251,7 +251,9 @@ TEST_F(NullWindowPruning, CastlingFromTheTableIsNotSearchedAgain) {
     Move const hash_move = move("e1h1");
     store(upper_bound, 0, 0, hash_move);
     std::vector<Move> const list = moves();
-    for (Move const& candidate : list) store_behind(candidate, exact_value, 9, 5000);
+    for (Move const& candidate : list) {
+        store_behind(candidate, exact_value, 9, 5000);
+    }
     EXPECT_EQ(search(4, 3000), 3000);
     EXPECT_EQ(node_count(), 1 + list.size());
 }
@@ -261,7 +263,9 @@ TEST_F(NullWindowPruning, HashMoveIsNotSearchedAgain) {
     Move const hash_move = move("c3a4");
     store(upper_bound, 0, 0, hash_move);
     std::vector<Move> const list = moves();
-    for (Move const& candidate : list) store_behind(candidate, exact_value, 9, 5000);
+    for (Move const& candidate : list) {
+        store_behind(candidate, exact_value, 9, 5000);
+    }
     EXPECT_EQ(search(4, 100), 100);
     EXPECT_EQ(node_count(), 1 + list.size());
     EXPECT_TRUE(record()->is_upperbound());
@@ -287,7 +291,9 @@ TEST_F(NullWindowPruning, QuietCutRaisesItselfAndLowersAllBefore) {
     Move const previous = position_.last_move();
     Move const own = position_.history().end()[-2].last_move;
     std::vector<Move> const list = sorted_moves();
-    for (std::size_t i = 0; i < 3; ++i) store_behind(list[i], exact_value, 9, 5000);
+    for (std::size_t i = 0; i < 3; ++i) {
+        store_behind(list[i], exact_value, 9, 5000);
+    }
     store_behind(list[3], exact_value, 9, -5000);
     probe_.ply(2);
     EXPECT_EQ(search(4, 100), 101);
@@ -311,7 +317,9 @@ TEST_F(NullWindowPruning, PrunedMovesAreLoweredToo) {
     std::vector<Move> const list = sorted_moves();
     Move const mate = move("a1a8");
     std::size_t index = 0;
-    while (list[index] != mate) ++index;
+    while (list[index] != mate) {
+        ++index;
+    }
     ASSERT_GT(index, 2U);
     EXPECT_EQ(search(1, high), high + 1);
     for (std::size_t i = 0; i < list.size(); ++i) {

@@ -24,7 +24,9 @@ class NullWindowSearch : public AnalysisFixture {
     /// Number of moves whose node was searched and left a record.
     int records_behind_moves() {
         int count = 0;
-        for (Move const& candidate : moves()) count += record_behind(candidate) != nullptr ? 1 : 0;
+        for (Move const& candidate : moves()) {
+            count += record_behind(candidate) != nullptr ? 1 : 0;
+        }
         return count;
     }
     /// Nodes at depth 1 with alpha so high that futility leaves only what is never pruned.

@@ -74,13 +74,17 @@ TEST_F(PvSearchMoves, ReorderingGivesTheOtherMovesAQuiescenceSearchAtDepthFour) 
     set(knights);
     MoveList list = sorted_list(4);
     texts_t before;
-    for (Move const& candidate : list) before.push_back(candidate.algebraic(true));
+    for (Move const& candidate : list) {
+        before.push_back(candidate.algebraic(true));
+    }
     analysis_.iidsort(list, 4, high, high + 1);
     EXPECT_EQ(node_count(), list.size() - 1);
     EXPECT_EQ(analysis_.leaf_count(), list.size() - 1);
     // No move beats alpha: the order stays.
     texts_t after;
-    for (Move const& candidate : list) after.push_back(candidate.algebraic(true));
+    for (Move const& candidate : list) {
+        after.push_back(candidate.algebraic(true));
+    }
     EXPECT_EQ(after, before);
 }
 
@@ -143,7 +147,9 @@ TEST_F(PvSearchMoves, FailLowOfTheFirstMoveReordersFromDepthFourOn) {
             analysis_.nullwindow_search(3 - reduction, -high - 1, -high);
         }
         analysis_.unmake_move(candidate);
-        if (i == 0) analysis_.iidsort(list, 4, high, high + 1);
+        if (i == 0) {
+            analysis_.iidsort(list, 4, high, high + 1);
+        }
     }
     EXPECT_EQ(node_count(), whole);
 }

@@ -24,7 +24,9 @@ class PvSearch : public AnalysisFixture {
     }
     std::string line_text() const {
         std::string text;
-        for (Move const& made : line_) text += made.algebraic(true) + ' ';
+        for (Move const& made : line_) {
+            text += made.algebraic(true) + ' ';
+        }
         return text;
     }
 

@@ -24,14 +24,18 @@ class RootSearch : public AnalysisFixture {
 
     texts_t texts_of(MoveList const& list) {
         texts_t texts;
-        for (Move const& entry : list) texts.push_back(entry.algebraic(true));
+        for (Move const& entry : list) {
+            texts.push_back(entry.algebraic(true));
+        }
         return texts;
     }
 
     MoveList list_of(texts_t const& texts) {
         MoveList list;
         list.set_size(static_cast<int>(texts.size()));
-        for (std::size_t i = 0; i < texts.size(); ++i) list[static_cast<int>(i)] = move(texts[i]);
+        for (std::size_t i = 0; i < texts.size(); ++i) {
+            list[static_cast<int>(i)] = move(texts[i]);
+        }
         return list;
     }
 };
@@ -116,7 +120,9 @@ TEST_F(RootSearch, FurtherLinesAreSearchedOnePlyLessWithTheWindowUnflipped) {
                 analysis_.make_move(candidate);
                 int const score = -analysis_.pv_search(2, best, infinity, child);
                 analysis_.unmake_move(candidate);
-                if (score <= best) continue;
+                if (score <= best) {
+                    continue;
+                }
                 best = score;
                 best_move = candidate;
                 line = candidate + child;
@@ -153,7 +159,9 @@ TEST_F(RootSearch, FurtherLinesHaveDifferentFirstMoves) {
     MultiPV const lines = analysis_.mpv();
     EXPECT_EQ(lines.size(), 20);
     for (int i = 0; i < lines.size(); ++i) {
-        for (int j = i + 1; j < lines.size(); ++j) EXPECT_NE(lines[i][0], lines[j][0]);
+        for (int j = i + 1; j < lines.size(); ++j) {
+            EXPECT_NE(lines[i][0], lines[j][0]);
+        }
     }
 }
 
@@ -245,7 +253,9 @@ TEST_F(RootSearch, SearchmovesBeyondTheListAreLeftOut) {
     MoveList list = list_of({"a2a3", "b1c3"});
     analysis_.select_searchmoves(list);
     ASSERT_EQ(list.size(), static_cast<std::size_t>(MoveList::capacity));
-    for (Move const& chosen : list) EXPECT_EQ(chosen, wanted.front());
+    for (Move const& chosen : list) {
+        EXPECT_EQ(chosen, wanted.front());
+    }
 }
 
 TEST_F(RootSearch, SearchmovesDoNothingAwayFromTheRootOrWhenUnset) {

@@ -103,13 +103,17 @@ TEST_F(SearchMoves, NullMoveChangesTheSideAndNotTheSums) {
     EXPECT_EQ(analysis_.ply(), 1);
     EXPECT_EQ(position_.last_move(), Move());
     EXPECT_NE(position_.get_hash(), before.get_hash());
-    for (int id = 0; id < 15; ++id) EXPECT_EQ(sums_of(analysis_).score(id), sums.score(id));
+    for (int id = 0; id < 15; ++id) {
+        EXPECT_EQ(sums_of(analysis_).score(id), sums.score(id));
+    }
     EXPECT_EQ(analysis_.mate_attack_count(), 2);
     analysis_.unmake_nullmove();
     EXPECT_EQ(position_, before);
     EXPECT_EQ(position_.get_hash(), before.get_hash());
     EXPECT_EQ(analysis_.ply(), 0);
-    for (int id = 0; id < 15; ++id) EXPECT_EQ(sums_of(analysis_).score(id), sums.score(id));
+    for (int id = 0; id < 15; ++id) {
+        EXPECT_EQ(sums_of(analysis_).score(id), sums.score(id));
+    }
 }
 
 TEST_F(SearchMoves, ScreenAcceptsARookThatMovesLikeAKnight) {

@@ -33,7 +33,9 @@ class AnalysisFixture : public testing::Test {
     /// Sets up a node: the position after the moves, with cleared tables, at ply 0.
     void set(std::string const& fen, texts_t const& texts = {}) {
         position_.fen(fen);
-        for (std::string const& text : texts) position_.make_move(move(text));
+        for (std::string const& text : texts) {
+            position_.make_move(move(text));
+        }
         analysis_.init(position_);
         analysis_.reset();
         analysis_.reset_max_nodes();
@@ -57,7 +59,9 @@ class AnalysisFixture : public testing::Test {
     /// The legal move with this text; a failed test and the empty move if there is none.
     Move move(std::string const& text) {
         for (Move const& candidate : moves()) {
-            if (candidate.algebraic(true) == text) return candidate;
+            if (candidate.algebraic(true) == text) {
+                return candidate;
+            }
         }
         ADD_FAILURE() << text << " is no legal move in " << position_.fen();
         return Move();
@@ -75,7 +79,9 @@ class AnalysisFixture : public testing::Test {
     xmove_t class_of(std::string const& text, int depth = 1, bool pv = false,
                      Move hash_move = Move()) {
         for (Move const& candidate : sorted_moves(depth, pv, hash_move)) {
-            if (candidate.algebraic(true) == text) return candidate.xcode();
+            if (candidate.algebraic(true) == text) {
+                return candidate.xcode();
+            }
         }
         ADD_FAILURE() << text << " is no legal move in " << position_.fen();
         return no_xmove_t;

@@ -20,7 +20,9 @@ Book_record book_entry(std::uint64_t key, int word, int weight) {
 std::string book_bytes(std::vector<Book_record> const& entries) {
     std::string bytes;
     bytes.reserve(entries.size() * Book_record::size);
-    for (Book_record const& entry : entries) bytes.append(entry.bytes(), Book_record::size);
+    for (Book_record const& entry : entries) {
+        bytes.append(entry.bytes(), Book_record::size);
+    }
     return bytes;
 }
 
@@ -33,7 +35,9 @@ BookFile::BookFile(std::string const& bytes) {
 void BookFile::write(std::string const& bytes) const {
     std::ofstream file(name_, std::ios::binary);
     file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    if (!file.flush()) throw std::runtime_error("cannot write " + name_);
+    if (!file.flush()) {
+        throw std::runtime_error("cannot write " + name_);
+    }
 }
 
 void BookFile::truncate(std::size_t size) const {

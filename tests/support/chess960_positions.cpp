@@ -37,14 +37,16 @@ std::string random_rank(random_t& random) {
     put_on_free_file('Q', below(6, random), rank);
     put_on_free_file('N', below(5, random), rank);
     put_on_free_file('N', below(4, random), rank);
-    for (const char man : {'R', 'K', 'R'}) put_on_free_file(man, 0, rank);
+    for (char const man : {'R', 'K', 'R'}) {
+        put_on_free_file(man, 0, rank);
+    }
     return rank;
 }
 
 std::string array_fen(random_t& random) {
     const std::string white = random_rank(random);
     std::string black;
-    for (const char man : white) {
+    for (char const man : white) {
         black += static_cast<char>(std::tolower(static_cast<unsigned char>(man)));
     }
     return black + "/pppppppp/8/8/8/8/PPPPPPPP/" + white + " w KQkq - 0 1";
@@ -54,7 +56,9 @@ void play_random_moves(ChessPosition& position, MoveGenerator& generator, random
     for (std::size_t left = below(40, random); left > 0; --left) {
         MoveList list;
         generator.generate_moves(position, list);
-        if (list.size() == 0) return;
+        if (list.size() == 0) {
+            return;
+        }
         const Move move = list[static_cast<int>(below(list.size(), random))];
         position.make_move(move);
     }

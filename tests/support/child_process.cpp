@@ -21,13 +21,19 @@ struct pipe_t {
         // Closed in every child but the one it is duplicated into, or the end of one child's input
         // would be held open by its siblings.
         std::array<int, 2> ends{};
-        if (pipe2(ends.data(), O_CLOEXEC) != 0) throw std::runtime_error("pipe failed");
+        if (pipe2(ends.data(), O_CLOEXEC) != 0) {
+            throw std::runtime_error("pipe failed");
+        }
         read_end = ends[0];
         write_end = ends[1];
     }
     ~pipe_t() {
-        if (read_end >= 0) close(read_end);
-        if (write_end >= 0) close(write_end);
+        if (read_end >= 0) {
+            close(read_end);
+        }
+        if (write_end >= 0) {
+            close(write_end);
+        }
     }
     pipe_t(pipe_t const&) = delete;
     pipe_t& operator=(pipe_t const&) = delete;
@@ -39,7 +45,9 @@ struct pipe_t {
 /// This process's environment, in which the sanitizers leave arithmetic faults to the system.
 std::vector<std::string> child_environment() {
     std::vector<std::string> variables;
-    for (char** entry = environ; *entry != nullptr; ++entry) variables.emplace_back(*entry);
+    for (char** entry = environ; *entry != nullptr; ++entry) {
+        variables.emplace_back(*entry);
+    }
     for (std::string const name : {"ASAN_OPTIONS", "TSAN_OPTIONS", "UBSAN_OPTIONS"}) {
         char const* const old_value = std::getenv(name.c_str());
         std::string const old_text = old_value == nullptr ? "" : std::string(old_value) + ":";
@@ -55,7 +63,9 @@ std::vector<std::string> child_environment() {
 std::vector<char*> pointers_to(std::vector<std::string>& texts) {
     std::vector<char*> pointers;
     pointers.reserve(texts.size() + 1);
-    for (std::string& text : texts) pointers.push_back(text.data());
+    for (std::string& text : texts) {
+        pointers.push_back(text.data());
+    }
     pointers.push_back(nullptr);
     return pointers;
 }
@@ -102,7 +112,9 @@ ChildProcess::ChildProcess(launch_t const& launch) {
     pipe_t output;
     pipe_t errors;
     pid_ = spawn(launch, input.read_end, output.write_end, errors.write_end);
-    if (pid_ < 0) throw std::runtime_error("cannot start " + launch.binary);
+    if (pid_ < 0) {
+        throw std::runtime_error("cannot start " + launch.binary);
+    }
     running_ = true;
     input_ = std::exchange(input.write_end, -1);
     output_ = std::exchange(output.read_end, -1);
@@ -117,12 +129,16 @@ ChildProcess::~ChildProcess() {
 }
 
 void ChildProcess::close_input() {
-    if (input_ >= 0) close(input_);
+    if (input_ >= 0) {
+        close(input_);
+    }
     input_ = -1;
 }
 
 void ChildProcess::kill() {
-    if (!running_) return;
+    if (!running_) {
+        return;
+    }
     ::kill(pid_, SIGKILL);
     poll_end(0);
 }
@@ -131,7 +147,9 @@ std::optional<process_end_t> ChildProcess::wait(milliseconds timeout) {
     using clock = std::chrono::steady_clock;
     clock::time_point const deadline = clock::now() + timeout;
     while (running_ && !poll_end(WNOHANG)) {
-        if (clock::now() >= deadline) return std::nullopt;
+        if (clock::now() >= deadline) {
+            return std::nullopt;
+        }
         std::this_thread::sleep_for(milliseconds(2));
     }
     return end_;
@@ -139,7 +157,9 @@ std::optional<process_end_t> ChildProcess::wait(milliseconds timeout) {
 
 bool ChildProcess::poll_end(int flags) {
     int status = 0;
-    if (waitpid(pid_, &status, flags) != pid_) return false;
+    if (waitpid(pid_, &status, flags) != pid_) {
+        return false;
+    }
     running_ = false;
     if (WIFSIGNALED(status)) {
         end_.signal = WTERMSIG(status);
@@ -152,8 +172,12 @@ bool ChildProcess::poll_end(int flags) {
 std::size_t read_some(int descriptor, read_buffer_t& buffer) {
     for (;;) {
         ssize_t const count = ::read(descriptor, buffer.data(), buffer.size());
-        if (count >= 0) return static_cast<std::size_t>(count);
-        if (errno != EINTR) return 0;
+        if (count >= 0) {
+            return static_cast<std::size_t>(count);
+        }
+        if (errno != EINTR) {
+            return 0;
+        }
     }
 }
 

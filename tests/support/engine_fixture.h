@@ -27,7 +27,9 @@ class EngineFixture : public ::testing::Test {
         communicator.clear();
         command("quit");
         engine.reset();
-        if (!log_name.empty()) std::remove(log_name.c_str());
+        if (!log_name.empty()) {
+            std::remove(log_name.c_str());
+        }
     }
 
     /// Hands the engine one line and lets it work off its queue.
@@ -64,7 +66,9 @@ class EngineFixture : public ::testing::Test {
     template <typename Condition>
     static bool wait_for(Condition condition) {
         for (int left = 60000; left > 0; --left) {
-            if (condition()) return true;
+            if (condition()) {
+                return true;
+            }
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
         }
         return false;
@@ -76,7 +80,9 @@ class EngineFixture : public ::testing::Test {
         wait_for([&] {
             engine->from_console();
             engine->to_console();
-            for (std::string& line : replies()) lines.push_back(std::move(line));
+            for (std::string& line : replies()) {
+                lines.push_back(std::move(line));
+            }
             return !lines.empty() && lines.back().starts_with("bestmove");
         });
         return lines;

@@ -51,13 +51,19 @@ void EngineProcess::collect_errors() {
 }
 
 void EngineProcess::join_readers() {
-    if (output_reader_.joinable()) output_reader_.join();
-    if (error_reader_.joinable()) error_reader_.join();
+    if (output_reader_.joinable()) {
+        output_reader_.join();
+    }
+    if (error_reader_.joinable()) {
+        error_reader_.join();
+    }
 }
 
 void EngineProcess::send_all(std::vector<std::string> const& lines) {
     std::string text;
-    for (std::string const& line : lines) text += line + "\n";
+    for (std::string const& line : lines) {
+        text += line + "\n";
+    }
     write(text);
 }
 
@@ -65,8 +71,12 @@ void EngineProcess::write(std::string const& text) {
     std::size_t done = 0;
     while (done < text.size()) {
         ssize_t const count = ::write(child_.input(), text.data() + done, text.size() - done);
-        if (count < 0 && errno != EINTR) return;
-        if (count > 0) done += static_cast<std::size_t>(count);
+        if (count < 0 && errno != EINTR) {
+            return;
+        }
+        if (count > 0) {
+            done += static_cast<std::size_t>(count);
+        }
     }
 }
 
@@ -74,7 +84,9 @@ std::optional<EngineProcess::timed_line_t> EngineProcess::read_line(milliseconds
     std::unique_lock<std::mutex> lock(mutex_);
     arrival_.wait_until(lock, clock::now() + timeout,
                         [this] { return !lines_.empty() || output_ended_; });
-    if (lines_.empty()) return std::nullopt;
+    if (lines_.empty()) {
+        return std::nullopt;
+    }
     timed_line_t line = lines_.front();
     lines_.pop_front();
     return line;
@@ -87,14 +99,18 @@ std::vector<EngineProcess::timed_line_t> EngineProcess::read_until(std::string_v
     while (std::optional<timed_line_t> const line =
                read_line(std::chrono::duration_cast<milliseconds>(deadline - clock::now()))) {
         lines.push_back(*line);
-        if (line->text.starts_with(start)) break;
+        if (line->text.starts_with(start)) {
+            break;
+        }
     }
     return lines;
 }
 
 std::string EngineProcess::find(std::string_view start, milliseconds timeout) {
     std::vector<timed_line_t> const lines = read_until(start, timeout);
-    if (lines.empty() || !lines.back().text.starts_with(start)) return "";
+    if (lines.empty() || !lines.back().text.starts_with(start)) {
+        return "";
+    }
     return lines.back().text;
 }
 
@@ -113,14 +129,18 @@ std::string EngineProcess::unfinished_line() {
 
 std::optional<process_end_t> EngineProcess::wait(milliseconds timeout) {
     std::optional<process_end_t> const end = child_.wait(timeout);
-    if (end) join_readers();
+    if (end) {
+        join_readers();
+    }
     return end;
 }
 
 std::vector<std::string> EngineProcess::rest() {
     std::lock_guard<std::mutex> const guard(mutex_);
     std::vector<std::string> texts;
-    for (timed_line_t const& line : lines_) texts.push_back(line.text);
+    for (timed_line_t const& line : lines_) {
+        texts.push_back(line.text);
+    }
     lines_.clear();
     return texts;
 }

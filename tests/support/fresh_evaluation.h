@@ -50,14 +50,14 @@ inline float term_of(std::string const& fen, std::size_t index) {
 /// The weighted sum of the terms of the last evaluation, before halving and rounding. Every
 /// operation rounds to float, end game before middle game.
 inline float blended(Evaluation const& evaluation) {
-    volatile float score = 0.0F;
+    float volatile score = 0.0F;
     for (std::size_t i = 0; i < term::count; ++i) {
         float const v = evaluation.variable_vector()[i];
-        volatile float eg = v * evaluation.weight_eg_vector()[i];
+        float volatile eg = v * evaluation.weight_eg_vector()[i];
         eg = eg * evaluation.eg_phase();
-        volatile float mg = v * evaluation.weight_mg_vector()[i];
+        float volatile mg = v * evaluation.weight_mg_vector()[i];
         mg = mg * evaluation.mg_phase();
-        volatile float const sum = eg + mg;
+        float const volatile sum = eg + mg;
         score = score + sum;
     }
     return score;

@@ -21,7 +21,9 @@ struct pipe_t {
 
 pipe_t make_pipe() {
     std::array<int, 2> ends{};
-    if (pipe2(ends.data(), O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
+    if (pipe2(ends.data(), O_CLOEXEC) != 0) {
+        throw std::runtime_error("no pipe");
+    }
     return {ends[0], ends[1]};
 }
 
@@ -46,7 +48,7 @@ PerftWitness::PerftWitness() {
     posix_spawn_file_actions_adddup2(&actions, output.write_end, STDOUT_FILENO);
     std::string name = witness_binary;
     const std::array<char*, 2> arguments = {name.data(), nullptr};
-    const int error =
+    int const error =
         posix_spawn(&process_, witness_binary, &actions, nullptr, arguments.data(), environ);
     posix_spawn_file_actions_destroy(&actions);
     close(input.read_end);
@@ -76,7 +78,9 @@ std::string PerftWitness::receive() {
         throw std::runtime_error(std::string(witness_binary) + " ended");
     }
     std::string line = buffer.data();
-    while (!line.empty() && line.back() == '\n') line.pop_back();
+    while (!line.empty() && line.back() == '\n') {
+        line.pop_back();
+    }
     return line;
 }
 
@@ -88,7 +92,9 @@ std::map<std::string, std::uint64_t> PerftWitness::divide(std::string const& fen
     std::map<std::string, std::uint64_t> counts;
     for (std::string line = receive(); !line.starts_with("Nodes searched"); line = receive()) {
         const std::size_t colon = line.find(':');
-        if (colon == std::string::npos || !is_move_count(line, colon)) continue;
+        if (colon == std::string::npos || !is_move_count(line, colon)) {
+            continue;
+        }
         counts[line.substr(0, colon)] = std::stoull(line.substr(colon + 1));
     }
     return counts;

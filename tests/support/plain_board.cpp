@@ -53,7 +53,9 @@ std::string text_of(plain_move_t const& move) {
 
 PlainBoard::PlainBoard(ChessPosition const& position)
     : side_(position.stm()), rights_(position.castlingrights()), ep_(position.ep().id()) {
-    for (int s = 0; s < 64; ++s) men_[index(s)] = position[s].id();
+    for (int s = 0; s < 64; ++s) {
+        men_[index(s)] = position[s].id();
+    }
 }
 
 bool PlainBoard::holds(int square, int colour, int man) const {
@@ -68,10 +70,14 @@ bool PlainBoard::owned_by(int square, int colour) const {
 bool PlainBoard::clear_between(int a, int b) const {
     int const files = file_of(b) - file_of(a);
     int const ranks = rank_of(b) - rank_of(a);
-    if (files != 0 && ranks != 0 && std::abs(files) != std::abs(ranks)) return false;
+    if (files != 0 && ranks != 0 && std::abs(files) != std::abs(ranks)) {
+        return false;
+    }
     int const step = sign(files) + 8 * sign(ranks);
     for (int s = a + step; s != b; s += step) {
-        if (men_[index(s)] != 0) return false;
+        if (men_[index(s)] != 0) {
+            return false;
+        }
     }
     return true;
 }
@@ -80,7 +86,9 @@ bool PlainBoard::clear_between(int a, int b) const {
 bool PlainBoard::reaches(int from, int to) const {
     int const files = std::abs(file_of(to) - file_of(from));
     int const ranks = std::abs(rank_of(to) - rank_of(from));
-    if (from == to) return false;
+    if (from == to) {
+        return false;
+    }
     switch (men_[index(from)] % 8) {
         case knight:
             return files * ranks == 2;
@@ -101,9 +109,15 @@ bool PlainBoard::pawn_reaches(int from, int to) const {
     int const forward = side_ == 1 ? 1 : -1;
     int const files = std::abs(file_of(to) - file_of(from));
     int const ranks = (rank_of(to) - rank_of(from)) * forward;
-    if (files == 1 && ranks == 1) return owned_by(to, 1 - side_) || to == ep_;
-    if (files != 0 || men_[index(to)] != 0) return false;
-    if (ranks == 1) return true;
+    if (files == 1 && ranks == 1) {
+        return owned_by(to, 1 - side_) || to == ep_;
+    }
+    if (files != 0 || men_[index(to)] != 0) {
+        return false;
+    }
+    if (ranks == 1) {
+        return true;
+    }
     bool const at_home = rank_of(from) == (side_ == 1 ? 1 : 6);
     return ranks == 2 && at_home && men_[index(from + 8 * forward)] == 0;
 }
@@ -111,10 +125,14 @@ bool PlainBoard::pawn_reaches(int from, int to) const {
 bool PlainBoard::attacked(int square, int by_colour) const {
     int const forward = by_colour == 1 ? 1 : -1;
     for (int s = 0; s < 64; ++s) {
-        if (!owned_by(s, by_colour)) continue;
+        if (!owned_by(s, by_colour)) {
+            continue;
+        }
         if (holds(s, by_colour, pawn)) {
             bool const in_front = rank_of(square) - rank_of(s) == forward;
-            if (in_front && std::abs(file_of(square) - file_of(s)) == 1) return true;
+            if (in_front && std::abs(file_of(square) - file_of(s)) == 1) {
+                return true;
+            }
         } else if (reaches(s, square)) {
             return true;
         }
@@ -144,25 +162,37 @@ PlainBoard PlainBoard::after(int from, int to, int code) const {
         return next;
     }
     next.men_[index(to)] = is_promotion(code) ? men_of(side_, promoted_man(code)) : man;
-    if (code == en_passant) next.men_[index(8 * rank_of(from) + file_of(to))] = 0;
+    if (code == en_passant) {
+        next.men_[index(8 * rank_of(from) + file_of(to))] = 0;
+    }
     return next;
 }
 
 void PlainBoard::try_move(int from, int to, int code, std::vector<plain_move_t>& moves) const {
     PlainBoard const next = after(from, to, code);
-    if (next.in_check(side_)) return;
+    if (next.in_check(side_)) {
+        return;
+    }
     int capture = men_[index(to)];
-    if (code == en_passant) capture = men_of(1 - side_, pawn);
-    if (code == castling) capture = 0;
+    if (code == en_passant) {
+        capture = men_of(1 - side_, pawn);
+    }
+    if (code == castling) {
+        capture = 0;
+    }
     moves.emplace_back(from, to, code, next.in_check(1 - side_), men_[index(from)], capture);
 }
 
 void PlainBoard::try_all_codes(int from, int to, std::vector<plain_move_t>& moves) const {
     if (!holds(from, side_, pawn)) {
-        if (reaches(from, to)) try_move(from, to, normal_move, moves);
+        if (reaches(from, to)) {
+            try_move(from, to, normal_move, moves);
+        }
         return;
     }
-    if (!pawn_reaches(from, to)) return;
+    if (!pawn_reaches(from, to)) {
+        return;
+    }
     if (rank_of(to) == 0 || rank_of(to) == 7) {
         for (int code = first_promotion; code <= last_promotion; ++code) {
             try_move(from, to, code, moves);
@@ -185,10 +215,14 @@ void PlainBoard::try_castling(int file, std::vector<plain_move_t>& moves) const 
         bool const needed =
             (s >= std::min(from, king_target) && s <= std::max(from, king_target)) ||
             (s >= std::min(to, rook_target) && s <= std::max(to, rook_target));
-        if (needed && s != from && s != to && men_[index(s)] != 0) return;
+        if (needed && s != from && s != to && men_[index(s)] != 0) {
+            return;
+        }
     }
     for (int s = std::min(from, king_target); s <= std::max(from, king_target); ++s) {
-        if (attacked(s, 1 - side_)) return;
+        if (attacked(s, 1 - side_)) {
+            return;
+        }
     }
     try_move(from, to, castling, moves);
 }
@@ -196,14 +230,20 @@ void PlainBoard::try_castling(int file, std::vector<plain_move_t>& moves) const 
 std::vector<plain_move_t> PlainBoard::legal_moves() const {
     std::vector<plain_move_t> moves;
     for (int from = 0; from < 64; ++from) {
-        if (!owned_by(from, side_)) continue;
+        if (!owned_by(from, side_)) {
+            continue;
+        }
         for (int to = 0; to < 64; ++to) {
-            if (!owned_by(to, side_)) try_all_codes(from, to, moves);
+            if (!owned_by(to, side_)) {
+                try_all_codes(from, to, moves);
+            }
         }
     }
     for (int file = 0; file < 8; ++file) {
         int const right = side_ == 1 ? file : 8 + file;
-        if ((rights_ >> right) & 1) try_castling(file, moves);
+        if ((rights_ >> right) & 1) {
+            try_castling(file, moves);
+        }
     }
     std::sort(moves.begin(), moves.end());
     return moves;

@@ -16,7 +16,9 @@ PositionRecord::PositionRecord(std::vector<std::string> const& lines) {
 
 std::vector<PositionRecord> read_position_records(std::string const& file_name) {
     std::vector<PositionRecord> records;
-    for (data_block_t const& block : read_data_blocks(file_name)) records.emplace_back(block);
+    for (data_block_t const& block : read_data_blocks(file_name)) {
+        records.emplace_back(block);
+    }
     return records;
 }
 

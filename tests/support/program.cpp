@@ -27,7 +27,9 @@ void write_some(ChildProcess& child, std::string_view& input) {
         // The pipe is writable, so a failure is a reader that is gone.
         input.remove_prefix(count < 0 ? input.size() : static_cast<std::size_t>(count));
     }
-    if (input.empty()) child.close_input();
+    if (input.empty()) {
+        child.close_input();
+    }
 }
 
 /// Appends what the pipe holds; false at its end.
@@ -53,9 +55,15 @@ bool exchange_texts(ChildProcess& child, std::string_view input, steady_clock::t
             0) {
             return false;
         }
-        if (waiting[0].revents != 0) write_some(child, input);
-        if (waiting[1].revents != 0 && !append_some(output, result.output)) output = -1;
-        if (waiting[2].revents != 0 && !append_some(errors, result.errors)) errors = -1;
+        if (waiting[0].revents != 0) {
+            write_some(child, input);
+        }
+        if (waiting[1].revents != 0 && !append_some(output, result.output)) {
+            output = -1;
+        }
+        if (waiting[2].revents != 0 && !append_some(errors, result.errors)) {
+            errors = -1;
+        }
     }
     return true;
 }
@@ -69,8 +77,12 @@ program_result_t run_program(std::string const& binary, std::vector<std::string>
     program_result_t result;
     bool const collected = exchange_texts(child, options.input, deadline, result);
     std::optional<process_end_t> end;
-    if (collected) end = child.wait(time_left(deadline));
-    if (!end) throw std::runtime_error(binary + " did not end in time: " + result.errors);
+    if (collected) {
+        end = child.wait(time_left(deadline));
+    }
+    if (!end) {
+        throw std::runtime_error(binary + " did not end in time: " + result.errors);
+    }
     result.status = end->status;
     result.signal = end->signal;
     return result;

@@ -35,10 +35,18 @@ std::vector<std::string> Referee::legal_moves() const {
 }
 
 std::string Referee::verdict() const {
-    if (moves_.size() == 0) return position_.check() ? "checkmate" : "stalemate";
-    if (seen_.at(position_.get_hash()) >= 3) return "repetition";
-    if (position_.get_dfz() >= 100) return "fifty moves";
-    if (insufficient_material()) return "material";
+    if (moves_.size() == 0) {
+        return position_.check() ? "checkmate" : "stalemate";
+    }
+    if (seen_.at(position_.get_hash()) >= 3) {
+        return "repetition";
+    }
+    if (position_.get_dfz() >= 100) {
+        return "fifty moves";
+    }
+    if (insufficient_material()) {
+        return "material";
+    }
     return "";
 }
 
@@ -46,8 +54,12 @@ bool Referee::insufficient_material() const {
     std::string const placement = fen().substr(0, fen().find(' '));
     int minors = 0;
     for (char const man : placement) {
-        if (std::string("pPrRqQ").find(man) != std::string::npos) return false;
-        if (std::string("nNbB").find(man) != std::string::npos) ++minors;
+        if (std::string("pPrRqQ").find(man) != std::string::npos) {
+            return false;
+        }
+        if (std::string("nNbB").find(man) != std::string::npos) {
+            ++minors;
+        }
     }
     return minors <= 1;
 }

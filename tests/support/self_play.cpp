@@ -39,14 +39,20 @@ constexpr std::array<char const*, 12> phase_fens{
 class EnginePair {
  public:
     game_record_t play(game_start_t const& start) {
-        for (EngineProcess& engine : engines_) engine.send("ucinewgame");
+        for (EngineProcess& engine : engines_) {
+            engine.send("ucinewgame");
+        }
         game_record_t record;
         record.start = start.fen;
         Referee referee(start.fen);
         std::string line =
             start.fen == start_fen ? "position startpos" : "position fen " + start.fen;
-        if (!start.moves.empty()) line += " moves " + join_words(start.moves);
-        for (std::string const& move : start.moves) referee.play(move);
+        if (!start.moves.empty()) {
+            line += " moves " + join_words(start.moves);
+        }
+        for (std::string const& move : start.moves) {
+            referee.play(move);
+        }
         bool has_moves = !start.moves.empty();
         for (; (record.verdict = referee.verdict()).empty(); ++record.plies) {
             if (record.plies == max_plies) {
@@ -129,11 +135,17 @@ std::vector<game_record_t> play_games(std::vector<game_start_t> const& starts, i
             for (std::size_t game = next++; game < starts.size(); game = next++) {
                 records[game] = pair.play(starts[game]);
             }
-            if (!pair.quit()) ++unclean;
+            if (!pair.quit()) {
+                ++unclean;
+            }
         });
     }
-    for (std::thread& thread : threads) thread.join();
-    if (unclean > 0) records.front().fault += " a process did not end as it should";
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    if (unclean > 0) {
+        records.front().fault += " a process did not end as it should";
+    }
     return records;
 }
 

@@ -33,7 +33,9 @@ constexpr int bench_megabytes = 128;
 /// A blank and the text of each move of the line.
 std::string moves_of(PrincipalVariation const& line, bool chess960) {
     std::string text;
-    for (int i = 0; i < line.size(); ++i) text += ' ' + line[i].algebraic(chess960);
+    for (int i = 0; i < line.size(); ++i) {
+        text += ' ' + line[i].algebraic(chess960);
+    }
     return text;
 }
 
@@ -61,7 +63,9 @@ SessionPlayer::SessionPlayer() = default;
 SessionPlayer::~SessionPlayer() = default;
 
 SessionPlayer::Engine& SessionPlayer::engine() {
-    if (!engine_) engine_ = std::make_unique<Engine>();
+    if (!engine_) {
+        engine_ = std::make_unique<Engine>();
+    }
     return *engine_;
 }
 
@@ -88,7 +92,7 @@ std::vector<std::string> SessionPlayer::play(std::string const& command) {
     } else if (name == "bench") {
         return bench();
     } else if (name == "perft") {
-        const int depth = std::stoi(words.at(1));
+        int const depth = std::stoi(words.at(1));
         return {command + ' ' +
                 std::to_string(Perft(engine().tables).count(engine().position, depth))};
     } else {
@@ -155,7 +159,9 @@ std::vector<std::string> SessionPlayer::search() {
     analysis().iterative_search([&](int alpha, int beta, int score) {
         lines.push_back(root_return_text(alpha, beta, score));
     });
-    for (std::string& line : result_text()) lines.push_back(std::move(line));
+    for (std::string& line : result_text()) {
+        lines.push_back(std::move(line));
+    }
     return lines;
 }
 

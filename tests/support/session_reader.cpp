@@ -29,7 +29,9 @@ session_t cut_at(session_t const& session, std::uint64_t node_limit) {
     std::uint64_t nodes = 0;
     for (session_command_t const& command : session.commands) {
         nodes += command.nodes();
-        if (nodes > node_limit) break;
+        if (nodes > node_limit) {
+            break;
+        }
         cut.commands.push_back(command);
     }
     return cut;
@@ -38,13 +40,17 @@ session_t cut_at(session_t const& session, std::uint64_t node_limit) {
 }  // namespace
 
 std::uint64_t session_command_t::nodes() const {
-    if (answer.empty() || !answer.back().starts_with("best ")) return 0;
+    if (answer.empty() || !answer.back().starts_with("best ")) {
+        return 0;
+    }
     return std::stoull(split_words(answer.back()).back());
 }
 
 std::uint64_t session_t::nodes() const {
     std::uint64_t sum = 0;
-    for (session_command_t const& command : commands) sum += command.nodes();
+    for (session_command_t const& command : commands) {
+        sum += command.nodes();
+    }
     return sum;
 }
 
@@ -61,7 +67,9 @@ std::vector<session_t> shorten(std::vector<session_t> const& sessions, std::size
     std::vector<session_t> chosen;
     for (std::size_t i = 0; i < sessions.size(); i += step) {
         session_t cut = cut_at(sessions[i], node_limit);
-        if (cut.nodes() > 0) chosen.push_back(std::move(cut));
+        if (cut.nodes() > 0) {
+            chosen.push_back(std::move(cut));
+        }
     }
     return chosen;
 }

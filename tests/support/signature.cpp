@@ -33,7 +33,9 @@ std::string session_text(std::vector<session_t> const& sessions) {
     for (session_t const& session : sessions) {
         for (session_command_t const& command : session.commands) {
             text += "> " + command.text + '\n';
-            for (std::string const& line : command.answer) text += line + '\n';
+            for (std::string const& line : command.answer) {
+                text += line + '\n';
+            }
         }
         text += '\n';
     }
@@ -42,8 +44,10 @@ std::string session_text(std::vector<session_t> const& sessions) {
 
 signature_t signature_of(std::vector<session_t> const& sessions) {
     signature_t signature{0, fnv_basis};
-    for (session_t const& session : sessions) signature.nodes += session.nodes();
-    for (const char letter : session_text(sessions)) {
+    for (session_t const& session : sessions) {
+        signature.nodes += session.nodes();
+    }
+    for (char const letter : session_text(sessions)) {
         signature.hash = (signature.hash ^ static_cast<unsigned char>(letter)) * fnv_prime;
     }
     return signature;

@@ -11,7 +11,9 @@ namespace orvelin::test {
 /// The set of the squares of these names.
 inline BitBoard squares(std::vector<std::string> const& names) {
     BitBoard set;
-    for (std::string const& name : names) set.set_square(Square(name));
+    for (std::string const& name : names) {
+        set.set_square(Square(name));
+    }
     return set;
 }
 

@@ -15,7 +15,9 @@ std::string table_file_text(std::string const& name, ByteOf byte_of) {
     std::string text = "begin{" + name + '}';
     text.reserve(4 * table_keys);
     for (unsigned int key = 0; key < table_keys; ++key) {
-        if (key % 16 == 0) text += '\n';
+        if (key % 16 == 0) {
+            text += '\n';
+        }
         text += std::to_string(byte_of(key));
         text += ' ';
     }

@@ -14,7 +14,9 @@ class TemporaryDirectory {
     TemporaryDirectory() {
         std::string name =
             (std::filesystem::temp_directory_path() / "orvelin_test_XXXXXX").string();
-        if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no directory " + name);
+        if (mkdtemp(name.data()) == nullptr) {
+            throw std::runtime_error("no directory " + name);
+        }
         path_ = name;
     }
     ~TemporaryDirectory() {

@@ -40,7 +40,9 @@ std::set<int> drawn_words(BookFile const& file, std::uint64_t key, std::set<int>
         Book book;
         book.set_name(file.name());
         book.open();
-        for (int i = 0; i < 20; ++i) drawn.insert(book.get_move(key));
+        for (int i = 0; i < 20; ++i) {
+            drawn.insert(book.get_move(key));
+        }
     } while (drawn.size() < expected.size() && steady_clock::now() < deadline);
     return drawn;
 }
@@ -69,8 +71,12 @@ TEST(BookLookup, lists_what_the_engine_draws_from_even_when_the_book_is_not_sort
             std::set<int> expected(words.begin(), words.end());
             listed += static_cast<int>(expected.size());
             missed -= static_cast<int>(expected.size());
-            for (Book_record const& entry : entries) missed += entry.get_key() == key ? 1 : 0;
-            if (expected.empty()) expected = {0};
+            for (Book_record const& entry : entries) {
+                missed += entry.get_key() == key ? 1 : 0;
+            }
+            if (expected.empty()) {
+                expected = {0};
+            }
             EXPECT_EQ(drawn_words(file, key, expected), expected) << i << " " << key;
         }
     }
@@ -88,7 +94,9 @@ TEST(BookLookup, finds_every_key_of_sorted_books_of_any_size) {
         for (int i = 0; i < size; i += 3) {
             std::uint64_t const key = static_cast<std::uint64_t>(i / 3) * 2 + 1;
             std::vector<int> words;
-            for (int word = i + 1; word <= size && word <= i + 3; ++word) words.push_back(word);
+            for (int word = i + 1; word <= size && word <= i + 3; ++word) {
+                words.push_back(word);
+            }
             EXPECT_EQ(words_of_key(file.name(), key), words) << size;
             EXPECT_EQ(words_of_key(file.name(), key + 1), std::vector<int>{}) << size;
         }

@@ -26,7 +26,9 @@ inline program_result_t book_tool(texts_t const& arguments, std::string const& i
 inline texts_t split_lines(std::string const& text) {
     texts_t lines;
     std::istringstream in(text);
-    for (std::string line; std::getline(in, line);) lines.push_back(line);
+    for (std::string line; std::getline(in, line);) {
+        lines.push_back(line);
+    }
     return lines;
 }
 

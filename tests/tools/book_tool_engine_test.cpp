@@ -63,7 +63,9 @@ void play(ChessPosition& position, std::string const& way) {
 
 void make_book(std::string const& name) {
     std::string text;
-    for (std::string const& line : lines) text += "3: " + line + '\n';
+    for (std::string const& line : lines) {
+        text += "3: " + line + '\n';
+    }
     EXPECT_EQ(lines_of({"make", "-", "-o", name}, text).size(), 1U);
 }
 
@@ -104,7 +106,9 @@ TEST(BookToolEngine, look_lists_the_same_moves) {
     make_book(directory.file("book.bin"));
     constexpr int step = short_tests ? 9 : 3;
     for (int number = 0; auto const& [way, moves] : moves_by_position()) {
-        if (number++ % step != 0) continue;
+        if (number++ % step != 0) {
+            continue;
+        }
         ChessPosition position(shared_tables());
         play(position, way);
         std::set<std::string> listed;
@@ -129,7 +133,9 @@ TEST(BookToolEngine, engine_plays_every_move_and_none_other) {
     while (played != wanted && steady_clock::now() < deadline) {
         for (auto const& [way, moves] : wanted) {
             // What is known is not asked for again.
-            if (played[way] == moves) continue;
+            if (played[way] == moves) {
+                continue;
+            }
             std::string const answer = go_in(engine, way);
             ASSERT_TRUE(answer.starts_with("bestmove ")) << way;
             std::string const move = answer.substr(9);

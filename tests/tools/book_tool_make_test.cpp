@@ -28,7 +28,9 @@ texts_t start_moves(std::string const& text, texts_t const& options = {}) {
     std::string const key = "463b96181691fc9c ";
     texts_t moves;
     for (std::string const& line : made_of(text, options)) {
-        if (line.starts_with(key)) moves.push_back(line.substr(key.size(), line.size() - 19));
+        if (line.starts_with(key)) {
+            moves.push_back(line.substr(key.size(), line.size() - 19));
+        }
     }
     return moves;
 }
@@ -139,7 +141,9 @@ TEST(BookToolMake, castling_may_be_written_in_both_ways) {
     texts_t const one_way = made_of("e1g1 e8c8\ne1g1 e8c8\ne1c1 e8g8\ne1c1 e8g8", fen);
     EXPECT_EQ(one_way.size(), 4U);
     EXPECT_EQ(made_of("e1g1 e8a8\ne1h1 e8c8\ne1a1 e8h8\ne1c1 e8g8", fen), one_way);
-    for (std::string const& line : one_way) EXPECT_EQ(line.substr(21), " 2 0");
+    for (std::string const& line : one_way) {
+        EXPECT_EQ(line.substr(21), " 2 0");
+    }
 }
 
 TEST(BookToolMake, castling_of_chess960_is_the_king_taking_his_rook) {
@@ -234,10 +238,14 @@ TEST(BookToolMake, refuses_bad_arguments) {
 
 TEST(BookToolMake, long_lines_and_many_lines_are_taken) {
     std::string shuffle;
-    for (int i = 0; i < (short_tests ? 100 : 2000); ++i) shuffle += "g1f3 g8f6 f3g1 f6g8 ";
+    for (int i = 0; i < (short_tests ? 100 : 2000); ++i) {
+        shuffle += "g1f3 g8f6 f3g1 f6g8 ";
+    }
     EXPECT_EQ(made_of(shuffle).size(), 4U);
     std::string lines;
-    for (int i = 0; i < (short_tests ? 100 : 5000); ++i) lines += "e2e4\n";
+    for (int i = 0; i < (short_tests ? 100 : 5000); ++i) {
+        lines += "e2e4\n";
+    }
     EXPECT_EQ(start_moves(lines), texts_t{short_tests ? "e2e4 100" : "e2e4 5000"});
 }
 

@@ -17,9 +17,9 @@ namespace orvelin::test {
 
 namespace {
 
-const int e2e4 = move_word(12, 28);
-const int d2d4 = move_word(11, 27);
-const int g1f3 = move_word(6, 21);
+int const e2e4 = move_word(12, 28);
+int const d2d4 = move_word(11, 27);
+int const g1f3 = move_word(6, 21);
 
 using entries_t = std::vector<Book_record>;
 

@@ -56,7 +56,9 @@ class BookToolPolyglotTest : public testing::Test {
         polyglot({"dump-book", "-bin", file(book), "-color", colour, "-out", file("dump.txt")});
         texts_t dumped = split_lines(read_bytes(file("dump.txt")));
         EXPECT_FALSE(dumped.empty());
-        if (!dumped.empty()) dumped.erase(dumped.begin());
+        if (!dumped.empty()) {
+            dumped.erase(dumped.begin());
+        }
         return dumped;
     }
 

@@ -21,10 +21,10 @@ namespace orvelin::test {
 
 namespace {
 
-const int e2e4 = move_word(12, 28);
-const int d2d4 = move_word(11, 27);
-const int g1f3 = move_word(6, 21);
-const int e2e5 = move_word(12, 36);
+int const e2e4 = move_word(12, 28);
+int const d2d4 = move_word(11, 27);
+int const g1f3 = move_word(6, 21);
+int const e2e5 = move_word(12, 36);
 
 /// Three moves of the start position between other keys.
 std::vector<Book_record> good_entries() {
@@ -187,7 +187,9 @@ TEST(BookTool, rubbish_of_any_length_is_survived) {
     std::string bytes;
     std::uint32_t state = 1;
     for (std::size_t size = 0; size <= 80; size += short_tests ? 23 : 5) {
-        while (bytes.size() < size) bytes += static_cast<char>((state = state * 69069 + 1) >> 24);
+        while (bytes.size() < size) {
+            bytes += static_cast<char>((state = state * 69069 + 1) >> 24);
+        }
         BookFile const book(bytes);
         for (char const* command : {"look", "print", "verify"}) {
             program_result_t const result = book_tool({command, book.name()});

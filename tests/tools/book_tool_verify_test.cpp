@@ -13,8 +13,8 @@ namespace orvelin::test {
 
 namespace {
 
-const int e2e4 = move_word(12, 28);
-const int d2d4 = move_word(11, 27);
+int const e2e4 = move_word(12, 28);
+int const d2d4 = move_word(11, 27);
 
 std::vector<Book_record> good_entries() {
     return {book_entry(1, e2e4, 5), book_entry(2, e2e4, 40), book_entry(2, d2d4, 2),
@@ -92,7 +92,9 @@ TEST(BookToolVerify, reports_unknown_promotions_and_entries_without_a_move) {
 
 TEST(BookToolVerify, of_rubbish_stops_listing_but_counts_on) {
     std::string bytes;
-    for (int i = 0; i < 3200; ++i) bytes += static_cast<char>(255 - i / 16);
+    for (int i = 0; i < 3200; ++i) {
+        bytes += static_cast<char>(255 - i / 16);
+    }
     texts_t const lines = faults_of(BookFile(bytes));
     ASSERT_EQ(lines.size(), 52U);
     EXPECT_EQ(lines[50].substr(0, 7), "... and");

@@ -30,7 +30,9 @@ std::vector<std::string> lines_of(std::vector<std::string> const& arguments) {
     EXPECT_EQ(result.signal, 0);
     std::vector<std::string> lines;
     std::istringstream in(result.output);
-    for (std::string line; std::getline(in, line);) lines.push_back(line);
+    for (std::string line; std::getline(in, line);) {
+        lines.push_back(line);
+    }
     return lines;
 }
 
@@ -67,10 +69,16 @@ TEST(PerftTool, counts_the_leaves_of_known_positions) {
     for (session_t const& session : read_sessions("perft.txt")) {
         std::string fen;
         for (session_command_t const& command : session.commands) {
-            if (command.text.starts_with("pos ")) fen = command.text.substr(4);
-            if (!command.text.starts_with("perft ")) continue;
+            if (command.text.starts_with("pos ")) {
+                fen = command.text.substr(4);
+            }
+            if (!command.text.starts_with("perft ")) {
+                continue;
+            }
             std::vector<std::string> const answer = split_words(command.answer.at(0));
-            if (done >= wanted || std::stoull(answer.at(2)) > leaf_limit) continue;
+            if (done >= wanted || std::stoull(answer.at(2)) > leaf_limit) {
+                continue;
+            }
             EXPECT_EQ(lines_of({answer[1], "--fen", fen}), std::vector<std::string>{answer[2]})
                 << fen;
             ++done;

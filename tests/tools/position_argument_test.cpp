@@ -44,7 +44,9 @@ TEST(PositionArgument, takes_the_positions_of_games_and_endings) {
         for (PositionRecord const& record : read_position_records(file_name)) {
             EXPECT_EQ(fault(record.fen()), "") << record.fen();
             ++taken;
-            if (short_tests && taken % 200 == 0) break;
+            if (short_tests && taken % 200 == 0) {
+                break;
+            }
         }
     }
     EXPECT_GE(taken, 200U);

@@ -21,10 +21,18 @@ constexpr unsigned int bare_kings = 1U | 63U << 1U | 63U << 7U | 63U << 13U;
 
 /// A made-up table with few values and one won position that is a position at all.
 int made_up_byte(unsigned int key) {
-    if (key < 300) return 3;
-    if (key < 304) return 130;
-    if (key == 304) return 0;
-    if (key < 310) return 253;
+    if (key < 300) {
+        return 3;
+    }
+    if (key < 304) {
+        return 130;
+    }
+    if (key == 304) {
+        return 0;
+    }
+    if (key < 310) {
+        return 253;
+    }
     return key == bare_kings ? 5 : 254;
 }
 
@@ -105,7 +113,9 @@ TEST_F(StatisticsTest, no_line_is_longer_than_the_terminal) {
         std::istringstream lines(
             printed([&](std::ostream& out) { statistics.print_histogram(out, width); }));
         std::size_t longest = 0;
-        for (std::string line; std::getline(lines, line);) longest = std::max(longest, line.size());
+        for (std::string line; std::getline(lines, line);) {
+            longest = std::max(longest, line.size());
+        }
         EXPECT_EQ(longest, static_cast<std::size_t>(width));
     }
 }

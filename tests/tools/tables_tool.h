@@ -34,7 +34,9 @@ class TablesToolTest : public testing::Test {
     static lines_t lines_of(std::string const& text) {
         lines_t lines;
         std::istringstream in(text);
-        for (std::string line; std::getline(in, line);) lines.push_back(line);
+        for (std::string line; std::getline(in, line);) {
+            lines.push_back(line);
+        }
         return lines;
     }
 

@@ -45,7 +45,9 @@ record_t record_of(tools::ending_t const& ending) {
         "egt " + std::to_string(ending.piece1) + " " + std::to_string(ending.piece2);
     record_t record;
     for (session_t const& session : read_sessions("tables.txt")) {
-        if (session.commands.at(0).text != command) continue;
+        if (session.commands.at(0).text != command) {
+            continue;
+        }
         for (std::string const& line : session.commands[0].answer) {
             words_t const words = split_words(line);
             record.counts.at(std::stoul(words.at(1))) =
@@ -64,7 +66,9 @@ record_t record_of(tools::ending_t const& ending) {
 /// The command that evaluates the positions of the record.
 words_t eval_arguments(std::string const& source, record_t const& record) {
     words_t arguments{"eval", source};
-    for (probe_t const& probe : record.probes) arguments.push_back(probe.fen);
+    for (probe_t const& probe : record.probes) {
+        arguments.push_back(probe.fen);
+    }
     return arguments;
 }
 
@@ -82,14 +86,26 @@ void expect_counts(words_t const& printed, record_t const& record) {
     std::size_t first = 0;
     std::size_t compared = 0;
     for (std::string const& line : printed) {
-        if (line == "White wins") first = 0;
-        if (line == "Black wins") first = 128;
+        if (line == "White wins") {
+            first = 0;
+        }
+        if (line == "Black wins") {
+            first = 128;
+        }
         words_t const words = split_words(line);
         std::size_t byte = 256;
-        if (line.starts_with("draws")) byte = 253;
-        if (line.starts_with("illegal keys")) byte = 254;
-        if (line.starts_with("  ")) byte = first + std::stoul(words.at(0));
-        if (byte == 256) continue;
+        if (line.starts_with("draws")) {
+            byte = 253;
+        }
+        if (line.starts_with("illegal keys")) {
+            byte = 254;
+        }
+        if (line.starts_with("  ")) {
+            byte = first + std::stoul(words.at(0));
+        }
+        if (byte == 256) {
+            continue;
+        }
         unsigned long const sum = std::stoul(words.at(words.size() - 2)) + std::stoul(words.back());
         EXPECT_EQ(sum, record.counts.at(byte)) << line;
         ++compared;
@@ -126,7 +142,9 @@ void TablesToolBuildTest::check_files(std::string const& good) const {
     text.replace(at, 3, "100");
     write_text(wrong, text);
     unsigned int key = 0;
-    for (std::size_t i = text.find('\n'); i < at; ++i) key += text[i] == ' ' ? 1 : 0;
+    for (std::size_t i = text.find('\n'); i < at; ++i) {
+        key += text[i] == ' ' ? 1 : 0;
+    }
 
     program_result_t const result = run({"check", good, wrong, cut, "krkn"});
     EXPECT_EQ(result.status, 1);
@@ -158,7 +176,9 @@ TEST_F(TablesToolBuildTest, builds_a_file_that_holds_the_right_table) {
     expect_counts(stats, record);
     EXPECT_TRUE(stats.at(stats.size() - 2).starts_with("longest win of White: 40 moves (80 plies)"))
         << stats.at(stats.size() - 2);
-    if (!short_tests) check_files(file);
+    if (!short_tests) {
+        check_files(file);
+    }
 }
 
 TEST_P(TablesToolSourceTest, evaluates_by_a_table_that_it_builds) {

@@ -97,7 +97,9 @@ TEST_F(TablesToolTest, plots_as_wide_as_the_terminal) {
     EXPECT_EQ(result.status, 0) << result.errors;
     std::size_t longest = 0;
     for (std::string const& line : lines_of(result.output)) {
-        if (line.ends_with('#')) longest = std::max(longest, line.size());
+        if (line.ends_with('#')) {
+            longest = std::max(longest, line.size());
+        }
     }
     EXPECT_EQ(longest, 66U);
     EXPECT_EQ(output_of({"stats", file}).find('#'), std::string::npos);

@@ -6,7 +6,9 @@
 namespace orvelin::tools {
 
 void BookCheck::add(std::uint64_t number, Book_record const& entry) {
-    if (positions_ == 0 || entry.get_key() != key_) begin_key(number, entry);
+    if (positions_ == 0 || entry.get_key() != key_) {
+        begin_key(number, entry);
+    }
     key_has_weight_ = key_has_weight_ || entry.get_weight() > 0;
     BKmove const move = entry.get_move();
     if (!has_known_promotion(entry)) {

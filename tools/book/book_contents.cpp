@@ -30,13 +30,17 @@ void BookContents::add(std::uint64_t key, BKmove const& move, std::uint64_t weig
                        std::uint32_t learn) {
     auto const [place, is_new] = entries_.try_emplace({key, move.dump()});
     entry_t& entry = place->second;
-    if (is_new) entry.learn = learn;
+    if (is_new) {
+        entry.learn = learn;
+    }
     entry.added += std::min(weight, largest_sum - entry.added);
 }
 
 bool BookContents::set_weight(std::uint64_t key, BKmove const& move, std::uint16_t weight) {
     std::optional<std::uint16_t>& set = entries_[{key, move.dump()}].set;
-    if (set && *set != weight) return false;
+    if (set && *set != weight) {
+        return false;
+    }
     set = weight;
     return true;
 }
@@ -50,7 +54,9 @@ std::size_t BookContents::positions() const {
     std::size_t count = 0;
     std::optional<std::uint64_t> last;
     for (auto const& [place, entry] : entries_) {
-        if (place.first != last) ++count;
+        if (place.first != last) {
+            ++count;
+        }
         last = place.first;
     }
     return count;

@@ -14,7 +14,9 @@ constexpr std::string_view blanks = " \t\r\v\f";
 
 std::string_view trimmed(std::string_view text) {
     std::size_t const first = text.find_first_not_of(blanks);
-    if (first == std::string_view::npos) return {};
+    if (first == std::string_view::npos) {
+        return {};
+    }
     return text.substr(first, text.find_last_not_of(blanks) - first + 1);
 }
 
@@ -33,7 +35,9 @@ std::uint64_t read_weight(std::string_view text, std::uint64_t least, std::uint6
 written_move_t read_move(std::string_view word) {
     constexpr std::uint64_t largest = std::numeric_limits<std::uint16_t>::max();
     std::size_t const sign = word.find('=');
-    if (sign == std::string_view::npos) return {std::string(word), std::nullopt};
+    if (sign == std::string_view::npos) {
+        return {std::string(word), std::nullopt};
+    }
     return {std::string(word.substr(0, sign)),
             static_cast<std::uint16_t>(read_weight(word.substr(sign + 1), 0, largest))};
 }
@@ -62,7 +66,9 @@ std::string shown(std::string_view text) {
     std::replace_if(
         result.begin(), result.end(), [](char letter) { return letter < ' ' || letter > '~'; },
         '?');
-    if (text.size() > longest) result += "...";
+    if (text.size() > longest) {
+        result += "...";
+    }
     return result;
 }
 

@@ -16,7 +16,9 @@ std::uint64_t start_of_scan(BookReader& book, std::uint64_t key) {
         std::uint64_t const middle = low + (high - low) / 2;
         book.seek(middle);
         book.read(probe);
-        if (probe.get_key() == key) break;
+        if (probe.get_key() == key) {
+            break;
+        }
         (key < probe.get_key() ? high : low) = middle;
     }
     return low;
@@ -28,7 +30,9 @@ std::vector<Book_record> entries_of_key(BookReader& book, std::uint64_t key) {
     std::vector<Book_record> entries;
     book.seek(start_of_scan(book, key));
     for (Book_record entry; book.read(entry) && entry.get_key() <= key;) {
-        if (entry.get_key() == key) entries.push_back(entry);
+        if (entry.get_key() == key) {
+            entries.push_back(entry);
+        }
     }
     return entries;
 }

@@ -19,14 +19,20 @@ BookMaker::BookMaker(Tables const& tables, std::string const& fen, std::uint64_t
 
 void BookMaker::add(book_line_t const& line) {
     played_.clear();
-    for (written_move_t const& move : line.moves) play(move);
+    for (written_move_t const& move : line.moves) {
+        play(move);
+    }
     count_moves(line.games);
-    for (std::size_t i = 0; i < line.moves.size(); ++i) position_.unmake_move();
+    for (std::size_t i = 0; i < line.moves.size(); ++i) {
+        position_.unmake_move();
+    }
 }
 
 void BookMaker::play(written_move_t const& written) {
     std::optional<Move> const move = find_legal_move(generator_, position_, written.text);
-    if (!move) throw std::runtime_error("move " + shown(written.text) + " is illegal");
+    if (!move) {
+        throw std::runtime_error("move " + shown(written.text) + " is illegal");
+    }
     if (played_.size() < max_ply_) {
         std::uint64_t const key = position_.get_hash();
         played_.push_back({key, BKmove(*move)});
@@ -41,7 +47,9 @@ void BookMaker::play(written_move_t const& written) {
 void BookMaker::count_moves(std::uint64_t games) {
     std::set<std::pair<std::uint64_t, std::uint16_t>> counted;
     for (auto const& [key, move] : played_) {
-        if (counted.emplace(key, move.dump()).second) contents_.add(key, move, games);
+        if (counted.emplace(key, move.dump()).second) {
+            contents_.add(key, move, games);
+        }
     }
 }
 

@@ -28,7 +28,9 @@ bool has_known_promotion(Book_record const& entry) {
 
 std::string move_text(Book_record const& entry) {
     constexpr std::string_view letters = "nbrq";
-    if (stored_word(entry) == 0) return "0000";
+    if (stored_word(entry) == 0) {
+        return "0000";
+    }
     BKmove const move = entry.get_move();
     std::string text = move.from().name() + move.to().name();
     if (!has_known_promotion(entry)) {

@@ -25,7 +25,9 @@ std::optional<Move> find_legal_move(MoveGenerator& generator, ChessPosition cons
         Move const* const move = std::find_if(list.begin(), list.end(), [&](Move const& legal) {
             return legal.algebraic(king_takes_rook) == text;
         });
-        if (move != list.end()) return *move;
+        if (move != list.end()) {
+            return *move;
+        }
     }
     return std::nullopt;
 }

@@ -34,7 +34,9 @@ struct arguments_t {
 
 std::uint64_t sum_of_weights(std::vector<Book_record> const& entries) {
     std::uint64_t sum = 0;
-    for (Book_record const& entry : entries) sum += entry.get_weight();
+    for (Book_record const& entry : entries) {
+        sum += entry.get_weight();
+    }
     return sum;
 }
 
@@ -52,7 +54,9 @@ int look(arguments_t const& arguments) {
     set_position(position, arguments.fen);
     std::vector<Book_record> const entries = entries_of_key(book, position.get_hash());
     warn_of_stray_bytes(book);
-    if (entries.empty()) throw std::runtime_error(book.name() + " has no move for the position");
+    if (entries.empty()) {
+        throw std::runtime_error(book.name() + " has no move for the position");
+    }
 
     std::uint64_t const sum = sum_of_weights(entries);
     MoveGenerator generator(*tables);

@@ -45,17 +45,23 @@ void add_lines(BookMaker& maker, std::istream& text, std::string const& name) {
             throw std::runtime_error(name + ":" + std::to_string(number) + ": " + error.what());
         }
     }
-    if (text.bad()) throw std::runtime_error("cannot read " + name);
+    if (text.bad()) {
+        throw std::runtime_error("cannot read " + name);
+    }
 }
 
 void add_file(BookMaker& maker, std::string const& name) {
-    if (name == "-") return add_lines(maker, std::cin, "standard input");
+    if (name == "-") {
+        return add_lines(maker, std::cin, "standard input");
+    }
     // A folder opens as a file.
     if (std::filesystem::is_directory(name)) {
         throw std::runtime_error("cannot read " + name + ": a folder");
     }
     std::ifstream file(name);
-    if (!file) throw std::runtime_error("cannot read " + name + ": " + std::strerror(errno));
+    if (!file) {
+        throw std::runtime_error("cannot read " + name + ": " + std::strerror(errno));
+    }
     add_lines(maker, file, name);
 }
 
@@ -65,7 +71,9 @@ int make(arguments_t const& arguments) {
     add_file(maker, arguments.lines);
     BookContents& contents = maker.contents();
     contents.remove_below(arguments.min_count);
-    if (contents.size() == 0) throw std::runtime_error("there are no moves to write");
+    if (contents.size() == 0) {
+        throw std::runtime_error("there are no moves to write");
+    }
     write_book(arguments.output, contents);
     return exit_success;
 }

@@ -42,7 +42,9 @@ void add_book(BookContents& contents, std::string const& name) {
 
 int merge(arguments_t const& arguments) {
     BookContents contents;
-    for (std::string const& name : arguments.books) add_book(contents, name);
+    for (std::string const& name : arguments.books) {
+        add_book(contents, name);
+    }
     write_book(arguments.output, contents);
     return exit_success;
 }

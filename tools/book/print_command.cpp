@@ -38,13 +38,17 @@ std::uint64_t read_key(std::string const& text) {
 
 int print(arguments_t const& arguments) {
     std::optional<std::uint64_t> wanted;
-    if (arguments.key) wanted = read_key(*arguments.key);
+    if (arguments.key) {
+        wanted = read_key(*arguments.key);
+    }
     BookReader book(arguments.book);
     warn_of_stray_bytes(book);
     bool found = false;
     // Without standard output there is no reason to read on.
     for (Book_record entry; std::cout && book.read(entry);) {
-        if (wanted && entry.get_key() != *wanted) continue;
+        if (wanted && entry.get_key() != *wanted) {
+            continue;
+        }
         found = true;
         std::cout << key_text(entry.get_key()) << ' ' << move_text(entry) << ' '
                   << entry.get_weight() << ' ' << entry.get_learn() << '\n';

@@ -25,7 +25,9 @@ int verify(std::string const& name) {
     BookReader book(name);
     std::uint64_t faults = 0;
     auto const report = [&faults](std::string const& fault) {
-        if (++faults <= max_lines) std::cout << fault << '\n';
+        if (++faults <= max_lines) {
+            std::cout << fault << '\n';
+        }
     };
     BookCheck check(report);
     for_each_entry(
@@ -35,7 +37,9 @@ int verify(std::string const& name) {
         report(counted(book.stray_bytes(), "stray byte", "stray bytes") + " behind the last of " +
                counted(book.size(), "entry", "entries"));
     }
-    if (faults > max_lines) std::cout << "... and " << faults - max_lines << " more\n";
+    if (faults > max_lines) {
+        std::cout << "... and " << faults - max_lines << " more\n";
+    }
     if (faults == 0) {
         std::cout << size_text(book.size(), check.positions()) << '\n';
         return exit_success;

@@ -25,12 +25,16 @@ std::string fault_behind(ChessPosition const& position, Move const& move) {
                                       : position.black_attacks(position.white_king());
     bool const in_check = white ? position.black_attacks(position.white_king())
                                 : position.white_attacks(position.black_king());
-    if (mover_in_check) return "it leaves its own king in check";
+    if (mover_in_check) {
+        return "it leaves its own king in check";
+    }
     if (move.check() != in_check) {
         return in_check ? "it gives check without the check bit"
                         : "it has the check bit and gives no check";
     }
-    if (position.check() != in_check) return "the record behind it has a wrong check flag";
+    if (position.check() != in_check) {
+        return "the record behind it has a wrong check flag";
+    }
     return "";
 }
 
@@ -47,14 +51,30 @@ PositionSnapshot::PositionSnapshot(ChessPosition const& position)
       repetition_filter_(position.repetition_filter()) {}
 
 std::string PositionSnapshot::difference(ChessPosition const& position) const {
-    if (position.fen() != fen_) return "FEN " + position.fen();
-    if (position.board() != board_) return "board";
-    if (position.get_hash() != hash_) return "hash";
-    if (position.get_pawnhash() != pawn_hash_) return "pawn hash";
-    if (position.materialindex() != material_) return "material";
-    if (position.history().size() != records_) return "number of records";
-    if (!same_record(position.history().back(), record_)) return "record";
-    if (position.repetition_filter() != repetition_filter_) return "repetition record";
+    if (position.fen() != fen_) {
+        return "FEN " + position.fen();
+    }
+    if (position.board() != board_) {
+        return "board";
+    }
+    if (position.get_hash() != hash_) {
+        return "hash";
+    }
+    if (position.get_pawnhash() != pawn_hash_) {
+        return "pawn hash";
+    }
+    if (position.materialindex() != material_) {
+        return "material";
+    }
+    if (position.history().size() != records_) {
+        return "number of records";
+    }
+    if (!same_record(position.history().back(), record_)) {
+        return "record";
+    }
+    if (position.repetition_filter() != repetition_filter_) {
+        return "repetition record";
+    }
     return "";
 }
 
@@ -67,9 +87,13 @@ std::uint64_t CheckedLeafCounter::count_behind(ChessPosition& position, Move con
     position.unmake_move();
     if (fault.empty()) {
         std::string const difference = before.difference(position);
-        if (!difference.empty()) fault = "taking it back leaves another " + difference;
+        if (!difference.empty()) {
+            fault = "taking it back leaves another " + difference;
+        }
     }
-    if (!fault.empty()) throw TreeFault(before.fen(), move.algebraic(chess960_), fault);
+    if (!fault.empty()) {
+        throw TreeFault(before.fen(), move.algebraic(chess960_), fault);
+    }
     return leaves;
 }
 

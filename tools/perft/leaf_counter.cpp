@@ -7,13 +7,19 @@
 namespace orvelin::tools {
 
 std::uint64_t LeafCounter::count(ChessPosition& position, int depth) {
-    if (depth == 0) return 1;
+    if (depth == 0) {
+        return 1;
+    }
     MoveBuffer storage;
     MoveList list(storage.data());
     generator_.generate_moves(position, list);
-    if (depth == 1 && !makes_last_moves()) return list.size();
+    if (depth == 1 && !makes_last_moves()) {
+        return list.size();
+    }
     std::uint64_t leaves = 0;
-    for (Move const& move : list) leaves += count_behind(position, move, depth - 1);
+    for (Move const& move : list) {
+        leaves += count_behind(position, move, depth - 1);
+    }
     return leaves;
 }
 
@@ -27,7 +33,9 @@ std::uint64_t LeafCounter::count_behind(ChessPosition& position, Move const& mov
 std::uint64_t LeafCounter::divide(
     ChessPosition& position, int depth, std::function<void(root_move_t const&)> const& before,
     std::function<void(root_move_t const&, std::uint64_t)> const& after) {
-    if (depth == 0) return 1;
+    if (depth == 0) {
+        return 1;
+    }
     MoveList list;
     generator_.generate_moves(position, list);
     std::uint64_t total = 0;

@@ -73,7 +73,9 @@ int count_leaves(arguments_t const& arguments) {
                           root.move.algebraic(arguments.chess960));
         },
         [&](root_move_t const& root, std::uint64_t behind) {
-            if (!arguments.divide) return;
+            if (!arguments.divide) {
+                return;
+            }
             progress.clear();
             std::cout << root.move.algebraic(arguments.chess960) << ": " << behind << '\n';
         });

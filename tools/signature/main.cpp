@@ -31,7 +31,9 @@ constexpr char const* help =
 bool compare(session_t const& played, session_t const& expected) {
     bool equal = true;
     for (std::size_t i = 0; i < expected.commands.size(); ++i) {
-        if (played.commands[i].answer == expected.commands[i].answer) continue;
+        if (played.commands[i].answer == expected.commands[i].answer) {
+            continue;
+        }
         equal = false;
         std::cerr << "orvelin-signature: other lines for: " << expected.commands[i].text << '\n';
     }
@@ -44,7 +46,9 @@ int run(std::string const& file_name, bool print) {
     bool equal = true;
     for (session_t const& session : expected) {
         played.push_back(play_again(session));
-        if (!print) equal = compare(played.back(), session) && equal;
+        if (!print) {
+            equal = compare(played.back(), session) && equal;
+        }
     }
     if (print) {
         std::cout << session_text(played);
@@ -62,8 +66,10 @@ int main(int argc, char** argv) {
         std::cout << help;
         return exit_success;
     }
-    const bool print = std::erase(arguments, "--print") > 0;
-    if (arguments.empty()) arguments.push_back(signature_file);
+    bool const print = std::erase(arguments, "--print") > 0;
+    if (arguments.empty()) {
+        arguments.push_back(signature_file);
+    }
     if (arguments.size() > 1 || arguments[0].starts_with('-')) {
         std::cerr << help;
         return exit_usage;

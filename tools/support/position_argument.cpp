@@ -19,17 +19,23 @@ namespace orvelin::tools {
 namespace {
 
 void require(bool condition, std::string const& fault) {
-    if (!condition) throw UsageError("bad FEN: " + fault);
+    if (!condition) {
+        throw UsageError("bad FEN: " + fault);
+    }
 }
 
 std::vector<std::string> split_fields(std::string const& fen) {
     std::istringstream in(fen);
     std::vector<std::string> fields;
-    for (std::string field; in >> field;) fields.push_back(field);
+    for (std::string field; in >> field;) {
+        fields.push_back(field);
+    }
     require(fields.size() >= 2, "the placement and the side to move are needed");
     require(fields.size() <= 6, "something stands behind the move number: " + fields.back());
     constexpr std::array<char const*, 4> otherwise{"-", "-", "0", "1"};
-    while (fields.size() < 6) fields.emplace_back(otherwise[fields.size() - 2]);
+    while (fields.size() < 6) {
+        fields.emplace_back(otherwise[fields.size() - 2]);
+    }
     return fields;
 }
 
@@ -50,7 +56,9 @@ void check_rank(std::string const& rank) {
 void check_placement(std::string const& placement) {
     int ranks = 0;
     std::istringstream in(placement + "/");
-    for (std::string rank; std::getline(in, rank, '/'); ++ranks) check_rank(rank);
+    for (std::string rank; std::getline(in, rank, '/'); ++ranks) {
+        check_rank(rank);
+    }
     require(ranks == 8, "the placement has " + std::to_string(ranks) + " ranks, not 8");
 }
 
@@ -100,7 +108,9 @@ void check_men(ChessPosition const& position) {
 
 void check_castling(ChessPosition const& position) {
     for (int bit = 0; bit < 16; ++bit) {
-        if ((position.castlingrights() >> bit & 1) == 0) continue;
+        if ((position.castlingrights() >> bit & 1) == 0) {
+            continue;
+        }
         bool const white = bit < 8;
         Square const rook(white ? bit : bit - 8 + 56);
         BitBoard const rooks = white ? position.white_rook() : position.black_rook();
@@ -112,7 +122,9 @@ void check_castling(ChessPosition const& position) {
 
 void check_en_passant(ChessPosition const& position) {
     Square const target = position.ep();
-    if (target.id() > 63) return;
+    if (target.id() > 63) {
+        return;
+    }
     bool const white = position.white_to_move();
     int const forward = white ? 8 : -8;
     BitBoard const pawns = white ? position.black_pawn() : position.white_pawn();
@@ -127,7 +139,9 @@ void set_position(ChessPosition& position, std::string const& fen) {
     std::vector<std::string> const fields = split_fields(fen);
     check_fields(fields);
     std::string text = fields[0];
-    for (std::size_t i = 1; i < fields.size(); ++i) text += ' ' + fields[i];
+    for (std::size_t i = 1; i < fields.size(); ++i) {
+        text += ' ' + fields[i];
+    }
     position.fen(text);
     check_men(position);
     check_castling(position);

@@ -11,7 +11,9 @@ constexpr char const* clear_line = "\r\033[K";
 
 progress_style_t style_of_standard_error() {
     using namespace std::chrono_literals;
-    if (isatty(STDERR_FILENO) == 1) return {true, 500ms, 100ms};
+    if (isatty(STDERR_FILENO) == 1) {
+        return {true, 500ms, 100ms};
+    }
     return {false, 2000ms, 2000ms};
 }
 
@@ -27,7 +29,9 @@ Progress::~Progress() {
 }
 
 void Progress::show(std::string const& text) {
-    if (clock::now() < next_) return;
+    if (clock::now() < next_) {
+        return;
+    }
     next_ = clock::now() + style_.interval;
     if (style_.overwrite) {
         out_ << clear_line << text << std::flush;
@@ -38,7 +42,9 @@ void Progress::show(std::string const& text) {
 }
 
 void Progress::clear() {
-    if (line_shown_) out_ << clear_line << std::flush;
+    if (line_shown_) {
+        out_ << clear_line << std::flush;
+    }
     line_shown_ = false;
 }
 

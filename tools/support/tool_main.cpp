@@ -28,7 +28,9 @@ int run_tool(CLI::App& app, int argc, char const* const* argv, std::function<int
     }
     try {
         int const code = body();
-        if (!std::cout.flush()) return fail(app, "cannot write to standard output", exit_failure);
+        if (!std::cout.flush()) {
+            return fail(app, "cannot write to standard output", exit_failure);
+        }
         return code;
     } catch (UsageError const& error) {
         return fail(app, error.what(), exit_usage);

@@ -49,7 +49,9 @@ int eval_command(std::string const& source, std::vector<std::string> const& fens
     ending_t const& ending = ending_of_source(source);
     std::vector<ending_position_t> positions;
     positions.reserve(fens.size());
-    for (std::string const& fen : fens) positions.push_back(read_ending_position(fen, ending));
+    for (std::string const& fen : fens) {
+        positions.push_back(read_ending_position(fen, ending));
+    }
     EndingTable table(ending);
     fill(table, source);
     for (std::size_t i = 0; i < fens.size(); ++i) {
@@ -65,7 +67,9 @@ int stats_command(std::string const& source, bool plot) {
     Statistics const statistics(table);
     std::cout << table.ending().name << '\n';
     statistics.print_distances(std::cout);
-    if (plot) statistics.print_histogram(std::cout, terminal_width());
+    if (plot) {
+        statistics.print_histogram(std::cout, terminal_width());
+    }
     statistics.print_longest_wins(std::cout, table);
     return exit_success;
 }

@@ -6,7 +6,9 @@ namespace orvelin::tools {
 
 ending_t const* find_ending(std::string const& name) {
     for (ending_t const& ending : endings) {
-        if (strcasecmp(name.c_str(), ending.name) == 0) return &ending;
+        if (strcasecmp(name.c_str(), ending.name) == 0) {
+            return &ending;
+        }
     }
     return nullptr;
 }

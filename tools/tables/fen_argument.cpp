@@ -22,7 +22,9 @@ constexpr std::string_view man_letters = "KkNBRQnbrqPp";
 std::vector<std::string> split_fields(std::string const& fen) {
     std::istringstream in(fen);
     std::vector<std::string> fields;
-    for (std::string field; in >> field;) fields.push_back(field);
+    for (std::string field; in >> field;) {
+        fields.push_back(field);
+    }
     return fields;
 }
 
@@ -37,29 +39,47 @@ void check_rank(std::string const& fen, std::string const& rank) {
             fail(fen, std::string("'") + letter + "' is no man");
         }
     }
-    if (files != 8) fail(fen, "the rank \"" + rank + "\" is not 8 squares long");
+    if (files != 8) {
+        fail(fen, "the rank \"" + rank + "\" is not 8 squares long");
+    }
 }
 
 void check_placement(std::string const& fen, std::string const& placement) {
     int ranks = 0;
     std::istringstream in(placement + "/");
-    for (std::string rank; std::getline(in, rank, '/'); ++ranks) check_rank(fen, rank);
-    if (ranks != 8) fail(fen, "the placement has " + std::to_string(ranks) + " ranks, not 8");
+    for (std::string rank; std::getline(in, rank, '/'); ++ranks) {
+        check_rank(fen, rank);
+    }
+    if (ranks != 8) {
+        fail(fen, "the placement has " + std::to_string(ranks) + " ranks, not 8");
+    }
 }
 
 /// A table knows neither castling nor pawns; its values would not be true with them.
 void check_fields(std::string const& fen, std::vector<std::string> const& fields) {
-    if (fields.size() < 2) fail(fen, "the placement and the side to move are needed, in quotes");
-    if (fields.size() > 6) fail(fen, "something stands behind the move number");
+    if (fields.size() < 2) {
+        fail(fen, "the placement and the side to move are needed, in quotes");
+    }
+    if (fields.size() > 6) {
+        fail(fen, "something stands behind the move number");
+    }
     check_placement(fen, fields[0]);
-    if (fields[1] != "w" && fields[1] != "b") fail(fen, "the side to move is not w or b");
-    if (fields.size() > 2 && fields[2] != "-") fail(fen, "a table knows no castling");
-    if (fields.size() > 3 && fields[3] != "-") fail(fen, "a table knows no en passant");
+    if (fields[1] != "w" && fields[1] != "b") {
+        fail(fen, "the side to move is not w or b");
+    }
+    if (fields.size() > 2 && fields[2] != "-") {
+        fail(fen, "a table knows no castling");
+    }
+    if (fields.size() > 3 && fields[3] != "-") {
+        fail(fen, "a table knows no en passant");
+    }
     for (std::size_t i = 4; i < fields.size(); ++i) {
         bool const number = std::all_of(fields[i].begin(), fields[i].end(), [](char letter) {
             return std::isdigit(static_cast<unsigned char>(letter)) != 0;
         });
-        if (!number) fail(fen, "\"" + fields[i] + "\" is no number");
+        if (!number) {
+            fail(fen, "\"" + fields[i] + "\" is no number");
+        }
     }
 }
 
@@ -93,9 +113,15 @@ ending_position_t read_ending_position(std::string const& fen, ending_t const& e
     check_fields(fen, fields);
     std::string const& placement = fields[0];
     std::string const men = men_of(placement);
-    if (std::count(men.begin(), men.end(), 'K') != 1) fail(fen, "White has not exactly one king");
-    if (std::count(men.begin(), men.end(), 'k') != 1) fail(fen, "Black has not exactly one king");
-    if (fits(men, ending)) return {placement + ' ' + fields[1] + " - - 0 1", false};
+    if (std::count(men.begin(), men.end(), 'K') != 1) {
+        fail(fen, "White has not exactly one king");
+    }
+    if (std::count(men.begin(), men.end(), 'k') != 1) {
+        fail(fen, "Black has not exactly one king");
+    }
+    if (fits(men, ending)) {
+        return {placement + ' ' + fields[1] + " - - 0 1", false};
+    }
     std::string const exchanged = exchange_colours(placement);
     if (!fits(men_of(exchanged), ending)) {
         fail(fen, std::string("its men are not those of ") + ending.name);

@@ -45,7 +45,9 @@ void print_bars(std::ostream& out, std::vector<std::uint32_t> const& counts, int
     auto const longest = static_cast<std::uint64_t>(width - label_width - count_width - 1);
     for (std::size_t moves = 0; moves < counts.size(); ++moves) {
         out << std::setw(label_width) << moves << std::setw(count_width) << counts[moves];
-        if (counts[moves] > 0) out << ' ' << bar_of(counts[moves], most, longest);
+        if (counts[moves] > 0) {
+            out << ' ' << bar_of(counts[moves], most, longest);
+        }
         out << '\n';
     }
 }
@@ -53,12 +55,16 @@ void print_bars(std::ostream& out, std::vector<std::uint32_t> const& counts, int
 }  // namespace
 
 Statistics::Statistics(EndingTable const& table) {
-    for (unsigned int key = 0; key < table.size(); ++key) ++counts_[table[key]][key & 1];
+    for (unsigned int key = 0; key < table.size(); ++key) {
+        ++counts_[table[key]][key & 1];
+    }
 }
 
 int Statistics::longest_win(int winner) const {
     int plies = last_distance;
-    while (plies >= 0 && count(byte_of(winner, plies)) == 0) --plies;
+    while (plies >= 0 && count(byte_of(winner, plies)) == 0) {
+        --plies;
+    }
     return plies;
 }
 
@@ -66,11 +72,15 @@ void Statistics::print_distances(std::ostream& out) const {
     print_row(out, "plies to mate", "White to move", "Black to move");
     for (int const winner : {1, 0}) {
         int const longest = longest_win(winner);
-        if (longest < 0) continue;
+        if (longest < 0) {
+            continue;
+        }
         out << colour_name(winner) << " wins\n";
         for (int plies = 0; plies <= longest; ++plies) {
             int const byte = byte_of(winner, plies);
-            if (count(byte) == 0) continue;
+            if (count(byte) == 0) {
+                continue;
+            }
             print_row(out, "  " + std::to_string(plies), count(byte, 1), count(byte, 0));
         }
     }
@@ -81,7 +91,9 @@ void Statistics::print_distances(std::ostream& out) const {
 void Statistics::print_histogram(std::ostream& out, int width) const {
     for (int const winner : {1, 0}) {
         int const longest = longest_win(winner);
-        if (longest < 0) continue;
+        if (longest < 0) {
+            continue;
+        }
         std::vector<std::uint32_t> by_moves(static_cast<std::size_t>(moves_of(longest)) + 1);
         for (int plies = 0; plies <= longest; ++plies) {
             by_moves[static_cast<std::size_t>(moves_of(plies))] += count(byte_of(winner, plies));
@@ -101,7 +113,9 @@ void Statistics::print_longest_wins(std::ostream& out, EndingTable& table) const
             continue;
         }
         unsigned int key = 0;
-        while (table[key] != byte_of(winner, plies)) ++key;
+        while (table[key] != byte_of(winner, plies)) {
+            ++key;
+        }
         out << counted(moves_of(plies), "move", "moves") << " (" << counted(plies, "ply", "plies")
             << "), " << table.fen(key) << '\n';
     }
@@ -116,7 +130,9 @@ int terminal_width() {
         std::string_view const text = columns;
         int told = 0;
         auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), told);
-        if (error == std::errc() && end == text.data() + text.size()) width = told;
+        if (error == std::errc() && end == text.data() + text.size()) {
+            width = told;
+        }
     }
     return std::clamp(width, narrowest, widest);
 }

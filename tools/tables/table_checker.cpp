@@ -17,9 +17,13 @@ std::string difference(EndingTable const& loaded, EndingTable const& right) {
     int differing = 0;
     unsigned int first = 0;
     for (unsigned int key = 0; key < right.size(); ++key) {
-        if (loaded[key] != right[key] && differing++ == 0) first = key;
+        if (loaded[key] != right[key] && differing++ == 0) {
+            first = key;
+        }
     }
-    if (differing == 0) return "";
+    if (differing == 0) {
+        return "";
+    }
     return counted(differing, "key differs", "keys differ") +
            " from the right table, the first at " + std::to_string(first) + ", " +
            right.key_text(first) + ": " + std::to_string(loaded[first]) + " instead of " +
@@ -58,7 +62,9 @@ std::string TableChecker::find_fault(std::string const& source) {
         loaded.load(source);
         fault = difference(loaded, built(ending).table);
     }
-    if (fault.empty() && !built(ending).consistent) fault = "the values contradict each other";
+    if (fault.empty() && !built(ending).consistent) {
+        fault = "the values contradict each other";
+    }
     return fault.empty() ? "" : source + ": " + fault;
 }
 

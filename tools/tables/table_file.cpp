@@ -31,11 +31,17 @@ constexpr std::string_view blanks = " \t\r\n\f\v";
 std::string read_file(std::string const& path, std::size_t most) {
     std::error_code error;
     bool const regular = std::filesystem::is_regular_file(path, error);
-    if (error) fail(path, "cannot be read: " + error.message());
-    if (!regular) fail(path, "cannot be read: not a regular file");
+    if (error) {
+        fail(path, "cannot be read: " + error.message());
+    }
+    if (!regular) {
+        fail(path, "cannot be read: not a regular file");
+    }
     errno = 0;
     std::ifstream file(path, std::ios::binary);
-    if (!file) fail(path, std::string("cannot be read: ") + std::strerror(errno));
+    if (!file) {
+        fail(path, std::string("cannot be read: ") + std::strerror(errno));
+    }
     std::uintmax_t const size = std::filesystem::file_size(path);
     std::string text(size < most ? static_cast<std::size_t>(size) : most, '\0');
     file.read(text.data(), static_cast<std::streamsize>(text.size()));
@@ -70,7 +76,9 @@ ending_t const& ending_of(std::string const& path, std::string_view first_word) 
     first_word.remove_prefix(begin.size());
     first_word.remove_suffix(1);
     for (ending_t const& ending : endings) {
-        if (first_word == ending.name) return ending;
+        if (first_word == ending.name) {
+            return ending;
+        }
     }
     fail(path,
          "a table of the unknown ending " + quoted(first_word) + "; it must be " + ending_names);
@@ -83,7 +91,9 @@ bool is_finished_value(unsigned int value) {
 
 void check_value(std::string const& path, unsigned int key, std::string_view word) {
     std::string const place = "key " + std::to_string(key);
-    if (word.empty()) fail(path, "damaged: it ends before " + place);
+    if (word.empty()) {
+        fail(path, "damaged: it ends before " + place);
+    }
     unsigned int value = 0;
     auto const [end, error] = std::from_chars(word.data(), word.data() + word.size(), value);
     if (error != std::errc() || end != word.data() + word.size() || !is_finished_value(value)) {
@@ -93,13 +103,17 @@ void check_value(std::string const& path, unsigned int key, std::string_view wor
 
 void check_text(std::string const& path, std::string_view text, unsigned int size) {
     ending_t const& ending = ending_of(path, take_word(text));
-    for (unsigned int key = 0; key < size; ++key) check_value(path, key, take_word(text));
+    for (unsigned int key = 0; key < size; ++key) {
+        check_value(path, key, take_word(text));
+    }
     std::string const wanted = "end{" + std::string(ending.name) + "}";
     std::string_view const last = take_word(text);
     if (last != wanted) {
         fail(path, "damaged: " + quoted(last) + " stands behind the last key, not " + wanted);
     }
-    if (!take_word(text).empty()) fail(path, "damaged: something stands behind " + wanted);
+    if (!take_word(text).empty()) {
+        fail(path, "damaged: something stands behind " + wanted);
+    }
 }
 
 }  // namespace
@@ -112,7 +126,9 @@ ending_t const& ending_of_file(std::string const& path) {
 
 ending_t const& ending_of_source(std::string const& source) {
     ending_t const* const ending = find_ending(source);
-    if (ending != nullptr) return *ending;
+    if (ending != nullptr) {
+        return *ending;
+    }
     std::error_code ignored;
     if (!std::filesystem::exists(source, ignored)) {
         throw std::runtime_error(source + " is neither a file nor " + ending_names);
@@ -122,7 +138,9 @@ ending_t const& ending_of_source(std::string const& source) {
 
 void load_table(std::string const& path, Egt4Pieces& values) {
     std::string const text = read_file(path, largest_file);
-    if (text.size() == largest_file) fail(path, "too large for a table file");
+    if (text.size() == largest_file) {
+        fail(path, "too large for a table file");
+    }
     check_text(path, text, values.size());
     values.load(path);
 }

@@ -1,5 +1,6 @@
-# Sourced by the scripts at the root of the repository. All messages go to stderr, because
-# standard output may belong to a chess interface.
+# Sourced by the scripts of the repository, before they look at anything else: for --help it prints
+# how the script is used and ends it. All other messages go to stderr, because standard output may
+# belong to a chess GUI.
 
 say() { printf 'orvelin: %s\n' "$*" >&2; }
 
@@ -7,6 +8,24 @@ fail() {
     say "$*"
     exit 1
 }
+
+# The comment at the head of the script that was started tells how it is used.
+print_usage() { sed -n '2,/^[^#]/s/^# \{0,1\}//p' "$0"; }
+
+# usage_error TEXT...: says what is wrong with the arguments, and how they should be.
+usage_error() {
+    say "$*"
+    print_usage >&2
+    exit 2
+}
+
+for argument in "$@"; do
+    if [ "$argument" = --help ]; then
+        print_usage
+        exit 0
+    fi
+done
+unset argument
 
 # install_packages PACKAGE...: installs those Debian packages that are missing.
 install_packages() {

@@ -7,7 +7,7 @@ if(ORVELIN_BUILD_TOOLS)
   list(APPEND orvelin_programs orvelin-book orvelin-tables orvelin-perft)
   set(orvelin_scripts orvelin-suite orvelin-explain)
 endif()
-set(orvelin_libraries suite_lib explain_lib uci_lib chess_lib measure_lib)
+set(orvelin_libraries suite_lib explain_lib orvelin_lib)
 set(orvelin_data_dir share/orvelin)
 set(orvelin_doc_dir share/doc/orvelin)
 

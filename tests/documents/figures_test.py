@@ -8,8 +8,8 @@ import subprocess
 import tempfile
 import unittest
 
+from orvelin_lib.engine import UciEngine
 from project import DOCUMENTS, ENGINE, PROGRAMS, ROOT
-from uci_lib.engine import UciEngine
 
 README, UCI = DOCUMENTS["README.md"], DOCUMENTS["docs/uci.md"]
 OPTION = re.compile(r"option name (\S+) type (\S+) default (\S+)(?: min (\S+) max (\S+))?$")

@@ -5,7 +5,7 @@ with a command sent. `...` stands for any lines; times and speeds may differ."""
 
 import re
 
-from uci_lib.engine import UciEngine
+from orvelin_lib.engine import UciEngine
 
 COMMANDS = frozenset(
     "uci isready ucinewgame position usermove go stop ponderhit setoption eval bench quit".split()

@@ -7,8 +7,8 @@ import tempfile
 import time
 import unittest
 
+from orvelin_lib.engine import EngineFailure, UciEngine
 from project import ENGINE
-from uci_lib.engine import EngineFailure, UciEngine
 
 WEAK = ("UCI_LimitStrength", "true"), ("UCI_Elo", "1500")
 

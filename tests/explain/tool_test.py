@@ -65,7 +65,7 @@ class EngineTest(ToolTest):
         tools = self.file("tree/tools")
         os.makedirs(tools)
         shutil.copy(TOOL, tools)
-        for name in ("explain_lib", "uci_lib", "chess_lib"):
+        for name in ("explain_lib", "orvelin_lib"):
             os.symlink(os.path.join(ROOT, "tools", name), os.path.join(tools, name))
         return tools
 

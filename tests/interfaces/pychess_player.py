@@ -12,8 +12,8 @@ from pychess.Utils.const import CASTLE_KR, FISCHERRANDOMCHESS, UNKNOWN_REASON, W
 from pychess.Utils.Move import parseAny, toAN  # noqa: E402
 from pychess.Variants import variants  # noqa: E402
 
-from chess_lib.board import Position  # noqa: E402
-from chess_lib.notation import moves_by_text, parse_move  # noqa: E402
+from orvelin_lib.board import Position  # noqa: E402
+from orvelin_lib.notation import moves_by_text, parse_move  # noqa: E402
 
 FULL_STRENGTH = 20
 

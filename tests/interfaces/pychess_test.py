@@ -4,10 +4,10 @@ import asyncio
 import os
 import unittest
 
-from chess_lib.board import START_FEN
+from orvelin_lib.board import START_FEN
+from orvelin_lib.process import program
 from pychess.Utils.const import FISCHERRANDOMCHESS, NORMALCHESS
 from pychess_player import Player, add_engine, read_discovery_files
-from uci_lib.process import program
 
 ENGINE = program("orvelin")
 VIEW = os.environ["INTERFACE_VIEW"] != "0"

@@ -9,7 +9,7 @@ import subprocess
 import tempfile
 import time
 
-from uci_lib.process import program
+from orvelin_lib.process import program
 
 ENGINE = program("orvelin")
 BOOK = os.path.join(os.path.dirname(ENGINE), "orvelin.files", "Orvelin.bin")

@@ -5,9 +5,9 @@ import re
 import time
 import unittest
 
-from chess_lib.rules import Referee
 from document import documented
 from explain_lib.pgn import read_game
+from orvelin_lib.rules import Referee
 from xboard import MOVE, THINKING, XBoard
 
 # Enough for any game here on a busy machine.

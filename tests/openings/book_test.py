@@ -6,7 +6,7 @@ import unittest
 
 from built_book import BOOK_TOOL, NAME, BuiltBookTest
 from opening_lines import read_lines
-from uci_lib.process import program
+from orvelin_lib.process import program
 
 POLYGLOT = program("polyglot")
 

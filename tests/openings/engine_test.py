@@ -5,10 +5,10 @@ import os
 import unittest
 
 from built_book import BuiltBookTest
-from chess_lib.board import Position
-from chess_lib.notation import parse_move
 from opening_lines import read_lines
-from uci_lib.engine import UciEngine
+from orvelin_lib.board import Position
+from orvelin_lib.engine import UciEngine
+from orvelin_lib.notation import parse_move
 
 ENGINE = os.environ["OPENINGS_ENGINE"]
 # The engine takes a book from here before that of its working directory.

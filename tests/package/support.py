@@ -6,7 +6,7 @@ import re
 import subprocess
 import unittest
 
-from uci_lib.engine import UciEngine
+from orvelin_lib.engine import UciEngine
 
 SOURCE = os.environ["PACKAGE_SOURCE"]
 BUILD = os.environ["PACKAGE_BUILD"]

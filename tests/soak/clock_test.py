@@ -3,7 +3,7 @@
 import random
 import unittest
 
-from chess_lib.rules import Referee
+from orvelin_lib.rules import Referee
 from soak_lib.clock import DEFAULT_CONTROLS, Clock, Control, go_words
 from soak_lib.schedule import chess960_array, plan_game
 

@@ -12,8 +12,8 @@ import time
 sys.dont_write_bytecode = True
 sys.path.insert(0, os.environ["SOAK_TOOLS"])
 
-from chess_lib.board import START_FEN  # noqa: E402: the path has to be set first
-from chess_lib.rules import Referee  # noqa: E402
+from orvelin_lib.board import START_FEN  # noqa: E402: the path has to be set first
+from orvelin_lib.rules import Referee  # noqa: E402
 
 KIND = os.path.basename(sys.argv[0]).removeprefix("fake-")
 

@@ -4,8 +4,8 @@ import os
 import re
 import unittest
 
-from chess_lib.board import Position
-from chess_lib.rules import Referee, perft
+from orvelin_lib.board import Position
+from orvelin_lib.rules import Referee, perft
 
 SHORT = os.environ.get("SOAK_SHORT") == "1"
 DATA = os.path.join(os.path.dirname(os.path.dirname(os.path.realpath(__file__))), "data")

@@ -2,8 +2,8 @@
 
 import unittest
 
-from chess_lib.board import Position
-from chess_lib.notation import moves_by_text, parse_move
+from orvelin_lib.board import Position
+from orvelin_lib.notation import moves_by_text, parse_move
 
 
 class NotationTest(unittest.TestCase):

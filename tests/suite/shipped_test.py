@@ -5,11 +5,11 @@ import re
 import subprocess
 import unittest
 
-from chess_lib.board import Position
-from chess_lib.rules import forces_mate
+from orvelin_lib.board import Position
+from orvelin_lib.engine import UciEngine
+from orvelin_lib.rules import forces_mate
 from suite_lib.epd import read_suite
 from support import ENGINE, SUITES, SuiteTest
-from uci_lib.engine import UciEngine
 
 NAMES = ("mates", "endings", "tactics")
 # Longer mates take too long to prove in Python.

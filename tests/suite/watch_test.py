@@ -2,12 +2,12 @@
 
 import unittest
 
-from chess_lib.board import Position
-from chess_lib.rules import forces_mate
+from orvelin_lib.board import Position
+from orvelin_lib.engine import EngineFailure
+from orvelin_lib.rules import forces_mate
 from suite_lib.epd import parse_line
 from suite_lib.watch import Watch
 from support import FORK, MATE
-from uci_lib.engine import EngineFailure
 
 TWO = "7k/8/5K2/8/8/8/8/6R1 w - -"
 

@@ -7,8 +7,8 @@ from types import SimpleNamespace
 
 from fake_engines import TOOLS, FakeEngines
 from measure_lib import speed
-from measure_lib.table import table
 from measure_lib.uci import Search
+from orvelin_lib.table import table
 
 
 def contender(name, *rates, failure=None):

@@ -8,15 +8,16 @@ import os
 import shlex
 import unittest
 
-from chess_lib.board import Position, other
-from chess_lib.rules import legal_moves
 from fake_engines import TOOLS, FakeEngines
 from measure_lib import machine
 from measure_lib.instructions import Instructions, read_costs, short_name
 from measure_lib.searches import Growth, HashSizes, Lines, read_positions, some
 from measure_lib.start import hash_sizes
 from measure_lib.uci import MeasuredEngine
-from uci_lib.engine import number_after
+from orvelin_lib.board import Position, other
+from orvelin_lib.engine import number_after
+from orvelin_lib.engines import MissingProgram, built_engine
+from orvelin_lib.rules import legal_moves
 
 ENGINE = os.environ["MEASURE_ENGINE"]
 POSITIONS = os.path.join(os.path.dirname(TOOLS), "bench", "positions.txt")
@@ -167,12 +168,12 @@ class BuiltEngineTest(FakeEngines):
 
     def test_what_run_becomes(self):
         self.run_script(f"exec {shlex.quote(ENGINE)}")
-        self.assertEqual(machine.built_engine(self.directory), os.path.realpath(ENGINE))
+        self.assertEqual(built_engine(self.directory), os.path.realpath(ENGINE))
 
     def test_a_build_that_fails(self):
         self.run_script("exit 1")
-        with self.assertRaises(machine.MissingProgram):
-            machine.built_engine(self.directory)
+        with self.assertRaises(MissingProgram):
+            built_engine(self.directory)
 
 
 class PositionsTest(FakeEngines):

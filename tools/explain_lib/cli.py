@@ -4,8 +4,6 @@ import argparse
 import signal
 import sys
 
-from chess_lib.board import START_FEN
-from chess_lib.notation import parse_move
 from explain_lib import terminal
 from explain_lib.bars_picture import position_picture
 from explain_lib.drawing import as_text
@@ -15,8 +13,10 @@ from explain_lib.game_picture import game_picture
 from explain_lib.page import game_page, position_page
 from explain_lib.pgn import read_game
 from explain_lib.session import EngineMissing, Limit, Line, Session, find_engine
-from uci_lib.engine import EngineFailure
-from uci_lib.output import print_whole
+from orvelin_lib.board import START_FEN
+from orvelin_lib.engine import EngineFailure
+from orvelin_lib.notation import parse_move
+from orvelin_lib.output import print_whole
 
 DESCRIPTION = """
 Draws what the evaluation of a position is made of: the 47 terms as bars, the biggest first,

@@ -2,7 +2,7 @@
 
 import re
 
-from chess_lib.board import Position, other
+from orvelin_lib.board import Position, other
 
 
 class BadInput(Exception):

@@ -3,10 +3,10 @@
 import re
 from dataclasses import dataclass, field
 
-from chess_lib.board import START_FEN, Move, Position
-from chess_lib.notation import parse_move
 from explain_lib.fen import BadInput, read_fen
 from explain_lib.figures import counted
+from orvelin_lib.board import START_FEN, Move, Position
+from orvelin_lib.notation import parse_move
 
 TOKEN = re.compile(
     r"""(?P<skip>\s+ | ^%[^\n]* | ;[^\n]* | \{[^}]*\} | \$\d+ | [!?]+ | e\.p\.)

@@ -3,10 +3,10 @@
 import os
 from dataclasses import dataclass
 
-from chess_lib.rules import legal_moves
 from explain_lib.evaluation import BadTable, Evaluation
 from explain_lib.figures import signed
-from uci_lib.engine import EngineFailure, UciEngine
+from orvelin_lib.engine import EngineFailure, UciEngine
+from orvelin_lib.rules import legal_moves
 
 # ./run may have to build the engine first.
 BUILD_SECONDS = 1800

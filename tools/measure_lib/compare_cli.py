@@ -7,7 +7,8 @@ import signal
 import sys
 
 from measure_lib import machine, speed
-from measure_lib.arguments import positive
+from orvelin_lib.arguments import positive
+from orvelin_lib.engines import MissingProgram, built_engine
 
 DESCRIPTION = """
 Compares nodes a second with Debian's classical engines: each searches the three positions of the
@@ -85,7 +86,7 @@ def _parser():
 
 
 def _candidates(options, root):
-    ours = options.ours or machine.built_engine(root)
+    ours = options.ours or built_engine(root)
     candidates = [speed.Candidate("orvelin", (os.path.abspath(ours),))]
     candidates += [speed.Candidate(name, (os.path.abspath(path),)) for name, path in options.also]
     candidates += [speed.PEERS[name] for name in options.engines]
@@ -111,7 +112,7 @@ def main(root, arguments):
     except ValueError as error:
         _report(error)
         return 2
-    except machine.MissingProgram as error:
+    except MissingProgram as error:
         _report(error)
         return 1
     comparison = speed.Comparison(candidates, options, _report)

@@ -7,8 +7,8 @@ import tempfile
 from collections import Counter
 from dataclasses import dataclass, field
 
-from measure_lib.table import table
-from uci_lib.engine import EngineFailure
+from orvelin_lib.engine import EngineFailure
+from orvelin_lib.table import table
 
 SESSION = "bench\nquit\n"
 # Nothing else is counted: the start of the process does not belong to a search.

@@ -3,9 +3,9 @@
 import statistics
 import time
 
-from measure_lib.table import milliseconds, table
 from measure_lib.uci import MeasuredEngine
-from uci_lib.engine import EngineFailure
+from orvelin_lib.engine import EngineFailure
+from orvelin_lib.table import milliseconds, table
 
 # The smallest pipe that the system has: a few dozen info lines fill it.
 SMALL_PIPE = 4096

@@ -1,12 +1,10 @@
-"""What the tools need of the machine: packages, the engine that was built, memory."""
+"""What the measurements need of the machine: packages, a build for profiling, memory."""
 
 import os
 import subprocess
 import sys
 
-
-class MissingProgram(Exception):
-    """Something could not be installed or built."""
+from orvelin_lib.engines import MissingProgram
 
 
 def install(root, packages):
@@ -15,26 +13,6 @@ def install(root, packages):
     command = ["bash", "-c", script, "bash", root, *packages]
     if subprocess.run(command, stdout=sys.stderr, check=False).returncode != 0:
         raise MissingProgram("could not install: " + " ".join(packages))
-
-
-def built_engine(root):
-    """The engine that ./run builds and becomes, wherever that is."""
-    with subprocess.Popen(
-        [os.path.join(root, "run")], stdin=subprocess.PIPE, stdout=subprocess.PIPE, bufsize=0
-    ) as process:
-        engine = None
-        try:
-            process.stdin.write(b"uci\n")
-            if any(line.strip() == b"uciok" for line in process.stdout):
-                engine = os.readlink(f"/proc/{process.pid}/exe")
-            process.stdin.write(b"quit\n")
-            process.stdout.read()
-        except OSError:
-            # It ended before it was told anything.
-            pass
-    if engine is None:
-        raise MissingProgram("./run could not build the engine")
-    return engine
 
 
 def profiling_engine(root):

@@ -7,12 +7,13 @@ import signal
 import sys
 
 from measure_lib import machine
-from measure_lib.arguments import positive, positive_list
 from measure_lib.instructions import Instructions
 from measure_lib.latency import LatencyMeasurement
 from measure_lib.searches import Growth, HashSizes, Lines, read_positions
 from measure_lib.start import StartMeasurement
-from uci_lib.engine import EngineFailure
+from orvelin_lib.arguments import positive, positive_list
+from orvelin_lib.engine import EngineFailure
+from orvelin_lib.engines import MissingProgram, built_engine
 
 DESCRIPTION = """
 Measures the engine from outside, as an interface meets it. start: from exec to uciok, resident
@@ -95,7 +96,7 @@ def _prepare(options, root):
         machine.install(root, ["valgrind"])
     if options.engine is None:
         debug = options.what == ["instructions"]
-        options.engine = machine.profiling_engine(root) if debug else machine.built_engine(root)
+        options.engine = machine.profiling_engine(root) if debug else built_engine(root)
     options.engine = os.path.abspath(options.engine)
     if "all" in options.what:
         options.what = list(ALL)
@@ -110,7 +111,7 @@ def main(root, arguments):
     except (OSError, ValueError) as error:
         _report(error)
         return 2
-    except machine.MissingProgram as error:
+    except MissingProgram as error:
         _report(error)
         return 1
     print(machine.description())

@@ -4,9 +4,9 @@ import math
 import statistics
 
 from measure_lib.start import hash_sizes
-from measure_lib.table import milliseconds, table, thousands
 from measure_lib.uci import MeasuredEngine
-from uci_lib.engine import EngineFailure
+from orvelin_lib.engine import EngineFailure
+from orvelin_lib.table import milliseconds, table, thousands
 
 # A search that takes longer than this is not waited for.
 LONG_SEARCH = 3600.0

@@ -4,10 +4,10 @@ import statistics
 import tempfile
 from dataclasses import dataclass, field
 
-from measure_lib.table import table, thousands
 from measure_lib.uci import MeasuredEngine
-from uci_lib.engine import EngineFailure
-from uci_lib.process import program
+from orvelin_lib.engine import EngineFailure
+from orvelin_lib.process import program
+from orvelin_lib.table import table, thousands
 
 # Those of the command `bench`.
 POSITIONS = (

@@ -4,8 +4,8 @@ import statistics
 import time
 
 from measure_lib.machine import available_mebibytes
-from measure_lib.table import mebibytes, milliseconds, table
 from measure_lib.uci import MeasuredEngine
+from orvelin_lib.table import mebibytes, milliseconds, table
 
 REPEATS = 11
 

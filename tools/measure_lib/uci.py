@@ -7,7 +7,7 @@ import termios
 import time
 from dataclasses import dataclass
 
-from uci_lib.engine import UciEngine, number_after
+from orvelin_lib.engine import UciEngine, number_after
 
 
 @dataclass(frozen=True)

@@ -3,7 +3,7 @@
 import re
 from dataclasses import dataclass
 
-from chess_lib.board import WHITE
+from orvelin_lib.board import WHITE
 
 # From the shortest clock on which the engine still has a budget to one of ten seconds.
 DEFAULT_CONTROLS = (

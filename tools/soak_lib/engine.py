@@ -5,7 +5,7 @@ import select
 import subprocess
 import time
 
-from uci_lib.process import EngineFailure, EngineProcess
+from orvelin_lib.process import EngineFailure, EngineProcess
 
 MAX_SESSION_LINES = 20000
 ANSWERS = ("bestmove", "readyok", "uciok")

@@ -2,8 +2,8 @@
 
 import dataclasses
 
+from orvelin_lib.journal import Journal
 from soak_lib.runner import Settings
-from uci_lib.journal import Journal
 
 
 def create(name, settings):

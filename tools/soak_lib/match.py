@@ -3,8 +3,8 @@
 import time
 from dataclasses import asdict, dataclass, field
 
-from chess_lib.board import BLACK, START_FEN, WHITE
-from chess_lib.rules import Referee
+from orvelin_lib.board import BLACK, START_FEN, WHITE
+from orvelin_lib.rules import Referee
 from soak_lib.clock import Clock, go_words
 from soak_lib.engine import Fault, Listener
 

@@ -3,8 +3,8 @@
 import random
 from dataclasses import dataclass
 
-from chess_lib.board import START_FEN
-from chess_lib.rules import Referee
+from orvelin_lib.board import START_FEN
+from orvelin_lib.rules import Referee
 from soak_lib.clock import Control
 
 ENDINGS_AND_TACTICS = (

@@ -5,7 +5,7 @@ import math
 import os
 import shlex
 
-from measure_lib.arguments import positive
+from orvelin_lib.arguments import positive
 from suite_lib.settings import Entrant, Settings
 
 DESCRIPTION = """

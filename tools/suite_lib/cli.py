@@ -9,15 +9,15 @@ import signal
 import sys
 import time
 
-from measure_lib import machine
+from orvelin_lib.engine import EngineFailure
+from orvelin_lib.engines import MissingProgram, built_engine
+from orvelin_lib.journal import Journal
+from orvelin_lib.output import print_whole
 from suite_lib import arguments, report
 from suite_lib.epd import read_suite
 from suite_lib.hosts_run import HostsRun, read_chunk
 from suite_lib.local_run import LocalRun
 from suite_lib.player import Player, Stop
-from uci_lib.engine import EngineFailure
-from uci_lib.journal import Journal
-from uci_lib.output import print_whole
 
 PROGRESS_SECONDS = 2
 SIGNALS = (signal.SIGINT, signal.SIGTERM, signal.SIGHUP)
@@ -98,7 +98,7 @@ def _default_engine(folder):
     beside = os.path.join(folder, "orvelin")
     if os.access(beside, os.X_OK):
         return beside
-    return machine.built_engine(os.path.dirname(folder))
+    return built_engine(os.path.dirname(folder))
 
 
 def _check_usage(options):
@@ -217,7 +217,7 @@ def main(folder, words):
     except (OSError, ValueError) as error:
         _say(error)
         return 2
-    except machine.MissingProgram as error:
+    except MissingProgram as error:
         _say(error)
         return 1
     except KeyboardInterrupt:

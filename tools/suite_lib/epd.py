@@ -3,9 +3,9 @@
 import re
 from dataclasses import dataclass, field
 
-from chess_lib.board import WHITE, Position, letter, other, side_of
-from chess_lib.notation import moves_by_text, parse_move
-from chess_lib.rules import forces_mate, legal_moves
+from orvelin_lib.board import WHITE, Position, letter, other, side_of
+from orvelin_lib.notation import moves_by_text, parse_move
+from orvelin_lib.rules import forces_mate, legal_moves
 
 FIELDS = re.compile(
     r"(?P<men>[1-8pnbrqkPNBRQK]+(?:/[1-8pnbrqkPNBRQK]+){7})\s+(?P<side>[wb])\s+"

@@ -2,9 +2,9 @@
 
 import time
 
+from orvelin_lib.engine import EngineFailure, UciEngine
+from orvelin_lib.process import program
 from suite_lib.watch import Watch, expect_silence
-from uci_lib.engine import EngineFailure, UciEngine
-from uci_lib.process import program
 
 # An engine that was good to the end gets so long to leave.
 LEAVING_SECONDS = 2

@@ -4,7 +4,7 @@ import csv
 import json
 from collections import Counter
 
-from measure_lib.table import milliseconds, table
+from orvelin_lib.table import milliseconds, table
 
 COLUMNS = ("engine", "number", "name", "goal", "solved", "seconds", "move", "mate", "nodes")
 COLUMNS += ("depth", "elapsed", "fault")

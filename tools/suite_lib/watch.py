@@ -1,6 +1,6 @@
 """What the lines of one search say about a test position."""
 
-from uci_lib.engine import EngineFailure, number_after
+from orvelin_lib.engine import EngineFailure, number_after
 
 # Longer announcements take too long to prove by the rules alone. A mate that was found before the
 # engine told a line has a small tree.

@@ -2,7 +2,7 @@
 
 from collections import Counter
 
-from chess_lib.board import (
+from orvelin_lib.board import (
     BISHOP_RAYS,
     BLACK,
     KING_JUMPS,

@@ -2,7 +2,7 @@
 
 import re
 
-from chess_lib.rules import legal_moves
+from orvelin_lib.rules import legal_moves
 
 # The letter of the man, where it comes from as far as that is said, target, promotion.
 SAN = re.compile(r"([KQRBN])?([a-h])?([1-8])?x?([a-h][1-8])=?([QRBN])?")

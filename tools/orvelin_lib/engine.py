@@ -4,7 +4,7 @@ import collections
 import os
 import time
 
-from uci_lib.process import EngineFailure, EngineProcess
+from orvelin_lib.process import EngineFailure, EngineProcess
 
 __all__ = ["EngineFailure", "UciEngine", "number_after"]
 

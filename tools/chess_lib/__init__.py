@@ -1,1 +1,0 @@
-"""The rules of standard chess and Chess960, in plain Python."""

@@ -1,0 +1,1 @@
+"""What the Python tools share: chess, engines as processes, files and how a tool ends."""

@@ -1,1 +1,0 @@
-"""UCI engines as processes, for every tool that talks to one."""

@@ -56,6 +56,14 @@ bool is_unclaimed(Move const& move) {
     return move.xcode() == xnormal_move || move.xcode() == bad_move;
 }
 
+void give_class_to_all(MoveList& list, Move const wanted, xmove_t xcode) {
+    for (Move& move : list) {
+        if (move == wanted) {
+            move.xcode(xcode);
+        }
+    }
+}
+
 }  // namespace
 
 void Analysis::localsort(MoveList& list, int depth, bool pv, Move hash_move) {
@@ -116,8 +124,16 @@ void Analysis::classify(MoveList& list) {
 // takes its place and keeps its class.
 void Analysis::promote_quiet_moves(MoveList& list) const {
     int const size = static_cast<int>(list.size());
-    auto const put_forward = [&list](int index, xmove_t xcode) {
-        if (index >= 0 && is_unclaimed(list[index])) {
+    // Only a `searchmoves` limit can name a move more than once, and it holds at the root alone:
+    // there the class goes to each of the equal moves.
+    bool const may_repeat = ply_ == 0;
+    auto const put_forward = [&list, may_repeat](int index, xmove_t xcode) {
+        if (index < 0 || !is_unclaimed(list[index])) {
+            return;
+        }
+        if (may_repeat) {
+            give_class_to_all(list, list[index], xcode);
+        } else {
             list[index].xcode(xcode);
         }
     };

@@ -4,6 +4,8 @@
 #include <chrono>
 #include <set>
 #include <string>
+#include <sys/resource.h>
+#include <utility>
 #include <vector>
 
 #include "support/analysis_fixture.h"
@@ -155,6 +157,20 @@ TEST_F(SearchLimits, SearchmovesRestrictTheFirstLine) {
     EXPECT_EQ(analysis_.mpv().size(), 1);
 }
 
+TEST_F(SearchLimits, SearchmovesGivenTwiceAreSearchedTwiceInTheSameClass) {
+    set(start, {"e2e4", "e7e5", "g1f3", "b8c6"});
+    std::vector<Move> wanted;
+    for (auto const& [text, times] :
+         {std::pair{"f1b5", 4}, std::pair{"f1c4", 2}, std::pair{"d2d4", 3}, std::pair{"b1c3", 4}}) {
+        wanted.insert(wanted.end(), static_cast<std::size_t>(times), move(text));
+    }
+    analysis_.set_searchmoves(wanted);
+    analysis_.set_depth(6);
+    analysis_.iterative_search();
+    EXPECT_EQ(node_count(), 24241U);
+    EXPECT_EQ(analysis_.best_move(), move("d2d4"));
+}
+
 TEST_F(SearchLimits, SearchmovesWithoutALegalMoveActLikeStalemate) {
     set(start);
     analysis_.set_searchmoves(
@@ -248,6 +264,26 @@ TEST_F(SearchLimits, WeakenedPlaySpendsItsTime) {
     analysis_.set_lag(0);
     search([&] { analysis_.set_action(stop_action); });
     EXPECT_LT(analysis_.get_running_time(), 100000U);
+}
+
+TEST_F(SearchLimits, WeakenedPlayWaitsInStepsOfFiftyMilliseconds) {
+    set(start);
+    analysis_.set_uci_elo(1500);
+    analysis_.set_uci_limitstrength(true);
+    analysis_.set_depth(1);
+    analysis_.set_movetime(1000000);
+    analysis_.set_lag(1000000 - 600);
+    rusage before{};
+    rusage after{};
+    // What is counted is that the thread gives the processor away: once for each sleep.
+    ASSERT_EQ(getrusage(RUSAGE_THREAD, &before), 0);
+    analysis_.iterative_search();
+    ASSERT_EQ(getrusage(RUSAGE_THREAD, &after), 0);
+    analysis_.set_lag(200);
+    std::int64_t const steps = after.ru_nvcsw - before.ru_nvcsw;
+    std::int64_t const waited = static_cast<std::int64_t>(analysis_.get_running_time());
+    EXPECT_LE(steps, waited / 50 + 2);
+    EXPECT_GE(steps, waited / 125);
 }
 
 TEST_F(SearchLimits, WeakenedPlayStartsEveryIterationWithoutHash) {

@@ -91,6 +91,49 @@ TEST_F(MoveOrdering, RunningHistoryValuesAreKeptInThirtyTwoBits) {
     EXPECT_EQ(class_of("b1a3"), historical_move2);
 }
 
+TEST_F(MoveOrdering, ValueOfZeroOrLessTakesNoPlaceBesideARunningValueThatWrapped) {
+    // 2^31 is above 0, and its running value in 32 bits is below every other.
+    set(start, {"e2e4", "e7e5"});
+    raise("b1c3", 31);
+    probe_.history().decrement(move("g1f3"), 3);
+    EXPECT_EQ(of_class(historical_move1), texts_t{"b1c3"});
+    EXPECT_EQ(of_class(historical_move2), texts_t{});
+    raise_own_counter("a2a3", 31);
+    EXPECT_EQ(of_class(counter_move), texts_t{"a2a3"});
+    // A value above 0 goes ahead of it.
+    raise("g1h3", 0);
+    EXPECT_EQ(of_class(historical_move1), texts_t{"g1h3"});
+    EXPECT_EQ(of_class(historical_move2), texts_t{"b1c3"});
+}
+
+TEST_F(MoveOrdering, EqualMovesOfARootListGetTheSameClass) {
+    set(start, {"e2e4", "e7e5"});
+    raise_counter("g1f3", 5);
+    raise_own_counter("f1c4", 5);
+    raise("b1c3", 6);
+    raise("d2d4", 5);
+    raise("a2a3", 4);
+    std::vector<Move> repeated;
+    for (char const* const text : {"g1f3", "h2h3", "f1c4", "b1c3", "d2d4", "a2a3"}) {
+        repeated.insert(repeated.end(), 3, move(text));
+    }
+    MoveList list;
+    list.set_size(static_cast<int>(repeated.size()));
+    std::copy(repeated.begin(), repeated.end(), list.begin());
+    analysis_.localsort(list, 1, true, Move());
+    // The three copies of the best move take all places of the history.
+    std::vector<xmove_t> classes;
+    for (Move const& candidate : list) {
+        classes.push_back(candidate.xcode());
+        bool const is_counter = candidate == move("g1f3") || candidate == move("f1c4");
+        EXPECT_EQ(candidate.xcode() == counter_move, is_counter) << candidate.algebraic(true);
+        EXPECT_EQ(candidate.xcode() == historical_move1, candidate == move("b1c3"));
+    }
+    EXPECT_EQ(std::count(classes.begin(), classes.end(), counter_move), 6);
+    EXPECT_EQ(std::count(classes.begin(), classes.end(), historical_move1), 3);
+    EXPECT_EQ(std::count(classes.begin(), classes.end(), xnormal_move), 9);
+}
+
 TEST_F(MoveOrdering, CapturesTakePartInTheHistoryRanking) {
     set("7k/8/8/3p4/4P3/8/8/K7 w - - 0 1");
     raise("e4d5", 9);

@@ -364,6 +364,17 @@ TEST_F(IterativeSearch, BestAndPonderMoveComeFromTheFirstLine) {
     EXPECT_EQ(analysis_.pondermove(), Move());
 }
 
+#if !ORVELIN_SHORT_TESTS
+TEST_F(IterativeSearch, LongSearchRanksHistoryValuesThatWrapped) {
+    // A blocked ending is searched so deep that values beyond 32 bits are ranked.
+    set("8/k7/3p4/p2P1p2/P2P1P2/8/8/K7 w - - 0 1");
+    analysis_.set_hash_size(128);
+    search(40);
+    analysis_.set_hash_size(6);
+    EXPECT_EQ(node_count(), 3889691U);
+}
+#endif
+
 TEST_F(IterativeSearch, SearchesAreReproducible) {
     set(kiwipete);
     search(5);

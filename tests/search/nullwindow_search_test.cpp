@@ -303,6 +303,25 @@ TEST_F(NullWindowSearch, LeafCountsHandOversToQuiescence) {
     EXPECT_EQ(analysis_.get_seldepth(), 102);
 }
 
+TEST_F(NullWindowSearch, PlyOf101IsTheLargestWithMoves) {
+    // Alpha is out of reach, so that every move is tried, and low enough that none is pruned.
+    set(pawns);
+    int const alpha = eval() + 90;
+    std::size_t const children = moves().size();
+    ASSERT_LE(children, 7U);
+    probe_.ply(101);
+    search(1, alpha);
+    EXPECT_EQ(node_count(), 1 + children);
+    EXPECT_EQ(analysis_.leaf_count(), children);
+    EXPECT_NE(record(), nullptr);
+    set(pawns);
+    probe_.ply(102);
+    search(1, alpha);
+    EXPECT_EQ(node_count(), 1U);
+    EXPECT_EQ(analysis_.leaf_count(), 1U);
+    EXPECT_EQ(record(), nullptr);
+}
+
 TEST_F(NullWindowSearch, StopReturnsAlphaAndStoresNothing) {
     set(knights);
     analysis_.set_action(stop_action);

@@ -106,6 +106,23 @@ TEST_F(PvSearch, LeafCountsAndSelectiveDepth) {
     EXPECT_EQ(analysis_.get_seldepth(), 102);
 }
 
+TEST_F(PvSearch, PlyOf101IsTheLargestWithMoves) {
+    set(knights);
+    probe_.ply(101);
+    std::size_t const children = moves().size();
+    search(1);
+    // A move that raises alpha is searched twice.
+    EXPECT_GE(node_count(), 1 + children);
+    EXPECT_EQ(analysis_.leaf_count(), node_count() - 1);
+    EXPECT_NE(record(), nullptr);
+    set(knights);
+    probe_.ply(102);
+    search(1);
+    EXPECT_EQ(node_count(), 1U);
+    EXPECT_EQ(analysis_.leaf_count(), 1U);
+    EXPECT_EQ(record(), nullptr);
+}
+
 TEST_F(PvSearch, MatedAndStalematedRoot) {
     set("6k1/5ppp/8/8/8/8/5PPP/3r2K1 w - - 0 1");
     EXPECT_EQ(search(4), -30000);

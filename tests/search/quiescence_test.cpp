@@ -130,6 +130,18 @@ TEST_F(Quiescence, StopReturnsTheStandPatScore) {
     EXPECT_EQ(analysis_.quiescence(-infinity, value - 50, 0), value - 50);
 }
 
+TEST_F(Quiescence, NoLegalLineComesNearThePlyAtWhichItIsCut) {
+    // The main search ends at ply 102, and thirty captures with the checks between them are all
+    // that can follow. Boards with several kings, whose checks need no answer, meet the end.
+    for (int const ply : {102, 300, 499, 500, 501}) {
+        set(winning);
+        int const stand_pat = eval();
+        probe_.ply(ply);
+        int const value = analysis_.quiescence(-infinity, infinity, 0);
+        EXPECT_EQ(value > stand_pat, ply < 500) << ply;
+    }
+}
+
 TEST_F(Quiescence, StateComesBack) {
     set("r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1");
     probe_.ply(3);

@@ -217,7 +217,7 @@ void Evaluation::compute_phase() {
 // makes one.
 void Evaluation::find_phase_and_material() {
     std::uint64_t const material = position_.materialindex().index();
-    if (material == phase_material_ && !position_.men_may_disagree()) {
+    if (material == phase_material_ && !position_.board_is_inconsistent()) {
         return;
     }
     phase_material_ = material;

@@ -171,7 +171,7 @@ template <int Side>
         Side == 1 ? position.white_queencheck_squares() : position.black_queencheck_squares();
     // The position knows them where each side has its one king.
     if (!single(position.white_king()) || !single(position.black_king()) ||
-        position.men_may_disagree()) {
+        position.board_is_inconsistent()) {
         squares = attacks_.queen(enemy::king(position), position.pieces());
     }
     maps_[Side].safe_queen_checks = safe & squares;

@@ -74,7 +74,7 @@ void MoveGenerator::serialize_captures(ChessPosition const& position, movetable_
 }
 
 void MoveGenerator::generate_captures(ChessPosition const& position, MoveList& list) {
-    if (position.men_may_disagree()) {
+    if (position.board_is_inconsistent()) {
         // Two men on a square share its entry of the table, and go where the later of them goes.
         movetable_t table;
         create_movetable(position, table);

@@ -50,7 +50,7 @@ void MoveGenerator::pawn_captures(ChessPosition const& position, Reach const& re
     BitBoard pawns = position.piece(Own::pawn);
     // Only those that stand so that they can capture or promote. Where sets overlap, the table can
     // hold what another man reaches, and all are asked.
-    if (!position.men_may_disagree()) {
+    if (!position.board_is_inconsistent()) {
         pawns &= pawn_attacks<1 - Side>(targets_ | position.ep().bitboard()) |
                  ahead<1 - Side>(last_rank, 1);
     }

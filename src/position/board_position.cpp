@@ -52,7 +52,7 @@ void BoardPosition::clear() {
     boards_.fill(BitBoard());
     board_.fill(Piece());
     stm_ = 1;
-    men_may_disagree_ = false;
+    board_is_inconsistent_ = false;
 }
 
 // Called for the rare kinds of moves, before they are made.
@@ -73,7 +73,7 @@ void BoardPosition::note_odd_move(Move const& move) {
         odd = odd || id == 0 || id == 7 || id == 8 || id == 15 || move.from() == move.to() ||
               man_on(move.to()) != move.capture_id();
     }
-    men_may_disagree_ = men_may_disagree_ || odd;
+    board_is_inconsistent_ = board_is_inconsistent_ || odd;
 }
 
 void BoardPosition::make_move(Move const& move) {
@@ -85,7 +85,7 @@ void BoardPosition::make_move(Move const& move) {
             break;
         case normal_move:
             if (from == to) {
-                men_may_disagree_ = true;
+                board_is_inconsistent_ = true;
             }
             lift(index(to), static_cast<std::size_t>(move.capture_id()));
             lift(index(from), static_cast<std::size_t>(piece));

@@ -76,9 +76,9 @@ class BoardPosition {
     /// found from the one need not be what is found from the other. A FEN text with two men on one
     /// square begins so, and so does a board that is changed by hand, of which nothing that is kept
     /// beside it is renewed.
-    bool men_may_disagree() const { return men_may_disagree_; }
+    bool board_is_inconsistent() const { return board_is_inconsistent_; }
     /// Makes it true, for a copy of such a board.
-    void let_men_disagree() { men_may_disagree_ = true; }
+    void set_board_inconsistent() { board_is_inconsistent_ = true; }
 
     /// Same side to move and same piece boards; squares and aggregates are not compared.
     bool operator==(BoardPosition const& other) const {
@@ -119,7 +119,7 @@ class BoardPosition {
     /// By square id, and an empty entry for no square.
     std::array<Piece, 65> board_{};
     int stm_ = 1;
-    bool men_may_disagree_ = false;
+    bool board_is_inconsistent_ = false;
 };
 
 }  // namespace orvelin

@@ -47,8 +47,8 @@ ChessPosition::~ChessPosition() {
 void ChessPosition::copy_from(ChessPosition const& other) {
     fen(other.fen());
     // The text tells the squares only, but the history is that of the other's sets.
-    if (other.men_may_disagree()) {
-        board_.let_men_disagree();
+    if (other.board_is_inconsistent()) {
+        board_.set_board_inconsistent();
     }
     history_ = other.history_;
     initial_position_ = other.initial_position_;

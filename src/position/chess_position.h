@@ -116,7 +116,7 @@ class ChessPosition {
     /// Number of moves made by this object since it was cleared.
     std::uint64_t get_make_move_counter() const { return make_move_counter_; }
     /// See BoardPosition.
-    bool men_may_disagree() const { return board_.men_may_disagree(); }
+    bool board_is_inconsistent() const { return board_.board_is_inconsistent(); }
     /// How often the position was changed otherwise than by moves. Together with the make-move
     /// counter of a record it tells whether men may have moved in between.
     std::uint64_t set_ups() const { return set_ups_; }

@@ -87,7 +87,7 @@ class ExchangeBoard {
 // sets and squares may disagree.
 int Analysis::see(Move const& move) {
     int const gain = gain_of(move);
-    if (move.code() == normal_move && !position_.men_may_disagree()) {
+    if (move.code() == normal_move && !position_.board_is_inconsistent()) {
         return gain - replies_to(move);
     }
     position_.force_move(move);

@@ -408,17 +408,17 @@ TEST(BoardPosition, DumpShowsAllBoards) {
 }
 
 TEST(BoardPosition, men_agree_until_a_board_is_changed_by_hand_or_a_text_puts_two_on_one_square) {
-    EXPECT_FALSE(board_of(start).men_may_disagree());
+    EXPECT_FALSE(board_of(start).board_is_inconsistent());
     // The ninth pawn of the second rank comes to a3, which is taken.
-    EXPECT_TRUE(board_of("4k3/8/8/8/8/p7/PPPPPPPPP/4K3 w - - 0 1").men_may_disagree());
-    EXPECT_FALSE(board_of("4k3/8/8/8/8/1p6/PPPPPPPPP/4K3 w - - 0 1").men_may_disagree());
+    EXPECT_TRUE(board_of("4k3/8/8/8/8/p7/PPPPPPPPP/4K3 w - - 0 1").board_is_inconsistent());
+    EXPECT_FALSE(board_of("4k3/8/8/8/8/1p6/PPPPPPPPP/4K3 w - - 0 1").board_is_inconsistent());
     BoardPosition board = board_of(start);
     board.set_piece_on(Square(30), white_queen);
-    EXPECT_TRUE(board.men_may_disagree());
+    EXPECT_TRUE(board.board_is_inconsistent());
     board.fen(start);
-    EXPECT_FALSE(board.men_may_disagree());
+    EXPECT_FALSE(board.board_is_inconsistent());
     board.remove_piece_from(Square(0), white_rook);
-    EXPECT_TRUE(board.men_may_disagree());
+    EXPECT_TRUE(board.board_is_inconsistent());
 }
 
 }  // namespace

@@ -313,10 +313,10 @@ TEST(ChessPosition, copy_of_a_board_that_was_changed_by_hand_is_one_too) {
     ChessPosition position(test::shared_tables());
     position.newgame();
     ChessPosition copy(position);
-    EXPECT_FALSE(copy.men_may_disagree());
+    EXPECT_FALSE(copy.board_is_inconsistent());
     position.set_piece_on(Square(30), Piece(white_queen));
     copy = position;
-    EXPECT_TRUE(copy.men_may_disagree());
+    EXPECT_TRUE(copy.board_is_inconsistent());
 }
 
 }  // namespace

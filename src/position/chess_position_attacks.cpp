@@ -92,7 +92,7 @@ void ChessPosition::find_pins_to_king() {
     using enemy = SideIds<1 - Side>;
     history_t& current = record();
     const Square king = Side == white ? current.white_kingsfield : current.black_kingsfield;
-    BitBoard const& own_men = Side == white ? white_pieces() : black_pieces();
+    BitBoard const& enemy_pieces = Side == white ? black_pieces() : white_pieces();
     BitBoard const& enemy_queens = piece(enemy::queen);
     BitBoard sliders = (connections_.rook_attacks(king) & (piece(enemy::rook) | enemy_queens)) |
                        (connections_.bishop_attacks(king) & (piece(enemy::bishop) | enemy_queens));
@@ -104,10 +104,11 @@ void ChessPosition::find_pins_to_king() {
         if (!between || others) {
             continue;
         }
-        if (between & own_men) {
-            current.pinned_pieces |= between;
-        } else {
+        // Where a text has put pieces of both colours on one square, that of the slider counts.
+        if (between & enemy_pieces) {
             current.discovering_pieces |= between;
+        } else {
+            current.pinned_pieces |= between;
         }
     }
 }

@@ -52,6 +52,20 @@ TEST_F(AttackQueries, TwoMenBetweenAreNeither) {
     EXPECT_FALSE(position.discovering_pieces());
 }
 
+// A field of a text that is too long goes on in the rank above, where it meets what stands there.
+TEST_F(AttackQueries, OfPiecesOfBothColoursOnOneSquareTheSlidersCounts) {
+    // A white knight and a black pawn on e5, between the white rook and the black king.
+    position.fen("4k3/8/8/4N3/84p3/8/K3R3/8/8 w - - 0 1");
+    ASSERT_EQ(position.white_pieces() & position.black_pieces(), square("e5"));
+    EXPECT_EQ(position.discovering_pieces(), square("e5"));
+    EXPECT_FALSE(position.pinned_pieces());
+    // A black knight and a white pawn on e5, between the black rook and the white king.
+    position.fen("4K3/8/8/4n3/84P3/8/k3r3/8/8 w - - 0 1");
+    ASSERT_EQ(position.white_pieces() & position.black_pieces(), square("e5"));
+    EXPECT_EQ(position.discovering_pieces(), square("e5"));
+    EXPECT_FALSE(position.pinned_pieces());
+}
+
 TEST_F(AttackQueries, BishopsAndQueensPinOnDiagonals) {
     position.fen("4k3/3r4/8/1B6/8/2q5/8/K7 w - - 0 1");
     EXPECT_EQ(position.pinned_pieces(), square("d7"));

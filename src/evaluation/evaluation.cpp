@@ -213,14 +213,15 @@ void Evaluation::compute_phase() {
     eg_phase_ = 1.0F - mg_phase_;
 }
 
-// The men of the phase change with the material word only, but for a castling without a rook, which
-// makes one.
+// The pieces of the phase change with the material word only, where the board is consistent. What
+// is found on another board says nothing about the next one with that word.
 void Evaluation::find_phase_and_material() {
     std::uint64_t const material = position_.materialindex().index();
-    if (material == phase_material_ && !position_.board_is_inconsistent()) {
+    bool const inconsistent = position_.board_is_inconsistent();
+    if (material == phase_material_ && !inconsistent) {
         return;
     }
-    phase_material_ = material;
+    phase_material_ = inconsistent ? no_material : material;
     compute_phase();
     int_terms_[term::material] = material_.get_eval(position_.materialindex());
 }

@@ -17,6 +17,14 @@ std::size_t promoted(Move const& move) {
     return static_cast<std::size_t>(id);
 }
 
+/// True for a word that does what no legal move does, although it may tell the truth about the
+/// pieces: it stays on its square, or promotes what is no pawn. What it leaves is no piece at all,
+/// or not what the material word says.
+bool odd_word(Move const& move) {
+    bool const promotes = promotion_step[move.code()] != 0;
+    return move.from() == move.to() || (promotes && !move.piece().pawn());
+}
+
 /// The rook of the castling king's side.
 int castling_rook(Move const& move) {
     return move.piece().white_king() ? white_rook : black_rook;
@@ -52,28 +60,47 @@ void BoardPosition::clear() {
     boards_.fill(BitBoard());
     board_.fill(Piece());
     stm_ = 1;
-    board_is_inconsistent_ = false;
+    odd_moves_ = 0;
+    contradicted_ = false;
+}
+
+// True where the word names pieces that are not there or puts one on another. Unmaking restores
+// what the word says, and so another board than before.
+bool BoardPosition::contradicts(Move const& move) const {
+    auto const id_on = [this](Square const& square) { return board_[index(square)].id(); };
+    if (id_on(move.from()) != move.piece_id()) {
+        return true;
+    }
+    if (move.code() == castling) {
+        CastlingTargets const targets = castling_targets(move);
+        auto const taken = [&](Square const& target) {
+            return target != move.from() && target != move.to() && id_on(target) != no_piece;
+        };
+        return id_on(move.to()) != castling_rook(move) || taken(targets.king) ||
+               taken(targets.rook);
+    }
+    if (move.code() == en_passant) {
+        return id_on(move.to()) != no_piece ||
+               id_on(en_passant_victim(move, stm_)) != move.capture_id();
+    }
+    return id_on(move.to()) != move.capture_id();
 }
 
 // Called for the rare kinds of moves, before they are made.
 void BoardPosition::note_odd_move(Move const& move) {
-    auto const man_on = [this](Square const& square) { return board_[index(square)].id(); };
-    bool odd = man_on(move.from()) != move.piece_id();
-    if (move.code() == castling) {
-        CastlingTargets const targets = castling_targets(move);
-        odd = odd || man_on(move.to()) != castling_rook(move);
-        for (Square const& target : {targets.king, targets.rook}) {
-            odd = odd || (target != move.from() && target != move.to() && man_on(target) != 0);
-        }
-    } else if (move.code() == en_passant) {
-        odd = odd || man_on(move.to()) != 0 ||
-              man_on(en_passant_victim(move, stm_)) != move.capture_id();
-    } else {
-        std::size_t const id = promoted(move) & 15;
-        odd = odd || id == 0 || id == 7 || id == 8 || id == 15 || move.from() == move.to() ||
-              man_on(move.to()) != move.capture_id();
+    if (contradicts(move)) {
+        contradicted_ = true;
+    } else if (odd_word(move)) {
+        ++odd_moves_;
     }
-    board_is_inconsistent_ = board_is_inconsistent_ || odd;
+}
+
+// Called for the kinds of moves that can have an odd word. One that contradicted the board was not
+// counted, but then the count does not matter any more.
+void BoardPosition::forget_odd_move(Move const& move) {
+    if (odd_moves_ != 0 && odd_word(move)) {
+        --odd_moves_;
+    }
 }
 
 void BoardPosition::make_move(Move const& move) {
@@ -85,7 +112,7 @@ void BoardPosition::make_move(Move const& move) {
             break;
         case normal_move:
             if (from == to) {
-                board_is_inconsistent_ = true;
+                note_odd_move(move);
             }
             lift(index(to), static_cast<std::size_t>(move.capture_id()));
             lift(index(from), static_cast<std::size_t>(piece));
@@ -128,6 +155,9 @@ void BoardPosition::unmake_move(Move const& move) {
         case nullmove:
             break;
         case normal_move:
+            if (from == to) {
+                forget_odd_move(move);
+            }
             lift(index(to), static_cast<std::size_t>(piece));
             place(index(from), static_cast<std::size_t>(piece));
             // Without a capture this writes into board 0, which is emptied below.
@@ -152,6 +182,7 @@ void BoardPosition::unmake_move(Move const& move) {
             break;
         }
         default:
+            forget_odd_move(move);
             lift(index(to), promoted(move));
             place(index(to), static_cast<std::size_t>(move.capture_id()));
             place(index(from), static_cast<std::size_t>(piece));

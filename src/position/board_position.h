@@ -71,14 +71,15 @@ class BoardPosition {
         return board_[static_cast<std::size_t>(square)];
     }
 
-    /// True once a move since clear() has put a man on another, or moved one who was not there: no
-    /// legal move does. From then on sets and squares may disagree, sets may overlap, and what is
-    /// found from the one need not be what is found from the other. A FEN text with two men on one
-    /// square begins so, and so does a board that is changed by hand, of which nothing that is kept
-    /// beside it is renewed.
-    bool board_is_inconsistent() const { return board_is_inconsistent_; }
-    /// Makes it true, for a copy of such a board.
-    void set_board_inconsistent() { board_is_inconsistent_ = true; }
+    /// True while sets, squares and the material that is kept beside the board may disagree, so
+    /// that what is found from the one need not be what is found from the other. No legal move
+    /// brings it about. A move whose word alone is odd does, until it is unmade: one that stays on
+    /// its square, or promotes what is no pawn. For good, until clear(), does a word that
+    /// contradicts the board, since unmaking it leaves another board than before; a change by hand;
+    /// and a FEN text with two pieces on one square.
+    bool board_is_inconsistent() const { return contradicted_ || odd_moves_ != 0; }
+    /// Makes it true for good, for a copy of such a board.
+    void set_board_inconsistent() { contradicted_ = true; }
 
     /// Same side to move and same piece boards; squares and aggregates are not compared.
     bool operator==(BoardPosition const& other) const {
@@ -106,7 +107,9 @@ class BoardPosition {
     std::string dump() const;
 
  private:
+    bool contradicts(Move const& move) const;
     void note_odd_move(Move const& move);
+    void forget_odd_move(Move const& move);
     void place(std::size_t square, std::size_t id);
     void lift(std::size_t square, std::size_t id);
 
@@ -119,7 +122,9 @@ class BoardPosition {
     /// By square id, and an empty entry for no square.
     std::array<Piece, 65> board_{};
     int stm_ = 1;
-    bool board_is_inconsistent_ = false;
+    /// Moves made and not unmade whose word alone is odd.
+    std::uint32_t odd_moves_ = 0;
+    bool contradicted_ = false;
 };
 
 }  // namespace orvelin

@@ -30,14 +30,14 @@ bool on_board(int square) {
 }  // namespace
 
 void BoardPosition::set_piece_on(Square const& square, int id) {
-    board_is_inconsistent_ = true;
+    contradicted_ = true;
     if (on_board(square.id())) {
         place(static_cast<std::size_t>(square.id()), static_cast<std::size_t>(id));
     }
 }
 
 void BoardPosition::remove_piece_from(Square const& square, int id) {
-    board_is_inconsistent_ = true;
+    contradicted_ = true;
     if (on_board(square.id())) {
         lift(static_cast<std::size_t>(square.id()), static_cast<std::size_t>(id));
     }
@@ -97,7 +97,7 @@ void BoardPosition::fen(std::string const& text) {
             }
             if (square >= 0 && square < 64) {
                 if (board_[static_cast<std::size_t>(square)].id() != 0) {
-                    board_is_inconsistent_ = true;
+                    contradicted_ = true;
                 }
                 place(static_cast<std::size_t>(square), static_cast<std::size_t>(men[man]));
             }

@@ -407,7 +407,7 @@ TEST(BoardPosition, DumpShowsAllBoards) {
     EXPECT_EQ(black.dump().substr(0, 16), "side to move: 0\n");
 }
 
-TEST(BoardPosition, men_agree_until_a_board_is_changed_by_hand_or_a_text_puts_two_on_one_square) {
+TEST(BoardPosition, IsConsistentUntilItIsChangedByHandOrATextPutsTwoPiecesOnOneSquare) {
     EXPECT_FALSE(board_of(start).board_is_inconsistent());
     // The ninth pawn of the second rank comes to a3, which is taken.
     EXPECT_TRUE(board_of("4k3/8/8/8/8/p7/PPPPPPPPP/4K3 w - - 0 1").board_is_inconsistent());
@@ -419,6 +419,93 @@ TEST(BoardPosition, men_agree_until_a_board_is_changed_by_hand_or_a_text_puts_tw
     EXPECT_FALSE(board.board_is_inconsistent());
     board.remove_piece_from(Square(0), white_rook);
     EXPECT_TRUE(board.board_is_inconsistent());
+}
+
+TEST(BoardPosition, OddWordMakesTheBoardInconsistentUntilItIsUnmade) {
+    BoardPosition board = board_of(start);
+    const std::array<Move, 4> odd_moves{
+        move_of("d1", "d1", normal_move, white_queen, white_queen),
+        move_of("e2", "e2", promo_queen, white_pawn, white_pawn),
+        move_of("b1", "c3", promo_queen, white_knight),
+        move_of("a1", "a7", promo_rook, white_rook, black_pawn),
+    };
+    for (Move const& move : odd_moves) {
+        board.make_move(move);
+        EXPECT_TRUE(board.board_is_inconsistent()) << move.dump();
+        board.unmake_move(move);
+        EXPECT_FALSE(board.board_is_inconsistent()) << move.dump();
+        expect_same(board, board_of(start));
+    }
+}
+
+TEST(BoardPosition, BoardStaysInconsistentUntilTheFirstOddMoveIsUnmade) {
+    BoardPosition board = board_of(start);
+    const Move queen = move_of("d1", "d1", normal_move, white_queen, white_queen);
+    const Move pawn = move_of("e7", "e5", normal_move, black_pawn);
+    const Move knight = move_of("b1", "c3", promo_rook, white_knight);
+    for (Move const& move : {queen, pawn, knight}) {
+        board.make_move(move);
+    }
+    board.unmake_move(knight);
+    EXPECT_TRUE(board.board_is_inconsistent());
+    board.unmake_move(pawn);
+    EXPECT_TRUE(board.board_is_inconsistent());
+    board.unmake_move(queen);
+    EXPECT_FALSE(board.board_is_inconsistent());
+}
+
+TEST(BoardPosition, LegalWordsLeaveTheBoardConsistent) {
+    struct case_t {
+        char const* fen;
+        Move move;
+    };
+    const case_t cases[] = {
+        {"4k3/8/8/3Pp3/8/8/8/4K3 w", move_of("d5", "e6", en_passant, 1, 9)},
+        {"4k3/8/8/8/3pP3/8/8/4K3 b", move_of("d4", "e3", en_passant, 9, 1)},
+        {"r3k3/1P6/8/8/8/8/8/4K3 w", move_of("b7", "a8", promo_knight, 1, 12)},
+        {"4k3/8/8/8/8/8/8/R3K3 w", move_of("e1", "a1", castling, 6)},
+        {"5kr1/8/8/8/8/8/8/4K3 b", move_of("f8", "g8", castling, 14)},
+        {"4k3/8/8/3p4/4P3/8/8/4K3 w", move_of("e4", "d5", normal_move, 1, 9)},
+    };
+    for (case_t const& c : cases) {
+        BoardPosition board = board_of(c.fen);
+        board.make_move(c.move);
+        EXPECT_FALSE(board.board_is_inconsistent()) << c.move.dump();
+        board.unmake_move(c.move);
+        EXPECT_FALSE(board.board_is_inconsistent()) << c.move.dump();
+    }
+}
+
+// Unmaking such a move leaves another board than before, so that there is nothing to restore.
+TEST(BoardPosition, WordThatContradictsTheBoardMakesItInconsistentForGood) {
+    struct case_t {
+        char const* fen;
+        Move move;
+    };
+    const case_t cases[] = {
+        // A knight and a bishop stand on the targets.
+        {start.c_str(), move_of("e1", "h1", castling, 6)},
+        {"4k3/8/8/8/8/8/8/4K3 w", move_of("e1", "h1", castling, 6)},
+        {"4k3/8/8/8/8/8/8/R6K w", move_of("e1", "a1", castling, 6)},
+        {"4k3/8/8/8/8/8/8/R1N1K3 w", move_of("e1", "a1", castling, 6)},
+        {"4k3/8/8/8/8/8/8/R2NK3 w", move_of("e1", "a1", castling, 6)},
+        {"4k3/8/8/3P4/8/8/8/4K3 w", move_of("d5", "e6", en_passant, 1, 9)},
+        {"4k3/8/4n3/3Pp3/8/8/8/4K3 w", move_of("d5", "e6", en_passant, 1, 9)},
+        {"4k3/8/8/4p3/8/8/8/4K3 w", move_of("d5", "e6", en_passant, 1, 9)},
+        {"r3k3/1P6/8/8/8/8/8/4K3 w", move_of("b7", "a8", promo_queen, 1)},
+        {"4k3/8/8/8/8/8/8/4K3 w", move_of("b7", "a8", promo_queen, 1)},
+        {"4k3/8/8/8/8/8/8/4K3 w", move_of("b7", "b7", normal_move, 1, 1)},
+        {"4k3/1P6/8/8/8/8/8/4K3 w", move_of("b7", "b7", normal_move, 1)},
+    };
+    for (case_t const& c : cases) {
+        BoardPosition board = board_of(c.fen);
+        board.make_move(c.move);
+        EXPECT_TRUE(board.board_is_inconsistent()) << c.move.dump();
+        board.unmake_move(c.move);
+        EXPECT_TRUE(board.board_is_inconsistent()) << c.move.dump();
+        board.clear();
+        EXPECT_FALSE(board.board_is_inconsistent());
+    }
 }
 
 }  // namespace

@@ -198,6 +198,23 @@ TEST_F(NotationTest, IllegalTextInGoodFormGetsAWord) {
     EXPECT_EQ(text("e4e5").code(), nullmove);
 }
 
+TEST_F(NotationTest, OddTextLeavesTheBoardConsistentWhereItCanBeUnmade) {
+    position.newgame();
+    for (char const* odd : {"e2e2", "d1d1q", "b1c3q", "a1a7r", "e8e7n"}) {
+        const Move move = text(odd);
+        EXPECT_FALSE(position.board_is_inconsistent()) << odd;
+        position.make_move(move);
+        EXPECT_TRUE(position.board_is_inconsistent()) << odd;
+        position.unmake_move();
+        EXPECT_FALSE(position.board_is_inconsistent()) << odd;
+    }
+    // Castling over a knight takes it off its square for good.
+    text("e1h1");
+    EXPECT_EQ(position.get_piece_id_from(Square("g1")), 0);
+    EXPECT_TRUE(position.white_knight() & Square("g1").bitboard());
+    EXPECT_TRUE(position.board_is_inconsistent());
+}
+
 TEST_F(NotationTest, BadTextIsReported) {
     position.newgame();
     for (char const* bad : {"", "e2e", "e2e4qq", "i2e4", "e9e4", "e2i4", "e2e0", "E2E4", "0000"}) {

@@ -93,6 +93,41 @@ TEST_P(OddPromotion, LeavesThePositionFitForEvaluationAndGeneration) {
     }
 }
 
+// The material word of an odd move is not that of the pieces on the board, and what was found for
+// it there must not be taken for that of a sound board with the same word.
+TEST(OddMoves, LeaveNoPhaseBehind) {
+    const std::string without_queen = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNB1KBNR w KQkq - 0 1";
+    ChessPosition position(test::shared_tables());
+    position.fen(without_queen);
+    Evaluation evaluation(position, test::shared_tables());
+    int const expected = evaluation.static_eval();
+    position.newgame();
+    evaluation.init();
+    position.make_move(Square("d1"), Square("d1"), normal_move);
+    evaluation.make_move(position.last_move());
+    ASSERT_EQ(position.materialindex().get_whitequeen(), 0);
+    evaluation.static_eval();
+    position.fen(without_queen);
+    EXPECT_EQ(evaluation.static_eval(), expected);
+}
+
+// A knight that becomes a king keeps the material word, but not the phase.
+TEST(OddMoves, ChangeThePhaseUnderTheSameMaterialWord) {
+    ChessPosition position(test::shared_tables());
+    position.newgame();
+    Evaluation evaluation(position, test::shared_tables());
+    const Move odd = position.convert_to_move(std::string("b1c3q"));
+    position.make_move(odd);
+    evaluation.make_move(odd);
+    int const expected = evaluation.static_eval();
+    evaluation.unmake_move(odd);
+    position.unmake_move();
+    evaluation.static_eval();
+    position.make_move(odd);
+    evaluation.make_move(odd);
+    EXPECT_EQ(evaluation.static_eval(), expected);
+}
+
 INSTANTIATE_TEST_SUITE_P(
     EveryManButThePawn, OddPromotion,
     ::testing::Values(odd_promotion_t{"4k3/5ppp/8/8/8/8/5PPP/1N2K3 w - - 0 1", "b1", "c3", "d5"},

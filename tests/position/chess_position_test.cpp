@@ -309,13 +309,23 @@ TEST_F(LoggingTest, ACopyOfALoggingPositionHasTheFlagButNoFile) {
     EXPECT_FALSE(std::filesystem::exists("cposition_" + std::to_string(copy.id()) + ".log"));
 }
 
-TEST(ChessPosition, copy_of_a_board_that_was_changed_by_hand_is_one_too) {
-    ChessPosition position(test::shared_tables());
+TEST_F(ChessPositionTest, CopyOfABoardThatWasChangedByHandIsOneToo) {
     position.newgame();
     ChessPosition copy(position);
     EXPECT_FALSE(copy.board_is_inconsistent());
     position.set_piece_on(Square(30), Piece(white_queen));
     copy = position;
+    EXPECT_TRUE(copy.board_is_inconsistent());
+}
+
+// Its board is read from text, which tells less than the moves of the history need.
+TEST_F(ChessPositionTest, CopyOfAnInconsistentBoardStaysSoWhenTheOddMoveIsUnmade) {
+    position.newgame();
+    position.make_move(Square("d1"), Square("d1"), normal_move);
+    ChessPosition copy(position);
+    position.unmake_move();
+    copy.unmake_move();
+    EXPECT_FALSE(position.board_is_inconsistent());
     EXPECT_TRUE(copy.board_is_inconsistent());
 }
 

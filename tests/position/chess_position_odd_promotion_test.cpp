@@ -115,17 +115,13 @@ TEST(OddMoves, LeaveNoPhaseBehind) {
 TEST(OddMoves, ChangeThePhaseUnderTheSameMaterialWord) {
     ChessPosition position(test::shared_tables());
     position.newgame();
-    Evaluation evaluation(position, test::shared_tables());
-    const Move odd = position.convert_to_move(std::string("b1c3q"));
-    position.make_move(odd);
-    evaluation.make_move(odd);
-    int const expected = evaluation.static_eval();
-    evaluation.unmake_move(odd);
-    position.unmake_move();
-    evaluation.static_eval();
-    position.make_move(odd);
-    evaluation.make_move(odd);
-    EXPECT_EQ(evaluation.static_eval(), expected);
+    Evaluation first(position, test::shared_tables());
+    Evaluation second(position, test::shared_tables());
+    first.static_eval();
+    position.make_move(Square("b1"), Square("c3"), promo_queen);
+    first.make_move(position.last_move());
+    second.make_move(position.last_move());
+    EXPECT_EQ(first.static_eval(), second.static_eval());
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -207,6 +207,16 @@ TEST(BoardPosition, EnPassantRestoresThePawnBehindTheTarget) {
                 "4k3/8/8/8/8/4p3/8/4K3 w");
 }
 
+// Not the direction of the pawn, and not its colour: only illegal words tell them apart.
+TEST(BoardPosition, SideToMoveTellsWhereTheEnPassantVictimStands) {
+    const Move up = move_of("d5", "e6", en_passant, white_pawn, black_pawn);
+    expect_move("4k3/4p3/8/3Pp3/8/8/8/4K3 w", up, "4k3/4p3/4P3/8/8/8/8/4K3 b");
+    expect_move("4k3/4p3/8/3Pp3/8/8/8/4K3 b", up, "4k3/8/4P3/4p3/8/8/8/4K3 w");
+    const Move down = move_of("d4", "e3", en_passant, black_pawn, white_pawn);
+    expect_move("4k3/8/8/8/3pP3/8/4P3/4K3 b", down, "4k3/8/8/8/8/4p3/4P3/4K3 w");
+    expect_move("4k3/8/8/8/3pP3/8/4P3/4K3 w", down, "4k3/8/8/8/4P3/4p3/8/4K3 b");
+}
+
 TEST(BoardPosition, PromotionsOfBothSidesAreUndone) {
     const std::array<move_t, 4> codes{promo_queen, promo_rook, promo_bishop, promo_knight};
     const std::string white_men = "QRBN";

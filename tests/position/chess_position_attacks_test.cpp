@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "generation/tables.h"
 #include "position/chess_position.h"
@@ -100,6 +102,19 @@ TEST_F(AttackQueries, PinsAreRenewedByEveryMove) {
     EXPECT_FALSE(position.pinned_pieces());
 }
 
+TEST_F(AttackQueries, SetsAreEmptiedBeforeTheyAreFound) {
+    position.fen("4k3/8/8/4N3/8/8/8/K3R3 w - - 0 1");
+    ASSERT_EQ(position.discovering_pieces(), square("e5"));
+    position.remove_piece_from(Square("e1"), Piece(white_rook));
+    position.find_pinned_pieces();
+    EXPECT_FALSE(position.discovering_pieces());
+    position.fen("4k3/8/8/4n3/8/8/8/K3R3 w - - 0 1");
+    ASSERT_EQ(position.pinned_pieces(), square("e5"));
+    position.remove_piece_from(Square("e1"), Piece(white_rook));
+    position.find_pinned_pieces();
+    EXPECT_FALSE(position.pinned_pieces());
+}
+
 TEST_F(AttackQueries, QueencheckSquaresAreTheQueenMovesFromTheEnemyKing) {
     position.fen("7k/6pp/8/8/8/8/8/K7 w - - 0 1");
     EXPECT_EQ(position.white_queencheck_squares(),
@@ -182,10 +197,38 @@ TEST_F(AttackQueries, WeakestAttackerGoesByKind) {
 }
 
 TEST_F(AttackQueries, WeakestAttackerOfOneKindIsTheLowestSquare) {
-    position.fen("8/8/8/8/2P1P3/8/8/8 w - - 0 1");
-    EXPECT_EQ(position.white_weakest_attacker(Square("d5")), Square("c4"));
-    position.fen("3q4/8/8/7q/8/8/8/8 w - - 0 1");
-    EXPECT_EQ(position.black_weakest_attacker(Square("d5")), Square("h5"));
+    struct case_t {
+        int type;
+        std::vector<char const*> attackers;  ///< Of d5, the lowest first.
+    };
+    // Queens on a line and on a diagonal are one kind, whichever of them is lower.
+    const case_t cases[] = {{2, {"c3", "e3", "f4", "b6", "c7", "e7"}},
+                            {3, {"g2", "b3", "f7", "a8"}},
+                            {4, {"d2", "b5", "f5", "d7"}},
+                            {5, {"g2", "d3", "h5", "a8"}},
+                            {5, {"d2", "b3", "f7", "d8"}},
+                            {6, {"c4", "e4", "c5", "d6"}},
+                            {1, {"c4", "e4"}},
+                            {9, {"c6", "e6"}}};
+    for (case_t const& c : cases) {
+        std::vector<int> ids{c.type};
+        if (c.type > 1 && c.type < 7) {
+            ids.push_back(c.type + 8);
+        }
+        for (int const id : ids) {
+            position.clear();
+            for (char const* name : c.attackers) {
+                position.set_piece_on(Square(std::string(name)), Piece(id));
+            }
+            for (char const* name : c.attackers) {
+                const Square lowest{std::string(name)};
+                const Square found = id < 8 ? position.white_weakest_attacker(Square("d5"))
+                                            : position.black_weakest_attacker(Square("d5"));
+                EXPECT_EQ(found, lowest) << id << ' ' << name;
+                position.remove_piece_from(lowest, Piece(id));
+            }
+        }
+    }
 }
 
 TEST_F(AttackQueries, LookForCheckReadsTheBoard) {

@@ -57,6 +57,15 @@ TEST_F(NotationTest, KingOnOwnRookIsCastling) {
     EXPECT_EQ(pair("e1", "a8").capture_id(), 12);
 }
 
+TEST_F(NotationTest, KingOnOwnRookIsCastlingOnAnyRank) {
+    position.fen("8/2rk4/8/8/4K2R/8/8/8 w - - 0 1");
+    EXPECT_EQ(pair("e4", "h4").code(), castling);
+    EXPECT_EQ(pair("e4", "h4").capture_id(), 0);
+    EXPECT_EQ(pair("d7", "c7").code(), castling);
+    EXPECT_EQ(pair("d7", "c7").capture_id(), 0);
+    EXPECT_EQ(text("e4h4").code(), castling);
+}
+
 TEST_F(NotationTest, CallersCastlingCodeClearsTheCapture) {
     position.newgame();
     const Move move = pair("g1", "f1", castling);

@@ -127,6 +127,21 @@ TEST_F(ChessPositionTest, AssignmentToItselfDoesNothing) {
     EXPECT_EQ(position.get_make_move_counter(), 2U);
 }
 
+TEST_F(ChessPositionTest, CopyAndAssignmentDoNotTakeTheChess960Flag) {
+    const std::string by_file = "r3k2r/8/8/8/8/8/8/R3K2R w AHah - 0 1";
+    position.fen(castling_fen);
+    position.set_chess960(true);
+    ASSERT_EQ(position.fen(), by_file);
+    const ChessPosition copy(position);
+    EXPECT_EQ(copy.fen(), castling_fen);
+    ChessPosition assigned(test::shared_tables());
+    assigned = position;
+    EXPECT_EQ(assigned.fen(), castling_fen);
+    // The target's own flag stays.
+    position = copy;
+    EXPECT_EQ(position.fen(), by_file);
+}
+
 TEST_F(ChessPositionTest, EqualityLooksAtTheCurrentStateOnly) {
     position.fen(castling_fen);
     ChessPosition other(position);

@@ -94,6 +94,20 @@ TEST_F(HasherTest, NullMoveLosesTheEnPassantKey) {
     EXPECT_EQ(position.get_hash(), before ^ keys.turn ^ keys.en_passant[5]);
 }
 
+TEST_F(HasherTest, EveryEnPassantFileHasItsKey) {
+    for (std::string const& side : {std::string("w"), std::string("b")}) {
+        const std::string men = "4k3/8/8/8/8/8/8/4K3 " + side + " - ";
+        position.fen(men + "- 0 1");
+        const std::uint64_t without = position.get_hash();
+        for (std::size_t file = 0; file < 8; ++file) {
+            for (char const* rank : {"3", "6"}) {
+                position.fen(men + "abcdefgh"[file] + rank + " 0 1");
+                EXPECT_EQ(position.get_hash() ^ without, keys.en_passant[file]) << position.fen();
+            }
+        }
+    }
+}
+
 TEST_F(HasherTest, LosingARightChangesTheKeyWithoutTheStack) {
     position.newgame();
     const std::uint64_t before = position.get_hash();
@@ -156,6 +170,30 @@ TEST_F(HasherTest, PromotionReadsTheColourFromTheSenseOfTheMove) {
         hasher.pop();
         EXPECT_EQ(hasher.hash(), 0U);
         EXPECT_EQ(hasher.pawn_hash(), 0U);
+    }
+}
+
+// Not the side to move, nor the colour of the pawn: only illegal words tell them apart.
+TEST_F(HasherTest, SenseOfTheMoveTellsWhereTheEnPassantVictimStands) {
+    for (char const* fen : {"4k3/8/8/8/8/8/8/4K3 w - - 0 1", "4k3/8/8/8/8/8/8/4K3 b - - 0 1"}) {
+        position.fen(std::string(fen));
+        for (int const pawn : {int{white_pawn}, int{black_pawn}}) {
+            int const victim = pawn ^ 8;
+            const std::pair<Move, char const*> moves[] = {
+                {Move(Square("d5"), Square("e6"), en_passant, Piece(pawn), Piece(victim)), "e5"},
+                {Move(Square("d4"), Square("e3"), en_passant, Piece(pawn), Piece(victim)), "e4"}};
+            for (auto const& [move, square] : moves) {
+                const std::uint64_t change = man_key(pawn, move.from().name().c_str()) ^
+                                             man_key(pawn, move.to().name().c_str()) ^
+                                             man_key(victim, square);
+                Hasher<1> hasher(tables);
+                hasher.init(&position);
+                const std::uint64_t key = hasher.hash();
+                hasher.make_move(move);
+                EXPECT_EQ(hasher.hash(), key ^ change) << move.dump();
+                EXPECT_EQ(hasher.pawn_hash(), change) << move.dump();
+            }
+        }
     }
 }
 

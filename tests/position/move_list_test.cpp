@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <gtest/gtest.h>
+#include <malloc.h>
 
 namespace orvelin {
 namespace {
@@ -70,6 +72,16 @@ TEST(MoveList, CopyOfAListOverAnArrayOwnsItsMoves) {
     moves[0] = numbered(6);
     EXPECT_EQ(copy[0], numbered(5));
     EXPECT_EQ(copy[200], numbered(9));
+}
+
+TEST(MoveList, CopyHasRoomForAllMovesHoweverFewItCopies) {
+    const std::size_t room = 256 * sizeof(Move);
+    const MoveList empty;
+    EXPECT_GE(malloc_usable_size(MoveList(empty).begin()), room);
+    EXPECT_GE(malloc_usable_size(MoveList(filled(1)).begin()), room);
+    std::array<Move, 4> moves{};
+    const MoveList over(moves.data());
+    EXPECT_GE(malloc_usable_size(MoveList(over).begin()), room);
 }
 
 TEST(MoveList, AssignmentCopiesIntoTheArrayThatIsThere) {

@@ -44,9 +44,9 @@ void TranspositionTable::allocate(std::uint64_t size) {
         throw std::bad_array_new_length();
     }
     memory_ = ZeroedPages(size * sizeof(Bucket));
+    written_ = std::make_unique<std::atomic<unsigned char>[]>(size / buckets_per_group);
     buckets_ = static_cast<Bucket*>(memory_.data());
     size_ = size;
-    touched_.store(false, std::memory_order_relaxed);
 }
 
 void TranspositionTable::set_threshold(int bytes) {
@@ -56,6 +56,13 @@ void TranspositionTable::set_threshold(int bytes) {
 
 void TranspositionTable::set_threshold_buckets(std::uint64_t index) {
     std::lock_guard const lock(threshold_mutex_);
+    // What comes back into use may have been written as plain memory.
+    if (index < threshold_ && size_ > 0) {
+        std::uint64_t const last = std::min(threshold_, size_ - 1) / buckets_per_group;
+        for (std::uint64_t group = index / buckets_per_group; group <= last; ++group) {
+            written_[group].store(1, std::memory_order_release);
+        }
+    }
     threshold_ = index;
 }
 
@@ -70,17 +77,27 @@ int TranspositionTable::hashfull(unsigned char date) const {
 
 void TranspositionTable::clear() {
     std::lock_guard const lock(threshold_mutex_);
-    if (!touched_.load(std::memory_order_relaxed) || threshold_ >= size_) {
+    if (threshold_ >= size_) {
         return;
     }
-    for (std::uint64_t i = threshold_ + 1; i < size_; ++i) {
-        buckets_[i].clear();
+    std::uint64_t const first = threshold_ + 1;
+    for (std::uint64_t group = first / buckets_per_group; group < size_ / buckets_per_group;
+         ++group) {
+        std::atomic<unsigned char>& mark = written_[group];
+        if (mark.load(std::memory_order_relaxed) == 0) {
+            continue;
+        }
+        std::uint64_t const begin = group * buckets_per_group;
+        std::uint64_t const end = begin + buckets_per_group;
+        // The mark goes before the buckets are emptied, so that one set meanwhile stays. A group
+        // that the threshold divides keeps its mark for the part that is not emptied.
+        if (begin >= first) {
+            mark.exchange(0, std::memory_order_acq_rel);
+        }
+        for (std::uint64_t i = std::max(begin, first); i < end; ++i) {
+            buckets_[i].clear();
+        }
     }
-}
-
-unsigned char* TranspositionTable::get_uchar_adress() {
-    touched_.store(true, std::memory_order_relaxed);
-    return reinterpret_cast<unsigned char*>(buckets_);
 }
 
 }  // namespace orvelin

@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <memory>
 #include <mutex>
 
 #include "search/bucket.h"
@@ -19,10 +20,16 @@ namespace orvelin {
 /// may take hashfull() meanwhile, a snapshot, and clear(). The analysis thread may change the
 /// threshold, which waits for a clear() under way, so that lent memory is never cleared. Size and
 /// switch are changed between searches only.
+///
+/// Buckets are marked as written in groups of the size of a memory page, so that clear() costs
+/// what was written since the last one and not the size of the table. Every bucket above the
+/// threshold that is not empty lies in a marked group.
 class TranspositionTable {
  public:
     /// Buckets of a new table: 128 MiB.
     static constexpr std::uint64_t default_buckets = std::uint64_t{1} << 21;
+    /// Buckets that are marked as written together, 4 KiB; divides every size.
+    static constexpr std::uint64_t buckets_per_group = 64;
 
     TranspositionTable();
     TranspositionTable(TranspositionTable const&) = delete;
@@ -52,7 +59,8 @@ class TranspositionTable {
     /// sample counts bucket 0 and those below the threshold in, though they are not in use.
     int hashfull(unsigned char date) const;
 
-    /// Empties the buckets above the threshold; those at and below it keep their bytes.
+    /// Empties the buckets above the threshold; those at and below it keep their bytes. Takes as
+    /// long as what was written since the last time asks for.
     void clear();
 
     bool enabled() const { return enabled_; }
@@ -83,22 +91,30 @@ class TranspositionTable {
     void write(TTrecord const& record) {
         std::uint64_t const index = record.get_key() & (size_ - 1);
         if (in_use(index)) {
-            bucket(index).write(record);
+            buckets_[index].write(record);
+            // Behind the record: a clear() on the other thread between the two then leaves a mark
+            // too many, and never a record without one.
+            mark_written(index);
         }
     }
 
-    /// The bucket of that index, below buckets(); not checked.
+    /// The bucket of that index, below buckets(); not checked. Whoever writes to it has done so
+    /// before the next clear().
     Bucket& bucket(std::uint64_t index) {
-        touched_.store(true, std::memory_order_relaxed);
+        mark_written(index);
         return buckets_[index];
     }
     Bucket const& bucket(std::uint64_t index) const { return buckets_[index]; }
 
-    /// Start of the array as plain memory, for the tables that are built in its low end.
-    unsigned char* get_uchar_adress();
+    /// Start of the array as plain memory, for the tables that are built in its low end. Only the
+    /// bytes of buckets at and below the threshold may be written.
+    unsigned char* get_uchar_adress() { return reinterpret_cast<unsigned char*>(buckets_); }
 
  private:
     void allocate(std::uint64_t size);
+    void mark_written(std::uint64_t index) {
+        written_[index / buckets_per_group].store(1, std::memory_order_release);
+    }
 
     bool in_use(std::uint64_t index) const {
         // The last test is for a table whose allocation failed: its size is 0.
@@ -110,9 +126,9 @@ class TranspositionTable {
     std::uint64_t threshold_ = 0;
     std::mutex threshold_mutex_;
     bool enabled_ = true;
-    /// Whether anything can have been written since the allocation. Spares clear() the walk
-    /// through zero pages that the system has not even provided yet.
-    std::atomic<bool> touched_{false};
+    /// By group, 1 when a bucket of it can have been written since it was last emptied. Bytes, so
+    /// that marking one reads nothing and cannot lose the mark of a neighbour.
+    std::unique_ptr<std::atomic<unsigned char>[]> written_;
     ZeroedPages memory_;
 };
 

@@ -135,6 +135,28 @@ TEST_F(ProcessOptionsTest, AWeakenedEngineSpendsItsTime) {
     }
 }
 
+// The table is emptied before every iteration of a weakened search.
+TEST_F(ProcessOptionsTest, StrengthDoesNotHangOnTheSizeOfTheTable) {
+    for (char const* const megabytes : {"6", "128", "256", "1024", "4096"}) {
+        start();
+        say({option("Hash", megabytes), option("UCI_LimitStrength", "true"),
+             option("UCI_Elo", "1500")});
+        int deepest = 0;
+        for (std::string const& line : search({"position startpos", "go wtime 1000 btime 1000"})) {
+            deepest = std::max(deepest, number_after("depth", line));
+        }
+        EXPECT_EQ(deepest, 3) << megabytes;
+    }
+}
+
+TEST_F(ProcessOptionsTest, ANewGameBehindAShortSearchBeginsAtOnceAlsoWithALargeTable) {
+    say({option("Hash", "4096")});
+    search({"position startpos", "go depth 5"});
+    auto const start_time = EngineProcess::clock::now();
+    say({"ucinewgame"});
+    EXPECT_LT(EngineProcess::clock::now() - start_time, std::chrono::milliseconds(1500));
+}
+
 TEST_F(ProcessOptionsTest, AsManyLinesAreReportedAsAreWanted) {
     ASSERT_GT(Referee(wide_fen).legal_moves().size(), 50U);
     ASSERT_EQ(Referee(start_fen).legal_moves().size(), 20U);

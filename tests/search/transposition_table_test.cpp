@@ -5,10 +5,15 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <fstream>
 #include <gtest/gtest.h>
 #include <limits>
 #include <new>
+#include <random>
 #include <thread>
+#include <unistd.h>
+#include <utility>
+#include <vector>
 
 namespace orvelin {
 namespace {
@@ -152,11 +157,18 @@ TEST(TranspositionTable, SameBucketCountKeepsTheContents) {
     EXPECT_EQ(table.find(77), nullptr);
 }
 
+/// Writes one byte into every byte of the first buckets, as an endgame table may that has them.
+void fill_lent(TranspositionTable& table, std::uint64_t buckets, unsigned char byte) {
+    table.set_threshold_buckets(buckets - 1);
+    std::fill_n(table.get_uchar_adress(), buckets * sizeof(Bucket), byte);
+    table.set_threshold_buckets(0);
+}
+
 TEST(TranspositionTable, NewSizeComesEmptyAlsoBelowTheThreshold) {
     TranspositionTable table;
     table.set_size(8);
     for (int round = 0; round < 4; ++round) {
-        std::fill_n(table.get_uchar_adress(), table.buckets() * 64, static_cast<unsigned char>(1));
+        fill_lent(table, table.buckets(), 1);
         table.set_threshold_buckets(1000);
         table.set_size(round % 2 == 0 ? 6 : 8);
         EXPECT_EQ(table.hashfull(0), 1000);
@@ -168,7 +180,7 @@ TEST(TranspositionTable, NewSizeComesEmptyAlsoBelowTheThreshold) {
 TEST(TranspositionTable, ClearEmptiesWhatLiesAboveTheThreshold) {
     TranspositionTable table;
     table.set_size(6);
-    std::fill_n(table.get_uchar_adress(), table.buckets() * 64, static_cast<unsigned char>(1));
+    fill_lent(table, table.buckets(), 1);
     table.set_threshold_buckets(10);
     table.clear();
     EXPECT_EQ(table.bucket(0).has_date(1), 4);
@@ -190,6 +202,84 @@ TEST(TranspositionTable, ClearWorksAgainAfterEachWrite) {
     table.bucket(78).write(record_of(78));
     table.clear();
     EXPECT_EQ(table.find(78), nullptr);
+}
+
+TEST(TranspositionTable, ClearEmptiesWhateverWasWrittenAndNothingElse) {
+    constexpr std::uint64_t buckets = 65536;
+    TranspositionTable table;
+    table.set_size(6);
+    std::mt19937_64 random(17);
+    for (int round = 0; round < 200; ++round) {
+        std::uint64_t const threshold = round % 3 == 0 ? 0 : random() % buckets;
+        table.set_threshold_buckets(threshold);
+        std::uint64_t const lent = random() % (threshold + 1);
+        std::fill_n(table.get_uchar_adress(), lent * sizeof(Bucket), static_cast<unsigned char>(3));
+        for (std::uint64_t writes = random() % 300; writes > 0; --writes) {
+            table.write(record_of(random() | 1));
+        }
+        std::vector<int> kept;
+        for (std::uint64_t i = 0; i <= threshold; ++i) {
+            kept.push_back(std::as_const(table).bucket(i).has_date(0));
+        }
+        table.clear();
+        for (std::uint64_t i = 0; i < buckets; ++i) {
+            int const expected = i <= threshold ? kept[i] : Bucket::slots;
+            ASSERT_EQ(std::as_const(table).bucket(i).has_date(0), expected) << round << ' ' << i;
+        }
+    }
+}
+
+TEST(TranspositionTable, ClearEmptiesWhatWasLent) {
+    TranspositionTable table;
+    table.set_size(8);
+    fill_lent(table, 93751, 1);
+    table.clear();
+    for (std::uint64_t i = 1; i <= 93751; ++i) {
+        ASSERT_EQ(std::as_const(table).bucket(i).has_date(0), Bucket::slots) << i;
+    }
+}
+
+/// Memory of this process that is really there, in MiB.
+long resident_megabytes() {
+    std::ifstream statistics("/proc/self/statm");
+    long size = 0;
+    long resident = 0;
+    statistics >> size >> resident;
+    return resident * (sysconf(_SC_PAGESIZE) / 1024) / 1024;
+}
+
+TEST(TranspositionTable, ClearTouchesOnlyWhatWasWritten) {
+    TranspositionTable table;
+    table.set_size(1024);
+    for (int round = 0; round < 3; ++round) {
+        for (std::uint64_t key = 1; key < 500; ++key) {
+            table.write(record_of(key * 31337));
+        }
+        long const before = resident_megabytes();
+        table.clear();
+        EXPECT_EQ(table.find(31337), nullptr);
+        EXPECT_LT(resident_megabytes(), before + 100);
+    }
+}
+
+TEST(TranspositionTable, ARecordIsNeverLeftBehindByAClearOnAnotherThread) {
+    TranspositionTable table;
+    table.set_size(6);
+    std::atomic<bool> done{false};
+    std::thread writer([&] {
+        for (std::uint64_t key = 1; !done; key = key * 5 % 65536 + 1) {
+            table.write(record_of(key));
+        }
+    });
+    for (int left = 300; left > 0; --left) {
+        table.clear();
+    }
+    done = true;
+    writer.join();
+    table.clear();
+    for (std::uint64_t i = 1; i < table.buckets(); ++i) {
+        ASSERT_EQ(std::as_const(table).bucket(i).has_date(0), Bucket::slots) << i;
+    }
 }
 
 TEST(TranspositionTable, HashfullIsAThousandWhenTheSampleIsFull) {

@@ -11,7 +11,7 @@ namespace {
 /// What a promotion adds to the pawn's id, by move code.
 constexpr std::array<int, 8> promotion_step{0, 0, 4, 3, 2, 1, 0, 0};
 
-/// Id of the man that a promotion puts on the board, cut to four bits later on.
+/// Id of the piece that a promotion puts on the board, cut to four bits later on.
 std::size_t promoted(Move const& move) {
     int const id = move.piece_id() + promotion_step[move.code()];
     return static_cast<std::size_t>(id);
@@ -31,7 +31,7 @@ int castling_rook(Move const& move) {
 }
 
 // Square of the pawn that an en passant capture takes. An illegal word may name a square off
-// the board, which is passed over.
+// the board, which is ignored.
 Square en_passant_victim(Move const& move, int side) {
     int const id = move.to().id() - (16 * side - 8);
     return id >= 0 && id < 64 ? Square(id) : Square();
@@ -129,7 +129,7 @@ void BoardPosition::make_move(Move const& move) {
         case castling: {
             CastlingTargets const targets = castling_targets(move);
             note_odd_move(move);
-            // Both men leave before either arrives, so the squares may overlap.
+            // Both pieces leave before either arrives, so the squares may overlap.
             lift(index(from), static_cast<std::size_t>(piece));
             lift(index(to), static_cast<std::size_t>(castling_rook(move)));
             place(index(targets.king), static_cast<std::size_t>(piece));

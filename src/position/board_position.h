@@ -12,7 +12,7 @@
 
 namespace orvelin {
 
-/// The placement of the men and the side to move, and nothing else of a game.
+/// The placement of the pieces and the side to move, and nothing else of a game.
 ///
 /// Between two calls a bit s is set in the board of piece id p exactly when square s holds p, and
 /// the aggregates agree with the piece boards once compute_pieces() has run. Copying copies every
@@ -29,14 +29,14 @@ class BoardPosition {
     /// Empties the piece boards and the squares, White to move. The aggregates stay as they were
     /// until compute_pieces().
     void clear();
-    /// Puts a man of id 0..14 on a square; no square takes none. The aggregates stay.
+    /// Puts a piece of id 0..14 on a square; no square takes none. The aggregates stay.
     void set_piece_on(Square const& square, int id);
-    /// Takes a man of id 0..14 from a square. The aggregates stay.
+    /// Takes a piece of id 0..14 from a square. The aggregates stay.
     void remove_piece_from(Square const& square, int id);
     /// Makes the aggregates agree with the piece boards.
     void compute_pieces();
 
-    /// Moves the men and changes the side to move.
+    /// Moves the pieces and changes the side to move.
     void make_move(Move const& move);
     /// Undoes make_move() of the same word.
     void unmake_move(Move const& move);
@@ -61,12 +61,12 @@ class BoardPosition {
     BitBoard const& black_rook() const { return boards_[orvelin::black_rook]; }
     BitBoard const& black_queen() const { return boards_[orvelin::black_queen]; }
     BitBoard const& black_king() const { return boards_[orvelin::black_king]; }
-    /// The board of one piece id, 0..14. Ids 0, 7 and 8 hold no men.
+    /// The board of one piece id, 0..14. Ids 0, 7 and 8 hold no pieces.
     BitBoard const& piece(int id) const { return boards_[static_cast<std::size_t>(id)]; }
     BitBoard const& white_pieces() const { return white_pieces_; }
     BitBoard const& black_pieces() const { return black_pieces_; }
     BitBoard const& pieces() const { return pieces_; }
-    /// The man on square id 0..64, no piece on 64.
+    /// The piece on square id 0..64, no piece on 64.
     Piece const& operator[](int const& square) const {
         return board_[static_cast<std::size_t>(square)];
     }
@@ -92,9 +92,9 @@ class BoardPosition {
     void flop();
 
     /// Replaces the position by placement and side to move of a FEN text. Rank lengths are not
-    /// tested, and men beside the board are passed over. Any side but "w" means Black.
-    /// @throws std::logic_error for a placement character that is no man, digit 1-8 or '/'; the
-    /// position is half filled then.
+    /// tested, and pieces beside the board are ignored. Any side but "w" means Black.
+    /// @throws std::logic_error for a placement character other than a piece, a digit 1-8 or '/';
+    /// the position is half filled then.
     void fen(std::string const& text);
 
     /// True when a side has not exactly one king or two piece boards overlap. The argument is

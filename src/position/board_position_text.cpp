@@ -11,10 +11,10 @@ namespace orvelin {
 
 namespace {
 
-/// The men in the order of the diagnosis routines.
-constexpr std::array<int, 12> men{white_pawn,   white_knight, white_bishop, white_rook,
-                                  white_queen,  white_king,   black_pawn,   black_knight,
-                                  black_bishop, black_rook,   black_queen,  black_king};
+/// The pieces in the order of the diagnosis routines.
+constexpr std::array<int, 12> piece_ids{white_pawn,   white_knight, white_bishop, white_rook,
+                                        white_queen,  white_king,   black_pawn,   black_knight,
+                                        black_bishop, black_rook,   black_queen,  black_king};
 
 constexpr std::array<char const*, 12> labels{
     "white pawn: ",   "white knight: ", "white bishop: ", "white rook: ",
@@ -88,8 +88,8 @@ void BoardPosition::fen(std::string const& text) {
         } else if (letter >= '1' && letter <= '8') {
             square += letter - '0';
         } else {
-            std::size_t const man = letters.find(letter);
-            if (man == std::string_view::npos) {
+            std::size_t const found = letters.find(letter);
+            if (found == std::string_view::npos) {
                 std::ostringstream message;
                 message << "ChessPosition::fen(" << text << ") \nunkown piece 0x" << std::hex
                         << static_cast<unsigned int>(static_cast<unsigned char>(letter));
@@ -99,7 +99,7 @@ void BoardPosition::fen(std::string const& text) {
                 if (board_[static_cast<std::size_t>(square)].id() != 0) {
                     contradicted_ = true;
                 }
-                place(static_cast<std::size_t>(square), static_cast<std::size_t>(men[man]));
+                place(static_cast<std::size_t>(square), static_cast<std::size_t>(piece_ids[found]));
             }
             ++square;
         }
@@ -131,12 +131,12 @@ bool BoardPosition::consistent() const {
         if (id == 7 || id == 8 || id > 14) {
             continue;
         }
-        for (int const man : men) {
-            bool const held = static_cast<bool>(piece(man) & Square(square).bitboard());
+        for (int const owner : piece_ids) {
+            bool const held = static_cast<bool>(piece(owner) & Square(square).bitboard());
             if (!held) {
                 continue;
             }
-            if (man != id) {
+            if (owner != id) {
                 return false;
             }
             break;
@@ -147,9 +147,9 @@ bool BoardPosition::consistent() const {
 
 std::string BoardPosition::dump() const {
     std::string text = "side to move: " + std::to_string(stm_) + '\n';
-    for (std::size_t i = 0; i < men.size(); ++i) {
+    for (std::size_t i = 0; i < piece_ids.size(); ++i) {
         text += labels[i];
-        text += '\n' + piece(men[i]).dump() + '\n';
+        text += '\n' + piece(piece_ids[i]).dump() + '\n';
     }
     return text;
 }

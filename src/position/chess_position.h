@@ -28,7 +28,7 @@ struct Tables;
 /// Owns its board and its stacks and refers to the tables, which must outlive it. The history is
 /// never empty and its last record describes the current position. Each make_move() adds one entry
 /// to the history and to the key stacks and one to the repetition record (two for an irreversible
-/// move); unmake_move() takes them back. Engine and analysis work on one object with no lock:
+/// move); unmake_move() removes them. Engine and analysis work on one object with no lock:
 /// nobody touches it from another thread while a search runs.
 ///
 /// Moves are taken as legal and are not tested. An illegal one leaves a position without meaning,
@@ -68,16 +68,16 @@ class ChessPosition {
     void make_move(Move const& move);
     /// Makes a move from outside the generator and finds out whether it gives check.
     void make_move(Square const& from, Square const& to, move_t code);
-    /// Takes the last move back.
+    /// Unmakes the last move.
     void unmake_move();
-    /// Moves the men only. Undo it with undo_forced_move() before any other use.
+    /// Moves the pieces only. Undo it with undo_forced_move() before any other use.
     void force_move(Move const& move) { board_.make_move(move); }
-    /// Takes back force_move() of the same word.
+    /// Undoes force_move() of the same word.
     void undo_forced_move(Move const& move) { board_.unmake_move(move); }
 
-    /// Puts a man on a square; keys and material are left alone.
+    /// Puts a piece on a square; keys and material are left alone.
     void set_piece_on(Square const& square, Piece piece);
-    /// Takes a man from a square; keys and material are left alone.
+    /// Takes a piece from a square; keys and material are left alone.
     void remove_piece_from(Square const& square, Piece piece);
     /// Writes the castling rights of the current record, see history_t.
     void set_castlingrights(short rights);
@@ -88,7 +88,7 @@ class ChessPosition {
         ++set_ups_;
         board_.switch_color_to_move();
     }
-    /// Counts the men anew.
+    /// Counts the pieces again.
     void compute_materialindex();
     /// Opens or closes the position's own log file, "cposition_" + id + ".log".
     void set_logging(bool on);
@@ -118,7 +118,7 @@ class ChessPosition {
     /// See BoardPosition.
     bool board_is_inconsistent() const { return board_.board_is_inconsistent(); }
     /// How often the position was changed otherwise than by moves. Together with the make-move
-    /// counter of a record it tells whether men may have moved in between.
+    /// counter of a record it tells whether pieces may have moved in between.
     std::uint64_t set_ups() const { return set_ups_; }
     int id() const { return id_; }
     MaterialIndex const& materialindex() const { return material_index_; }
@@ -149,7 +149,7 @@ class ChessPosition {
     BitBoard const& white_pieces() const { return board_.white_pieces(); }
     BitBoard const& black_pieces() const { return board_.black_pieces(); }
     BitBoard const& pieces() const { return board_.pieces(); }
-    /// The man on a square id.
+    /// The piece on a square id.
     Piece const& operator[](int const& square) const { return board_[square]; }
     Piece get_piece_from(Square const& square) const { return board_[square.id()]; }
     int get_piece_id_from(Square const& square) const { return board_[square.id()].id(); }
@@ -165,7 +165,7 @@ class ChessPosition {
     /// Rough value of queens, rooks, bishops and knights of both sides, 6200 at the start.
     int nobelmen() const;
 
-    /// Same men, side to move, move number and current state; the way there is not compared.
+    /// Same pieces, side to move, move number and current state; the way there is not compared.
     bool operator==(ChessPosition const& other) const;
     bool operator!=(ChessPosition const& other) const { return !(*this == other); }
     /// A text for diagnosis.
@@ -175,15 +175,15 @@ class ChessPosition {
     /// the lowest square; no square when there is none.
     Square white_weakest_attacker(Square const& square) const;
     Square black_weakest_attacker(Square const& square) const;
-    /// All men of one colour that attack the one square of `target`. Empty for an empty target.
+    /// All pieces of one colour that attack the one square of `target`. Empty for an empty target.
     BitBoard white_attackers(BitBoard const& target) const;
     BitBoard black_attackers(BitBoard const& target) const;
-    /// The men that attack `target` or would do so if nothing stood between.
+    /// The pieces that attack `target` or would do so if nothing stood between.
     BitBoard white_blocked_attackers(BitBoard const& target) const;
     BitBoard black_blocked_attackers(BitBoard const& target) const;
     bool white_attacks(BitBoard const& target) const;
     bool black_attacks(BitBoard const& target) const;
-    /// Works out the pinned, discovering and queencheck sets and the kingsfields of the record.
+    /// Finds the pinned, discovering and queencheck sets and the kingsfields of the record.
     void find_pinned_pieces();
     /// Sets the check flag of the current record from the board.
     void look_for_check();
@@ -195,7 +195,7 @@ class ChessPosition {
 
     /// Replaces the whole position by a FEN text. Missing fields read as Black to move, no
     /// rights, no en passant, 0 and 1.
-    /// @throws std::logic_error on a placement character that is no man, digit 1-8 or '/'.
+    /// @throws std::logic_error on a placement character other than a piece, a digit 1-8 or '/'.
     void fen(std::string const& text);
     /// The FEN text of the position.
     std::string fen() const;

@@ -85,7 +85,7 @@ void ChessPosition::make_move(Move const& move) {
     if (white_to_move()) {
         move_number_ = wrapping_add(move_number_, 1);
     }
-    // The generator has told the truth about check; it is not worked out again.
+    // The generator has told the truth about check; it is not computed again.
     current.check = made.check();
     hasher_.make_move(made);
     repetition_filter_.add(made, get_hash());
@@ -104,7 +104,7 @@ void ChessPosition::make_move(Square const& from, Square const& to, move_t code)
 void ChessPosition::unmake_move() {
     const Move move = last_move();
     board_.unmake_move(move);
-    // The first record stays even when more moves are taken back than were made.
+    // The first record stays even when more moves are unmade than were made.
     if (history_.size() > 1) {
         history_.pop_back();
     }

@@ -16,10 +16,10 @@ namespace {
 
 constexpr int array_count = 960;
 
-/// From the id of a white man to that of the black one.
+/// From the id of a white piece to that of the black one.
 constexpr int to_black = black_pawn - white_pawn;
 
-/// The white man on each file of the first rank.
+/// The white piece on each file of the first rank.
 using first_rank_t = std::array<int, 8>;
 
 /// A number of an array, another one as the clock goes on.
@@ -33,11 +33,11 @@ int random_array_number() {
     return std::uniform_int_distribution<int>(0, array_count - 1)(generator);
 }
 
-/// Puts a man on the free file of this index, counted from the a-file, if there are so many.
-void put_on_free_file(first_rank_t& rank, int index, int man) {
+/// Puts a piece on the free file of this index, counted from the a-file, if there are so many.
+void put_on_free_file(first_rank_t& rank, int index, int piece) {
     for (int& file : rank) {
         if (file == no_piece && index-- == 0) {
-            file = man;
+            file = piece;
             return;
         }
     }
@@ -66,8 +66,8 @@ first_rank_t first_rank_of_array(int number) {
     rank[static_cast<std::size_t>(second_bishop)] = white_bishop;
     put_on_free_file(rank, number % 60 / 10, white_queen);
     put_knights(rank, number % 10);
-    for (int const man : {white_rook, white_king, white_rook}) {
-        put_on_free_file(rank, 0, man);
+    for (int const piece : {white_rook, white_king, white_rook}) {
+        put_on_free_file(rank, 0, piece);
     }
     return rank;
 }
@@ -86,16 +86,16 @@ void ChessPosition::newgame960(int n) {
     for (int file = 0; file < 8; ++file) {
         board_.set_piece_on(Square(file + 8), orvelin::white_pawn);
         board_.set_piece_on(Square(file + 48), orvelin::black_pawn);
-        int const man = rank[static_cast<std::size_t>(file)];
-        if (man == no_piece) {
+        int const piece = rank[static_cast<std::size_t>(file)];
+        if (piece == no_piece) {
             continue;
         }
-        board_.set_piece_on(Square(file), man);
-        board_.set_piece_on(Square(file + 56), man + to_black);
+        board_.set_piece_on(Square(file), piece);
+        board_.set_piece_on(Square(file + 56), piece + to_black);
     }
     const std::uint64_t rooks = to_ull(white_rook() & rank1);
     record().castlingrights = static_cast<std::uint16_t>(rooks | rooks << 8);
-    // Reading the text works out all that is derived, and stores it as the initial position.
+    // Reading the text finds all that is derived, and stores it as the initial position.
     fen(fen());
 }
 

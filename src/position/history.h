@@ -12,12 +12,12 @@ namespace orvelin {
 /// nor the published book keys know.
 inline constexpr std::uint16_t chess960_rights = 0x7E7E;
 
-/// What one ply knows beyond the placement of the men. ChessPosition keeps one record for each
+/// What one ply knows beyond the placement of the pieces. ChessPosition keeps one record for each
 /// ply of the game and of the line being searched; the last one describes the current position.
 struct history_t {
-    /// Men of both colours pinned against their own king.
+    /// Pieces of both colours pinned against their own king.
     BitBoard pinned_pieces;
-    /// Men of both colours that stand alone between their own slider and the enemy king.
+    /// Pieces of both colours that stand alone between their own slider and the enemy king.
     BitBoard discovering_pieces;
     /// Where a white queen would give check: queen moves from the black king's square.
     BitBoard white_queencheck_squares;

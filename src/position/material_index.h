@@ -10,20 +10,20 @@
 
 namespace orvelin {
 
-/// The counts of both sides' men but the kings in one word, four bits each: black pawns, knights,
-/// bishops, rooks, queens from bit 0 up, White's in the same order from bit 32 up.
+/// The counts of both sides' pieces but the kings in one word, four bits each: black pawns,
+/// knights, bishops, rooks, queens from bit 0 up, White's in the same order from bit 32 up.
 ///
-/// A plain word, copied freely. A heavier man is more significant within its half, so halves can
-/// be compared as numbers. More than 15 of one man do not fit and run into the next field.
+/// A plain word, copied freely. A heavier piece is more significant within its half, so halves can
+/// be compared as numbers. More than 15 of one piece do not fit and run into the next field.
 class MaterialIndex {
  public:
-    /// What one man adds to the word, by piece id 0..14; the last entry, 0, is there so that
+    /// What one piece adds to the word, by piece id 0..14; the last entry, 0, is there so that
     /// every four-bit id is an index.
     static constexpr std::array<std::uint64_t, 16> inc_table{
         0, 1ULL << 32, 1ULL << 36, 1ULL << 40, 1ULL << 44, 1ULL << 48, 0, 0,
         0, 1ULL << 0,  1ULL << 4,  1ULL << 8,  1ULL << 12, 1ULL << 16, 0, 0};
 
-    /// No men.
+    /// No pieces.
     constexpr MaterialIndex() = default;
 
     /// OR a count into its field, which must be zero before.
@@ -50,7 +50,7 @@ class MaterialIndex {
     constexpr int get_blackknight() const { return field(4); }
     constexpr int get_blackpawn() const { return field(0); }
 
-    /// Counts one man of piece id 0..14 in or out.
+    /// Counts one piece of piece id 0..14 in or out.
     constexpr void add_piece(int id) { index_ += inc_table[static_cast<std::size_t>(id)]; }
     constexpr void remove_piece(int id) { index_ -= inc_table[static_cast<std::size_t>(id)]; }
 
@@ -61,7 +61,7 @@ class MaterialIndex {
     constexpr bool operator==(MaterialIndex const& other) const = default;
     constexpr bool operator<(MaterialIndex const& other) const { return index_ < other.index_; }
 
-    /// Both sides have the same men.
+    /// Both sides have the same pieces.
     constexpr bool equal() const { return white_half() == black_half(); }
     /// Compares the halves as numbers, so a queen beats any number of rooks.
     constexpr bool white_wins() const { return white_half() > black_half(); }
@@ -70,7 +70,7 @@ class MaterialIndex {
     /// Exchanges the sides.
     constexpr void flip_colors() { index_ = index_ >> 32 | index_ << 32; }
 
-    /// Takes the captured man off and turns a promoted pawn into its new man.
+    /// Takes the captured piece off and turns a promoted pawn into its new piece.
     constexpr void make_move(Move const& move) {
         index_ -= inc_table[static_cast<std::size_t>(move.capture_id())];
         index_ += promotion_change(move);
@@ -81,7 +81,7 @@ class MaterialIndex {
         index_ -= promotion_change(move);
     }
 
-    /// Men of both sides as letters: "KQRRBBNNPPPPPPPPkqrrbbnnpppppppp" at the start.
+    /// Pieces of both sides as letters: "KQRRBBNNPPPPPPPPkqrrbbnnpppppppp" at the start.
     std::string str() const;
 
     /// Worth of the material from White's point of view, a pawn at 100.
@@ -95,11 +95,11 @@ class MaterialIndex {
     constexpr std::uint32_t white_half() const { return static_cast<std::uint32_t>(index_ >> 32); }
     constexpr std::uint32_t black_half() const { return static_cast<std::uint32_t>(index_); }
 
-    /// New man minus pawn in the lower half, by move code.
+    /// New piece minus pawn in the lower half, by move code.
     static constexpr std::array<std::uint64_t, 8> black_change{0,    0,   0xFFFF, 0xFFF,
                                                                0xFF, 0xF, 0,      0};
 
-    /// New man minus pawn for the promotion of a pawn, 0 for every other move.
+    /// New piece minus pawn for the promotion of a pawn, 0 for every other move.
     static constexpr std::uint64_t promotion_change(Move const& move) {
         if (move.code() == normal_move) {
             return 0;

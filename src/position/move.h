@@ -70,13 +70,13 @@ class Move {
     constexpr xmove_t xcode() const { return static_cast<xmove_t>(field(xcode_shift, 0xFF)); }
     constexpr void xcode(xmove_t const& xcode) { put(xcode_shift, 0xFF, xcode); }
 
-    /// The moving man, the pawn for a promotion.
+    /// The moving piece, the pawn for a promotion.
     constexpr Piece piece() const { return Piece(piece_id()); }
     constexpr void piece(Piece const& piece) { put(piece_shift, 0xF, bits(piece.id())); }
     constexpr void piece(unsigned int&& id) { put(piece_shift, 0xF, id); }
     constexpr int piece_id() const { return static_cast<int>(field(piece_shift, 0xF)); }
     constexpr void piece_id(int id) { put(piece_shift, 0xF, bits(id)); }
-    /// The captured man, no piece when there is none.
+    /// The captured piece, no piece when there is none.
     constexpr Piece capture() const { return Piece(capture_id()); }
     constexpr void capture(Piece const& piece) { put(capture_shift, 0xF, bits(piece.id())); }
     constexpr void capture(unsigned int&& id) { put(capture_shift, 0xF, id); }

@@ -24,7 +24,7 @@ enum piece_t : int {
     black_king = 14
 };
 
-/// A man on the board, or none, as one piece_t id.
+/// A piece on the board, or none, as one piece_t id.
 ///
 /// A plain word, copied freely and used by every thread. The stored id is not tested; only the
 /// table look-ups value(), abs_value() and name() refuse ids that are no piece.
@@ -84,7 +84,7 @@ class Piece {
     constexpr void set_black_queen() { id_ = orvelin::black_queen; }
     constexpr void set_black_king() { id_ = orvelin::black_king; }
 
-    /// Rough worth for ordering and sums, pawn 100, black men negative. Not the evaluation's.
+    /// Rough worth for ordering and sums, pawn 100, black pieces negative. Not the evaluation's.
     /// @throws std::logic_error, behind a line on standard output, for an id that is no piece.
     int value() const;
     /// Rough worth without sign, by the low three bits.

@@ -31,7 +31,7 @@ class Rep3filter {
         keys_.push_back(key);
     }
 
-    /// Takes back one add(): the top entry and, when there is one, the wall under it. An empty
+    /// Undoes one add(): the top entry and, when there is one, the wall under it. An empty
     /// record stays empty.
     void remove() {
         if (keys_.empty()) {

@@ -26,7 +26,7 @@ Move move_of(char const* from, char const* to, move_t code, int piece, int captu
     return Move(Square(from), Square(to), code, Piece(piece), Piece(capture));
 }
 
-int man_on(BoardPosition const& board, char const* square) {
+int id_on(BoardPosition const& board, char const* square) {
     return board[Square(square).id()].id();
 }
 
@@ -43,9 +43,9 @@ void expect_sound(BoardPosition const& board) {
     BitBoard white;
     BitBoard black;
     for (int id = 0; id < 15; ++id) {
-        const BitBoard men = expected[static_cast<std::size_t>(id)];
-        EXPECT_EQ(board.piece(id), men) << id;
-        (id < 8 ? white : black) |= men;
+        const BitBoard set = expected[static_cast<std::size_t>(id)];
+        EXPECT_EQ(board.piece(id), set) << id;
+        (id < 8 ? white : black) |= set;
     }
     EXPECT_EQ(board.white_pieces(), white);
     EXPECT_EQ(board.black_pieces(), black);
@@ -65,7 +65,7 @@ void expect_same(BoardPosition const& left, BoardPosition const& right) {
     EXPECT_EQ(left.pieces(), right.pieces());
 }
 
-/// Makes `move` on the position, compares with `after` and takes it back.
+/// Makes `move` on the position, compares with `after` and unmakes it.
 void expect_move(std::string const& before, Move const& move, std::string const& after) {
     BoardPosition board = board_of(before);
     board.make_move(move);
@@ -139,18 +139,18 @@ TEST(BoardPosition, ClearLeavesTheAggregates) {
 TEST(BoardPosition, SetAndRemoveLeaveTheAggregates) {
     BoardPosition board;
     board.set_piece_on(Square("c3"), white_queen);
-    EXPECT_EQ(man_on(board, "c3"), 5);
+    EXPECT_EQ(id_on(board, "c3"), 5);
     EXPECT_EQ(board.white_queen(), Square("c3").bitboard());
     EXPECT_EQ(board.white_pieces(), BitBoard());
     board.compute_pieces();
     EXPECT_EQ(board.white_pieces(), Square("c3").bitboard());
     board.remove_piece_from(Square("c3"), white_queen);
-    EXPECT_EQ(man_on(board, "c3"), 0);
+    EXPECT_EQ(id_on(board, "c3"), 0);
     EXPECT_EQ(board.white_queen(), BitBoard());
     EXPECT_EQ(board.pieces(), Square("c3").bitboard());
 }
 
-TEST(BoardPosition, NoSquareTakesNoMan) {
+TEST(BoardPosition, NoSquareTakesNoPiece) {
     BoardPosition board;
     board.set_piece_on(Square(), white_king);
     board.set_piece_on(Square(-1), white_king);
@@ -180,7 +180,7 @@ TEST(BoardPosition, ComparesSideAndPieceBoardsOnly) {
     EXPECT_TRUE(board == other);
     // The square array differs, the boards do not.
     other.remove_piece_from(Square("a1"), no_piece);
-    EXPECT_EQ(man_on(other, "a1"), 0);
+    EXPECT_EQ(id_on(other, "a1"), 0);
     EXPECT_TRUE(board == other);
 }
 
@@ -219,17 +219,17 @@ TEST(BoardPosition, SideToMoveTellsWhereTheEnPassantVictimStands) {
 
 TEST(BoardPosition, PromotionsOfBothSidesAreUndone) {
     const std::array<move_t, 4> codes{promo_queen, promo_rook, promo_bishop, promo_knight};
-    const std::string white_men = "QRBN";
-    const std::string black_men = "qrbn";
+    const std::string white_pieces = "QRBN";
+    const std::string black_pieces = "qrbn";
     for (std::size_t i = 0; i < codes.size(); ++i) {
         expect_move("r3k3/1P6/8/8/8/8/8/4K3 w", move_of("b7", "b8", codes[i], 1),
-                    std::string("r") + white_men[i] + "2k3/8/8/8/8/8/8/4K3 b");
+                    std::string("r") + white_pieces[i] + "2k3/8/8/8/8/8/8/4K3 b");
         expect_move("r3k3/1P6/8/8/8/8/8/4K3 w", move_of("b7", "a8", codes[i], 1, 12),
-                    std::string(1, white_men[i]) + "3k3/8/8/8/8/8/8/4K3 b");
+                    std::string(1, white_pieces[i]) + "3k3/8/8/8/8/8/8/4K3 b");
         expect_move("4k3/8/8/8/8/8/6p1/4K2R b", move_of("g2", "g1", codes[i], 9),
-                    std::string("4k3/8/8/8/8/8/8/4K1") + black_men[i] + "R w");
+                    std::string("4k3/8/8/8/8/8/8/4K1") + black_pieces[i] + "R w");
         expect_move("4k3/8/8/8/8/8/6p1/4K2R b", move_of("g2", "h1", codes[i], 9, 4),
-                    std::string("4k3/8/8/8/8/8/8/4K2") + black_men[i] + " w");
+                    std::string("4k3/8/8/8/8/8/8/4K2") + black_pieces[i] + " w");
     }
 }
 
@@ -323,15 +323,15 @@ TEST(BoardPosition, FenReplacesWhatStoodBefore) {
 }
 
 TEST(BoardPosition, FenDoesNotTestRankLengths) {
-    // Ten men run on into the rank above; the separator takes 16 off wherever the walk stands.
+    // Ten pieces run on into the rank above; the separator takes 16 off wherever the walk stands.
     BoardPosition board = board_of("8/ppppppppPP/K w");
-    EXPECT_EQ(man_on(board, "a8"), 1);
-    EXPECT_EQ(man_on(board, "b8"), 1);
-    EXPECT_EQ(man_on(board, "c6"), 6);
+    EXPECT_EQ(id_on(board, "a8"), 1);
+    EXPECT_EQ(id_on(board, "b8"), 1);
+    EXPECT_EQ(id_on(board, "c6"), 6);
     expect_sound(board);
 }
 
-TEST(BoardPosition, FenPassesOverMenBesideTheBoard) {
+TEST(BoardPosition, FenIgnoresPiecesBesideTheBoard) {
     BoardPosition board = board_of("8PPP w");
     EXPECT_EQ(board.pieces(), BitBoard());
     board = board_of("////////QQ b");
@@ -354,8 +354,8 @@ TEST(BoardPosition, FenRefusesOtherCharacters) {
 TEST(BoardPosition, FenFailureLeavesThePositionHalfFilled) {
     BoardPosition board = board_of("8/8/8/8/8/8/8/K7 b");
     EXPECT_THROW(board.fen("qx b"), std::logic_error);
-    EXPECT_EQ(man_on(board, "a8"), 13);
-    EXPECT_EQ(man_on(board, "a1"), 0);
+    EXPECT_EQ(id_on(board, "a8"), 13);
+    EXPECT_EQ(id_on(board, "a1"), 0);
     EXPECT_EQ(board.stm(), 1);
     EXPECT_EQ(board.pieces(), Square("a1").bitboard());
 }
@@ -379,7 +379,7 @@ TEST(BoardPosition, ConsistentComparesSquaresWithBoards) {
     // A board bit without an entry.
     board.set_piece_on(Square("a1"), no_piece);
     EXPECT_FALSE(board.consistent());
-    // An entry of a man whose board comes behind one that holds the square.
+    // An entry of a piece whose board comes behind one that holds the square.
     board = board_of(start);
     board.set_piece_on(Square("a1"), black_king);
     EXPECT_FALSE(board.consistent());

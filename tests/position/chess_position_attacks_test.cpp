@@ -27,7 +27,7 @@ class AttackQueries : public ::testing::Test {
     ChessPosition position{test::shared_tables()};
 };
 
-TEST_F(AttackQueries, AManBetweenRookAndEnemyKingOfItsColourIsPinned) {
+TEST_F(AttackQueries, APieceBetweenRookAndEnemyKingOfItsColourIsPinned) {
     position.fen("4k3/8/8/4n3/8/8/8/K3R3 w - - 0 1");
     EXPECT_EQ(position.pinned_pieces(), square("e5"));
     EXPECT_FALSE(position.discovering_pieces());
@@ -36,7 +36,7 @@ TEST_F(AttackQueries, AManBetweenRookAndEnemyKingOfItsColourIsPinned) {
     EXPECT_FALSE(position.discovering_pieces());
 }
 
-TEST_F(AttackQueries, AManBeforeItsOwnRookIsDiscovering) {
+TEST_F(AttackQueries, APieceBeforeItsOwnRookIsDiscovering) {
     position.fen("4k3/8/8/4N3/8/8/8/K3R3 w - - 0 1");
     EXPECT_EQ(position.discovering_pieces(), square("e5"));
     EXPECT_FALSE(position.pinned_pieces());
@@ -45,7 +45,7 @@ TEST_F(AttackQueries, AManBeforeItsOwnRookIsDiscovering) {
     EXPECT_FALSE(position.pinned_pieces());
 }
 
-TEST_F(AttackQueries, TwoMenBetweenAreNeither) {
+TEST_F(AttackQueries, TwoPiecesBetweenAreNeither) {
     position.fen("4k3/4p3/8/4n3/8/8/8/K3R3 w - - 0 1");
     EXPECT_FALSE(position.pinned_pieces());
     EXPECT_FALSE(position.discovering_pieces());
@@ -144,9 +144,9 @@ TEST_F(AttackQueries, PawnAttacksDoNotWrapAroundTheEdge) {
     EXPECT_FALSE(position.black_attackers(square("h5")));
 }
 
-TEST_F(AttackQueries, EveryKindOfManAttacks) {
-    const std::string men = "4R3/1B6/3K1N2/Q6q/8/3n4/5pk1/1b2r3 w - - 0 1";
-    position.fen(men);
+TEST_F(AttackQueries, EveryKindOfPieceAttacks) {
+    const std::string fen = "4R3/1B6/3K1N2/Q6q/8/3n4/5pk1/1b2r3 w - - 0 1";
+    position.fen(fen);
     EXPECT_EQ(position.white_attackers(square("d5")), squares({"b7", "d6", "f6", "a5"}));
     EXPECT_EQ(position.white_attackers(square("e4")), squares({"b7", "e8", "f6"}));
     EXPECT_EQ(position.black_attackers(square("e4")), squares({"e1"}));
@@ -180,17 +180,17 @@ TEST_F(AttackQueries, BlockedAttackersSeeThroughAWall) {
 
 TEST_F(AttackQueries, WeakestAttackerGoesByKind) {
     position.fen("8/8/8/8/8/8/8/8 w - - 0 1");
-    const std::pair<int, char const*> men[] = {{6, "e6"}, {5, "d1"}, {4, "a5"},
-                                               {3, "a2"}, {2, "f6"}, {1, "c4"}};
-    for (auto const& [type, name] : men) {
+    const std::pair<int, char const*> white_pieces[] = {{6, "e6"}, {5, "d1"}, {4, "a5"},
+                                                        {3, "a2"}, {2, "f6"}, {1, "c4"}};
+    for (auto const& [type, name] : white_pieces) {
         position.set_piece_on(Square(std::string(name)), Piece(type));
         EXPECT_EQ(position.white_weakest_attacker(Square("d5")), Square(std::string(name)));
         EXPECT_EQ(position.black_weakest_attacker(Square("d5")).id(), 64);
     }
     position.clear();
-    const std::pair<int, char const*> black_men[] = {{14, "e6"}, {13, "d1"}, {12, "a5"},
-                                                     {11, "a2"}, {10, "f6"}, {9, "c6"}};
-    for (auto const& [id, name] : black_men) {
+    const std::pair<int, char const*> black_pieces[] = {{14, "e6"}, {13, "d1"}, {12, "a5"},
+                                                        {11, "a2"}, {10, "f6"}, {9, "c6"}};
+    for (auto const& [id, name] : black_pieces) {
         position.set_piece_on(Square(std::string(name)), Piece(id));
         EXPECT_EQ(position.black_weakest_attacker(Square("d5")), Square(std::string(name)));
     }

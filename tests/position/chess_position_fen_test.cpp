@@ -210,7 +210,7 @@ TEST_F(FenTest, BadPlacementIsReported) {
     }
 }
 
-TEST_F(FenTest, WrongRanksAndExtraMenTouchNoForeignMemory) {
+TEST_F(FenTest, WrongRanksAndExtraPiecesTouchNoForeignMemory) {
     for (char const* text :
          {"QQQQQQQQQQQQQQQQQQQQ/QQQQQQQQQQQQQQQQQQQQQQQQQQQQQQQQQQQQQQQ/K/k w KQkq a3 0 1",
           "////////////////////////pppppppp b KQkq h3 0 1", "88888888888888888888K w - - 0 1",

@@ -66,7 +66,7 @@ TEST_F(FlipTest, TwiceGivesTheFirstPositionAndKey) {
     }
 }
 
-TEST_F(FlipTest, MirrorsMenRightsAndEnPassantAndKeepsTheCounters) {
+TEST_F(FlipTest, MirrorsPiecesRightsAndEnPassantAndKeepsTheCounters) {
     EXPECT_EQ(flipped(start_fen), "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR b KQkq - 0 1");
     EXPECT_EQ(flipped("rnbqkbnr/pppp2pp/8/4pp2/8/N3P3/PPPP1PPP/R1BQKBNR w Kkq e6 5 3"),
               "r1bqkbnr/pppp1ppp/n3p3/8/4PP2/8/PPPP2PP/RNBQKBNR b KQk e3 5 3");
@@ -96,7 +96,7 @@ TEST_F(FlipTest, KeepsNoEnPassantSquareAsItIs) {
 }
 
 // The written text knows corner rights by wing only, and reading it looks for a rook.
-TEST_F(FlipTest, ACornerRightWithoutItsRookIsReadAnewFromTheText) {
+TEST_F(FlipTest, ACornerRightWithoutItsRookIsReadAgainFromTheText) {
     position.fen("4k3/8/8/8/8/8/8/4K1R1 w H - 0 1");
     position.flip();
     EXPECT_EQ(position.castlingrights(), 0x4000);
@@ -143,7 +143,7 @@ TEST_F(FlopTest, TwiceGivesTheFirstPositionAndKey) {
     }
 }
 
-TEST_F(FlopTest, MirrorsMenRightsAndEnPassantAndKeepsTheCounters) {
+TEST_F(FlopTest, MirrorsPiecesRightsAndEnPassantAndKeepsTheCounters) {
     EXPECT_EQ(flopped(start_fen), "rnbkqbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBKQBNR w KQkq - 0 1");
     EXPECT_EQ(flopped("rnbqkbnr/pppp2pp/8/4pp2/8/N3P3/PPPP1PPP/R1BQKBNR w Kkq e6 5 3"),
               "rnbkqbnr/pp2pppp/8/2pp4/8/3P3N/PPP1PPPP/RNBKQB1R w Qkq d6 5 3");
@@ -216,8 +216,8 @@ TEST_F(MirrorTest, MirroringAnyTextTouchesNoForeignMemory) {
     }
 }
 
-// A king who promotes to a knight becomes an id that is no man and has no letter.
-TEST_F(MirrorTest, MirroringAnIdThatIsNoManTouchesNoForeignMemory) {
+// A king that promotes to a knight becomes an id that is no piece and has no letter.
+TEST_F(MirrorTest, MirroringAnIdThatIsNoPieceTouchesNoForeignMemory) {
     for (bool const top_to_bottom : {true, false}) {
         position.fen("4k3/8/8/8/8/8/8/R3K2R w KQ - 0 1");
         position.make_move(Square("e1"), Square("e2"), promo_knight);

@@ -58,7 +58,7 @@ TEST_F(MakeMoveTest, CapturingARookAtHomeClearsTheOtherSidesBit) {
     EXPECT_EQ(position.castlingrights(), 0x0101);
 }
 
-TEST_F(MakeMoveTest, AManOfRankOneThatIsNoRookAlsoClearsItsSquaresBit) {
+TEST_F(MakeMoveTest, APieceOfRankOneThatIsNoRookAlsoClearsItsSquaresBit) {
     position.fen("4k3/8/8/8/8/8/8/1N2K2R w BH - 0 1");
     play("b1c3");
     EXPECT_EQ(position.castlingrights(), 0x0080);
@@ -80,7 +80,7 @@ TEST_F(MakeMoveTest, DoublePushBesideAnEnemyPawnSetsTheSquareBetween) {
     EXPECT_EQ(position.ep(), Square("d6"));
 }
 
-TEST_F(MakeMoveTest, DoublePushBesideAnOwnPawnOrAnotherManDoesNot) {
+TEST_F(MakeMoveTest, DoublePushBesideAnOwnPawnOrAnotherPieceDoesNot) {
     position.fen("4k3/8/8/8/3P1n2/8/4P3/4K3 w - - 0 1");
     play("e2e4");
     EXPECT_EQ(position.ep().id(), 64);
@@ -220,7 +220,7 @@ TEST_F(MakeMoveTest, MaterialFollowsCapturesAndPromotions) {
     EXPECT_EQ(position.materialindex().index(), std::uint64_t{1} << 44);
 }
 
-TEST_F(MakeMoveTest, TakingBackMoreThanWasMadeKeepsTheFirstRecord) {
+TEST_F(MakeMoveTest, UnmakingMoreThanWasMadeKeepsTheFirstRecord) {
     position.newgame();
     for (int i = 0; i < 5; ++i) {
         position.unmake_move();

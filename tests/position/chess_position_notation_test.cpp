@@ -21,7 +21,7 @@ class NotationTest : public ::testing::Test {
     ChessPosition position{test::shared_tables()};
 };
 
-TEST_F(NotationTest, QuietPairTakesManAndCodeFromTheBoard) {
+TEST_F(NotationTest, QuietPairTakesPieceAndCodeFromTheBoard) {
     position.newgame();
     const Move move = pair("g1", "f3");
     EXPECT_EQ(move.from(), Square("g1"));
@@ -33,13 +33,13 @@ TEST_F(NotationTest, QuietPairTakesManAndCodeFromTheBoard) {
     EXPECT_FALSE(move.check());
 }
 
-TEST_F(NotationTest, CapturePairTakesTheCapturedMan) {
+TEST_F(NotationTest, CapturePairTakesTheCapturedPiece) {
     position.fen("4k3/8/8/3n4/4P3/8/8/4K3 w - - 0 1");
     EXPECT_EQ(pair("e4", "d5").capture_id(), 10);
     EXPECT_EQ(pair("e4", "d5").code(), normal_move);
 }
 
-TEST_F(NotationTest, PairWithoutAManHasCodeZero) {
+TEST_F(NotationTest, PairWithoutAPieceHasCodeZero) {
     position.newgame();
     EXPECT_EQ(pair("e4", "e5").code(), nullmove);
     EXPECT_EQ(pair("e4", "e5", promo_queen).code(), nullmove);
@@ -110,7 +110,7 @@ TEST_F(NotationTest, OtherwiseTheCallersCodeStays) {
         EXPECT_EQ(pair("a7", "a8", code).code(), code);
         EXPECT_EQ(pair("a7", "a8", code).piece_id(), 1);
     }
-    // Also on men that cannot promote.
+    // Also on pieces that cannot promote.
     position.fen("1nrb4/4k3/8/8/8/8/4K3/1NRB4 w - - 0 1");
     const std::pair<char const*, char const*> moves[] = {{"b1", "a3"}, {"c1", "c8"}, {"d1", "b3"},
                                                          {"e2", "e3"}, {"b8", "a6"}, {"c8", "c1"},

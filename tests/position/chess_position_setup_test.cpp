@@ -36,8 +36,8 @@ std::vector<std::string> all_first_ranks() {
                     std::string rank = "........";
                     rank[dark] = rank[light] = 'B';
                     rank[queen] = 'Q';
-                    for (char const man : others) {
-                        rank[rank.find('.')] = man;
+                    for (char const piece : others) {
+                        rank[rank.find('.')] = piece;
                     }
                     ranks.push_back(rank);
                 }
@@ -80,9 +80,9 @@ std::string array_fen(std::string rank) {
     if (letters == "AHah") {
         letters = "KQkq";
     }
-    for (char& man : rank) {
-        if (man == ' ') {
-            man = '1';
+    for (char& letter : rank) {
+        if (letter == ' ') {
+            letter = '1';
         }
     }
     return lower(rank) + "/pppppppp/8/8/8/8/PPPPPPPP/" + rank + " w " + letters + " - 0 1";
@@ -155,14 +155,14 @@ TEST_F(NewGame960Test, KingStandsBetweenTheRooksInEveryArray) {
         position.newgame960(number);
         std::string rooks_and_king;
         for (int file = 0; file < 8; ++file) {
-            const Piece man = position[file];
-            if (man.rook()) {
+            const Piece piece = position[file];
+            if (piece.rook()) {
                 rooks_and_king += 'R';
             }
-            if (man.king()) {
+            if (piece.king()) {
                 rooks_and_king += 'K';
             }
-            EXPECT_EQ(position[file + 56].id(), man ? man.id() + 8 : 0) << number;
+            EXPECT_EQ(position[file + 56].id(), piece ? piece.id() + 8 : 0) << number;
         }
         EXPECT_EQ(rooks_and_king, "RKR") << number;
     }

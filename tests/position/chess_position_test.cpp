@@ -99,9 +99,9 @@ TEST_F(ChessPositionTest, CopyHoldsTheCurrentKeysOnly) {
     play("g1f3");
     play("g8f6");
     ChessPosition copy(position);
-    const std::uint64_t men = copy.get_hash() ^ test::shared_tables().hash_keys.turn;
+    const std::uint64_t pieces = copy.get_hash() ^ test::shared_tables().hash_keys.turn;
     copy.unmake_move();
-    EXPECT_EQ(copy.get_hash(), men);
+    EXPECT_EQ(copy.get_hash(), pieces);
     EXPECT_EQ(copy.fen(), "rnbqkbnr/pppppppp/8/8/8/5N2/PPPPPPPP/RNBQKB1R b KQkq - 1 1");
 }
 
@@ -165,7 +165,7 @@ TEST_F(ChessPositionTest, EqualityLooksAtTheCurrentStateOnly) {
     EXPECT_TRUE(position != other);
 }
 
-// Men that are put on by hand leave the derived sets as they were.
+// Pieces that are put on by hand leave the derived sets as they were.
 TEST_F(ChessPositionTest, EqualityNeedsTheSamePinnedPieces) {
     position.fen("4r2k/8/8/8/8/8/4R3/4K3 w - - 0 1");
     ChessPosition other(test::shared_tables());
@@ -250,7 +250,7 @@ TEST_F(ChessPositionTest, NobelmenSumsBothSides) {
     EXPECT_EQ(position.nobelmen(), 900 + 500 + 300 + 300);
 }
 
-TEST_F(ChessPositionTest, ForcedMoveMovesTheMenOnly) {
+TEST_F(ChessPositionTest, ForcedMoveMovesThePiecesOnly) {
     position.newgame();
     const std::uint64_t key = position.get_pawnhash();
     const Move move = position.convert_to_move(Square("e2"), Square("e4"), normal_move);

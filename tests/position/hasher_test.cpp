@@ -21,7 +21,7 @@ class HasherTest : public ::testing::Test {
         }
     }
 
-    std::uint64_t man_key(int id, char const* square) const {
+    std::uint64_t piece_key(int id, char const* square) const {
         return keys.piece[id][Square(square).id()];
     }
 
@@ -39,7 +39,7 @@ TEST_F(HasherTest, StartsWithoutPositionAndKey) {
 TEST_F(HasherTest, PopKeepsTheLowestEntry) {
     Hasher<1> hasher(tables);
     hasher.make_move(Move(Square("e2"), Square("e4"), normal_move, Piece(1), Piece()));
-    EXPECT_EQ(hasher.pawn_hash(), man_key(1, "e2") ^ man_key(1, "e4"));
+    EXPECT_EQ(hasher.pawn_hash(), piece_key(1, "e2") ^ piece_key(1, "e4"));
     hasher.pop();
     hasher.pop();
     EXPECT_EQ(hasher.hash(), 0U);
@@ -96,12 +96,12 @@ TEST_F(HasherTest, NullMoveLosesTheEnPassantKey) {
 
 TEST_F(HasherTest, EveryEnPassantFileHasItsKey) {
     for (std::string const& side : {std::string("w"), std::string("b")}) {
-        const std::string men = "4k3/8/8/8/8/8/8/4K3 " + side + " - ";
-        position.fen(men + "- 0 1");
+        const std::string placement = "4k3/8/8/8/8/8/8/4K3 " + side + " - ";
+        position.fen(placement + "- 0 1");
         const std::uint64_t without = position.get_hash();
         for (std::size_t file = 0; file < 8; ++file) {
             for (char const* rank : {"3", "6"}) {
-                position.fen(men + "abcdefgh"[file] + rank + " 0 1");
+                position.fen(placement + "abcdefgh"[file] + rank + " 0 1");
                 EXPECT_EQ(position.get_hash() ^ without, keys.en_passant[file]) << position.fen();
             }
         }
@@ -128,13 +128,13 @@ TEST_F(HasherTest, PawnCaptureChangesThePawnKeyByItsSquares) {
     position.fen("4k3/8/8/3n4/4P3/8/8/4K3 w - - 0 1");
     std::uint64_t before = position.get_pawnhash();
     play({"e4d5"});
-    EXPECT_EQ(position.get_pawnhash(), before ^ man_key(1, "e4") ^ man_key(1, "d5"));
+    EXPECT_EQ(position.get_pawnhash(), before ^ piece_key(1, "e4") ^ piece_key(1, "d5"));
 
     position.fen("4k3/8/8/3p4/4P3/8/8/4K3 w - - 0 1");
     before = position.get_pawnhash();
     play({"e4d5"});
     EXPECT_EQ(position.get_pawnhash(),
-              before ^ man_key(1, "e4") ^ man_key(1, "d5") ^ man_key(9, "d5"));
+              before ^ piece_key(1, "e4") ^ piece_key(1, "d5") ^ piece_key(9, "d5"));
 }
 
 TEST_F(HasherTest, PromotionReadsTheColourFromTheSenseOfTheMove) {
@@ -148,20 +148,20 @@ TEST_F(HasherTest, PromotionReadsTheColourFromTheSenseOfTheMove) {
     const Square b7("b7");
     const Square b8("b8");
     const promotion_case_t cases[] = {
-        {Move(b7, b8, promo_rook, white_pawn, no_piece), man_key(1, "b7") ^ man_key(4, "b8"),
-         man_key(1, "b7")},
+        {Move(b7, b8, promo_rook, white_pawn, no_piece), piece_key(1, "b7") ^ piece_key(4, "b8"),
+         piece_key(1, "b7")},
         {Move(a2, b1, promo_knight, black_pawn, white_rook),
-         man_key(9, "a2") ^ man_key(10, "b1") ^ man_key(4, "b1"), man_key(9, "a2")},
+         piece_key(9, "a2") ^ piece_key(10, "b1") ^ piece_key(4, "b1"), piece_key(9, "a2")},
         // Backwards: a white pawn counts as a black one, and the other way round.
         {Move(b8, b7, promo_queen, white_pawn, black_pawn),
-         man_key(9, "b8") ^ man_key(13, "b7") ^ man_key(9, "b7"), man_key(9, "b8")},
-        {Move(b1, a2, promo_bishop, black_pawn, no_piece), man_key(1, "b1") ^ man_key(3, "a2"),
-         man_key(1, "b1")},
-        // Men that are no pawns: as if a pawn had moved.
-        {Move(b1, b7, promo_knight, white_king, no_piece), man_key(1, "b1") ^ man_key(2, "b7"),
-         man_key(1, "b1")},
-        {Move(b8, a2, promo_queen, black_king, no_piece), man_key(9, "b8") ^ man_key(13, "a2"),
-         man_key(9, "b8")}};
+         piece_key(9, "b8") ^ piece_key(13, "b7") ^ piece_key(9, "b7"), piece_key(9, "b8")},
+        {Move(b1, a2, promo_bishop, black_pawn, no_piece), piece_key(1, "b1") ^ piece_key(3, "a2"),
+         piece_key(1, "b1")},
+        // Pieces that are no pawns: as if a pawn had moved.
+        {Move(b1, b7, promo_knight, white_king, no_piece), piece_key(1, "b1") ^ piece_key(2, "b7"),
+         piece_key(1, "b1")},
+        {Move(b8, a2, promo_queen, black_king, no_piece), piece_key(9, "b8") ^ piece_key(13, "a2"),
+         piece_key(9, "b8")}};
     for (promotion_case_t const& c : cases) {
         Hasher<1> hasher(tables);
         hasher.make_move(c.move);
@@ -183,9 +183,9 @@ TEST_F(HasherTest, SenseOfTheMoveTellsWhereTheEnPassantVictimStands) {
                 {Move(Square("d5"), Square("e6"), en_passant, Piece(pawn), Piece(victim)), "e5"},
                 {Move(Square("d4"), Square("e3"), en_passant, Piece(pawn), Piece(victim)), "e4"}};
             for (auto const& [move, square] : moves) {
-                const std::uint64_t change = man_key(pawn, move.from().name().c_str()) ^
-                                             man_key(pawn, move.to().name().c_str()) ^
-                                             man_key(victim, square);
+                const std::uint64_t change = piece_key(pawn, move.from().name().c_str()) ^
+                                             piece_key(pawn, move.to().name().c_str()) ^
+                                             piece_key(victim, square);
                 Hasher<1> hasher(tables);
                 hasher.init(&position);
                 const std::uint64_t key = hasher.hash();
@@ -207,10 +207,10 @@ TEST_F(HasherTest, IdsThatAreNoPieceHaveNoKeys) {
 }
 
 TEST_F(HasherTest, ShiftedRooksFoldTheRawRightsWordIn) {
-    const std::string men = "nrbbkqrn/pppppppp/8/8/8/8/PPPPPPPP/NRBBKQRN w ";
-    position.fen(men + "- - 0 1");
+    const std::string placement = "nrbbkqrn/pppppppp/8/8/8/8/PPPPPPPP/NRBBKQRN w ";
+    position.fen(placement + "- - 0 1");
     const std::uint64_t without = position.get_hash();
-    position.fen(men + "BGbg - 0 1");
+    position.fen(placement + "BGbg - 0 1");
     EXPECT_EQ(position.castlingrights(), 0x4242);
     EXPECT_EQ(position.get_hash(), without ^ 0x4242U);
 }

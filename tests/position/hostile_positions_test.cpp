@@ -33,7 +33,7 @@ class HostilePosition : public GeneratorFixture {
         return list;
     }
 
-    /// The position is as it was after a move that is made and taken back.
+    /// The position is as it was after a move that is made and unmade.
     bool comes_back(std::string const& fen, std::string const& move) {
         position_.fen(fen);
         std::string const before = position_.fen();
@@ -45,7 +45,7 @@ class HostilePosition : public GeneratorFixture {
 
 }  // namespace
 
-TEST_F(HostilePosition, WithoutKingsAllOtherMenMoveAndNothingIsCheck) {
+TEST_F(HostilePosition, WithoutKingsAllOtherPiecesMoveAndNothingIsCheck) {
     std::string const fen = "8/7r/8/8/8/8/P7/8 w - - 0 1";
     EXPECT_EQ(sorted_moves(fen), (texts_t{"a2a3", "a2a4"}));
     EXPECT_FALSE(position_.check());
@@ -117,12 +117,12 @@ TEST_F(HostilePosition, ARankThatIsTooShortMovesTheNextOneLeftAndDown) {
     EXPECT_EQ(read("rnb/8/8/8/4k3/8/8/4K3 w - - 0 1"), "rnb5/8/8/8/8/7k/8/8 w - - 0 1");
 }
 
-TEST_F(HostilePosition, MenBesideTheBoardArePassedOver) {
+TEST_F(HostilePosition, PiecesBesideTheBoardAreIgnored) {
     EXPECT_EQ(read("4k2qrr/8/8/8/8/8/8/4K3 w - - 0 1"), "4k2q/8/8/8/8/8/8/6K1 w - - 0 1");
     EXPECT_EQ(read("4k3/8/8/8/8/8/8/4K3/QQQ/qqq w - - 0 1"), "4k3/8/8/8/8/8/8/4K3 w - - 0 1");
 }
 
-TEST_F(HostilePosition, OfTwoMenOnOneSquareTheLaterOneIsSeen) {
+TEST_F(HostilePosition, OfTwoPiecesOnOneSquareTheLaterOneIsSeen) {
     std::string const fen = "k7/pppppppprr/8/8/8/8/8/K7 w - - 0 1";
     EXPECT_EQ(read(fen), "rr6/pppppppp/8/8/8/8/8/2K5 w - - 0 1");
     EXPECT_TRUE(position_.board().corrupt(0));
@@ -136,7 +136,7 @@ TEST_F(HostilePosition, ARightNeedsNoRook) {
     EXPECT_EQ(read(fen), "4k3/8/8/8/8/8/8/4K3 w BG - 0 1");
     EXPECT_TRUE(generates(fen, "e1b1"));
     EXPECT_TRUE(generates(fen, "e1g1"));
-    // The rook that was not there castles all the same, and is there when the move is taken back.
+    // The rook that was not there castles all the same, and is there when the move is unmade.
     Move const castling_move = find(fen, "e1b1");
     position_.make_move(castling_move);
     EXPECT_EQ(position_.fen(), "4k3/8/8/8/8/8/8/2KR4 b - - 1 1");
@@ -159,9 +159,9 @@ TEST_F(HostilePosition, AKingOffHisFirstRankCastlesToTheSameFileWithEitherRook) 
 }
 
 TEST_F(HostilePosition, RightsTakeTheOutermostRook) {
-    std::string const men = "4k3/8/8/8/8/8/8/1RR1KR2 w ";
-    EXPECT_EQ(read(men + "K - 0 1"), men + "F - 0 1");
-    EXPECT_EQ(read(men + "Q - 0 1"), men + "B - 0 1");
+    std::string const placement = "4k3/8/8/8/8/8/8/1RR1KR2 w ";
+    EXPECT_EQ(read(placement + "K - 0 1"), placement + "F - 0 1");
+    EXPECT_EQ(read(placement + "Q - 0 1"), placement + "B - 0 1");
 }
 
 TEST_F(HostilePosition, AnEnPassantSquareNeedsNoPawn) {
@@ -170,19 +170,19 @@ TEST_F(HostilePosition, AnEnPassantSquareNeedsNoPawn) {
     EXPECT_EQ(capture.code(), en_passant);
     position_.make_move(capture);
     EXPECT_EQ(position_.fen(), "4k3/8/3P4/8/8/8/8/4K3 b - - 0 1");
-    // The pawn that was not there is there when the move is taken back.
+    // The pawn that was not there is there when the move is unmade.
     position_.unmake_move();
     EXPECT_EQ(position_.fen(), "4k3/8/8/3pP3/8/8/8/4K3 w - d6 0 1");
 }
 
 TEST_F(HostilePosition, AnEnPassantSquareLiesOnTheThirdOrTheSixthRank) {
-    std::string const men = "4k3/8/8/8/8/8/8/4K3 w - ";
+    std::string const placement = "4k3/8/8/8/8/8/8/4K3 w - ";
     for (char const* const field : {"d6", "d6d", "d1", "d9", "d"}) {
-        EXPECT_EQ(read(men + field + " 0 1"), men + "d6 0 1") << field;
+        EXPECT_EQ(read(placement + field + " 0 1"), placement + "d6 0 1") << field;
     }
-    EXPECT_EQ(read(men + "d3 0 1"), men + "d3 0 1");
+    EXPECT_EQ(read(placement + "d3 0 1"), placement + "d3 0 1");
     for (char const* const field : {"-", "i3", "D3", "3"}) {
-        EXPECT_EQ(read(men + field + " 0 1"), men + "- 0 1") << field;
+        EXPECT_EQ(read(placement + field + " 0 1"), placement + "- 0 1") << field;
     }
 }
 
@@ -193,13 +193,13 @@ TEST_F(HostilePosition, MissingFieldsAreBlackWithoutRights) {
 }
 
 TEST_F(HostilePosition, NumbersThatDoNotFitAreReadAsTheirDefaultOrTheLargest) {
-    std::string const men = "4k3/8/8/8/8/8/8/4K3 w - - ";
-    EXPECT_EQ(read(men + "99999999999 99999999999"), men + "0 1");
-    EXPECT_EQ(read(men + "70000 2147483647"), men + "65535 2147483647");
-    EXPECT_EQ(read(men + "-5 -7"), men + "65531 -7");
+    std::string const placement = "4k3/8/8/8/8/8/8/4K3 w - - ";
+    EXPECT_EQ(read(placement + "99999999999 99999999999"), placement + "0 1");
+    EXPECT_EQ(read(placement + "70000 2147483647"), placement + "65535 2147483647");
+    EXPECT_EQ(read(placement + "-5 -7"), placement + "65531 -7");
 }
 
-TEST_F(HostilePosition, ACharacterThatIsNoManIsRefused) {
+TEST_F(HostilePosition, ACharacterThatIsNoPieceIsRefused) {
     std::string const text = "4k3/8/8/9/8/8/8/4K3 w - - 0 1";
     EXPECT_EQ(logic_error_text([&] { position_.fen(text); }),
               "ChessPosition::fen(" + text + ") \nunkown piece 0x39");

@@ -16,17 +16,17 @@ MaterialIndex index_of(std::uint64_t word) {
 }
 
 /// The material of a text such as "KRPkr".
-MaterialIndex index_of(std::string const& men) {
+MaterialIndex index_of(std::string const& pieces) {
     const std::string letters = " PNBRQK  pnbrqk";
     MaterialIndex index;
-    for (char const man : men) {
-        index.add_piece(static_cast<int>(letters.find(man)));
+    for (char const letter : pieces) {
+        index.add_piece(static_cast<int>(letters.find(letter)));
     }
     return index;
 }
 
-int value_of(std::string const& men) {
-    return index_of(men).value();
+int value_of(std::string const& pieces) {
+    return index_of(pieces).value();
 }
 
 Move move_of(unsigned int code, int piece, int capture) {
@@ -134,7 +134,7 @@ TEST(MaterialIndex, PawnTakingARookAndPromotingIsUndone) {
     EXPECT_EQ(index.index(), start_word);
 }
 
-TEST(MaterialIndex, PromotionsAddTheManAndTakeThePawn) {
+TEST(MaterialIndex, PromotionsAddThePieceAndTakeThePawn) {
     const std::array<std::uint64_t, 4> change{0xFFFF, 0xFFF, 0xFF, 0xF};
     for (unsigned int code = promo_queen; code <= promo_knight; ++code) {
         MaterialIndex index = index_of(start_word);
@@ -149,7 +149,7 @@ TEST(MaterialIndex, PromotionsAddTheManAndTakeThePawn) {
     }
 }
 
-TEST(MaterialIndex, PromotionCodesChangeNothingForMenThatAreNoPawns) {
+TEST(MaterialIndex, PromotionCodesChangeNothingForPiecesThatAreNoPawns) {
     for (unsigned int code = promo_queen; code <= promo_knight; ++code) {
         for (int id = 0; id < 16; ++id) {
             if (id == white_pawn || id == black_pawn) {
@@ -166,7 +166,7 @@ TEST(MaterialIndex, PromotionCodesChangeNothingForMenThatAreNoPawns) {
     }
 }
 
-TEST(MaterialIndex, OtherMovesChangeOnlyTheCapturedMan) {
+TEST(MaterialIndex, OtherMovesChangeOnlyTheCapturedPiece) {
     for (unsigned int const code : {0U, 1U, 6U, 7U}) {
         MaterialIndex index = index_of(start_word);
         index.make_move(move_of(code, white_pawn, black_pawn));

@@ -10,34 +10,34 @@ namespace {
 
 using test::logic_error_text;
 
-struct Man {
+struct expected_t {
     int id;
     char const* name;
     int value;
     int abs_value;
 };
 
-constexpr std::array<Man, 13> all_men{{{0, "no piece", 0, 0},
-                                       {1, "white pawn", 100, 100},
-                                       {2, "white knight", 300, 300},
-                                       {3, "white bishop", 300, 300},
-                                       {4, "white rook", 500, 500},
-                                       {5, "white queen", 900, 900},
-                                       {6, "white king", 4000, 4000},
-                                       {9, "black pawn", -100, 100},
-                                       {10, "black knight", -300, 300},
-                                       {11, "black bishop", -300, 300},
-                                       {12, "black rook", -500, 500},
-                                       {13, "black queen", -900, 900},
-                                       {14, "black king", -4000, 4000}}};
+constexpr std::array<expected_t, 13> all_pieces{{{0, "no piece", 0, 0},
+                                                 {1, "white pawn", 100, 100},
+                                                 {2, "white knight", 300, 300},
+                                                 {3, "white bishop", 300, 300},
+                                                 {4, "white rook", 500, 500},
+                                                 {5, "white queen", 900, 900},
+                                                 {6, "white king", 4000, 4000},
+                                                 {9, "black pawn", -100, 100},
+                                                 {10, "black knight", -300, 300},
+                                                 {11, "black bishop", -300, 300},
+                                                 {12, "black rook", -500, 500},
+                                                 {13, "black queen", -900, 900},
+                                                 {14, "black king", -4000, 4000}}};
 
 TEST(Piece, TableOfNamesAndValues) {
-    for (Man const& man : all_men) {
-        const Piece piece(man.id);
-        EXPECT_EQ(piece.id(), man.id);
-        EXPECT_EQ(piece.name(), man.name);
-        EXPECT_EQ(piece.value(), man.value) << man.name;
-        EXPECT_EQ(piece.abs_value(), man.abs_value) << man.name;
+    for (expected_t const& expected : all_pieces) {
+        const Piece piece(expected.id);
+        EXPECT_EQ(piece.id(), expected.id);
+        EXPECT_EQ(piece.name(), expected.name);
+        EXPECT_EQ(piece.value(), expected.value) << expected.name;
+        EXPECT_EQ(piece.abs_value(), expected.abs_value) << expected.name;
     }
 }
 
@@ -46,7 +46,7 @@ TEST(Piece, EnumerationHasTheIds) {
         no_piece,   white_pawn,   white_knight, white_bishop, white_rook,  white_queen, white_king,
         black_pawn, black_knight, black_bishop, black_rook,   black_queen, black_king};
     for (std::size_t i = 0; i < ids.size(); ++i) {
-        EXPECT_EQ(int{ids[i]}, all_men[i].id);
+        EXPECT_EQ(int{ids[i]}, all_pieces[i].id);
     }
 }
 
@@ -81,7 +81,7 @@ TEST(Piece, TypeTestsReadTheLowThreeBits) {
     }
 }
 
-TEST(Piece, ManTestsCompareTheWholeId) {
+TEST(Piece, PieceTestsCompareTheWholeId) {
     using Question = bool (Piece::*)() const;
     const std::array<Question, 13> tests{
         &Piece::no_piece,     &Piece::white_pawn,   &Piece::white_knight, &Piece::white_bishop,
@@ -90,7 +90,7 @@ TEST(Piece, ManTestsCompareTheWholeId) {
         &Piece::black_king};
     for (int id = 0; id < 16; ++id) {
         for (std::size_t i = 0; i < tests.size(); ++i) {
-            EXPECT_EQ((Piece(id).*tests[i])(), id == all_men[i].id) << id << ' ' << i;
+            EXPECT_EQ((Piece(id).*tests[i])(), id == all_pieces[i].id) << id << ' ' << i;
         }
     }
 }
@@ -106,7 +106,7 @@ TEST(Piece, SettersStoreTheId) {
     for (std::size_t i = 0; i < setters.size(); ++i) {
         Piece piece(7);
         (piece.*setters[i])();
-        EXPECT_EQ(piece.id(), all_men[i].id);
+        EXPECT_EQ(piece.id(), all_pieces[i].id);
     }
     Piece piece;
     piece.set_id(12);

@@ -87,7 +87,7 @@ TEST(Rep3filter, NullMoveCountsAsReversible) {
     EXPECT_TRUE(filter.repetition());
 }
 
-TEST(Rep3filter, RemoveTakesBackACapture) {
+TEST(Rep3filter, RemoveUndoesACapture) {
     Rep3filter filter = record_of({5, 6});
     filter.add(capture(), 7);
     EXPECT_TRUE(filter == [] {
@@ -100,7 +100,7 @@ TEST(Rep3filter, RemoveTakesBackACapture) {
     EXPECT_TRUE(filter == record_of({5, 6}));
 }
 
-TEST(Rep3filter, RemoveTakesBackAQuietMoveOnly) {
+TEST(Rep3filter, RemoveUndoesAQuietMoveOnly) {
     Rep3filter filter = record_of({5});
     filter.add(pawn_move(), 6);
     const Rep3filter before = filter;
@@ -203,7 +203,7 @@ TEST_F(DrawRules, FiftyMoveRuleStartsAtOneHundredHalfMoves) {
     EXPECT_TRUE(position.draw_by_fifty_move_rule());
 }
 
-TEST_F(DrawRules, FenAndClearStartTheRecordAfresh) {
+TEST_F(DrawRules, FenAndClearStartANewRecord) {
     position.newgame();
     position.make_move(position.convert_to_move("g1f3"));
     position.fen("4k3/8/8/8/8/8/8/R3K3 w - - 0 1");

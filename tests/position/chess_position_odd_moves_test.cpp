@@ -9,13 +9,14 @@
 #include "search/score.h"
 #include "support/shared_tables.h"
 
-// Promotion codes on men that are no pawns. They come in from outside only, and what they put on
-// the board can be any id of four bits: a second king, a man of the other colour, or no man at all.
+// Promotion codes on pieces that are no pawns. They come in from outside only, and what they put on
+// the board can be any id of four bits: a second king, a piece of the other colour, or no piece at
+// all.
 
 namespace orvelin {
 namespace {
 
-/// A man that takes a promotion code to `to` and moves on to `onwards`.
+/// A piece that takes a promotion code to `to` and moves on to `onwards`.
 struct odd_promotion_t {
     char const* fen;
     char const* from;
@@ -40,7 +41,7 @@ class OddPromotion : public ::testing::TestWithParam<odd_promotion_t> {
 
 constexpr move_t promotion_codes[] = {promo_queen, promo_rook, promo_bishop, promo_knight};
 
-TEST_P(OddPromotion, PutsTheStepOnTheManAndComesBack) {
+TEST_P(OddPromotion, PutsTheStepOnThePieceAndComesBack) {
     const ChessPosition saved(position);
     int const id = position.get_piece_id_from(from());
     int step = 4;
@@ -125,7 +126,7 @@ TEST(OddMoves, ChangeThePhaseUnderTheSameMaterialWord) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    EveryManButThePawn, OddPromotion,
+    EveryPieceButThePawn, OddPromotion,
     ::testing::Values(odd_promotion_t{"4k3/5ppp/8/8/8/8/5PPP/1N2K3 w - - 0 1", "b1", "c3", "d5"},
                       odd_promotion_t{"4k3/5ppp/8/8/8/8/5PPP/1R2K3 w - - 0 1", "b1", "b8", "b4"},
                       odd_promotion_t{"1n2k3/5ppp/8/8/8/8/5PPP/1R2K3 w - - 0 1", "b1", "b8", "b4"},

@@ -18,7 +18,7 @@ struct named_position_t {
     char const* fen;
 };
 
-/// What makes one kind of work dear is cheap for another: many moves, pins, checks, few men.
+/// What makes one kind of work dear is cheap for another: many moves, pins, checks, few pieces.
 inline constexpr std::array<named_position_t, 8> positions{{
     {"start", "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1"},
     {"tactical", "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1"},

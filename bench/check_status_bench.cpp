@@ -37,7 +37,8 @@ void look_for_check(benchmark::State& state) {
 }
 BENCHMARK(look_for_check)->Apply(on_all_positions);
 
-/// Pinned and discovering men and the squares for queen checks, as every made move works them out.
+/// Pinned and discovering pieces and the squares for queen checks, as every made move works them
+/// out.
 void find_pinned_pieces(benchmark::State& state) {
     BenchPosition bench(state);
     for ([[maybe_unused]] auto _ : state) {

@@ -31,7 +31,7 @@ void follow_keys(benchmark::State& state) {
 }
 BENCHMARK(follow_keys)->Apply(on_all_positions);
 
-/// Both keys from the men, as after reading a FEN.
+/// Both keys from the pieces, as after reading a FEN.
 void keys_anew(benchmark::State& state) {
     BenchPosition bench(state);
     Hasher<1> hasher(common_tables());

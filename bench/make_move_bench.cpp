@@ -17,7 +17,7 @@ void make_and_unmake(benchmark::State& state) {
 }
 BENCHMARK(make_and_unmake)->Apply(on_all_positions);
 
-/// The men alone, as the static exchange moves them.
+/// The pieces alone, as the static exchange moves them.
 void force_and_undo(benchmark::State& state) {
     BenchPosition bench(state);
     for ([[maybe_unused]] auto _ : state) {

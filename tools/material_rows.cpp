@@ -4,7 +4,7 @@
 //     build/tools/material_rows > src/evaluation/material_warmup.h
 //
 // Takes the configurations that games see most, by a simple measure: few steps away from an even
-// exchange, every side's men a set that trading down the first set can leave. A configuration
+// exchange, every side's pieces a set that trading down the first set can leave. A configuration
 // whose slot is taken already is passed over, so that no row evicts another while the table is
 // filled. The output depends on nothing but this file and the slot function.
 
@@ -28,7 +28,7 @@ constexpr std::array<std::uint64_t, 5> wanted{0x100000000, 0x100000001, 0x100000
                                               0x1212800012128, 0x212600002215};
 constexpr std::uint64_t bare_kings = 0;
 
-// Men of one side.
+// Pieces of one side.
 struct army_t {
     int pawns;
     int knights;

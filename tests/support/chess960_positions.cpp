@@ -20,10 +20,10 @@ std::size_t below(std::size_t limit, random_t& random) {
     return random() % limit;
 }
 
-void put_on_free_file(char man, std::size_t index, std::string& rank) {
+void put_on_free_file(char piece, std::size_t index, std::string& rank) {
     for (char& file : rank) {
         if (file == ' ' && index-- == 0) {
-            file = man;
+            file = piece;
             return;
         }
     }
@@ -37,8 +37,8 @@ std::string random_rank(random_t& random) {
     put_on_free_file('Q', below(6, random), rank);
     put_on_free_file('N', below(5, random), rank);
     put_on_free_file('N', below(4, random), rank);
-    for (char const man : {'R', 'K', 'R'}) {
-        put_on_free_file(man, 0, rank);
+    for (char const piece : {'R', 'K', 'R'}) {
+        put_on_free_file(piece, 0, rank);
     }
     return rank;
 }
@@ -46,8 +46,8 @@ std::string random_rank(random_t& random) {
 std::string array_fen(random_t& random) {
     const std::string white = random_rank(random);
     std::string black;
-    for (char const man : white) {
-        black += static_cast<char>(std::tolower(static_cast<unsigned char>(man)));
+    for (char const piece : white) {
+        black += static_cast<char>(std::tolower(static_cast<unsigned char>(piece)));
     }
     return black + "/pppppppp/8/8/8/8/PPPPPPPP/" + white + " w KQkq - 0 1";
 }

@@ -10,7 +10,7 @@ namespace orvelin::test {
 
 namespace {
 
-enum man_t { none, pawn, knight, bishop, rook, queen, king };
+enum piece_type_t { none, pawn, knight, bishop, rook, queen, king };
 
 int file_of(int square) {
     return square % 8;
@@ -29,9 +29,9 @@ std::size_t index(int square) {
 constexpr int first_promotion = promo_queen;
 constexpr int last_promotion = promo_knight;
 
-int promoted_man(int code) {
-    constexpr int men[4] = {queen, rook, bishop, knight};
-    return men[code - first_promotion];
+int promoted_type(int code) {
+    constexpr int types[4] = {queen, rook, bishop, knight};
+    return types[code - first_promotion];
 }
 
 bool is_promotion(int code) {
@@ -54,16 +54,16 @@ std::string text_of(plain_move_t const& move) {
 PlainBoard::PlainBoard(ChessPosition const& position)
     : side_(position.stm()), rights_(position.castlingrights()), ep_(position.ep().id()) {
     for (int s = 0; s < 64; ++s) {
-        men_[index(s)] = position[s].id();
+        pieces_[index(s)] = position[s].id();
     }
 }
 
-bool PlainBoard::holds(int square, int colour, int man) const {
-    return men_[index(square)] == men_of(colour, man);
+bool PlainBoard::holds(int square, int colour, int type) const {
+    return pieces_[index(square)] == piece_of(colour, type);
 }
 
 bool PlainBoard::owned_by(int square, int colour) const {
-    int const id = men_[index(square)];
+    int const id = pieces_[index(square)];
     return id != 0 && (id < 8) == (colour == 1);
 }
 
@@ -75,21 +75,21 @@ bool PlainBoard::clear_between(int a, int b) const {
     }
     int const step = sign(files) + 8 * sign(ranks);
     for (int s = a + step; s != b; s += step) {
-        if (men_[index(s)] != 0) {
+        if (pieces_[index(s)] != 0) {
             return false;
         }
     }
     return true;
 }
 
-/// The man on `from`, not a pawn, reaches `to`, whatever stands there.
+/// The piece on `from`, not a pawn, reaches `to`, whatever stands there.
 bool PlainBoard::reaches(int from, int to) const {
     int const files = std::abs(file_of(to) - file_of(from));
     int const ranks = std::abs(rank_of(to) - rank_of(from));
     if (from == to) {
         return false;
     }
-    switch (men_[index(from)] % 8) {
+    switch (pieces_[index(from)] % 8) {
         case knight:
             return files * ranks == 2;
         case bishop:
@@ -112,14 +112,14 @@ bool PlainBoard::pawn_reaches(int from, int to) const {
     if (files == 1 && ranks == 1) {
         return owned_by(to, 1 - side_) || to == ep_;
     }
-    if (files != 0 || men_[index(to)] != 0) {
+    if (files != 0 || pieces_[index(to)] != 0) {
         return false;
     }
     if (ranks == 1) {
         return true;
     }
     bool const at_home = rank_of(from) == (side_ == 1 ? 1 : 6);
-    return ranks == 2 && at_home && men_[index(from + 8 * forward)] == 0;
+    return ranks == 2 && at_home && pieces_[index(from + 8 * forward)] == 0;
 }
 
 bool PlainBoard::attacked(int square, int by_colour) const {
@@ -141,8 +141,8 @@ bool PlainBoard::attacked(int square, int by_colour) const {
 }
 
 int PlainBoard::king_square(int colour) const {
-    auto const found = std::find(men_.begin(), men_.end(), men_of(colour, king));
-    return static_cast<int>(found - men_.begin());
+    auto const found = std::find(pieces_.begin(), pieces_.end(), piece_of(colour, king));
+    return static_cast<int>(found - pieces_.begin());
 }
 
 bool PlainBoard::in_check(int colour) const {
@@ -151,19 +151,19 @@ bool PlainBoard::in_check(int colour) const {
 
 PlainBoard PlainBoard::after(int from, int to, int code) const {
     PlainBoard next = *this;
-    int const man = men_[index(from)];
+    int const piece = pieces_[index(from)];
     next.side_ = 1 - side_;
-    next.men_[index(from)] = 0;
+    next.pieces_[index(from)] = 0;
     if (code == castling) {
         int const home = side_ == 1 ? 0 : 56;
-        next.men_[index(to)] = 0;
-        next.men_[index(home + (to > from ? 6 : 2))] = men_of(side_, king);
-        next.men_[index(home + (to > from ? 5 : 3))] = men_of(side_, rook);
+        next.pieces_[index(to)] = 0;
+        next.pieces_[index(home + (to > from ? 6 : 2))] = piece_of(side_, king);
+        next.pieces_[index(home + (to > from ? 5 : 3))] = piece_of(side_, rook);
         return next;
     }
-    next.men_[index(to)] = is_promotion(code) ? men_of(side_, promoted_man(code)) : man;
+    next.pieces_[index(to)] = is_promotion(code) ? piece_of(side_, promoted_type(code)) : piece;
     if (code == en_passant) {
-        next.men_[index(8 * rank_of(from) + file_of(to))] = 0;
+        next.pieces_[index(8 * rank_of(from) + file_of(to))] = 0;
     }
     return next;
 }
@@ -173,14 +173,14 @@ void PlainBoard::try_move(int from, int to, int code, std::vector<plain_move_t>&
     if (next.in_check(side_)) {
         return;
     }
-    int capture = men_[index(to)];
+    int capture = pieces_[index(to)];
     if (code == en_passant) {
-        capture = men_of(1 - side_, pawn);
+        capture = piece_of(1 - side_, pawn);
     }
     if (code == castling) {
         capture = 0;
     }
-    moves.emplace_back(from, to, code, next.in_check(1 - side_), men_[index(from)], capture);
+    moves.emplace_back(from, to, code, next.in_check(1 - side_), pieces_[index(from)], capture);
 }
 
 void PlainBoard::try_all_codes(int from, int to, std::vector<plain_move_t>& moves) const {
@@ -198,7 +198,7 @@ void PlainBoard::try_all_codes(int from, int to, std::vector<plain_move_t>& move
             try_move(from, to, code, moves);
         }
     } else {
-        bool const passing = file_of(from) != file_of(to) && men_[index(to)] == 0;
+        bool const passing = file_of(from) != file_of(to) && pieces_[index(to)] == 0;
         try_move(from, to, passing ? en_passant : normal_move, moves);
     }
 }
@@ -215,7 +215,7 @@ void PlainBoard::try_castling(int file, std::vector<plain_move_t>& moves) const 
         bool const needed =
             (s >= std::min(from, king_target) && s <= std::max(from, king_target)) ||
             (s >= std::min(to, rook_target) && s <= std::max(to, rook_target));
-        if (needed && s != from && s != to && men_[index(s)] != 0) {
+        if (needed && s != from && s != to && pieces_[index(s)] != 0) {
             return;
         }
     }

@@ -70,8 +70,7 @@ Evaluation::Evaluation(ChessPosition const& position, Tables& tables)
 }
 
 void Evaluation::init() {
-    phase_material_ = no_material;
-    men_moved_ = true;
+    forget_last_evaluation();
     piece_square_tables_.init(position_);
 }
 
@@ -204,13 +203,18 @@ float Evaluation::evaluate_men() {
 }
 
 // Not clamped: with promoted men beyond the first set the end-game share turns negative.
-void Evaluation::compute_phase() {
+void Evaluation::find_phase() {
     int const hundreds = 9 * count(position_.white_queen() | position_.black_queen()) +
                          5 * count(position_.white_rook() | position_.black_rook()) +
                          3 * count(position_.white_bishop() | position_.black_bishop()) +
                          3 * count(position_.white_knight() | position_.black_knight());
     mg_phase_ = mg_phases[static_cast<std::size_t>(hundreds)];
     eg_phase_ = 1.0F - mg_phase_;
+}
+
+void Evaluation::compute_phase() {
+    forget_last_evaluation();
+    find_phase();
 }
 
 // The pieces of the phase change with the material word only, where the board is consistent. What
@@ -222,7 +226,7 @@ void Evaluation::find_phase_and_material() {
         return;
     }
     phase_material_ = inconsistent ? no_material : material;
-    compute_phase();
+    find_phase();
     int_terms_[term::material] = material_.get_eval(position_.materialindex());
 }
 
@@ -404,7 +408,13 @@ void Evaluation::find_stm() {
     int_terms_[term::stm] = 2 * position_.stm() - 1;
 }
 
+void Evaluation::forget_last_evaluation() {
+    men_moved_ = true;
+    phase_material_ = no_material;
+}
+
 void Evaluation::publish(std::size_t first, std::size_t last) {
+    forget_last_evaluation();
     for (std::size_t i = first; i <= last; ++i) {
         float value = static_cast<float>(int_terms_[i]);
         if (i >= term::pst_pawn && i <= term::pst_king) {

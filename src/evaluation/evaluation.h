@@ -80,7 +80,8 @@ class Evaluation {
     /// Least king steps to a member of the set, 8 for the empty set.
     int distance_between(Square const& from, BitBoard const& set) const;
 
-    // Each step of static_eval() writes its slots of the variable vector (or the phase).
+    // Each step of static_eval() writes its slots of the variable vector (or the phase). The next
+    // evaluation takes nothing from an earlier one.
     void compute_phase();
     void compute_material();
     void compute_mobility();
@@ -127,6 +128,7 @@ class Evaluation {
  private:
     // The steps of static_eval() fill `int_terms_` and the members for terms that are not integers;
     // the variable vector follows at the end, or after each of the separate steps.
+    void find_phase();
     void find_phase_and_material();
     void find_mobility_terms();
     void find_pst_terms();
@@ -141,7 +143,9 @@ class Evaluation {
     void find_pinned_pieces();
     void find_opposite_colored_bishops();
     void find_stm();
-    /// Writes terms `first` to `last` to the variable vector.
+    /// A step by itself may be taken on another position than the last evaluation was.
+    void forget_last_evaluation();
+    /// Ends a step: writes terms `first` to `last` to the variable vector.
     void publish(std::size_t first, std::size_t last);
     void publish(std::size_t index) { publish(index, index); }
 
@@ -194,7 +198,7 @@ class Evaluation {
     /// Material word of the phase below; no board has all men.
     static constexpr std::uint64_t no_material = ~std::uint64_t{0};
     std::uint64_t phase_material_ = no_material;
-    /// A move was made or taken back since the last evaluation.
+    /// Since the last evaluation a move was made or unmade, or a step was taken by itself.
     bool men_moved_ = true;
     /// The state of the position at the last evaluation, see men_stand_as_evaluated().
     std::uint64_t evaluated_moves_ = 0;

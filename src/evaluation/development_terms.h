@@ -16,8 +16,9 @@ namespace orvelin::development_terms {
 /// Penalty for blocked pawns on the c, d and e files, in this order of bits.
 inline constexpr std::array<int, 8> blocked_centre{0, 10, 20, 30, 20, 30, 40, 50};
 
-/// What one side's development is worth from its own view. `pawn_files` are the files of its pawns
-/// as they stand on the board, which is not what the pawn record says of a board without pawns.
+/// What one side's development is worth from its own view. `open_files` are the files without its
+/// pawns as they stand on the board, which is not what the pawn record says of a board without
+/// pawns.
 template <int Side>
 inline int development_of(ChessPosition const& position, BitBoard open_files) {
     using men = SideMen<Side>;

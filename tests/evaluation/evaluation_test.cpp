@@ -67,6 +67,31 @@ TEST(EvaluationTest, BlendRoundsEveryOperationInOrder) {
     }
 }
 
+// The sums of these are halves to the last bit; other ways to round differ on one of them.
+TEST(EvaluationTest, AHalfIsRoundedAwayFromZero) {
+    struct half_t {
+        char const* fen;
+        float sum;
+        int score;
+    };
+    for (half_t const& half : {
+             half_t{"r3k1n1/1bpp4/p1n4p/2N1Pr2/4PQ2/p1P1KPP1/1P1B3P/1N3BR1 w q - 1 26", 2690.5F,
+                    2691},
+             half_t{"r2q1k2/6pb/2nb4/P1np4/P1p3Br/3N1P2/2RP4/1NBK4 w - - 1 40", -4154.5F, -4155},
+             half_t{"b2nk2B/N7/rp6/2Npp1p1/P3PQ1b/2P2PR1/3PK3/7R w - - 0 33", 4093.5F, 4094},
+             half_t{"7r/1b1pPk1p/n1P1p3/rp4p1/p3qP2/2B1P1R1/PP2N1Bn/3NR1K1 w - - 1 33", -1037.5F,
+                    -1038},
+             half_t{"1n1b4/p5k1/B3rppp/P2N1n2/qPpPpP2/2K1P2P/NBP3PR/R2Q4 b - - 12 34", 2326.5F,
+                    -2327},
+             half_t{"r3kb2/p1pn2rp/P2pp3/1p2qnpP/3PPpP1/B1P2P2/P2N2B1/3RK1NR b Kq - 1 21", -1658.5F,
+                    1659},
+         }) {
+        FreshEvaluation at(half.fen);
+        EXPECT_EQ(at.score(), half.score) << half.fen;
+        EXPECT_EQ(blended(at.evaluation()), half.sum) << half.fen;
+    }
+}
+
 TEST(EvaluationTest, OppositeBishopsHalveTheWholeSum) {
     // The second position lacks nothing but one bishop on each side.
     for (char const* fen : {"r1bqk2r/pppp1ppp/8/8/8/8/PPP2PPP/RNBQK2R w KQkq - 0 1",

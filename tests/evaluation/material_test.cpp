@@ -12,7 +12,7 @@
 namespace orvelin {
 namespace {
 
-// One man of each kind in one half of the word.
+// One piece of each kind in one half of the word.
 constexpr std::uint64_t pawn = 0x1;
 constexpr std::uint64_t knight = 0x10;
 constexpr std::uint64_t bishop = 0x100;
@@ -74,6 +74,34 @@ TEST(MaterialTest, LoneBishop) {
 
 TEST(MaterialTest, FivePawnsAgainstFour) {
     EXPECT_EQ(value(5 * pawn, 4 * pawn), 145);
+}
+
+TEST(MaterialTest, WithoutPawnsDifferentNumbersOfPiecesKeepTheSum) {
+    EXPECT_EQ(value(queen + rook, rook), 1000);
+    EXPECT_EQ(value(rook, queen + rook), -1000);
+    EXPECT_EQ(value(queen, 2 * rook), (1000 - 2 * 525) / 10);
+}
+
+TEST(MaterialTest, WithoutPawnsAMinorPieceKeepsTheSum) {
+    EXPECT_EQ(value(queen + knight, rook + knight), 1000 - 525);
+    EXPECT_EQ(value(rook + bishop, queen + bishop), 525 - 1000);
+}
+
+TEST(MaterialTest, AMinorPieceAndAPawnGainNothingOfARookThatIsNotAlone) {
+    EXPECT_EQ(value(bishop + pawn, rook + pawn), 250 - 525 - 10 + 10);
+    EXPECT_EQ(value(bishop + pawn, rook + knight), 5 + 100 + 250 - 525 - 325);
+    EXPECT_EQ(value(bishop + pawn, 2 * rook), 5 + 25 + 100 + 250 - 2 * 525);
+    EXPECT_EQ(value(bishop + pawn, rook + queen), 5 + 100 + 250 - 525 - 1000);
+    EXPECT_EQ(value(rook + pawn, bishop + pawn), 525 - 250 + 10 - 10);
+    EXPECT_EQ(value(rook + knight, bishop + pawn), -5 - 100 - 250 + 525 + 325);
+}
+
+// The rule sets in beyond a lead of 70; the sums are multiples of five.
+TEST(MaterialTest, ALeadOfExactlySeventyIsNotTradedDown) {
+    EXPECT_EQ(value(queen + rook + pawn, queen + bishop + 2 * pawn), 70);
+    EXPECT_EQ(value(queen + bishop + 2 * pawn, queen + rook + pawn), -70);
+    EXPECT_EQ(value(3 * pawn + rook, 5 * pawn + bishop), 75 + 3 * 10 - 10);
+    EXPECT_EQ(value(5 * pawn + bishop, 3 * pawn + rook), -75 - 3 * 10 + 10);
 }
 
 TEST(MaterialTest, SlotIsTheTopThirteenBitsOfTheProduct) {

@@ -244,7 +244,7 @@ TEST(PieceSquareTablesTest, APromotionThatDoesNotMoveUpIsBlacks) {
     EXPECT_EQ(tables.score(13).first, tables.middle_game(13, 2));
 }
 
-TEST(PieceSquareTablesTest, TotalIsTheSumOverAllMen) {
+TEST(PieceSquareTablesTest, TotalIsTheSumOverAllPieces) {
     ChessPosition const position = position_of("4k3/8/8/8/8/8/4P3/4K3 w - - 0 1");
     PieceSquareTables tables;
     tables.init(position);
@@ -284,6 +284,57 @@ TEST(PieceSquareTablesTest, VerifyLetsSmallDriftPass) {
         tables.unmake_move(move_of("b1", "c3", normal_move, 2, 0));
     }
     EXPECT_TRUE(tables.verify_score());
+}
+
+// Four steps of a bishop whose middle-game values add up to 0.0001; the end game is left as it was.
+void drift_in_the_middle_game(PieceSquareTables& tables) {
+    tables.make_move(move_of("c7", "a8", normal_move, 3, 0));
+    tables.make_move(move_of("b6", "b3", normal_move, 3, 0));
+}
+
+// The same the other way round.
+void drift_in_the_end_game(PieceSquareTables& tables) {
+    tables.make_move(move_of("c7", "a8", normal_move, 3, 0));
+    tables.make_move(move_of("c7", "b6", normal_move, 3, 0));
+}
+
+TEST(PieceSquareTablesTest, VerifyToleratesAHundredthInEachHalf) {
+    ChessPosition const position = position_of("4k3/8/8/8/8/8/8/4K3 w - - 0 1");
+    for (auto const drift : {drift_in_the_middle_game, drift_in_the_end_game}) {
+        PieceSquareTables tables;
+        tables.init(position);
+        for (int i = 0; i < 97; ++i) {
+            drift(tables);
+        }
+        testing::internal::CaptureStderr();
+        EXPECT_TRUE(tables.verify_score());
+        for (int i = 97; i < 103; ++i) {
+            drift(tables);
+        }
+        EXPECT_FALSE(tables.verify_score());
+        EXPECT_NE(testing::internal::GetCapturedStderr(), "");
+    }
+}
+
+// Where a king never castles from, in a word made by hand.
+TEST(PieceSquareTablesTest, CastlingFromAnyRankButTheFirstIsBlacks) {
+    ChessPosition const position = position_of("4k3/8/8/8/8/8/8/4K3 w - - 0 1");
+    for (char const* from : {"e2", "e4", "e7", "e8"}) {
+        PieceSquareTables tables;
+        tables.init(position);
+        PieceSquareTables::pair_t const white_king = tables.score(6);
+        float const black_king = tables.score(14).second;
+        tables.make_move(move_of(from, "h8", castling, 6, 0));
+        EXPECT_EQ(tables.score(6), white_king) << from;
+        EXPECT_EQ(tables.score(4).first, 0.0F) << from;
+        EXPECT_NEAR(tables.score(12).first, tables.middle_game(12, 61) - tables.middle_game(12, 63),
+                    1e-4)
+            << from;
+        int const origin = Square(std::string(from)).id();
+        EXPECT_NEAR(tables.score(14).second,
+                    black_king - tables.end_game(14, origin) + tables.end_game(14, 62), 1e-4)
+            << from;
+    }
 }
 
 }  // namespace

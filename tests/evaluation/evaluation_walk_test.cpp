@@ -1,0 +1,177 @@
+// The evaluation along walks through the game tree, where it keeps what has not changed, against
+// the plain one, which keeps nothing.
+
+#include <cstring>
+#include <gtest/gtest.h>
+#include <optional>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "evaluation/evaluation.h"
+#include "generation/move_generator.h"
+#include "position/chess_position.h"
+#include "support/plain_evaluation.h"
+#include "support/shared_tables.h"
+
+namespace orvelin::test {
+
+namespace {
+
+/// A position, both evaluations and the moves made on all three.
+class Walk {
+ public:
+    Walk() : evaluation_(position_, shared_tables()) {}
+
+    /// Goes on from another position with the same evaluation.
+    void set_up(std::string const& fen) {
+        position_.fen(fen);
+        evaluation_.init();
+        plain_.emplace(position_);
+    }
+
+    void make(Move const& move) {
+        position_.make_move(move);
+        evaluation_.make_move(move);
+        plain_->make_move(move);
+    }
+
+    void unmake(Move const& move) {
+        position_.unmake_move();
+        evaluation_.unmake_move(move);
+        plain_->unmake_move(move);
+    }
+
+    /// The evaluation is not told of a null move.
+    void make_null_move() { position_.make_move(Move()); }
+    void unmake_null_move() { position_.unmake_move(); }
+
+    Move random_move() {
+        MoveList list;
+        generator_.generate_moves(position_, list);
+        return list.size() == 0 ? Move() : list[static_cast<int>(random_() % list.size())];
+    }
+
+    std::size_t random(std::size_t limit) { return random_() % limit; }
+    bool in_check() const { return position_.check(); }
+
+    void expect_the_plain_terms(char const* where) {
+        int const score = evaluation_.static_eval();
+        int const plain_score = plain_->score();
+        for (std::size_t i = 0; i < term::count; ++i) {
+            ASSERT_EQ(
+                std::memcmp(&evaluation_.variable_vector()[i], &plain_->terms()[i], sizeof(float)),
+                0)
+                << where << ' ' << position_.fen() << " term " << Weight().names[i] << ' '
+                << evaluation_.variable_vector()[i] << " for " << plain_->terms()[i];
+        }
+        // Endgame functions take the place of sums with three pieces or less beside the kings.
+        if (position_.pieces().popcount() > 5) {
+            ASSERT_EQ(score, plain_score) << where << ' ' << position_.fen();
+            ++scores_;
+        }
+    }
+
+    int scores() const { return scores_; }
+
+ private:
+    ChessPosition position_{shared_tables()};
+    Evaluation evaluation_;
+    std::optional<PlainEvaluation> plain_;
+    MoveGenerator generator_{shared_tables()};
+    std::mt19937_64 random_{17};
+    int scores_ = 0;
+};
+
+std::vector<std::string> const starts{
+    "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",
+    "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1",
+    "r3k2r/Pppp1ppp/1b3nbN/nP6/BBP1P3/q4N2/Pp1P2PP/R2Q1RK1 w kq - 0 1",
+    "8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 w - - 0 1",
+    "2r3k1/1P3p1p/8/3p4/1B1P2b1/8/p4PPP/4R1K1 b - - 0 1",
+    "4k2r/6pp/8/1P6/2P5/8/3p4/R3K3 w Qk - 0 1",
+    "8/P5k1/8/2p5/5P2/1K6/6p1/8 w - - 0 1",
+    "QQQQ1QQQ/8/1k6/8/8/8/5P1P/1NBR1K2 b - - 0 1",
+    "1r2n2k/8/2q5/8/8/5B2/3Q4/K2R4 w - - 0 1",
+};
+
+/// Evaluates behind each step of some kind, chosen at random.
+void take_a_step(Walk& walk) {
+    Move const move = walk.random_move();
+    switch (walk.random(6)) {
+        case 0:
+            walk.make(move);
+            ASSERT_NO_FATAL_FAILURE(walk.expect_the_plain_terms("a move made"));
+            break;
+        case 1:
+            walk.make(move);
+            break;
+        case 2:
+            walk.make(move);
+            walk.unmake(move);
+            ASSERT_NO_FATAL_FAILURE(walk.expect_the_plain_terms("a move made and unmade"));
+            break;
+        case 3:
+            walk.make(move);
+            ASSERT_NO_FATAL_FAILURE(walk.expect_the_plain_terms("a move made"));
+            walk.unmake(move);
+            ASSERT_NO_FATAL_FAILURE(walk.expect_the_plain_terms("and unmade"));
+            break;
+        case 4:
+            if (!walk.in_check()) {
+                walk.make_null_move();
+                ASSERT_NO_FATAL_FAILURE(walk.expect_the_plain_terms("a null move"));
+                Move const answer = walk.random_move();
+                if (answer != Move()) {
+                    walk.make(answer);
+                    ASSERT_NO_FATAL_FAILURE(walk.expect_the_plain_terms("an answer to it"));
+                    walk.unmake(answer);
+                }
+                walk.unmake_null_move();
+                ASSERT_NO_FATAL_FAILURE(walk.expect_the_plain_terms("a null move unmade"));
+            }
+            break;
+        default:
+            ASSERT_NO_FATAL_FAILURE(walk.expect_the_plain_terms("the same position again"));
+    }
+}
+
+TEST(EvaluationWalk, every_step_gives_the_terms_of_the_plain_evaluation) {
+    Walk walk;
+    for (int round = 0; round < 6; ++round) {
+        for (std::string const& start : starts) {
+            walk.set_up(start);
+            ASSERT_NO_FATAL_FAILURE(walk.expect_the_plain_terms("set up"));
+            for (int step = 0; step < 50 && walk.random_move() != Move(); ++step) {
+                ASSERT_NO_FATAL_FAILURE(take_a_step(walk));
+            }
+        }
+    }
+    EXPECT_GT(walk.scores(), 1000);
+}
+
+// The sums of squares are the last one's until init(), by design; everything else is new.
+TEST(EvaluationWalk, a_position_set_up_behind_its_back_is_evaluated_anew) {
+    for (std::string const& first : starts) {
+        ChessPosition position(shared_tables());
+        position.fen(first);
+        Evaluation evaluation(position, shared_tables());
+        for (std::string const& second : starts) {
+            evaluation.static_eval();
+            position.fen(second);
+            evaluation.static_eval();
+            PlainEvaluation plain(position);
+            plain.score();
+            for (std::size_t i = 0; i < term::count; ++i) {
+                if (i < term::pst_pawn || i > term::pst_king) {
+                    ASSERT_EQ(evaluation.variable_vector()[i], plain.terms()[i])
+                        << first << " to " << second << ' ' << Weight().names[i];
+                }
+            }
+        }
+    }
+}
+
+}  // namespace
+
+}  // namespace orvelin::test

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "evaluation/battlefield.h"
 #include "evaluation/counting.h"
 #include "evaluation/mobility.h"
 #include "evaluation/side_men.h"
@@ -131,6 +132,36 @@ static_assert(all_gather());
 
 }  // namespace gather
 
+/// A battlefield turned to the foot of the word, where three look-ups count it.
+namespace turn {
+
+/// Ranks of the battlefield below its king.
+template <int Side>
+inline constexpr int ranks_below = Side == 1 ? 1 : 4;
+
+/// The word turned until the file left of the king is the lowest and the first rank of its
+/// battlefield, or where that would be, the first.
+template <int Side>
+constexpr std::uint64_t to_foot(BitBoard set, int king) {
+    return std::rotr(to_ull(set), king - 8 * ranks_below<Side> - 1);
+}
+
+/// Nothing of a battlefield lies beyond six ranks then.
+template <int Side>
+constexpr bool all_within_six_ranks() {
+    for (int king = 0; king < 64; ++king) {
+        BitBoard const field = battlefield<Side>(gather::block_around(king));
+        if (to_foot<Side>(field, king) >> 48 != 0) {
+            return false;
+        }
+    }
+    return true;
+}
+
+static_assert(all_within_six_ranks<1>() && all_within_six_ranks<0>());
+
+}  // namespace turn
+
 /// The surroundings of one side's king and what is counted there.
 ///
 /// A zone is three files wide. Turned to the foot of the word it needs fewer look-ups: that is how
@@ -182,7 +213,7 @@ class KingZone {
         if constexpr (!OneKing) {
             return count(set);
         }
-        return bits_of_six_ranks(turned(set, Side == 1 ? 1 : 4));
+        return bits_of_six_ranks(turn::to_foot<Side>(set, king_));
     }
 
     /// Weight of the attacking types times the valued attacks on the neighbourhood: the product of
@@ -230,12 +261,6 @@ class KingZone {
     }
 
  private:
-    /// The word turned until the file left of the king is the lowest and the rank `behind` ranks
-    /// below the king the first.
-    std::uint64_t turned(BitBoard set, int behind) const {
-        return std::rotr(to_ull(set), king_ - 8 * behind - 1);
-    }
-
     static int gathered(BitBoard set, std::uint64_t multiplier) {
         return bits_of_quarter((to_ull(set) * multiplier) >> 48);
     }

@@ -50,4 +50,9 @@ inline bool several(BitBoard set) {
     return (word & (word - 1)) != 0;
 }
 
+/// 1 when the set meets the zone, else 0: only presence counts, not the number.
+inline int presence(BitBoard set, BitBoard zone) {
+    return (set & zone) ? 1 : 0;
+}
+
 }  // namespace orvelin

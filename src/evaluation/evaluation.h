@@ -22,14 +22,16 @@ namespace orvelin {
 
 class ChessPosition;
 
-/// Static evaluation of one position: a linear model of 47 terms.
+/// Static evaluation of one position: a linear model of `term::count` terms.
 ///
 /// Owns the variable vector, the weights and all tables behind the terms; refers to the position,
-/// which must outlive it. Every term is computed in every call, and the sum blends middle-game
-/// and end-game weights by the phase. The piece-square sums are the only part that follows the
-/// position move by move: after `init()` every move made or taken back must pass through
-/// `make_move()` or `unmake_move()`. Used by one thread at a time, without locks. All arithmetic
-/// is single precision unless said, in a fixed order, so scores are the same on every machine.
+/// which must outlive it. An evaluation computes every term anew, unless nothing but the side to
+/// move can differ from the last one, whose terms then hold; there is no early exit. The sum
+/// blends middle-game and end-game weights by the phase. The piece-square sums are the only part
+/// that follows the position move by move: after `init()` every move made or unmade must pass
+/// through `make_move()` or `unmake_move()`. Used by one thread at a time, without locks. All
+/// arithmetic is single precision unless said, in a fixed order, so scores are the same on every
+/// machine.
 class Evaluation {
  public:
     /// Builds all members; the piece-square sums are those of the position as it stands.
@@ -49,12 +51,12 @@ class Evaluation {
     int static_eval();
     /// Follows a move that is made on the position.
     void make_move(Move const& move) {
-        men_moved_ = true;
+        terms_may_differ_ = true;
         piece_square_tables_.make_move(move);
     }
-    /// Follows a move that is taken back.
+    /// Follows a move that is unmade.
     void unmake_move(Move const& move) {
-        men_moved_ = true;
+        terms_may_differ_ = true;
         piece_square_tables_.unmake_move(move);
     }
 
@@ -112,7 +114,7 @@ class Evaluation {
     /// Attack maps of the last evaluated position.
     Mobility const& mobility_maps() const { return mobility_; }
     PieceSquareTables const& piece_square_tables() const { return piece_square_tables_; }
-    /// Phase of the last evaluation: 1 and 0 with all men on the board, 0 and 1 without any piece.
+    /// Phase of the last evaluation: 1 and 0 with all pieces on the board, 0 and 1 without any.
     float mg_phase() const { return mg_phase_; }
     float eg_phase() const { return eg_phase_; }
     /// Score of the last evaluation, the endgame function's result where one applies, before the
@@ -126,8 +128,8 @@ class Evaluation {
     std::uint64_t missed_pht_reads() const { return missed_pht_reads_; }
 
  private:
-    // The steps of static_eval() fill `int_terms_` and the members for terms that are not integers;
-    // the variable vector follows at the end, or after each of the separate steps.
+    // These fill `terms_`; the variable vector follows with the sum, or at the end of a step that
+    // is taken by itself.
     void find_phase();
     void find_phase_and_material();
     void find_mobility_terms();
@@ -135,10 +137,7 @@ class Evaluation {
     /// Makes the record of the position's pawn key the current one, from the table or anew.
     void find_pawn_record();
     void find_pawn_terms();
-    /// From the open files as they stand on the board.
-    void find_development(BitBoard white_open_files, BitBoard black_open_files);
-    template <bool OneKing>
-    void find_king_terms();
+    void find_development();
     void find_king_activity();
     void find_pinned_pieces();
     void find_opposite_colored_bishops();
@@ -149,17 +148,14 @@ class Evaluation {
     void publish(std::size_t first, std::size_t last);
     void publish(std::size_t index) { publish(index, index); }
 
-    // The sum of the blended terms in four parts, in the order of the vector. Each adds to `score`
-    // and writes its terms to the variable vector.
-    float blend_material_to_space(float score);
-    float blend_pst_to_king_attack(float score);
-    float blend_castling_to_battlefield(float score);
-    float blend_king_activity_to_bishops(float score);
+    /// Adds the blended terms of a group to `score` and writes them to the variable vector.
+    template <group_t Group>
+    float add_group(float score);
     float blend_stm(float score);
     /// Whether all but the side to move is as at the last evaluation, which this one becomes.
-    bool men_stand_as_evaluated();
-    /// Works all terms out but the side to move, and gives their blended sum.
-    float evaluate_men();
+    bool terms_are_current();
+    /// Computes all terms but the side to move, and gives their blended sum.
+    float evaluate_terms();
     void scale_opposite_bishops();
     /// False for nearly all material that has no endgame function.
     static bool may_have_endgame(MaterialIndex material) {
@@ -188,22 +184,17 @@ class Evaluation {
     std::uint64_t total_evals_ = 0;
     std::uint64_t pawn_evals_ = 0;
     std::uint64_t missed_pht_reads_ = 0;
-    /// The terms that are integers, and king safety, which is one in 1/256. The others stay 0.
-    alignas(16) int_terms_t int_terms_{};
-    /// King activity as the bits of a float, which are put over those of the integer 0 in its
-    /// place; the other three stay 0.
-    alignas(16) std::array<std::uint32_t, 4> activity_bits_{};
-    /// Terms of the piece-square sums, pawns first; the two places after the kings stay 0.
-    alignas(16) std::array<float, 8> pst_terms_{};
-    /// Material word of the phase below; no board has all men.
+    /// Terms of the position, as they go into the variable vector.
+    terms_t terms_;
+    /// Material word of the phase below; no board has all pieces of each kind.
     static constexpr std::uint64_t no_material = ~std::uint64_t{0};
     std::uint64_t phase_material_ = no_material;
     /// Since the last evaluation a move was made or unmade, or a step was taken by itself.
-    bool men_moved_ = true;
-    /// The state of the position at the last evaluation, see men_stand_as_evaluated().
+    bool terms_may_differ_ = true;
+    /// The state of the position at the last evaluation, see terms_are_current().
     std::uint64_t evaluated_moves_ = 0;
     std::uint64_t evaluated_set_ups_ = 0;
-    float sum_of_men_ = 0.0F;
+    float sum_of_terms_ = 0.0F;
     float mg_phase_ = 1.0F;
     float eg_phase_ = 0.0F;
     float score_ = 0.0F;

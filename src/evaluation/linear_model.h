@@ -1,17 +1,75 @@
 #pragma once
 
-#include <algorithm>
 #include <array>
+#include <bit>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <utility>
 
 #include "evaluation/weight.h"
 
 namespace orvelin {
 
-/// Integer terms by index, with a spare one that fills the last group of four.
-using int_terms_t = std::array<std::int32_t, Weight::padded>;
+/// The terms that are floats before they are weighted: blended by the phase, or scaled.
+constexpr bool is_float_term(std::size_t index) {
+    return (index >= term::pst_pawn && index <= term::pst_king) || index == term::king_attack ||
+           index == term::king_activity;
+}
+
+/// Values of the terms by index, with a spare one that fills the last group of four.
+///
+/// A term is an integer or a float by is_float_term(), and its place among the others is 0. So the
+/// bits of its value are those of the integer as a float joined with those of the float, for every
+/// term, and four of them can be taken at a time.
+struct terms_t {
+    alignas(16) std::array<std::int32_t, Weight::padded> integers{};
+    alignas(16) std::array<std::uint32_t, Weight::padded> float_bits{};
+
+    template <std::size_t Index>
+    void set_float(float value) {
+        static_assert(is_float_term(Index));
+        float_bits[Index] = std::bit_cast<std::uint32_t>(value);
+    }
+
+    float value(std::size_t index) const {
+        float const integer = static_cast<float>(integers[index]);
+        return std::bit_cast<float>(std::bit_cast<std::uint32_t>(integer) | float_bits[index]);
+    }
+};
+
+/// Neighbouring terms whose part of the sum is taken in one go.
+struct group_t {
+    std::size_t first;
+    std::size_t last;
+
+    constexpr std::size_t terms() const { return last - first + 1; }
+    /// The number of terms up to a multiple of four.
+    constexpr std::size_t size() const { return (terms() + 3) / 4 * 4; }
+    constexpr bool follows(group_t const& other) const { return first == other.last + 1; }
+};
+
+/// The groups of the sum, in the order of the vector; the side to move comes last and alone.
+namespace group {
+
+inline constexpr group_t material_to_space{term::material, term::space};
+inline constexpr group_t pst_to_king_attack{term::pst_pawn, term::king_attack};
+inline constexpr group_t castling_to_battlefield{term::castling_rights,
+                                                 term::queen_battlefield_attack};
+inline constexpr group_t king_activity_to_bishops{term::king_activity,
+                                                  term::opposite_colored_bishops};
+
+static_assert(material_to_space.first == 0);
+static_assert(pst_to_king_attack.follows(material_to_space));
+static_assert(castling_to_battlefield.follows(pst_to_king_attack));
+static_assert(king_activity_to_bishops.follows(castling_to_battlefield));
+static_assert(term::stm == king_activity_to_bishops.last + 1 && term::count == term::stm + 1);
+static_assert(term::count <= Weight::padded && Weight::padded % 4 == 0);
+// Groups begin where four terms can be loaded at once, and find_pst_terms() stores eight from here.
+static_assert(pst_to_king_attack.first % 4 == 0 && pst_to_king_attack.size() == 8);
+static_assert(castling_to_battlefield.first % 4 == 0 && king_activity_to_bishops.first % 4 == 0);
+
+}  // namespace group
 
 /// Rounds to the nearest integer, halves away from zero, as std::round() does: that is a call into
 /// the library here. Below 2^23 the value just under a half carries exactly what is to be rounded
@@ -27,38 +85,58 @@ inline float rounded(float value) {
     return std::copysign(static_cast<float>(nearest), value);
 }
 
-/// Adds the blend of the terms from `First` on to the score and writes them to the variables.
+/// The four terms from `First` on as floats. What is known of them when this is compiled is left
+/// out: there is nothing to join where all four are integers, or all floats.
+template <std::size_t First>
+[[gnu::always_inline]] inline void four_values(terms_t const& terms, float* values) {
+    constexpr int floats = (is_float_term(First) ? 1 : 0) + (is_float_term(First + 1) ? 1 : 0) +
+                           (is_float_term(First + 2) ? 1 : 0) + (is_float_term(First + 3) ? 1 : 0);
+    for (std::size_t i = 0; i < 4; ++i) {
+        if constexpr (floats == 0) {
+            values[i] = static_cast<float>(terms.integers[First + i]);
+        } else if constexpr (floats == 4) {
+            values[i] = std::bit_cast<float>(terms.float_bits[First + i]);
+        } else {
+            values[i] = terms.value(First + i);
+        }
+    }
+}
+
+/// The terms of a group as floats.
+template <group_t Group>
+[[gnu::always_inline]] inline std::array<float, Group.size()> values_of(terms_t const& terms) {
+    alignas(16) std::array<float, Group.size()> values;
+    [&]<std::size_t... Four>(std::index_sequence<Four...>) __attribute__((always_inline)) {
+        (four_values<Group.first + 4 * Four>(terms, values.data() + 4 * Four), ...);
+    }
+    (std::make_index_sequence<Group.size() / 4>());
+    return values;
+}
+
+/// Adds the blend of the terms of a group to the score and writes them to the variables.
 ///
 /// Each operation rounds to float by itself: end game first, then middle game, then the sum of the
 /// two. These are independent of each other, so the compiler takes four terms at a time; the sum
-/// over the terms is not and keeps its order. `Used` terms count of `Size`, a multiple of four.
-template <std::size_t First, std::size_t Size, std::size_t Used = Size>
-[[gnu::always_inline]] inline float add_blend(float score, std::array<float, Size> const& values,
-                                              float mg_phase, float eg_phase, float* variables) {
-    static_assert(Size % 4 == 0 && Used <= Size && First + Size <= Weight::padded);
-    alignas(16) std::array<float, Size> addends;
-    for (std::size_t i = 0; i < Size; ++i) {
-        float const end_game = values[i] * Weight::eg_row[First + i] * eg_phase;
-        float const middle_game = values[i] * Weight::mg_row[First + i] * mg_phase;
+/// over the terms is not and keeps its order.
+template <group_t Group>
+[[gnu::always_inline]] inline float add_blend(float score, terms_t const& terms, float mg_phase,
+                                              float eg_phase, float* variables) {
+    constexpr std::size_t size = Group.size();
+    static_assert(Group.first + size <= Weight::padded);
+    alignas(16) std::array<float, size> const values = values_of<Group>(terms);
+    alignas(16) std::array<float, size> addends;
+    for (std::size_t i = 0; i < size; ++i) {
+        float const end_game = values[i] * Weight::eg_row[Group.first + i] * eg_phase;
+        float const middle_game = values[i] * Weight::mg_row[Group.first + i] * mg_phase;
         addends[i] = end_game + middle_game;
     }
-    for (std::size_t i = 0; i < Used; ++i) {
-        variables[First + i] = values[i];
+    for (std::size_t i = 0; i < Group.terms(); ++i) {
+        variables[Group.first + i] = values[i];
     }
-    for (std::size_t i = 0; i < Used; ++i) {
+    for (std::size_t i = 0; i < Group.terms(); ++i) {
         score += addends[i];
     }
     return score;
-}
-
-/// The terms from `First` on as floats.
-template <std::size_t First, std::size_t Size>
-[[gnu::always_inline]] inline std::array<float, Size> as_floats(int_terms_t const& terms) {
-    alignas(16) std::array<float, Size> values;
-    for (std::size_t i = 0; i < Size; ++i) {
-        values[i] = static_cast<float>(terms[First + i]);
-    }
-    return values;
 }
 
 }  // namespace orvelin

@@ -60,7 +60,7 @@ class CastlingTest(unittest.TestCase):
             ("3r4", ["e1g1"]),
             ("1r6", ["e1c1", "e1g1"]),
         ):
-            fen = f"{rook}/k7/8/8/8/8/8/R3K2R w KQ - 0 1"
+            fen = f"{rook}/2k5/8/8/8/8/8/R3K2R w KQ - 0 1"
             self.assertEqual(self.castling(fen), expected, rook)
 
     def test_the_right_ends_with_the_move_of_king_or_rook(self):
@@ -86,7 +86,7 @@ class CastlingTest(unittest.TestCase):
         self.assertEqual(self.castling("4k3/8/8/8/8/8/8/rRK5 w B - 0 1", True), [])
         self.assertEqual(self.castling("4k3/8/8/8/8/8/8/1RK5 w B - 0 1", True), ["c1b1"])
 
-    def test_chess960_a_third_man_in_the_way(self):
+    def test_chess960_a_third_piece_in_the_way(self):
         self.assertEqual(self.castling("4k3/8/8/8/8/8/8/1R1N1K2 w B - 0 1", True), [])
         self.assertEqual(self.castling("4k3/8/8/8/8/8/8/NR3K2 w B - 0 1", True), ["f1b1"])
 
@@ -142,7 +142,7 @@ class VerdictTest(unittest.TestCase):
 
     def test_insufficient_material(self):
         draw = ("1/2-1/2", "insufficient material")
-        for men, expected in (
+        for pieces, expected in (
             ("8", draw),
             ("1N6", draw),
             ("b7", draw),
@@ -151,7 +151,8 @@ class VerdictTest(unittest.TestCase):
             ("nN6", None),
             ("p7", None),
         ):
-            self.assertEqual(self.verdict(f"4k3/8/8/{men}/8/8/8/4K3 w - - 0 1"), expected, men)
+            fen = f"4k3/8/8/8/{pieces}/8/8/4K3 w - - 0 1"
+            self.assertEqual(self.verdict(fen), expected, pieces)
 
 
 class RefusalTest(unittest.TestCase):

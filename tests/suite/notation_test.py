@@ -51,7 +51,7 @@ class NotationTest(unittest.TestCase):
         self.check(fen, Qh4e1="h4e1", Qee1="e4e1", Q1e1="h1e1")
         self.assert_refused(fen, "Qe1", "Qhe1", "Q4e1")
 
-    def test_a_pinned_man_needs_no_disambiguation(self):
+    def test_a_pinned_piece_needs_no_disambiguation(self):
         fen = "4k3/8/8/8/1b6/2N5/8/4K1N1 w - - 0 1"
         self.assert_is(fen, "Ne2", "g1e2")
         self.assert_refused(fen, "Nce2")

@@ -1,9 +1,11 @@
 """A chess position that knows nothing of speed: standard chess and Chess960.
 
-Squares are 0 (a1) to 63 (h8); men are FEN letters, '.' is an empty square.
+Squares are 0 (a1) to 63 (h8); pieces are FEN letters, '.' is an empty square.
 """
 
 from dataclasses import dataclass
+
+from orvelin_lib.fen import Fen, FenError
 
 WHITE, BLACK = "w", "b"
 START_FEN = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1"
@@ -23,7 +25,7 @@ def square_of(name):
 
 
 def _ray(square, step, limit=7):
-    """The squares that a man meets on its way from a square, nearest first."""
+    """The squares that a piece meets on its way from a square, nearest first."""
     file, rank = square % 8 + step[0], square // 8 + step[1]
     squares = []
     while 0 <= file < 8 and 0 <= rank < 8 and len(squares) < limit:
@@ -53,12 +55,12 @@ def other(side):
 
 
 def letter(side, kind):
-    """The man of a side; the kind is an upper-case letter."""
+    """The piece of a side; the kind is an upper-case letter."""
     return kind if side == WHITE else kind.lower()
 
 
-def side_of(man):
-    return WHITE if man.isupper() else BLACK
+def side_of(piece):
+    return WHITE if piece.isupper() else BLACK
 
 
 @dataclass(frozen=True)
@@ -80,42 +82,47 @@ class Move:
 
 
 class Position:
-    """Men, side to move, rooks that may still castle, en passant square and draw counter."""
+    """Pieces, side to move, rooks that may still castle, en passant square and draw counter."""
 
     def __init__(self, fen=START_FEN):
-        fields = fen.split()
-        self.board = self._read_men(fields[0])
-        self.side = fields[1]
-        self.rooks = frozenset(self._read_rooks(fields[2]))
-        self.en_passant = None if fields[3] == "-" else square_of(fields[3])
-        self.draw_counter = int(fields[4]) if len(fields) > 4 else 0
+        """The position of a FEN; FenError when it cannot be played."""
+        fields = Fen.parse(fen)
+        self.board = list(fields.board)
+        self.side = fields.side
+        self.en_passant = None if fields.en_passant == "-" else square_of(fields.en_passant)
+        self.draw_counter = fields.draw_counter
+        rooks = [self._rook_of(right) for right in fields.rights.replace("-", "")]
+        self.rooks = frozenset(rooks)
+        if len(self.rooks) < len(rooks):
+            raise FenError(f"castling: a right stands twice: {fields.rights!r}")
+        if self.in_check(other(self.side)):
+            raise FenError("the side that has just moved is in check")
 
-    @staticmethod
-    def _read_men(text):
-        board = []
-        for rank in reversed(text.split("/")):
-            for man in rank:
-                board.extend("." * int(man) if man.isdigit() else man)
-        if len(board) != 64:
-            raise ValueError(f"not 64 squares: {text}")
-        return board
-
-    def _read_rooks(self, text):
-        for word in text.replace("-", ""):
-            side = side_of(word)
-            king, rook = self.king(side), letter(side, "R")
-            rank = range(king // 8 * 8, king // 8 * 8 + 8)
-            if word.upper() in "KQ":
-                rooks = [s for s in rank if self.board[s] == rook]
-                yield max(rooks) if word.upper() == "K" else min(rooks)
-            else:
-                yield rank["ABCDEFGH".index(word.upper())]
+    def _rook_of(self, right):
+        """The square of the rook with which a right lets the king castle: K and Q mean the
+        outermost one of that side, other letters its file."""
+        side, word = side_of(right), right.upper()
+        king = self.king(side)
+        first = 0 if side == WHITE else 56
+        squares = range(first, first + 8)
+        rooks = [square for square in squares if self.board[square] == letter(side, "R")]
+        if king not in squares:
+            rooks = []
+        elif word == "K":
+            rooks = [square for square in rooks if square > king][-1:]
+        elif word == "Q":
+            rooks = [square for square in rooks if square < king][:1]
+        else:
+            rooks = [square for square in rooks if square == squares["ABCDEFGH".index(word)]]
+        if not rooks:
+            raise FenError(f"castling: the right {right} has no rook")
+        return rooks[0]
 
     def king(self, side):
         return self.board.index(letter(side, "K"))
 
     def attacked(self, square, by):
-        """True when a man of the side attacks the square."""
+        """True when a piece of the side attacks the square."""
         board = self.board
         king, queen, rook, bishop, knight, pawn = (letter(by, kind) for kind in "KQRBNP")
         if any(board[s] == knight for s in KNIGHT_JUMPS[square]):
@@ -128,13 +135,13 @@ class Position:
             BISHOP_RAYS[square], (bishop, queen)
         )
 
-    def _slider(self, rays, men):
+    def _slider(self, rays, sliders):
         board = self.board
         for ray in rays:
             for square in ray:
-                man = board[square]
-                if man != ".":
-                    if man in men:
+                piece = board[square]
+                if piece != ".":
+                    if piece in sliders:
                         return True
                     break
         return False
@@ -144,28 +151,28 @@ class Position:
         return self.attacked(self.king(side), other(side))
 
     def after(self, move):
-        """The position behind a move of the side to move."""
-        behind = object.__new__(Position)
-        board = behind.board = self.board.copy()
-        man, taken = board[move.start], board[move.target]
+        """The position after a move of the side to move."""
+        after = object.__new__(Position)
+        board = after.board = self.board.copy()
+        piece, taken = board[move.start], board[move.target]
         board[move.start] = "."
         if move.castling:
             board[move.target] = "."
             rank, king_side = move.start // 8 * 8, move.target > move.start
-            board[rank + (6 if king_side else 2)] = man
+            board[rank + (6 if king_side else 2)] = piece
             board[rank + (5 if king_side else 3)] = letter(self.side, "R")
         else:
-            board[move.target] = letter(self.side, move.promotion.upper()) or man
+            board[move.target] = letter(self.side, move.promotion.upper()) or piece
         if move.en_passant:
             board[move.start // 8 * 8 + move.target % 8] = "."
-        behind.side = other(self.side)
+        after.side = other(self.side)
         gone = {move.start, move.target}
-        if man in "Kk":
+        if piece in "Kk":
             gone.update(rook for rook in self.rooks if self.board[rook] == letter(self.side, "R"))
-        behind.rooks = self.rooks - gone
-        is_pawn = man in "Pp"
+        after.rooks = self.rooks - gone
+        is_pawn = piece in "Pp"
         double_step = is_pawn and abs(move.target - move.start) == 16
-        behind.en_passant = (move.start + move.target) // 2 if double_step else None
+        after.en_passant = (move.start + move.target) // 2 if double_step else None
         quiet = not is_pawn and (taken == "." or move.castling)
-        behind.draw_counter = self.draw_counter + 1 if quiet else 0
-        return behind
+        after.draw_counter = self.draw_counter + 1 if quiet else 0
+        return after

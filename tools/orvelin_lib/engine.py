@@ -10,7 +10,7 @@ __all__ = ["EngineFailure", "UciEngine", "number_after"]
 
 
 def number_after(words, key):
-    """The number behind a word of an info line, None when there is none."""
+    """The number after a word of an info line, None when there is none."""
     if key not in words:
         return None
     index = words.index(key) + 1

@@ -1,39 +1,86 @@
 """The log of a long run: JSON, one line for the head and one for each thing done."""
 
 import json
+import os
+
+from orvelin_lib.files import MOST_LINE, read_error, write_error
+from orvelin_lib.tool_main import ToolError, UsageError
 
 
 class Journal:
-    """Appends entries to the log, so that a run can be taken up again."""
+    """Appends entries to the log, so that a run can be taken up again. The file always consists of
+    whole lines, but for the last one of a run that was killed while it wrote."""
 
-    def __init__(self, name, mode):
-        self._file = open(name, mode, encoding="utf-8")
+    def __init__(self, name, file):
+        self._name, self._file = name, file
 
     @staticmethod
     def create(name, head):
-        """A new log; FileExistsError when there is one already."""
-        journal = Journal(name, "x")
-        journal.write({"kind": "run", **head})
+        """A new log; UsageError when there is one already."""
+        try:
+            file = open(name, "xb", buffering=0)
+        except FileExistsError:
+            raise UsageError(f"{name} exists: go on with --resume, or name another") from None
+        except OSError as error:
+            raise write_error(name, error) from None
+        journal = Journal(name, file)
+        try:
+            journal.write({"kind": "run", **head})
+        except ToolError:
+            journal.close()
+            os.unlink(name)
+            raise
         return journal
 
     @staticmethod
     def resume(name):
-        """(journal, head, entries) of a log; ValueError when it is none."""
-        with open(name, encoding="utf-8") as file:
-            text = file.read()
-        whole = text[: text.rfind("\n") + 1]
-        head, *entries = [json.loads(line) for line in whole.splitlines()] or [{}]
-        if not isinstance(head, dict) or head.pop("kind", None) != "run":
-            raise ValueError(f"{name} is not the log of a run")
-        journal = Journal(name, "r+")
-        # A run that was killed may have left half a line.
-        journal._file.truncate(len(whole.encode()))
-        journal._file.seek(0, 2)
-        return journal, head, entries
+        """(journal, head, entries) of a log."""
+        try:
+            file = open(name, "r+b", buffering=0)
+        except OSError as error:
+            raise read_error(name, error.strerror) from None
+        try:
+            records, end = _read(name)
+            head, *entries = records or [{}]
+            if not isinstance(head, dict) or head.pop("kind", None) != "run":
+                raise ToolError(f"{name} is not the log of a run")
+            # A run that was killed may have left half a line.
+            file.truncate(end)
+            file.seek(end)
+        except BaseException:
+            file.close()
+            raise
+        return Journal(name, file), head, entries
 
     def write(self, entry):
-        self._file.write(json.dumps(entry) + "\n")
-        self._file.flush()
+        data = json.dumps(entry).encode() + b"\n"
+        begin = self._file.tell()
+        try:
+            written = self._file.write(data)
+            # A full disk takes the beginning of a line, and fails only at its rest.
+            while written < len(data):
+                written += self._file.write(data[written:])
+        except OSError as error:
+            self._file.truncate(begin)
+            self._file.seek(begin)
+            raise write_error(self._name, error) from None
 
     def close(self):
         self._file.close()
+
+
+def _read(name):
+    """(records, where the last whole line ends)."""
+    records, end = [], 0
+    try:
+        with open(name, "rb") as file:
+            while (line := file.readline(MOST_LINE)).endswith(b"\n"):
+                records.append(json.loads(line))
+                end += len(line)
+    except OSError as error:
+        raise read_error(name, error.strerror) from None
+    except (ValueError, RecursionError):
+        raise ToolError(f"{name} is not the log of a run: line {len(records) + 1}") from None
+    if len(line) == MOST_LINE:
+        raise ToolError(f"{name} is not the log of a run: line {len(records) + 1}")
+    return records, end

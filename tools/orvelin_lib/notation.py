@@ -4,7 +4,7 @@ import re
 
 from orvelin_lib.rules import legal_moves
 
-# The letter of the man, where it comes from as far as that is said, target, promotion.
+# The letter of the piece, where it comes from as far as that is said, target, promotion.
 SAN = re.compile(r"([KQRBN])?([a-h])?([1-8])?x?([a-h][1-8])=?([QRBN])?")
 UCI = re.compile(r"([a-h][1-8]){2}[qrbnQRBN]?")
 CASTLING = re.compile(r"([O0])-\1(-\1)?")
@@ -48,12 +48,12 @@ def _castling(position, king_side):
 
 
 def _named(position, match):
-    man, file, rank, target, promotion = match.groups()
+    piece, file, rank, target, promotion = match.groups()
     return [
         move
         for move in legal_moves(position)
         if not move.castling
-        and position.board[move.start].upper() == (man or "P")
+        and position.board[move.start].upper() == (piece or "P")
         and move.promotion.upper() == (promotion or "")
         and _lies_on(move.target, target[0], target[1])
         and _lies_on(move.start, file, rank)

@@ -12,6 +12,8 @@ import time
 MAX_BYTES = 1 << 24
 MAX_BYTES_A_SECOND = 1 << 18
 MAX_LINE = 1 << 16
+# In seconds; the system takes no more for one wait, after which a tool waits again.
+LONGEST_WAIT = 1000000
 # How long a process that has closed its output may take to end.
 END_SECONDS = 5
 
@@ -93,7 +95,7 @@ class EngineProcess:
 
     def listen(self, seconds):
         """Takes in what comes first within the time, if anything does."""
-        if select.select([self.output], [], [], max(seconds, 0))[0]:
+        if select.select([self.output], [], [], min(max(seconds, 0), LONGEST_WAIT))[0]:
             self.receive()
 
     def _ended(self):

@@ -29,10 +29,10 @@ def legal_moves(position):
 
 
 def _pseudo_legal_moves(position):
-    for square, man in enumerate(position.board):
-        if man == "." or side_of(man) != position.side:
+    for square, piece in enumerate(position.board):
+        if piece == "." or side_of(piece) != position.side:
             continue
-        kind = man.upper()
+        kind = piece.upper()
         if kind == "P":
             yield from _pawn_moves(position, square)
         elif kind == "N":
@@ -48,18 +48,18 @@ def _pseudo_legal_moves(position):
 
 def _jumps(position, square, targets):
     for target in targets:
-        man = position.board[target]
-        if man == "." or side_of(man) != position.side:
+        piece = position.board[target]
+        if piece == "." or side_of(piece) != position.side:
             yield Move(square, target)
 
 
 def _slides(position, square, rays):
     for ray in rays:
         for target in ray:
-            man = position.board[target]
-            if man == "." or side_of(man) != position.side:
+            piece = position.board[target]
+            if piece == "." or side_of(piece) != position.side:
                 yield Move(square, target)
-            if man != ".":
+            if piece != ".":
                 break
 
 
@@ -105,17 +105,17 @@ def _castling_moves(position, king):
 
 def forces_mate(position, move, count):
     """True when the legal move mates in so many moves at most, whatever the other side does."""
-    behind = position.after(move)
+    after = position.after(move)
     # To know of a check is much cheaper than to know all replies.
-    if count == 1 and not behind.in_check():
+    if count == 1 and not after.in_check():
         return False
-    replies = legal_moves(behind)
+    replies = legal_moves(after)
     if not replies:
-        return behind.in_check()
+        return after.in_check()
     if count == 1:
         return False
     for reply in replies:
-        then = behind.after(reply)
+        then = after.after(reply)
         if not any(forces_mate(then, answer, count - 1) for answer in legal_moves(then)):
             return False
     return True
@@ -130,11 +130,11 @@ def perft(position, depth):
 
 
 def _material_is_insufficient(board):
-    men = [(man, square) for square, man in enumerate(board) if man not in ".Kk"]
-    if len(men) < 2:
-        return all(man in "BbNn" for man, _ in men)
-    colours = {(square // 8 + square) % 2 for _, square in men}
-    return all(man in "Bb" for man, _ in men) and len(colours) == 1
+    pieces = [(piece, square) for square, piece in enumerate(board) if piece not in ".Kk"]
+    if len(pieces) < 2:
+        return all(piece in "BbNn" for piece, _ in pieces)
+    colours = {(square // 8 + square) % 2 for _, square in pieces}
+    return all(piece in "Bb" for piece, _ in pieces) and len(colours) == 1
 
 
 class Referee:

@@ -84,7 +84,7 @@ class TableTest(unittest.TestCase):
 class EngineTest(unittest.TestCase):
     def test_counts(self):
         weights = {name: (float(middle), float(end)) for name, middle, end in WEIGHTS}
-        with Session(ENGINE, PATIENCE) as session:
+        with Session([ENGINE], PATIENCE) as session:
             for name, expected, fen in STATEMENTS:
                 with self.subTest(term=name, fen=fen):
                     evaluation = session.evaluation(line_of(fen))
@@ -96,7 +96,7 @@ class EngineTest(unittest.TestCase):
     def test_how_far_the_printed_total_lies_off(self):
         positions = re.findall(r"^[^#\n]+?: (.*)$", read("bench", "positions.txt"), re.MULTILINE)
         self.assertEqual(len(positions), 20)
-        with Session(ENGINE, PATIENCE) as session:
+        with Session([ENGINE], PATIENCE) as session:
             evaluations = [session.evaluation(line_of(fen)) for fen in positions]
         off = max(abs(each.total - each.printed_total) for each in evaluations)
         self.assertIn(f"at most {off} units", re.sub(r"\s+", " ", DOCUMENT))

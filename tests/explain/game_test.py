@@ -26,13 +26,13 @@ LONG = "1. Nf3 Nf6 2. Ng1 Ng8 " * 25 + "*"
 
 
 def game_of(text):
-    return check_game(next(raw_games(text)), 1)
+    return check_game(next(raw_games(text.splitlines())), 1)
 
 
 class FollowTest(unittest.TestCase):
     def steps(self, text, limit=None):
-        with Session(ENGINE, PATIENCE) as session:
-            return follow(session, game_of(text), limit, lambda *_: None)
+        with Session([ENGINE], PATIENCE) as session:
+            return follow(session, game_of(text), limit)
 
     def test_static_scores(self):
         steps = self.steps(MATE)

@@ -1,12 +1,10 @@
-"""FEN texts and PGN files: what is read, and what is refused with which reason."""
+"""PGN files: what is read, and what is refused with which reason."""
 
-import os
-import tempfile
 import unittest
 
-from explain_lib.fen import BadInput, read_fen
 from explain_lib.pgn import check_game, raw_games, read_game
-from support import START
+from orvelin_lib.tool_main import ToolError
+from scratch import ScratchTest
 
 TWO_GAMES = """[Event "A \\"first\\" one"]
 [White "Weiß"]
@@ -26,54 +24,12 @@ TWO_GAMES = """[Event "A \\"first\\" one"]
 """
 
 
-class FenTest(unittest.TestCase):
-    def test_what_is_read(self):
-        self.assertEqual(read_fen(START)[0], START)
-        self.assertEqual(
-            read_fen(" 4k3/8/8/8/8/8/8/4K3  w - - ")[0], "4k3/8/8/8/8/8/8/4K3 w - - 0 1"
-        )
-        self.assertEqual(
-            read_fen("4k3/8/8/8/8/8/8/4K3 b - - 7")[0], "4k3/8/8/8/8/8/8/4K3 b - - 7 1"
-        )
-        _, position = read_fen("bnrqkrnb/pppppppp/8/8/8/8/PPPPPPPP/BNRQKRNB w CFcf - 0 1")
-        self.assertEqual(position.rooks, {2, 5, 58, 61})
-
-    def test_what_is_refused(self):
-        kings = "4k3/8/8/8/8/8/8/4K3"
-        for text, reason in (
-            ("", "four to six fields"),
-            ("hello", "four to six fields"),
-            (f"{kings} w", "four to six fields"),
-            (f"{kings} w - - 0 1 2", "four to six fields"),
-            ("4k3/8/8/8/8/8/4K3 w - - 0 1", "7 ranks"),
-            ("4k3/8/8/9/8/8/8/4K3 w - - 0 1", "rank 5"),
-            ("4k3/8/8/7/8/8/8/4K3 w - - 0 1", "rank 5 has 7 files"),
-            ("4k3/8/8/44p/8/8/8/4K3 w - - 0 1", "rank 5 has 9 files"),
-            ("4k3/8/8/8/8/8/8/8 w - - 0 1", "White has 0 kings"),
-            ("4kk2/8/8/8/8/8/8/4K3 w - - 0 1", "Black has 2 kings"),
-            ("4k2P/8/8/8/8/8/8/4K3 w - - 0 1", "first or the last rank"),
-            (f"{kings} x - - 0 1", "side to move"),
-            (f"{kings} w X - 0 1", "castling: 'X'"),
-            (f"{kings} w K - 0 1", "no rook"),
-            (f"{kings} w h - 0 1", "no rook"),
-            (f"{kings} w - e5 0 1", "en passant"),
-            (f"{kings} w - - x 1", "half-move counter"),
-            (f"{kings} w - - 0 -1", "move number"),
-            ("4k3/8/8/8/8/8/4R3/4K3 w - - 0 1", "is in check"),
-        ):
-            with self.assertRaises(BadInput, msg=text) as refusal:
-                read_fen(text)
-            self.assertIn(reason, str(refusal.exception))
-
-
-class PgnTest(unittest.TestCase):
+class PgnTest(ScratchTest):
     def games(self, text):
-        return list(raw_games(text))
+        return list(raw_games(text.splitlines()))
 
     def write(self, data):
-        directory = tempfile.TemporaryDirectory()
-        self.addCleanup(directory.cleanup)
-        name = os.path.join(directory.name, "games.pgn")
+        name = self.file("games.pgn")
         with open(name, "wb") as file:
             file.write(data)
         return name
@@ -117,7 +73,7 @@ class PgnTest(unittest.TestCase):
             ("1. Nf3 d6 2. d4 d5 3. Nd2 *", ("3.", "Nd2", "more than one")),
             ("1. nonsense *", ("1.", "nonsense")),
         ):
-            with self.assertRaises(BadInput, msg=text) as refusal:
+            with self.assertRaises(ToolError, msg=text) as refusal:
                 check_game(self.games(text)[0], 4)
             for words in expected:
                 self.assertIn(words, str(refusal.exception))
@@ -133,7 +89,7 @@ class PgnTest(unittest.TestCase):
             (lambda: read_game(self.write(b"1. e4 {never closed"), 1), "line 1"),
             (lambda: read_game(self.write(b'[FEN "4k3 w - -"]\n1. e4 *'), 1), "not a FEN"),
         ):
-            with self.assertRaises(BadInput) as refusal:
+            with self.assertRaises(ToolError) as refusal:
                 call()
             self.assertIn(reason, str(refusal.exception))
 

@@ -36,7 +36,7 @@ POSITIONS = (
 
 class EngineTest(unittest.TestCase):
     def test_the_sums_agree_with_the_engine(self):
-        with Session(ENGINE, PATIENCE) as session:
+        with Session([ENGINE], PATIENCE) as session:
             for fen, endgame, halved in POSITIONS:
                 with self.subTest(fen=fen):
                     evaluation = session.evaluation(line_of(fen))
@@ -52,7 +52,7 @@ class EngineTest(unittest.TestCase):
                     self.assertEqual(evaluation.halved, halved)
 
     def test_the_terms_are_those_of_the_engine_in_its_order(self):
-        with Session(ENGINE, PATIENCE) as session:
+        with Session([ENGINE], PATIENCE) as session:
             evaluation = session.evaluation(line_of(START))
         self.assertEqual([part.name for part in evaluation.parts], list(TERMS))
         right_to_move = evaluation.parts[-1]

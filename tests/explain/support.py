@@ -4,9 +4,10 @@ import os
 import subprocess
 import sys
 
-from explain_lib.fen import read_fen
 from explain_lib.session import Line
 from explain_lib.terms import TERMS
+from orvelin_lib.board import Position
+from orvelin_lib.fen import Fen
 from scratch import ScratchTest
 
 ROOT = os.environ["EXPLAIN_ROOT"]
@@ -19,7 +20,7 @@ START = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1"
 
 def line_of(text):
     """The line without moves from a position."""
-    return Line(*read_fen(text))
+    return Line(str(Fen.parse(text)), Position(text))
 
 
 def table(total, **terms):
@@ -51,6 +52,8 @@ class ToolTest(ScratchTest):
         engine=ENGINE,
         tool=TOOL,
         output=subprocess.PIPE,
+        stdin=None,
+        limit=None,
         **variables,
     ):
         chosen = ["--engine", engine] if engine else []
@@ -59,6 +62,7 @@ class ToolTest(ScratchTest):
         environment.pop("PYTHONPATH", None)
         run = subprocess.run(
             [sys.executable, tool, *chosen, "--patience", str(PATIENCE), *arguments],
+            stdin=stdin,
             stdout=output,
             stderr=subprocess.PIPE,
             text=True,
@@ -67,6 +71,7 @@ class ToolTest(ScratchTest):
             check=False,
             cwd=self.directory,
             env=environment,
+            preexec_fn=limit,
         )
         self.assertEqual(run.returncode, status, (run.stdout or "") + run.stderr)
         return run

@@ -7,6 +7,7 @@ import sys
 import unittest
 import xml.etree.ElementTree as ET
 
+from limits import little_memory, small_files
 from support import ENGINE, PATIENCE, ROOT, START, SVG, TOOL, ToolTest, table
 
 PICTURE = "5rk1/1b3ppp/1q2p3/p1bpP1N1/1p3P2/3B2Q1/PPP3PP/5R1K w - - 0 21"
@@ -79,7 +80,7 @@ class EngineTest(ToolTest):
         missing = self.explain("--startpos", engine=None, tool=tool, status=1).stderr
         self.assertIn("no engine found", missing)
         # Each place goes before those that were filled before.
-        for place in ("run", "build/engine/orvelin", "tools/orvelin"):
+        for place in ("run", "tools/orvelin"):
             mark = self.file(place.replace("/", "-"))
             self.wrapper(self.file("tree/" + place), f"touch '{mark}'")
             self.explain("--startpos", engine=None, tool=tool)
@@ -122,8 +123,8 @@ class EngineTest(ToolTest):
         ending = FAKE.replace('cat "$0.table"', "exit 4")
         game = self.file("a.pgn", "1. e4 *")
         for engine, arguments, reason in (
-            (self.file("none"), ["--startpos"], "is no program"),
-            (self.directory, ["--startpos"], "is no program"),
+            (self.file("none"), ["--startpos"], "cannot run "),
+            (self.directory, ["--startpos"], "Is a directory"),
             (self.program("dies", "exit 3\n"), ["--startpos"], "ended with status 3"),
             (self.program("mute", "cat >/dev/null\n"), ["--startpos"], "no uciok within"),
             (self.program("dead", "kill -9 $$\n"), ["--startpos"], "SIGKILL"),
@@ -146,34 +147,71 @@ class RefusalTest(ToolTest):
         for arguments in (["--startpos"], ["--pgn", game]):
             with open("/dev/full", "w", encoding="ascii") as full:
                 run = self.explain(*arguments, status=1, output=full)
-            message = "orvelin-explain: standard output: No space left on device\n"
+            message = "orvelin-explain: cannot write to standard output: No space left on device\n"
             self.assertEqual(run.stderr, message)
             reading, writing = os.pipe()
             os.close(reading)
             with open(writing, "wb") as closed:
                 run = self.explain(*arguments, status=1, output=closed)
-            self.assertEqual(run.stderr, "orvelin-explain: standard output: Broken pipe\n")
+            message = "orvelin-explain: cannot write to standard output: Broken pipe\n"
+            self.assertEqual(run.stderr, message)
 
     def test_output_that_is_closed(self):
         command = [sys.executable, "-B", TOOL, "--engine", ENGINE, "--startpos"]
         closed = ["sh", "-c", 'exec "$@" >&-', "sh", *command]
         run = subprocess.run(closed, stderr=subprocess.PIPE, text=True, timeout=PATIENCE)
-        self.assertEqual(run.stderr, "orvelin-explain: standard output: closed\n")
+        message = "orvelin-explain: cannot write to standard output: it is closed\n"
+        self.assertEqual(run.stderr, message)
         self.assertEqual(run.returncode, 1)
         picture = self.file("a.svg")
         run = subprocess.run([*closed, "--svg", picture], timeout=PATIENCE)
         self.assertEqual(run.returncode, 0)
         self.assertIn("<svg", self.read("a.svg"))
 
+    def test_a_full_disk_leaves_no_half_files(self):
+        for option in ("--svg", "--html"):
+            name = self.file("out", "old")
+            run = self.explain("--startpos", option, name, status=1, limit=small_files(2000))
+            words = f"orvelin-explain: cannot write {name}: File too large\n"
+            self.assertEqual(run.stderr, words)
+            self.assertEqual(self.read("out"), "old")
+        self.assertEqual(os.listdir(self.directory), ["out"])
+
+    def test_standard_input_and_output(self):
+        with open(self.file("a.pgn", "1. e4 *"), encoding="ascii") as game:
+            run = self.explain("--pgn", "-", "--svg", "-", stdin=game)
+        self.assertEqual(ET.fromstring(run.stdout).tag, SVG + "svg")
+
+    def test_a_long_game_file_takes_little_memory(self):
+        # Half a GiB of comments, and of moves that never end.
+        for line, count, reason in (
+            ("; " + "x" * 65533 + "\n", 1 << 13, "standard input has 0 games; there is no game 2"),
+            ("Nf3 " * 1000 + "\n", 1 << 17, "line 21 of the PGN: a game of more than 20000 moves"),
+        ):
+            writer = "import sys\nfor _ in range(int(sys.argv[2])): sys.stdout.write(sys.argv[1])"
+            with subprocess.Popen(
+                [sys.executable, "-c", writer, line, str(count)],
+                stdout=subprocess.PIPE,
+                stderr=subprocess.DEVNULL,
+            ) as source:
+                run = self.explain(
+                    *("--pgn", "-", "--game", "2"),
+                    status=1,
+                    stdin=source.stdout,
+                    limit=little_memory(1 << 28),
+                )
+            self.assertEqual(run.stderr, f"orvelin-explain: {reason}\n")
+
     def test_bad_input(self):
+        missing = self.file("none.pgn")
         illegal = self.file("a.pgn", "1. e4 e5 2. Nf6 *")
         for arguments, reason in (
             (["nonsense"], "not a FEN"),
             (["--startpos", "--moves", "e4", "e4"], "'e4'"),
             (["--pgn", illegal], "game 1, move 2. not a legal move: 'Nf6'"),
             (["--pgn", illegal, "--game", "2"], "no game 2"),
-            (["--pgn", self.file("none.pgn")], "none.pgn: No such file"),
-            (["--startpos", "--svg", self.file("no/folder.svg")], "No such file"),
+            (["--pgn", missing], f"cannot read {missing}: No such file or directory"),
+            (["--startpos", "--svg", self.file("no/folder.svg")], "cannot write "),
         ):
             run = self.explain(*arguments, status=1)
             self.assertIn(reason, run.stderr)
@@ -196,6 +234,7 @@ class RefusalTest(ToolTest):
             ["--startpos", "--patience", "1e300"],
             ["--startpos", "--all", "--svg", "a.svg"],
             ["--startpos", "--all", "--html", "a.html"],
+            ["--startpos", "--svg", "-", "--html", "-"],
             ["--startpos", "--unknown"],
         ):
             run = self.explain(*arguments, status=2)

@@ -1,4 +1,4 @@
-"""The board, with men of simple shapes: no font has to have them."""
+"""The board, with pieces of simple shapes: no font has to have them."""
 
 from explain_lib.drawing import add
 
@@ -28,22 +28,22 @@ SHAPES = {
     ],
 }
 STROKES = {"N": "M17.6 12.6 v1.6", "B": "M20 13 v7 M17 16.4 h6", "K": "M14.6 24.6 H25.4"}
-MEN = {
+PIECES = {
     True: {"fill": "#fbfaf7", "stroke": "#24262b"},
     False: {"fill": "#33363d", "stroke": "#0c0d0f"},
 }
 MARKS = {True: "#24262b", False: "#e4e2dc"}
 
 
-def _man(parent, man, left, top, size):
-    white, kind = man.isupper(), man.upper()
+def _piece(parent, piece, left, top, size):
+    white, kind = piece.isupper(), piece.upper()
     group = add(
         parent,
         "g",
         transform=f"translate({left:g} {top:g}) scale({size / 40:g})",
         stroke_width=1.3,
         stroke_linejoin="round",
-        **MEN[white],
+        **PIECES[white],
     )
     for shape in [*SHAPES[kind], BASE]:
         add(group, "path", d=shape)
@@ -53,13 +53,13 @@ def _man(parent, man, left, top, size):
 
 def draw_board(parent, board, side, left, top, size):
     """A board of 8 squares of the size, letters and numbers outside, and who is to move."""
-    for square, man in enumerate(board):
+    for square, piece in enumerate(board):
         file, rank = square % 8, square // 8
         x, y = left + file * size, top + (7 - rank) * size
         kind = "dark" if (file + rank) % 2 == 0 else "light"
         add(parent, "rect", kind=kind, x=x, y=y, width=size, height=size)
-        if man != ".":
-            _man(parent, man, x, y, size)
+        if piece != ".":
+            _piece(parent, piece, x, y, size)
     for index in range(8):
         middle = (index + 0.5) * size
         add(
@@ -80,6 +80,6 @@ def draw_board(parent, board, side, left, top, size):
         cy=y,
         r=5.5,
         stroke_width=1.3,
-        **MEN[side == "w"],
+        **PIECES[side == "w"],
     )
     add(mark, "title", ("White" if side == "w" else "Black") + " to move")

@@ -46,17 +46,17 @@ class Contribution:
 
 
 def middle_game_share(board):
-    """1 with all men on the board, 0 without pieces; more than 1 with many promoted ones."""
-    return sum(PHASE_COUNTS.get(man.upper(), 0) for man in board) / FULL_PHASE
+    """1 for the pieces of the start, 0 for pawns and kings alone; more than 1 after promotions."""
+    return sum(PHASE_COUNTS.get(piece.upper(), 0) for piece in board) / FULL_PHASE
 
 
 def endgame_function(board):
     """The name of the special function that the engine has for this material, or None."""
-    men = {True: "", False: ""}
+    pieces = {True: "", False: ""}
     for kind in "KQRBNP":
-        men[True] += kind * board.count(kind)
-        men[False] += kind * board.count(kind.lower())
-    names = (men[True] + men[False], men[False] + men[True])
+        pieces[True] += kind * board.count(kind)
+        pieces[False] += kind * board.count(kind.lower())
+    names = (pieces[True] + pieces[False], pieces[False] + pieces[True])
     return next((name for name in names if name in ENDGAMES), None)
 
 
@@ -93,7 +93,7 @@ def _single(number):
 
 
 def _added(total, part, error):
-    """The running total of the engine's table behind a term that is off by an error."""
+    """The running total of the engine's table after a term that is off by an error."""
     for half in (part.middle_part, part.end_part):
         total = _single(total + half + abs(half) * error)
     return int(total)

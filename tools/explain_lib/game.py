@@ -9,7 +9,7 @@ from explain_lib.session import Line, Score
 
 @dataclass(frozen=True)
 class Step:
-    """One half-move and the position behind it."""
+    """One half-move and the position after it."""
 
     number: str
     san: str
@@ -19,7 +19,7 @@ class Step:
     change: float
 
 
-def follow(session, game, limit, report):
+def follow(session, game, limit, console=None):
     """The steps of a game. Without a limit the score is the evaluation itself."""
     line = Line(game.fen, game.start)
     before = session.evaluation(line)
@@ -34,7 +34,8 @@ def follow(session, game, limit, report):
             score = session.score(line, limit, after)
         term, change = biggest_change(before, after)
         steps.append(Step(played.number, played.san, after, score, term, after.pawns(change)))
-        report(len(steps), len(game.moves))
+        if console is not None:
+            console.progress(f"half-move {len(steps)} of {len(game.moves)}")
         before = after
     return steps
 

@@ -3,20 +3,27 @@
 import re
 from dataclasses import dataclass, field
 
-from explain_lib.fen import BadInput, read_fen
 from explain_lib.figures import counted
 from orvelin_lib.board import START_FEN, Move, Position
+from orvelin_lib.fen import Fen, FenError
+from orvelin_lib.files import input_title, read_lines
 from orvelin_lib.notation import parse_move
+from orvelin_lib.tool_main import ToolError
 
 TOKEN = re.compile(
-    r"""(?P<skip>\s+ | ^%[^\n]* | ;[^\n]* | \{[^}]*\} | \$\d+ | [!?]+ | e\.p\.)
-      | (?P<tag>\[\s*(?P<name>\w+)\s+"(?P<value>(?:[^"\\\n]|\\.)*)"\s*\])
+    r"""(?P<skip>\s+ | ^%.* | ;.* | \{[^}]*\} | \$\d+ | [!?]+ | e\.p\.)
+      | (?P<comment>\{[^}]*$)
+      | (?P<tag>\[\s*(?P<name>\w+)\s+"(?P<value>(?:[^"\\]|\\.)*)"\s*\])
       | (?P<open>\() | (?P<close>\))
       | (?P<result>(?:1-0 | 0-1 | 1/2-1/2 | \*)(?=[\s(){};]|$))
-      | (?P<number>\d+(?:\s*\.+|(?=\s)))
+      | (?P<number>\d+(?:\s*\.+|(?=\s|$)))
       | (?P<move>[^\s(){};$!?\[]+)""",
-    re.VERBOSE | re.MULTILINE,
+    re.VERBOSE,
 )
+# What is kept of the tags.
+TAGS = ("White", "Black", "Event", "Date", "Result", "FEN")
+# No game comes near it, and a file that has nothing but moves ends here.
+MOST_MOVES = 20000
 
 
 @dataclass
@@ -25,6 +32,7 @@ class RawGame:
 
     tags: dict = field(default_factory=dict)
     moves: list = field(default_factory=list)
+    is_empty: bool = True
 
 
 @dataclass(frozen=True)
@@ -52,15 +60,37 @@ class Game:
         return ", ".join(word for word in words if word.strip("?*. "))
 
 
-def raw_games(text):
-    """The games of a file, one after the other."""
-    game, depth, place = RawGame(), 0, 0
-    while place < len(text):
-        token = TOKEN.match(text, place)
-        if token is None:
-            line = text.count("\n", 0, place) + 1
-            raise BadInput(f"line {line} of the PGN cannot be read: {text[place:place + 20]!r}")
-        place = token.end()
+def _tokens(lines):
+    """(number of the line, token) of all that is no comment."""
+    comment = None
+    for row, line in enumerate(lines, 1):
+        place = 0
+        if comment is not None:
+            place = line.find("}") + 1
+            if place == 0:
+                continue
+            comment = None
+        while place < len(line):
+            token = TOKEN.match(line, place)
+            if token is None:
+                raise _unreadable(row, line[place:])
+            place = token.end()
+            if token.lastgroup == "comment":
+                comment = row, token["comment"]
+            elif token.lastgroup != "skip":
+                yield row, token
+    if comment is not None:
+        raise _unreadable(*comment)
+
+
+def _unreadable(row, text):
+    return ToolError(f"line {row} of the PGN cannot be read: {text[:20]!r}")
+
+
+def raw_games(lines):
+    """The games of a file, one after the other; one at a time is held in memory."""
+    game, depth = RawGame(), 0
+    for row, token in _tokens(lines):
         kind = token.lastgroup if token["tag"] is None else "tag"
         if kind == "open":
             depth += 1
@@ -70,50 +100,49 @@ def raw_games(text):
             if game.moves:
                 yield game
                 game, depth = RawGame(), 0
-            game.tags[token["name"]] = re.sub(r"\\(.)", r"\1", token["value"])
+            game.is_empty = False
+            if token["name"] in TAGS:
+                game.tags[token["name"]] = re.sub(r"\\(.)", r"\1", token["value"])
         elif depth == 0 and kind == "move":
+            if len(game.moves) == MOST_MOVES:
+                raise ToolError(f"line {row} of the PGN: a game of more than {MOST_MOVES} moves")
+            game.is_empty = False
             game.moves.append(token["move"])
         elif depth == 0 and kind == "result":
             yield game
             game = RawGame()
-    if game.moves or game.tags:
+    if not game.is_empty:
         yield game
 
 
 def check_game(raw, number):
     """The game with its moves found among the legal ones."""
+    text = raw.tags.get("FEN", START_FEN)
     try:
-        fen, start = read_fen(raw.tags.get("FEN", START_FEN))
-    except BadInput as problem:
-        raise BadInput(f"game {number}: {problem}") from None
+        fen, position = Fen.parse(text), Position(text)
+    except FenError as problem:
+        raise ToolError(f"game {number}: not a FEN: {problem}: {text!r}") from None
     if not raw.moves:
-        raise BadInput(f"game {number} has no moves")
-    moves, position, count = [], start, int(fen.split()[5])
+        raise ToolError(f"game {number} has no moves")
+    start, moves, count = position, [], fen.move_number
     for text in raw.moves:
         label = f"{count}." if position.side == "w" else f"{count}..."
         try:
             move = parse_move(text, position)
         except ValueError as problem:
-            raise BadInput(f"game {number}, move {label} {problem}") from None
+            raise ToolError(f"game {number}, move {label} {problem}") from None
         moves.append(Played(label, text, move))
         count += position.side == "b"
         position = position.after(move)
-    return Game(raw.tags, fen, start, moves)
+    return Game(raw.tags, str(fen), start, moves)
 
 
-def read_game(file_name, number):
-    """Game `number` of the file, counted from 1."""
-    try:
-        with open(file_name, "rb") as file:
-            data = file.read()
-    except OSError as error:
-        raise BadInput(f"{file_name}: {error.strerror}") from None
-    try:
-        text = data.decode("utf-8-sig")
-    except UnicodeDecodeError:
-        text = data.decode("latin-1")
+def read_game(name, number, console=None):
+    """Game `number` of a file, counted from 1; what stands after it is not read."""
     count = 0
-    for count, raw in enumerate(raw_games(text.replace("\r\n", "\n")), 1):
+    for count, raw in enumerate(raw_games(read_lines(name, console)), 1):
         if count == number:
             return check_game(raw, number)
-    raise BadInput(f"{file_name} has {counted(count, 'game')}; there is no game {number}")
+    raise ToolError(
+        f"{input_title(name)} has {counted(count, 'game')}; there is no game {number}"
+    )

@@ -1,6 +1,5 @@
-"""The engine: where it is found, and what it is asked."""
+"""What the engine is asked."""
 
-import os
 from dataclasses import dataclass
 
 from explain_lib.evaluation import BadTable, Evaluation
@@ -8,37 +7,12 @@ from explain_lib.figures import signed
 from orvelin_lib.engine import EngineFailure, UciEngine
 from orvelin_lib.rules import legal_moves
 
-# ./run may have to build the engine first.
-BUILD_SECONDS = 1800
 # Enough for what one move of a game is searched here, and soon emptied.
 HASH_MEBIBYTES = 16
 # A mate counts as a score beyond all others, in pawns.
 MATE_PAWNS = 1000.0
 # Searches of one position until one lasts long enough for a score.
 MOST_ATTEMPTS = 60
-
-
-class EngineMissing(Exception):
-    """There is no engine where one was looked for."""
-
-
-def find_engine(named, folder):
-    """The command of the engine: the one named, else one beside the tool in its folder, else what
-    the repository around it has built or builds."""
-    if named is not None:
-        if not os.access(named, os.X_OK) or os.path.isdir(named):
-            raise EngineMissing(f"the engine {named} is no program")
-        return os.path.abspath(named)
-    root = os.path.dirname(folder)
-    places = (
-        os.path.join(folder, "orvelin"),
-        os.path.join(root, "build", "engine", "orvelin"),
-        os.path.join(root, "run"),
-    )
-    for place in places:
-        if os.access(place, os.X_OK) and not os.path.isdir(place):
-            return place
-    raise EngineMissing("no engine found: name one with --engine. Looked for " + ", ".join(places))
 
 
 class Score:
@@ -87,8 +61,7 @@ class Session:
 
     def __init__(self, command, patience):
         self._patience = patience
-        building = os.path.basename(command) == "run"
-        self._engine = UciEngine([command], patience=BUILD_SECONDS if building else patience)
+        self._engine = UciEngine(command, patience=patience)
 
     def __enter__(self):
         try:
@@ -137,7 +110,7 @@ class Session:
         raise EngineFailure("the search gives no score")
 
     def _search(self, line, words):
-        """The two words behind the last `score` of a search, None when there is none."""
+        """The two words after the last `score` of a search, None when there is none."""
         self._engine.send(line.command())
         self._engine.send(f"go {words}")
         found = None

@@ -28,6 +28,9 @@ class Style:
 
     @classmethod
     def of(cls, stream, plain):
+        """The style of standard output, None when that is closed."""
+        if stream is None:
+            return cls(LEAST_WIDTH, PLAIN, False)
         try:
             "".join(BLOCKS.values()).encode(stream.encoding or "ascii")
         except (LookupError, UnicodeEncodeError):
@@ -63,9 +66,9 @@ def board_lines(board, side):
     """The board as letters, the side to move marked."""
     lines = []
     for rank in range(7, -1, -1):
-        men = " ".join(board[8 * rank : 8 * rank + 8])
+        pieces = " ".join(board[8 * rank : 8 * rank + 8])
         mark = {("w", 0): " <", ("b", 7): " <"}.get((side, rank), "")
-        lines.append(f" {rank + 1}  {men}{mark}")
+        lines.append(f" {rank + 1}  {pieces}{mark}")
     return [*lines, "    a b c d e f g h"]
 
 

@@ -1,7 +1,7 @@
 """The 47 terms of the evaluation in the order of the engine, each in a few chess words."""
 
 TERMS = {
-    "material": "men, bishop pair and imbalances",
+    "material": "pieces, bishop pair and imbalances",
     "mobility": "safe squares of all pieces together",
     "knight_mobility": "safe squares of the knights",
     "bishop_mobility": "safe squares of the bishops",
@@ -35,16 +35,16 @@ TERMS = {
     "queen_battlefield_attack": "squares of the zone before the enemy king that queens attack",
     "king_activity": "the way of the king to weak and passed pawns, or to the centre",
     "locked_up_rook": "a rook shut in by its own king",
-    "undefended_pieces": "men that nothing defends",
-    "own_hanging_material": "men attacked and not well defended",
+    "undefended_pieces": "pieces that nothing defends",
+    "own_hanging_material": "pieces attacked and not well defended",
     "rookpawn": "pawns on the a- and h-file",
-    "doubled_pawns": "pawns one behind the other",
+    "doubled_pawns": "pawns of a side on one file",
     "weak_pawns": "pawns that no neighbour can support",
     "isolated_pawns": "pawns without a neighbour",
-    "blocked_pawns": "pawns with a man directly before them",
+    "blocked_pawns": "pawns with a piece directly before them",
     "passed_pawns": "passed pawns",
     "pawn_islands": "groups of pawns",
-    "pinned_pieces": "pinned men",
+    "pinned_pieces": "pinned pieces",
     "bad_bishop": "pawns on the colour of a lone bishop",
     "opposite_colored_bishops": "bishops of opposite colours, which also halve the score",
     "stm": "the right to move",
@@ -54,7 +54,7 @@ TERMS = {
 PAWN_MIDDLE_GAME = 250.148
 PAWN_END_GAME = 205.895
 
-# What a piece counts for the phase; the men of the start make 62.
+# What a piece counts for the phase; the pieces of the start make 62.
 PHASE_COUNTS = {"Q": 9, "R": 5, "B": 3, "N": 3}
 FULL_PHASE = 62
 

@@ -1,8 +1,9 @@
 """Lines of test positions: what is understood, and what is refused."""
 
-import io
 import unittest
 
+from orvelin_lib.tool_main import ToolError
+from scratch import ScratchTest
 from suite_lib.epd import parse_line, read_suite
 from support import ARRAY, MATE
 
@@ -51,41 +52,56 @@ class LineTest(unittest.TestCase):
     def test_refused(self):
         for line, words in (
             ("nothing", "no position"),
-            (f"{MATE} x - - dm 1;", "no position"),
+            (f"{MATE} x - - dm 1;", "side to move"),
             (f"{MATE} w - - id \"x\";", "nothing is wanted"),
             (f"{MATE} w - - bm Ra9;", "not a move"),
             (f"{MATE} w - - bm Rb8;", "not a legal move"),
-            (f"{MATE} w - - dm 0;", "dm wants"),
-            (f"{MATE} w - - dm soon;", "dm wants"),
-            (f"{MATE} w - - dm \u00b2;", "dm wants"),
+            (f"{MATE} w - - dm 0;", "dm needs"),
+            (f"{MATE} w - - dm soon;", "dm needs"),
+            (f"{MATE} w - - dm \u00b2;", "dm needs"),
             (f"{MATE} w - - dm 1; dm 2;", "twice"),
-            (f"{MATE} w - - bm; dm 1;", "bm wants"),
-            (f"{MATE} w - - am ; dm 1;", "am wants"),
+            (f"{MATE} w - - bm; dm 1;", "bm needs"),
+            (f"{MATE} w - - am ; dm 1;", "am needs"),
             (f"{MATE} w - - bm Ra8 Ra7; am a1a8;", "both have a1a8"),
-            (f"{MATE} w - - dm 1; hmvc abc;", "hmvc wants"),
-            (f"{MATE} w - - dm 1; fmvn -1;", "fmvn wants"),
+            (f"{MATE} w - - dm 1; hmvc abc;", "hmvc needs"),
+            (f"{MATE} w - - dm 1; fmvn -1;", "fmvn needs"),
             (f'{MATE} w - - dm 1; id "open;', "not an operation"),
-            (f"{MATE} w K - dm 1;", "without its rook"),
-            (f"{MATE} w B - dm 1;", "castle"),
-            ("4k3/8/8/8/8/8/8/R3K3 w K - dm 1;", "without its rook"),
-            ("8/8/8/8/8/8/8/R3K3 w - - dm 1;", "one king"),
-            ("4k2P/8/8/8/8/8/8/R3K3 w - - dm 1;", "first or last rank"),
+            (f"{MATE} w K - dm 1;", "has no rook"),
+            (f"{MATE} w B - dm 1;", "castling"),
+            ("4k3/8/8/8/8/8/8/R3K3 w K - dm 1;", "has no rook"),
+            ("8/8/8/8/8/8/8/R3K3 w - - dm 1;", "0 kings"),
+            ("4k2P/8/8/8/8/8/8/R3K3 w - - dm 1;", "first or the last rank"),
             ("R3k3/8/8/8/8/8/8/4K3 w - - dm 1;", "in check"),
             ("7k/5Q2/6K1/8/8/8/8/8 b - - dm 1;", "no legal move"),
-            ("4k4/8/8/8/8/8/8/4K3 w - - dm 1;", "64 squares"),
+            ("4k4/8/8/8/8/8/8/4K3 w - - dm 1;", "9 files"),
         ):
             with self.assertRaises(ValueError, msg=line) as raised:
                 parse_line(line, 1)
             self.assertIn(words, str(raised.exception), line)
 
-    def test_files(self):
+
+class FileTest(ScratchTest):
+    def refused(self, text):
+        with self.assertRaises(ToolError) as refusal:
+            read_suite(self.file("x", text))
+        return str(refusal.exception).replace(self.file("x"), "x")
+
+    def test_what_is_read(self):
         text = f"# one\n\n{MATE} w - - dm 1;\n  {MATE} w - - bm Ra8;\n"
-        positions = read_suite(io.StringIO(text), "x")
+        positions = read_suite(self.file("x", text))
         self.assertEqual([position.number for position in positions], [1, 2])
-        with self.assertRaisesRegex(ValueError, "x, line 2: no position"):
-            read_suite(io.StringIO(f"{MATE} w - - dm 1;\nx\n"), "x")
-        with self.assertRaisesRegex(ValueError, "x: no positions"):
-            read_suite(io.StringIO("# nothing\n"), "x")
+
+    def test_what_is_refused(self):
+        good = f"{MATE} w - - dm 1;\n"
+        self.assertEqual(self.refused(good + "x\n"), "x, line 2: no position")
+        self.assertEqual(self.refused("# nothing\n"), "x: no positions")
+
+    def test_too_many_positions_are_refused_before_the_first_is_checked(self):
+        refusal = "cannot read x: more than 100000 positions or 67108864 characters"
+        self.assertEqual(self.refused("x\n" * 100001), refusal)
+        self.assertEqual(self.refused(("x" * 1000000 + "\n") * 68), refusal)
+        # Remarks do not count.
+        self.assertEqual(self.refused("# x\n" * 100001), "x: no positions")
 
 
 class SolvedTest(unittest.TestCase):

@@ -12,6 +12,7 @@ import sys
 import time
 import unittest
 
+from orvelin_lib.tool_main import ToolError
 from suite_lib.epd import parse_line
 from suite_lib.hosts_run import MAX_CHUNK_BYTES, chunks, read_chunk
 from suite_lib.settings import Entrant, Settings
@@ -66,12 +67,12 @@ class ChunkTest(unittest.TestCase):
         tasks = self.tasks(3, "x" * MAX_CHUNK_BYTES)
         for count in (1, 2, 5):
             for size in (1, 2, 10):
-                with self.assertRaisesRegex(ValueError, "position 1 is too long"):
+                with self.assertRaisesRegex(ToolError, "position 1 is too long"):
                     chunks(self.SETTINGS, tasks[:count], size)
 
     def test_refused(self):
         for text in ("", "x", "{}", "[]", '{"settings": {}, "tasks": []}'):
-            with self.assertRaises(ValueError, msg=text):
+            with self.assertRaises(ToolError, msg=text):
                 read_chunk(text)
 
 
@@ -183,15 +184,15 @@ class LocalTest(HostsTest):
         with open(self.file("journal"), encoding="utf-8") as file:
             return [json.loads(line) for line in file][1:]
 
-    def test_a_position_that_is_too_long_is_bad_usage(self):
+    def test_a_position_that_is_too_long_is_refused(self):
         text = f'{MATE} w - - dm 1; id "{"x" * MAX_CHUNK_BYTES}";\n'
         further = ("--chunk", "10", "--journal", self.file("log"))
-        run = self.suite(*self.parallel(*further), status=2, text=text)
+        run = self.suite(*self.parallel(*further), status=1, text=text)
         self.assertIn("too long for a host", run.stderr)
         self.assertFalse(os.path.exists(self.file("log")))
 
     def test_without_parallel(self):
-        run = self.suite(*self.parallel(), status=2, environment={"PATH": self.directory})
+        run = self.suite(*self.parallel(), status=1, environment={"PATH": self.directory})
         self.assertIn("apt-get install parallel", run.stderr)
 
 

@@ -70,26 +70,39 @@ class EngineTest(SuiteTest):
     def test_bad_usage(self):
         good = self.fake()
         for arguments, words in (
-            (("--engine", good, "--option", "Hash=1"), "has no option Hash"),
-            (("--engine", self.file("nowhere")), "cannot be started"),
             (("--engine", good, "--engine", good), "two engines are called"),
             (("--option", "Hash=1", "--engine", good), "stands before every --engine"),
             (("--engine", good, "--depth", "3", "--nodes", "3"), "not allowed with"),
-            (("--engine", good, "--depth", "0"), "below 1"),
-            (("--engine", good, "--threshold", "101%"), "invalid threshold"),
+            (("--engine", good, "--depth", "0"), "0 is not between 1 and"),
+            (("--engine", good, "--threshold", "101%"), "'101' is not between 0 and 100"),
             (("--engine", good, "--threshold", "-1"), "--threshold"),
             (("--engine", good, "--resume"), "needs a --journal"),
             (("--engine", good, "--sshlogin", ":"), "need --parallel"),
-            (("--engine", good, "--patience", "nan"), "no time to wait"),
-            (("--engine", good, "--longest", "inf"), "no time to wait"),
-            (("--engine", good, "--csv", "/nowhere/x.csv"), "/nowhere/x.csv"),
-            (("--engine", good, "--json", "/nowhere/x.json"), "/nowhere/x.json"),
+            (("--engine", good, "--patience", "nan"), "'nan' is not between 0 and"),
+            (("--engine", good, "--longest", "0"), "'0' is no time to wait"),
+            (("--engine", good, "--csv", "-", "--json", "-"), "cannot both go"),
             (("--engine", good, "--nonsense"), "unrecognized"),
         ):
             run = self.suite(*arguments, status=2)
             self.assertIn(words, run.stderr)
             self.assertEqual(run.stdout, "")
-        run = self.suite("--engine", good, status=2, text="nothing\n")
+        self.assertFalse(os.path.exists(self.file("fake.log")))
+
+    def test_what_fails_before_the_first_search(self):
+        good = self.fake()
+        nowhere = self.file("nowhere")
+        missing = "No such file or directory"
+        for arguments, words in (
+            (("--engine", good, "--option", "Hash=1"), "python3: has no option Hash"),
+            (("--engine", nowhere), f"cannot run {nowhere}: {missing}"),
+            (("--engine", self.directory), f"cannot run {self.directory}: Is a directory"),
+            (("--engine", "no-such-engine"), f"cannot run no-such-engine: {missing}"),
+            (("--engine", good, "--csv", nowhere + "/x"), f"cannot write {nowhere}/x: {missing}"),
+            (("--engine", good, "--json", nowhere + "/x"), f"cannot write {nowhere}/x: {missing}"),
+        ):
+            run = self.suite(*arguments, status=1)
+            self.assertEqual((run.stdout, run.stderr), ("", f"orvelin-suite: {words}\n"))
+        run = self.suite("--engine", good, status=1, text="nothing\n")
         self.assertIn("test.epd, line 1: no position", run.stderr)
         # Such a run would search all, and then lose what it found.
         self.assertEqual([line for line in self.told() if line.startswith("go ")], [])
@@ -229,7 +242,7 @@ class ResumeTest(SuiteTest):
             good = file.read()
         for line in ('{"a": 1}', "5", good.splitlines()[1].replace('"number": 1', '"number": []')):
             self.file("journal", f"{good}{line}\n")
-            run = self.suite(*arguments, status=2)
+            run = self.suite(*arguments, status=1)
             self.assertIn(f"journal: not a record: {line[:80]}", run.stderr)
 
     def test_a_journal_is_not_overwritten(self):
@@ -237,7 +250,7 @@ class ResumeTest(SuiteTest):
         run = self.suite(*self.arguments(), status=2)
         self.assertIn("journal exists: go on with --resume, or name another", run.stderr)
         self.assertFalse(os.path.exists(self.file("fake.log")))
-        self.suite(*self.arguments("--resume"), status=2)
+        self.suite(*self.arguments("--resume"), status=1)
         with open(self.file("journal"), encoding="ascii") as file:
             self.assertEqual(file.read(), "kept")
 

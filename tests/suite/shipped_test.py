@@ -17,9 +17,7 @@ PROVED_MATE = 3
 
 
 def positions(name):
-    path = os.path.join(SUITES, name + ".epd")
-    with open(path, encoding="utf-8") as file:
-        return read_suite(file, path)
+    return read_suite(os.path.join(SUITES, name + ".epd"))
 
 
 def fen_of(position):

@@ -52,7 +52,9 @@ class SuiteTest(ScratchTest):
         """GNU parallel leaves files in its home."""
         return {**os.environ, "PARALLEL_HOME": self.directory}
 
-    def suite(self, *arguments, status=0, text=THREE, environment=None, output=subprocess.PIPE):
+    def suite(
+        self, *arguments, status=0, text=THREE, environment=None, output=subprocess.PIPE, limit=None
+    ):
         """Runs the tool on these positions."""
         run = subprocess.run(
             [sys.executable, TOOL, self.file("test.epd", text), *arguments],
@@ -62,6 +64,7 @@ class SuiteTest(ScratchTest):
             timeout=240,
             check=False,
             env={**self.environment(), **(environment or {})},
+            preexec_fn=limit,
         )
         self.assertEqual(run.returncode, status, (run.stdout or "") + run.stderr)
         self.assertNotIn("Traceback", run.stderr)

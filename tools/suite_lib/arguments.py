@@ -1,11 +1,11 @@
 """The command line: engines with options of their own, limits, thresholds."""
 
 import argparse
-import math
 import os
-import shlex
 
-from orvelin_lib.arguments import positive
+from orvelin_lib.arguments import MOST_JOBS, command, decimal, number, positive, seconds
+from orvelin_lib.engines import ENGINE_HELP
+from orvelin_lib.tool_main import UsageError
 from suite_lib.settings import Entrant, Settings
 
 DESCRIPTION = """
@@ -14,8 +14,9 @@ engines, and tells for each how many it solved, after which time, and with how m
 """
 EPILOG = """
 --name and --option belong to the --engine before them. The table goes to standard output,
-progress to standard error. The exit status is 0 when every engine reaches the threshold, 1 when
-one does not or a result cannot be written, 2 for bad usage, 130 when the run was interrupted.
+progress to standard error; as FILE, - is standard input or output. The exit status is 0 when every
+engine reaches the threshold, 1 when one does not, cannot be started, or a file cannot be read or
+written, 2 for bad usage, 130 when the run was interrupted.
 """
 DEFAULT_MOVETIME = 1000
 
@@ -36,33 +37,18 @@ class _EngineAction(argparse.Action):
         namespace.engines = engines
 
 
-def _command(text):
-    words = shlex.split(text)
-    if not words:
-        raise ValueError(f"no command: '{text}'")
-    # Hosts and jobs work in other directories.
-    if "/" in words[0]:
-        words[0] = os.path.abspath(words[0])
-    return tuple(words)
-
-
 def _option(text):
     name, mark, value = text.partition("=")
     if not (name and mark):
-        raise ValueError(text)
+        raise argparse.ArgumentTypeError(f"{text!r} is not NAME=VALUE")
     return name, value
 
 
 def threshold(text):
     """(share, count), of which one is None."""
     if text.endswith("%"):
-        share = float(text[:-1]) / 100
-        if not 0 <= share <= 1:
-            raise ValueError(text)
-        return share, None
-    if (count := int(text)) < 0:
-        raise ValueError(text)
-    return None, count
+        return decimal(0, 100)(text[:-1]) / 100, None
+    return None, number(0)(text)
 
 
 def reached(wanted, solved, positions):
@@ -71,20 +57,13 @@ def reached(wanted, solved, positions):
     return solved >= (count if share is None else share * positions)
 
 
-def _seconds(text):
-    if not 0 < (value := float(text)) < math.inf:
-        raise argparse.ArgumentTypeError(f"{text} is no time to wait")
-    return value
-
-
 def parser():
     """The whole command line."""
     made = argparse.ArgumentParser(prog="orvelin-suite", description=DESCRIPTION, epilog=EPILOG)
     add = made.add_argument
-    add("suite", nargs="?", metavar="FILE", help="test positions; - is standard input")
+    add("suite", nargs="?", metavar="FILE", help="test positions")
     engine = {"action": _EngineAction, "dest": "engines"}
-    command = {"type": _command, "metavar": "CMD", "help": "(default: Orvelin)"}
-    add("--engine", **engine, const="engine", **command)
+    add("--engine", **engine, const="engine", type=command, metavar="CMD", help=ENGINE_HELP)
     named = {"metavar": "NAME", "help": "of the engine (default: that of its program)"}
     add("--name", **engine, const="name", **named)
     add("--option", **engine, const="option", type=_option, metavar="NAME=VALUE", help="of it")
@@ -92,12 +71,12 @@ def parser():
     for word, unit in (("movetime", "MS"), ("nodes", "N"), ("depth", "N")):
         note = f" (default {DEFAULT_MOVETIME})" if word == "movetime" else ""
         limit.add_argument(f"--{word}", type=positive, metavar=unit, help=f"of a search{note}")
-    seconds = {"type": _seconds, "metavar": "S"}
-    add("--patience", **seconds, default=10, help="to wait for an answer (default 10)")
-    add("--longest", **seconds, default=300, help="for a search by nodes or depth (default 300)")
+    wait = {"type": seconds, "metavar": "S"}
+    add("--patience", **wait, default=10, help="to wait for an answer (default 10)")
+    add("--longest", **wait, default=300, help="for a search by nodes or depth (default 300)")
     add("--fresh", action="store_true", help="a new process for each position")
     jobs = "searches at the same time (default 1; with --parallel one for each core)"
-    add("--jobs", type=positive, metavar="N", help=jobs)
+    add("--jobs", type=number(1, MOST_JOBS), metavar="N", help=jobs)
     add(
         "--threshold",
         type=threshold,
@@ -122,12 +101,12 @@ def parser():
 
 
 def settings_of(options):
-    """The settings; ValueError when two engines have one name."""
+    """The settings; UsageError when two engines have one name."""
     entrants = []
     for engine in options.engines:
         name = engine.get("name") or os.path.basename(engine["command"][0])
         if name in [entrant.name for entrant in entrants]:
-            raise ValueError(f"two engines are called {name}: give one a --name")
+            raise UsageError(f"two engines are called {name}: give one a --name")
         entrants.append(Entrant(name, engine["command"], tuple(engine["options"])))
     amounts = {word: getattr(options, word) for word in ("movetime", "nodes", "depth")}
     limit = next((word for word, amount in amounts.items() if amount), "movetime")

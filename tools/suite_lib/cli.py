@@ -1,30 +1,30 @@
 """The command orvelin-suite."""
 
 import contextlib
+import functools
 import hashlib
 import json
 import os
 import shutil
 import signal
-import sys
-import time
 
 from orvelin_lib.engine import EngineFailure
-from orvelin_lib.engines import MissingProgram, built_engine
+from orvelin_lib.engines import checked, default_engine
+from orvelin_lib.files import check_writable, write_file
 from orvelin_lib.journal import Journal
-from orvelin_lib.output import print_whole
+from orvelin_lib.tool_main import (
+    INTERRUPTED,
+    ToolError,
+    UsageError,
+    print_whole,
+    run_tool,
+    take_signals,
+)
 from suite_lib import arguments, report
 from suite_lib.epd import read_suite
 from suite_lib.hosts_run import HostsRun, read_chunk
 from suite_lib.local_run import LocalRun
-from suite_lib.player import Player, Stop
-
-PROGRESS_SECONDS = 2
-SIGNALS = (signal.SIGINT, signal.SIGTERM, signal.SIGHUP)
-
-
-def _say(words):
-    print(f"orvelin-suite: {words}", file=sys.stderr, flush=True)
+from suite_lib.player import Interrupted, Player, Stop
 
 
 class _Interrupts:
@@ -33,8 +33,7 @@ class _Interrupts:
     def __init__(self, run):
         self._run = run
         self.seen = False
-        for number in SIGNALS:
-            signal.signal(number, self._on_signal)
+        take_signals(self._on_signal)
 
     def _on_signal(self, _number, _frame):
         if not self.seen:
@@ -42,28 +41,25 @@ class _Interrupts:
             self._run.stop()
 
 
-def _read(name):
-    is_input = name == "-"
-    title = "standard input" if is_input else name
-    try:
-        # Some programs begin a file with a byte order mark.
-        source = sys.stdin.fileno() if is_input else name
-        with open(source, encoding="utf-8-sig", closefd=not is_input) as file:
-            return read_suite(file, title)
-    except UnicodeDecodeError:
-        raise ValueError(f"{title}: not UTF-8") from None
-
-
 def _probe(settings):
-    """Starts every engine once; ValueError when one does not start or lacks an option."""
+    """Starts every engine once; an error when one does not start or lacks an option."""
+    stop = Stop()
+    # An exception could leave an engine behind that is just being started.
+    take_signals(lambda *_: stop.stop())
     for entrant in settings.entrants:
-        player = Player(entrant, settings, Stop())
+        checked(entrant.command)
+        player = Player(entrant, settings, stop)
         try:
             player.start()
         except EngineFailure as failure:
-            raise ValueError(f"{entrant.name}: {failure}") from None
+            raise ToolError(f"{entrant.name}: {failure}") from None
+        except Interrupted:
+            break
         finally:
             player.close()
+    take_signals(signal.default_int_handler)
+    if stop.wanted:
+        raise KeyboardInterrupt
 
 
 def _head(settings, positions):
@@ -73,56 +69,50 @@ def _head(settings, positions):
 
 
 def _resumed(options, head):
-    """(journal, entries so far), (None, []) when there is no journal yet; ValueError when it is not
+    """(journal, entries so far), (None, []) when there is no journal yet; an error when it is not
     that of this run."""
     name = options.journal
     if name is None and options.resume:
-        raise ValueError("--resume needs a --journal")
+        raise UsageError("--resume needs a --journal")
     if name is None or not os.path.lexists(name):
         return None, []
     if not options.resume:
-        raise ValueError(f"{name} exists: go on with --resume, or name another")
+        raise UsageError(f"{name} exists: go on with --resume, or name another")
     journal, old, entries = Journal.resume(name)
     strange = [entry for entry in entries if not report.is_record(entry)]
     if old != head or strange:
         journal.close()
     if old != head:
-        raise ValueError(f"{name} belongs to other positions or settings")
+        raise UsageError(f"{name} belongs to other positions or settings")
     if strange:
-        raise ValueError(f"{name}: not a record: {json.dumps(strange[0])[:80]}")
+        raise ToolError(f"{name}: not a record: {json.dumps(strange[0])[:80]}")
     return journal, entries
-
-
-def _default_engine(folder):
-    """The one installed beside this program, or what the repository builds."""
-    beside = os.path.join(folder, "orvelin")
-    if os.access(beside, os.X_OK):
-        return beside
-    return built_engine(os.path.dirname(folder))
 
 
 def _check_usage(options):
     if options.suite is None:
-        raise ValueError("no file of test positions")
+        raise UsageError("no file of test positions")
     if not options.parallel and (options.sshlogin or options.joblog or options.retries):
-        raise ValueError("--sshlogin, --joblog and --retries need --parallel")
+        raise UsageError("--sshlogin, --joblog and --retries need --parallel")
+    if options.csv == options.json == "-":
+        raise UsageError("--csv and --json cannot both go to standard output")
     if options.parallel and shutil.which("parallel") is None:
-        raise ValueError("--parallel needs GNU parallel: apt-get install parallel")
+        raise ToolError("--parallel needs GNU parallel: apt-get install parallel")
 
 
-def _run(options, folder, settings, tasks):
+def _run(options, folder, settings, tasks, console):
     if options.parallel:
-        return HostsRun(settings, tasks, options, os.path.join(folder, "orvelin-suite"))
+        return HostsRun(settings, tasks, options, os.path.join(folder, "orvelin-suite"), console)
     return LocalRun(settings, tasks, options.jobs or 1)
 
 
-def _prepare(options, folder):
-    """(settings, results, run, journal); ValueError or OSError for bad usage."""
+def _prepare(options, folder, console):
+    """(settings, results, run, journal)."""
     _check_usage(options)
-    positions = _read(options.suite)
+    positions = read_suite(options.suite, console)
     if not options.engines:
         options.engines = [
-            {"command": (_default_engine(folder),), "name": "orvelin", "options": []}
+            {"command": (default_engine(folder),), "name": "orvelin", "options": []}
         ]
     settings = arguments.settings_of(options)
     head = _head(settings, positions)
@@ -130,30 +120,25 @@ def _prepare(options, folder):
     results = report.Results(settings, positions)
     for entry in entries:
         results.add(entry)
-    run = _run(options, folder, settings, results.missing())
+    run = _run(options, folder, settings, results.missing(), console)
     if not options.parallel:
         _probe(settings)
-    # A run of hours is not to end with a file that cannot be opened.
     for name in filter(None, (options.csv, options.json)):
-        with open(name, "a", encoding="utf-8"):
-            pass
+        check_writable(name)
     if options.journal and journal is None:
         journal = Journal.create(options.journal, head)
     return settings, results, run, journal
 
 
-def _collect(run, results, journal):
+def _collect(run, results, journal, console):
     """Takes all records in; True when the run was interrupted."""
     interrupts = _Interrupts(run)
-    shown = time.monotonic()
-    end = "\r" if sys.stderr.isatty() else "\n"
-    for entry in run.entries():
-        if results.add(entry) and journal is not None:
-            journal.write(entry)
-        if time.monotonic() - shown >= PROGRESS_SECONDS:
-            shown = time.monotonic()
-            print(f"orvelin-suite: {results.progress()}", end=end, file=sys.stderr, flush=True)
-    _say(results.progress())
+    with contextlib.closing(run.entries()) as entries:
+        for entry in entries:
+            if results.add(entry) and journal is not None:
+                journal.write(entry)
+            console.progress(results.progress)
+    console.say(results.progress())
     return interrupts.seen
 
 
@@ -162,40 +147,42 @@ def _run_chunk(text):
     settings, tasks = read_chunk(text)
     run = LocalRun(settings, tasks, 1)
     interrupts = _Interrupts(run)
-    for entry in run.entries():
-        print_whole(json.dumps(entry) + "\n")
-    return 130 if interrupts.seen else 0
+    with contextlib.closing(run.entries()) as entries:
+        for entry in entries:
+            print_whole(json.dumps(entry) + "\n")
+    return INTERRUPTED if interrupts.seen else 0
 
 
-def _put_out(options, settings, results):
+def _put_out(options, settings, results, console):
     """Prints and writes what came out; True when all of it could be written."""
-    outputs = [("standard output", lambda _: print_whole(report.text(results) + "\n"))]
+    outputs = []
+    if "-" not in (options.csv, options.json):
+        outputs.append(lambda: print_whole(report.text(results) + "\n"))
     if options.csv:
-        outputs.append((options.csv, lambda name: report.write_csv(name, results)))
+        outputs.append(lambda: write_file(options.csv, report.csv_text(results)))
     if options.json:
-        write_json = report.write_json
         outputs.append(
-            (options.json, lambda name: write_json(name, results, settings, options.suite))
+            lambda: write_file(options.json, report.json_text(results, settings, options.suite))
         )
     is_whole = True
-    for name, write in outputs:
+    for write in outputs:
         try:
-            write(name)
-        except OSError as error:
-            _say(f"{name}: {error.strerror}")
+            write()
+        except ToolError as error:
+            console.say(error)
             is_whole = False
     return is_whole
 
 
-def _finish(options, settings, results, interrupted):
+def _finish(options, settings, results, interrupted, console):
     """Tells what came out; the exit status."""
-    is_whole = _put_out(options, settings, results)
+    is_whole = _put_out(options, settings, results, console)
     if interrupted:
         if options.journal:
-            _say(f"interrupted; go on with --resume --journal {options.journal}")
-        return 130
+            console.say(f"interrupted; go on with --resume --journal {options.journal}")
+        return INTERRUPTED
     if results.missing():
-        _say("some positions have no result")
+        console.say("some positions have no result")
         return 1
     enough = [
         arguments.reached(options.threshold, summary["solved"], summary["positions"])
@@ -204,25 +191,22 @@ def _finish(options, settings, results, interrupted):
     return 0 if is_whole and all(enough) else 1
 
 
-def main(folder, words):
-    """Runs the command; its exit status."""
+def _run_tool(folder, words, console):
     options = arguments.parser().parse_args(words)
-    # Until a run takes the signals over, there is nothing to bring to an end.
-    for number in SIGNALS:
-        signal.signal(number, signal.default_int_handler)
-    try:
-        if options.run_chunk:
-            return _run_chunk(options.run_chunk)
-        settings, results, run, journal = _prepare(options, folder)
-    except (OSError, ValueError) as error:
-        _say(error)
-        return 2
-    except MissingProgram as error:
-        _say(error)
-        return 1
-    except KeyboardInterrupt:
-        _say("interrupted")
-        return 130
+    if options.run_chunk:
+        return _run_chunk(options.run_chunk)
+    settings, results, run, journal = _prepare(options, folder, console)
     with contextlib.closing(journal) if journal else contextlib.nullcontext():
-        interrupted = _collect(run, results, journal)
-    return _finish(options, settings, results, interrupted)
+        try:
+            interrupted = _collect(run, results, journal, console)
+        except ToolError as error:
+            # The journal cannot take more: what was found so far is told all the same.
+            console.say(error)
+            _finish(options, settings, results, False, console)
+            return 1
+    return _finish(options, settings, results, interrupted, console)
+
+
+def main(folder, words):
+    """Runs the command; its exit status. The tool itself lies in the folder."""
+    return run_tool("orvelin-suite", functools.partial(_run_tool, folder, words))

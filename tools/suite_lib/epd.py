@@ -1,23 +1,34 @@
 """Test positions and the files in which they stand."""
 
+import functools
 import re
-from dataclasses import dataclass, field
+from dataclasses import dataclass
 
-from orvelin_lib.board import WHITE, Position, letter, other, side_of
+from orvelin_lib.board import Position, side_of
+from orvelin_lib.fen import FenError
+from orvelin_lib.files import input_title, read_error, read_lines
 from orvelin_lib.notation import moves_by_text, parse_move
 from orvelin_lib.rules import forces_mate, legal_moves
+from orvelin_lib.tool_main import ToolError
 
+# More would take days to search, and the memory of the machine.
+MOST_POSITIONS = 100000
+# All lines of positions together; remarks do not count.
+MOST_CHARACTERS = 1 << 26
 FIELDS = re.compile(
-    r"(?P<men>[1-8pnbrqkPNBRQK]+(?:/[1-8pnbrqkPNBRQK]+){7})\s+(?P<side>[wb])\s+"
-    r"(?P<rights>-|[A-HKQa-hkq]+)\s+(?P<en_passant>-|[a-h][36])(?P<counters>\s+\d+\s+\d+)?"
-    r"(?:\s+(?P<operations>.*))?"
+    r"(?P<fen>(?:\S+\s+){3}\S+)(?P<counters>\s+\d+\s+\d+)?(?:\s+(?P<operations>.*))?"
 )
 OPERATION = re.compile(r'\s*((?:[^";]|"[^"]*")+)(?:;|$)')
 
 
+@functools.lru_cache(maxsize=256)
+def _moves_of(fen, chess960):
+    return moves_by_text(Position(fen), chess960)
+
+
 @dataclass(frozen=True)
 class TestPosition:
-    """A position and what is wanted there; its legal moves by their texts."""
+    """A position and what is wanted there."""
 
     number: int
     name: str
@@ -27,7 +38,11 @@ class TestPosition:
     best: tuple
     avoid: tuple
     mate: int | None
-    moves: dict = field(repr=False, compare=False)
+
+    @property
+    def moves(self):
+        """The legal moves by their texts; only those of the last positions are kept."""
+        return _moves_of(self.fen, self.chess960)
 
     @property
     def goal(self):
@@ -63,9 +78,9 @@ def parse_line(line, number):
         str(_number(operations, "hmvc", 0, 0)),
         str(_number(operations, "fmvn", 0, 1)),
     ]
-    fen = " ".join([match["men"], match["side"], match["rights"], match["en_passant"], *counters])
+    fen = " ".join([*match["fen"].split(), *counters])
     position = _checked(fen)
-    chess960 = _is_chess960(position, match["rights"])
+    chess960 = _is_chess960(position, fen.split()[2])
     best, avoid = (
         tuple(parse_move(text, position).text(chess960) for text in _moves(operations, word))
         for word in ("bm", "am")
@@ -75,9 +90,8 @@ def parse_line(line, number):
     mate = _number(operations, "dm", 1, None)
     if not (best or avoid or mate):
         raise ValueError("nothing is wanted: neither bm nor am nor dm")
-    moves = moves_by_text(position, chess960)
     name = operations.get("id", "").strip('"') or str(number)
-    return TestPosition(number, name, line, fen, chess960, best, avoid, mate, moves)
+    return TestPosition(number, name, line, fen, chess960, best, avoid, mate)
 
 
 def _operations(text):
@@ -99,7 +113,7 @@ def _moves(operations, word):
     """The texts of the moves of an operation that need not be there."""
     texts = operations.get(word, "").split()
     if word in operations and not texts:
-        raise ValueError(f"{word} wants moves")
+        raise ValueError(f"{word} needs moves")
     return texts
 
 
@@ -109,41 +123,19 @@ def _number(operations, word, least, otherwise):
         return otherwise
     text = operations[word]
     if not (text.isascii() and text.isdigit()) or int(text) < least:
-        raise ValueError(f"{word} wants a number of moves: '{text}'")
+        raise ValueError(f"{word} needs a number of moves: '{text}'")
     return int(text)
 
 
 def _checked(fen):
     """The position when it can be played on."""
-    men, _, rights = fen.split()[:3]
-    if men.count("K") != 1 or men.count("k") != 1:
-        raise ValueError("there is not one king of each side")
-    position = Position(fen.replace(f" {rights} ", " - ", 1))
-    for right in rights.replace("-", ""):
-        if not _rook_files(position, right):
-            raise ValueError(f"a right to castle without its rook: {right}")
-    position = Position(fen)
-    if any(man in "Pp" for man in position.board[:8] + position.board[56:]):
-        raise ValueError("a pawn stands on the first or last rank")
-    if position.in_check(other(position.side)):
-        raise ValueError("the side that is not to move is in check")
+    try:
+        position = Position(fen)
+    except FenError as problem:
+        raise ValueError(f"not a FEN: {problem}") from None
     if not legal_moves(position):
         raise ValueError("there is no legal move")
     return position
-
-
-def _rook_files(position, right):
-    """The files of the rooks with which the letter of the right lets the king castle."""
-    side, word = side_of(right), right.upper()
-    rank, king_file = divmod(position.king(side), 8)
-    if rank != (0 if side == WHITE else 7):
-        return []
-    rooks = [f for f in range(8) if position.board[8 * rank + f] == letter(side, "R")]
-    if word == "K":
-        return [file for file in rooks if file > king_file]
-    if word == "Q":
-        return [file for file in rooks if file < king_file]
-    return [file for file in rooks if file == "ABCDEFGH".index(word)]
 
 
 def _is_chess960(position, rights):
@@ -157,16 +149,27 @@ def _is_chess960(position, rights):
     return False
 
 
-def read_suite(file, name):
-    """All test positions of an open file; lines with '#' are remarks."""
-    positions = []
-    for row, line in enumerate(file, 1):
-        if not line.strip() or line.startswith("#"):
+def read_suite(name, console=None):
+    """All test positions of a file; lines with '#' are remarks."""
+    lines, characters = [], 0
+    for row, line in enumerate(read_lines(name, console), 1):
+        if not (line := line.strip()) or line.startswith("#"):
             continue
+        characters += len(line)
+        if len(lines) == MOST_POSITIONS or characters > MOST_CHARACTERS:
+            raise read_error(
+                name, f"more than {MOST_POSITIONS} positions or {MOST_CHARACTERS} characters"
+            )
+        lines.append((row, line))
+    title = input_title(name)
+    if not lines:
+        raise ToolError(f"{title}: no positions")
+    positions = []
+    for row, line in lines:
         try:
-            positions.append(parse_line(line.strip(), len(positions) + 1))
+            positions.append(parse_line(line, len(positions) + 1))
         except ValueError as error:
-            raise ValueError(f"{name}, line {row}: {error}") from None
-    if not positions:
-        raise ValueError(f"{name}: no positions")
+            raise ToolError(f"{title}, line {row}: {error}") from None
+        if console is not None:
+            console.progress(lambda: f"{len(positions)} of {len(lines)} positions checked")
     return positions

@@ -4,14 +4,15 @@ A chunk of positions travels as one argument of JSON, and its records come back 
 standard output: nothing has to be copied to the hosts or fetched from there.
 """
 
+import contextlib
 import json
 import os
 import shlex
 import signal
 import subprocess
-import sys
 import tempfile
 
+from orvelin_lib.tool_main import ToolError
 from suite_lib.epd import parse_line
 from suite_lib.report import is_record
 from suite_lib.settings import Settings
@@ -31,13 +32,13 @@ def chunk_text(settings, tasks):
 
 
 def read_chunk(text):
-    """(settings, tasks) of such an argument; ValueError when it is none."""
+    """(settings, tasks) of such an argument; an error when it is none."""
     try:
         record = json.loads(text)
         settings = Settings.from_dict(record["settings"])
         tasks = [(parse_line(line, number), name) for number, line, name in record["tasks"]]
-    except (KeyError, TypeError) as error:
-        raise ValueError(f"not a chunk: {error}") from None
+    except (KeyError, TypeError, ValueError, RecursionError) as error:
+        raise ToolError(f"not a chunk: {error}") from None
     return settings, tasks
 
 
@@ -48,7 +49,7 @@ def chunks(settings, tasks, size):
         end = min(begin + size * len(settings.entrants), len(tasks))
         while len(text := chunk_text(settings, tasks[begin:end])) > MAX_CHUNK_BYTES:
             if end - begin <= 1:
-                raise ValueError(f"position {tasks[begin][0].number} is too long for a host")
+                raise ToolError(f"position {tasks[begin][0].number} is too long for a host")
             end = begin + (end - begin) // 2
         texts.append(text)
         begin = end
@@ -58,7 +59,8 @@ def chunks(settings, tasks, size):
 class HostsRun:
     """The same as LocalRun, by one process of GNU parallel."""
 
-    def __init__(self, settings, tasks, options, program):
+    def __init__(self, settings, tasks, options, program, console):
+        self._console = console
         self._texts = chunks(settings, tasks, options.chunk)
         self._command = self._parallel(options, program)
         self._process = None
@@ -73,7 +75,7 @@ class HostsRun:
         for host in options.sshlogin:
             command += ["--sshlogin", host]
         if options.joblog:
-            # Behind an interruption the jobs are others: the log only goes on.
+            # After an interruption the jobs are others: the log only goes on.
             command += ["--joblog", "+" + options.joblog if options.resume else options.joblog]
         if options.retries:
             command += ["--retries", str(options.retries)]
@@ -82,29 +84,22 @@ class HostsRun:
     def stop(self):
         """Ends parallel and its jobs."""
         self._stopped = True
-        if self._process is not None:
+        if self._process is not None and self._process.poll() is None:
             # The first only keeps it from beginning more.
             self._process.send_signal(signal.SIGTERM)
             self._process.send_signal(signal.SIGTERM)
 
     def entries(self):
         """All records; what else the hosts write goes to standard error."""
-        with tempfile.TemporaryFile("w+", encoding="ascii") as arguments:
-            arguments.write("".join(text + "\n" for text in self._texts))
-            arguments.flush()
-            arguments.seek(0)
-            # A session of its own: an interrupt from the terminal is for this program alone.
-            self._process = subprocess.Popen(
-                self._command,
-                stdin=arguments,
-                stdout=subprocess.PIPE,
-                text=True,
-                start_new_session=True,
-                env={**os.environ, "PARALLEL": ""},
-            )
+        try:
+            self._process = self._start()
+        except OSError as error:
+            raise ToolError(f"cannot run parallel: {error.strerror}") from None
         if self._stopped:
             self.stop()
-        with self._process:
+        with self._process, contextlib.ExitStack() as stack:
+            # Whoever takes no more entries waits for the jobs no longer.
+            stack.callback(self.stop)
             for line in self._process.stdout:
                 try:
                     entry = json.loads(line)
@@ -113,4 +108,20 @@ class HostsRun:
                 if is_record(entry):
                     yield entry
                 else:
-                    print(f"orvelin-suite: a host says: {line.rstrip()}", file=sys.stderr)
+                    self._console.say(f"a host says: {line.rstrip()}")
+
+    def _start(self):
+        with tempfile.TemporaryFile("w+", encoding="ascii") as arguments:
+            arguments.write("".join(text + "\n" for text in self._texts))
+            arguments.flush()
+            arguments.seek(0)
+            # A session of its own: an interrupt from the terminal is for this program alone.
+            return subprocess.Popen(
+                self._command,
+                stdin=arguments,
+                stdout=subprocess.PIPE,
+                text=True,
+                errors="replace",
+                start_new_session=True,
+                env={**os.environ, "PARALLEL": ""},
+            )

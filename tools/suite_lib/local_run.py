@@ -20,7 +20,7 @@ class LocalRun:
 
     def stop(self):
         """Ends the run without those positions that are being searched."""
-        self._stop.wanted = True
+        self._stop.stop()
 
     def entries(self):
         """All records until the last thread has ended; raises what one of them raised."""

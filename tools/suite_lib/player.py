@@ -1,4 +1,4 @@
-"""Lets one engine solve one position after the other, and starts it anew when it fails."""
+"""Lets one engine solve one position after the other, and starts it again when it fails."""
 
 import time
 
@@ -18,6 +18,9 @@ class Stop:
     """Whether the run is to end. An event of the library must not be set in a signal's handler."""
 
     wanted = False
+
+    def stop(self):
+        self.wanted = True
 
 
 class WatchedEngine(UciEngine):
@@ -105,7 +108,7 @@ class Player:
         expect_silence(engine.wait_for("readyok")[:-1])
 
     def close(self):
-        """Ends the engine as an interface does; what it does wrong then harms no position."""
+        """Ends the engine as a GUI does; what it does wrong then harms no position."""
         if self._engine is not None:
             try:
                 self._engine.quit(LEAVING_SECONDS)

@@ -1,6 +1,7 @@
 """What a run gave: the table, and the files for other programs."""
 
 import csv
+import io
 import json
 from collections import Counter
 
@@ -114,18 +115,19 @@ def _unsolved(entry):
     return f"{where}: wanted {entry['goal']}, answered {entry['move']}{mate}"
 
 
-def write_csv(name, results):
+def csv_text(results):
     """A row for each engine and position."""
-    with open(name, "w", encoding="utf-8", newline="") as file:
-        writer = csv.DictWriter(file, COLUMNS, extrasaction="ignore")
-        writer.writeheader()
-        for entry in results.all():
-            fault = entry["fault"]
-            words = f"{fault['kind']}: {fault['detail']}" if fault else ""
-            writer.writerow({**entry, "solved": int(entry["solved"]), "fault": words})
+    text = io.StringIO(newline="")
+    writer = csv.DictWriter(text, COLUMNS, extrasaction="ignore")
+    writer.writeheader()
+    for entry in results.all():
+        fault = entry["fault"]
+        words = f"{fault['kind']}: {fault['detail']}" if fault else ""
+        writer.writerow({**entry, "solved": int(entry["solved"]), "fault": words})
+    return text.getvalue()
 
 
-def write_json(name, results, settings, suite):
+def json_text(results, settings, suite):
     """Settings, counts and all records."""
     record = {
         "suite": suite,
@@ -133,6 +135,4 @@ def write_json(name, results, settings, suite):
         "engines": results.summaries(),
         "positions": results.all(),
     }
-    with open(name, "w", encoding="utf-8") as file:
-        json.dump(record, file, indent=2)
-        file.write("\n")
+    return json.dumps(record, indent=2) + "\n"

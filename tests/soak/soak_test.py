@@ -9,6 +9,8 @@ import tempfile
 import time
 import unittest
 
+from limits import small_files
+
 SOAK = os.path.join(os.environ["SOAK_TOOLS"], "soak")
 SHORT = os.environ.get("SOAK_SHORT") == "1"
 FAKE = os.path.join(os.path.dirname(os.path.realpath(__file__)), "fake_engine.py")
@@ -34,9 +36,14 @@ class SoakTest(unittest.TestCase):
     def arguments(self, *further):
         return [sys.executable, SOAK, "--seed", "1", "--patience", "5", *further]
 
-    def soak(self, *arguments, status):
+    def soak(self, *arguments, status, limit=None):
         run = subprocess.run(
-            self.arguments(*arguments), capture_output=True, text=True, timeout=120, check=False
+            self.arguments(*arguments),
+            capture_output=True,
+            text=True,
+            timeout=120,
+            check=False,
+            preexec_fn=limit,
         )
         self.assertEqual(run.returncode, status, run.stdout + run.stderr)
         return run
@@ -64,7 +71,7 @@ class FaultTest(SoakTest):
     def test_illegal_move(self):
         kind, detail = self.fault_of("illegal")
         self.assertEqual(kind, "illegal move")
-        self.assertIn("'bestmove a1a1' behind position", detail)
+        self.assertIn("'bestmove a1a1' after position", detail)
         self.assertIn("< bestmove a1a1", self.session)
 
     def test_illegal_ponder_move(self):
@@ -250,17 +257,48 @@ class RunTest(SoakTest):
         good = self.fake("good")
         missing = os.path.join(self.directory, "missing")
         for arguments, message in (
-            (("--engine", missing), "is no program"),
             (("--engine", good, "--controls", "49"), "less than 50 ms"),
             (("--engine", good, "--controls", "soon"), "not a time control"),
-            (("--engine", good, "--games", "0"), "is below 1"),
-            (("--resume", missing), "No such file"),
-            (("--resume", FAKE), "soak:"),
-            (("--resume", self.old_log()), "has other settings"),
+            (("--engine", good, "--games", "0"), "0 is not between 1 and"),
+            (("--engine", good, "--jobs", "1000000000"), "is not between 1 and 1024"),
+            (("--engine", good, "--patience", "1e300"), "is not between 0 and"),
+            (("--engine", good, "--ponder-share", "nan"), "is not between 0 and 1"),
         ):
             run = self.soak(*arguments, "--log", self.log, status=2)
             self.assertIn(message, run.stderr)
         self.assertFalse(os.path.exists(self.log))
+
+    def test_what_cannot_be_run_or_read(self):
+        missing = os.path.join(self.directory, "missing")
+        reason = "No such file or directory"
+        for arguments, message in (
+            (("--engine", missing), f"cannot run {missing}: {reason}"),
+            (("--resume", missing), f"cannot read {missing}: {reason}"),
+            (("--resume", FAKE), f"{FAKE} is not the log of a run: line 1"),
+            (("--resume", self.old_log()), f"{self.old_log()} has other settings: 'commands'"),
+        ):
+            run = self.soak(*arguments, "--log", self.log, status=1)
+            self.assertEqual(run.stderr, f"soak: {message}\n")
+        self.assertFalse(os.path.exists(self.log))
+
+    def test_a_full_disk_ends_the_log_at_a_whole_line(self):
+        engine = os.environ["SOAK_ENGINE"]
+        arguments = ("--engine", engine, "--games", "5", "--controls", "50", "--log", self.log)
+        run = self.soak(*arguments, status=1, limit=small_files(1000))
+        words = f"cannot write {self.log}: File too large; go on with --resume {self.log}"
+        self.assertEqual(run.stderr.splitlines()[1:], [f"soak: {words}"])
+        with open(self.log, encoding="ascii") as file:
+            self.assertTrue(file.read().endswith("}\n"))
+        self.assertGreater(len(self.entries()), 1)
+        self.soak("--resume", self.log, status=0)
+        self.assertEqual(len(self.entries()), 6)
+
+    def test_a_session_that_cannot_be_saved_does_not_end_the_run(self):
+        good = ("--engine", self.fake("illegal"), "--games", "2", "--log", self.log)
+        run = self.soak(*good, "--controls", "60000", "--faults", "/dev/null/x", status=1)
+        self.assertIn("the session is lost: cannot write /dev/null/x: Not a dir", run.stdout)
+        self.assertEqual(len(self.entries()), 3)
+        self.assertNotIn("Traceback", run.stderr)
 
     def old_log(self):
         """A log whose settings are not those of today."""

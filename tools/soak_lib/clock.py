@@ -1,4 +1,4 @@
-"""Time controls and the interface's own clocks, in milliseconds."""
+"""Time controls and the GUI's own clocks, in milliseconds."""
 
 import re
 from dataclasses import dataclass

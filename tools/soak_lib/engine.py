@@ -32,7 +32,7 @@ class SoakEngine(EngineProcess):
         self._started = time.monotonic()
         self._session = collections.deque(maxlen=MAX_SESSION_LINES)
         self._answers = collections.deque()
-        super().__init__([command], errors=subprocess.STDOUT)
+        super().__init__(command, errors=subprocess.STDOUT)
 
     def failure(self, kind, detail):
         return Fault(kind, self, detail)

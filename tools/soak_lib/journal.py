@@ -3,21 +3,22 @@
 import dataclasses
 
 from orvelin_lib.journal import Journal
+from orvelin_lib.tool_main import ToolError
 from soak_lib.runner import Settings
 
 
 def create(name, settings):
-    """A new log; FileExistsError when there is one already."""
+    """A new log; UsageError when there is one already."""
     return Journal.create(name, dataclasses.asdict(settings))
 
 
 def resume(name):
-    """(journal, settings, entries) of a log; ValueError when it is none."""
+    """(journal, settings, entries) of a log."""
     journal, head, entries = Journal.resume(name)
     try:
-        lists = {key: tuple(head[key]) for key in ("engines", "controls")}
-        settings = Settings(**{**head, **lists})
+        commands = tuple(tuple(words) for words in head["commands"])
+        lists = {"commands": commands, "controls": tuple(head["controls"])}
+        return journal, Settings(**{**head, **lists}), entries
     except (KeyError, TypeError) as error:
         journal.close()
-        raise ValueError(f"{name} has other settings: {error}") from None
-    return journal, settings, entries
+        raise ToolError(f"{name} has other settings: {error}") from None

@@ -110,7 +110,7 @@ class Match:
         engine = self._engines[index]
         move = words[1] if len(words) > 1 else ""
         if not self._referee.play(move):
-            raise Fault("illegal move", engine, f"'{' '.join(words)}' behind {self._line([])}")
+            raise Fault("illegal move", engine, f"'{' '.join(words)}' after {self._line([])}")
         self._moves.append(move)
         self.record.plies += 1
         if self.record.plies >= self._limits.max_plies:
@@ -156,7 +156,7 @@ class Match:
             return
         expected, engine = words[3], self._engines[index]
         if expected not in self._referee.moves:
-            raise Fault("illegal ponder move", engine, f"{expected} behind {self._line([])}")
+            raise Fault("illegal ponder move", engine, f"{expected} after {self._line([])}")
         # A hit on a clock without a budget would end the engine, which is by design.
         if self._referee.ends_with(expected) or not self._clocks[index].has_budget():
             return

@@ -1,17 +1,21 @@
 """Workers that play the games of a run, each with two engines of its own."""
 
 import dataclasses
+import mmap
 import multiprocessing
 import os
 import queue
 import signal
 
+from orvelin_lib.engines import checked
+from orvelin_lib.files import make_folder, write_file
+from orvelin_lib.tool_main import ToolError, take_signals
 from soak_lib.clock import Control
 from soak_lib.engine import Fault, Interrupted, Listener, SoakEngine
 from soak_lib.match import Match
 from soak_lib.schedule import plan_game
 
-# Games of a process behind which its memory should not grow any more.
+# Games of a process after which its memory should not grow any more.
 SETTLING_GAMES = 3
 
 
@@ -19,7 +23,7 @@ SETTLING_GAMES = 3
 class Settings:
     """All that makes a run what it is; kept in the head of its log."""
 
-    engines: tuple
+    commands: tuple
     seed: int
     games: int
     controls: tuple
@@ -43,7 +47,7 @@ class Table:
         self._engines = [None, None]
 
     def play(self, number):
-        """The record of one game; an engine at fault is ended and started anew for the next."""
+        """The record of one game; an engine at fault is ended and started again for the next."""
         settings = self._settings
         plan = plan_game(settings.seed, number, self._controls, settings.ponder_share)
         faults = []
@@ -63,9 +67,9 @@ class Table:
         return {**entry, "faults": faults}
 
     def _start_engines(self):
-        for index, command in enumerate(self._settings.engines):
+        for index, command in enumerate(self._settings.commands):
             if self._engines[index] is None:
-                engine = SoakEngine(command, f"engine {index + 1}")
+                engine = SoakEngine(checked(command), f"engine {index + 1}")
                 self._engines[index] = engine
                 engine.send("uci")
                 listener = Listener(self._stop_wanted)
@@ -84,14 +88,17 @@ class Table:
 
     def _saved(self, fault, number):
         """Writes the sessions of both engines into a file and ends both."""
-        os.makedirs(self._fault_directory, exist_ok=True)
         kind = fault.kind.replace(" ", "-")
         name = os.path.join(self._fault_directory, f"game-{number}-{kind}.txt")
-        with open(name, "w", encoding="utf-8") as file:
-            file.write(f"game {number}: {fault}\n")
-            for engine in self._engines:
-                if engine is not None:
-                    file.write(f"\n{engine.name}\n{engine.session()}")
+        sessions = [f"game {number}: {fault}\n"]
+        for engine in self._engines:
+            if engine is not None:
+                sessions.append(f"{engine.name}\n{engine.session()}")
+        try:
+            make_folder(self._fault_directory)
+            write_file(name, "\n".join(sessions))
+        except ToolError as error:
+            name = f"the session is lost: {error}"
         self.kill()
         return {
             "kind": fault.kind,
@@ -101,7 +108,7 @@ class Table:
         }
 
     def quit(self):
-        """Ends the engines as an interface does; raises Fault when one does not end well."""
+        """Ends the engines as a GUI does; raises Fault when one does not end well."""
         for index, engine in enumerate(self._engines):
             if engine is not None:
                 engine.quit(self._settings.patience)
@@ -123,9 +130,23 @@ class Table:
                 self._engines[index] = None
 
 
-def _work(settings, fault_directory, numbers, next_index, entries, stop):
+class _Counter:
+    """Counts from 0 over all processes that are forked from this one."""
+
+    def __init__(self, lock):
+        self._lock = lock
+        self._memory = mmap.mmap(-1, 8)
+
+    def take(self):
+        with self._lock:
+            value = int.from_bytes(self._memory[:8], "little")
+            self._memory[:8] = (value + 1).to_bytes(8, "little")
+        return value
+
+
+def _work(settings, fault_directory, numbers, counter, entries, stop):
     # The terminal's interrupt reaches every process; the first one decides for all.
-    signal.signal(signal.SIGINT, signal.SIG_IGN)
+    take_signals(signal.SIG_IGN)
     signal.signal(signal.SIGTERM, signal.SIG_DFL)
     parent = os.getppid()
 
@@ -136,9 +157,7 @@ def _work(settings, fault_directory, numbers, next_index, entries, stop):
     number = 0
     try:
         while not stop_wanted():
-            with next_index.get_lock():
-                index = next_index.value
-                next_index.value += 1
+            index = counter.take()
             if index >= len(numbers):
                 break
             number = numbers[index]
@@ -146,6 +165,8 @@ def _work(settings, fault_directory, numbers, next_index, entries, stop):
         entries.put({"kind": "end", "faults": table.close(number)})
     except Interrupted:
         entries.put({"kind": "end", "faults": []})
+    except (ToolError, OSError, MemoryError) as error:
+        entries.put({"kind": "broken", "reason": str(error) or "not enough memory"})
     finally:
         table.kill()
 
@@ -157,8 +178,8 @@ class Workers:
         context = multiprocessing.get_context("fork")
         self._entries = context.Queue()
         self._stop = context.Event()
-        next_index = context.Value("i", 0)
-        arguments = (settings, fault_directory, numbers, next_index, self._entries, self._stop)
+        counter = _Counter(context.Lock())
+        arguments = (settings, fault_directory, numbers, counter, self._entries, self._stop)
         self._processes = [context.Process(target=_work, args=arguments) for _ in range(jobs)]
         for process in self._processes:
             process.start()
@@ -176,8 +197,11 @@ class Workers:
             except queue.Empty:
                 if any(process.exitcode for process in self._processes):
                     self.stop()
-                    raise RuntimeError("a worker has broken down") from None
+                    raise ToolError("a worker has broken down") from None
                 continue
+            if entry["kind"] == "broken":
+                self.stop()
+                raise ToolError(entry["reason"])
             if entry["kind"] == "end":
                 running -= 1
             yield entry

@@ -39,14 +39,14 @@ def chess960_array(chance):
     files = [""] * 8
     files[chance.randrange(0, 8, 2)] = "B"
     files[chance.randrange(1, 8, 2)] = "B"
-    for man in "QNN":
-        files[chance.choice([file for file in range(8) if not files[file]])] = man
+    for piece in "QNN":
+        files[chance.choice([file for file in range(8) if not files[file]])] = piece
     free = [file for file in range(8) if not files[file]]
-    for file, man in zip(free, "RKR"):
-        files[file] = man
-    men = "".join(files)
+    for file, piece in zip(free, "RKR"):
+        files[file] = piece
+    pieces = "".join(files)
     rights = "KQ" if chance.random() < 0.5 else "ABCDEFGH"[free[2]] + "ABCDEFGH"[free[0]]
-    return f"{men.lower()}/pppppppp/8/8/8/8/PPPPPPPP/{men} w {rights}{rights.lower()} - 0 1"
+    return f"{pieces.lower()}/pppppppp/8/8/8/8/PPPPPPPP/{pieces} w {rights}{rights.lower()} - 0 1"
 
 
 def _random_opening(fen, chess960, plies, chance):

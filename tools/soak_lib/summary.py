@@ -97,7 +97,7 @@ class Summary:
         lines.append(f"{'resident memory':<24}{self.memory} KiB at most")
         lines.append(
             f"{'growth of memory':<24}{self.growth} KiB at most, "
-            f"behind up to {self.process_games} games of a process"
+            f"after up to {self.process_games} games of a process"
         )
         lines += ["", *self._control_lines(), "", *self._fault_lines()]
         return "\n".join(lines) + "\n"

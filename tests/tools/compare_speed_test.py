@@ -119,7 +119,7 @@ class RunTest(FakeEngines):
     def test_speeds_of_three_engines(self):
         self.fake("stockfish", 6000000)
         engines = self.compare(
-            *("--ours", self.fake("ours", 30000000), "--rounds", "2"),
+            *("--engine", self.fake("ours", 30000000), "--rounds", "2"),
             *("--also", "before=" + self.fake("before", 1000000)),
             *("--engines", "stockfish"),
         )
@@ -138,7 +138,7 @@ class RunTest(FakeEngines):
     def test_what_an_engine_is_told(self):
         self.fake("stockfish")
         self.compare(
-            *("--ours", self.fake("ours"), "--engines", "stockfish"),
+            *("--engine", self.fake("ours"), "--engines", "stockfish"),
             *("--rounds", "2", "--hash", "64"),
         )
         told = self.told("stockfish")
@@ -162,7 +162,7 @@ class RunTest(FakeEngines):
 
     def test_nodes_without_a_time_of_their_own(self):
         engines = self.compare(
-            *("--ours", self.fake("ours", 4000000, "timeless"), "--engines", "none"),
+            *("--engine", self.fake("ours", 4000000, "timeless"), "--engines", "none"),
             *("--also", "lying=" + self.fake("lying", 4000000, "lying"), "--rounds", "1"),
         )
         for entry in engines.values():
@@ -172,7 +172,7 @@ class RunTest(FakeEngines):
     def failure_of(self, kind, *further):
         """What is said of this engine, beside one that gives its figures."""
         engines = self.compare(
-            *("--ours", self.fake("ours"), "--engines", "none", "--rounds", "1"),
+            *("--engine", self.fake("ours"), "--engines", "none", "--rounds", "1"),
             *("--also", "bad=" + self.fake("bad", 1000, kind), *further),
             status=1,
         )
@@ -202,7 +202,7 @@ class RunTest(FakeEngines):
 
     def test_a_missing_engine(self):
         engines = self.compare(
-            *("--ours", self.fake("ours"), "--engines", "none", "--rounds", "1"),
+            *("--engine", self.fake("ours"), "--engines", "none", "--rounds", "1"),
             *("--also", "bad=" + self.file("nowhere")),
             status=1,
         )
@@ -218,7 +218,7 @@ class RunTest(FakeEngines):
             ("--also", "nameless"),
             ("--also", "orvelin=" + self.fake("twin"), "--engines", "none"),
         ):
-            run = self.tool("compare-speed", "--ours", self.fake("ours"), *arguments, status=2)
+            run = self.tool("compare-speed", "--engine", self.fake("ours"), *arguments, status=2)
             self.assertEqual(run.stdout, "")
 
 

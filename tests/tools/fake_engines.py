@@ -41,15 +41,17 @@ class FakeEngines(unittest.TestCase):
                 if line.startswith("pid "):
                     self.assertFalse(os.path.exists(f"/proc/{line.split()[1]}/fd"), line)
 
-    def tool(self, name, *arguments, status=0):
+    def tool(self, name, *arguments, status=0, limit=None, text=None):
         """Runs a tool, before whose engines those of the folder are found."""
         run = subprocess.run(
             [sys.executable, os.path.join(TOOLS, name), *arguments],
+            input=text,
             capture_output=True,
             text=True,
             timeout=240,
             check=False,
             env={**os.environ, "PATH": self.directory + ":" + os.environ["PATH"]},
+            preexec_fn=limit,
         )
         self.assertEqual(run.returncode, status, run.stdout + run.stderr)
         return run

@@ -5,10 +5,10 @@ Times are held to wide bounds only: what is tested is that they are taken, and t
 
 import json
 import os
-import shlex
 import unittest
 
 from fake_engines import TOOLS, FakeEngines
+from limits import small_files
 from measure_lib import machine
 from measure_lib.instructions import Instructions, read_costs, short_name
 from measure_lib.searches import Growth, HashSizes, Lines, read_positions, some
@@ -16,8 +16,8 @@ from measure_lib.start import hash_sizes
 from measure_lib.uci import MeasuredEngine
 from orvelin_lib.board import Position, other
 from orvelin_lib.engine import number_after
-from orvelin_lib.engines import MissingProgram, built_engine
 from orvelin_lib.rules import legal_moves
+from orvelin_lib.tool_main import ToolError
 
 ENGINE = os.environ["MEASURE_ENGINE"]
 POSITIONS = os.path.join(os.path.dirname(TOOLS), "bench", "positions.txt")
@@ -137,8 +137,10 @@ class FaultTest(MeasureTest):
         )
 
     def test_a_missing_engine(self):
-        self.measure("growth", engine=self.file("nowhere"), status=1)
-        self.assertIn("engine: cannot be started", self.run_of_tool.stderr)
+        nowhere = self.file("nowhere")
+        self.measure("growth", engine=nowhere, status=1)
+        words = f"measure: cannot run {nowhere}: No such file or directory\n"
+        self.assertEqual(self.run_of_tool.stderr, words)
 
     def test_bad_usage(self):
         engine = self.fake("good")
@@ -146,7 +148,38 @@ class FaultTest(MeasureTest):
         self.measure("growth", "--depth", "0", engine=engine, status=2)
         self.measure("hash", "--sizes", "6,x", engine=engine, status=2)
         self.tool("measure", status=2)
-        self.tool("measure", "growth", "--positions", self.file("nowhere"), status=2)
+
+    def test_files_that_cannot_be_read_or_written(self):
+        nowhere = self.file("nowhere")
+        reason = "No such file or directory\n"
+        run = self.tool("measure", "growth", "--positions", nowhere, status=1)
+        self.assertEqual(run.stderr, f"measure: cannot read {nowhere}: {reason}")
+        name = nowhere + "/out.json"
+        run = self.tool("measure", "growth", "--json", name, "--engine", ENGINE, status=1)
+        self.assertEqual(run.stderr, f"measure: cannot write {name}: {reason}")
+
+    def test_a_full_disk_leaves_no_half_files(self):
+        name = self.file("out.json")
+        with open(name, "w", encoding="ascii") as file:
+            file.write("old")
+        with open(self.file("positions.txt"), "w", encoding="ascii") as file:
+            file.write(TWO_POSITIONS)
+        arguments = ("--positions", self.file("positions.txt"), "--engine", ENGINE, "--depth", "2")
+        limit = small_files(100)
+        run = self.tool("measure", "growth", *arguments, "--json", name, status=1, limit=limit)
+        self.assertIn(f"measure: cannot write {name}: File too large\n", run.stderr)
+        self.assertIn("to depth 2", run.stdout)
+        with open(name, encoding="ascii") as file:
+            self.assertEqual(file.read(), "old")
+
+    def test_positions_and_figures_by_standard_input_and_output(self):
+        run = self.tool(
+            *("measure", "growth", "--positions", "-", "--json", "-"),
+            *("--engine", ENGINE, "--depth", "1"),
+            text=TWO_POSITIONS,
+        )
+        names = [entry["name"] for entry in json.loads(run.stdout)["growth"]]
+        self.assertEqual(names, ["open", "late"])
 
     def test_a_full_pipe_is_seen(self):
         command = [self.fake("flood", 1000, "flooding")]
@@ -158,22 +191,6 @@ class FaultTest(MeasureTest):
             while waiting < 2048:
                 waiting = engine.waiting_bytes()
             self.assertLessEqual(waiting, 4096)
-
-
-class BuiltEngineTest(FakeEngines):
-    def run_script(self, line):
-        with open(self.file("run"), "w", encoding="utf-8") as file:
-            file.write(f"#!/bin/sh\n{line}\n")
-        os.chmod(self.file("run"), 0o755)
-
-    def test_what_run_becomes(self):
-        self.run_script(f"exec {shlex.quote(ENGINE)}")
-        self.assertEqual(built_engine(self.directory), os.path.realpath(ENGINE))
-
-    def test_a_build_that_fails(self):
-        self.run_script("exit 1")
-        with self.assertRaises(MissingProgram):
-            built_engine(self.directory)
 
 
 class PositionsTest(FakeEngines):
@@ -196,10 +213,11 @@ class PositionsTest(FakeEngines):
         self.assertEqual(some([("one", "fen")]), [("one", "fen")])
 
     def test_refused_files(self):
-        for text in ("", "# nothing\n", "no position\n", "name: one two\n"):
+        kingless = "name: 8/8/8/8/8/8/8/K7 w - - 0 1\n"
+        for text in ("", "# nothing\n", "no position\n", "name: one two\n", kingless):
             with open(self.file("bad.txt"), "w", encoding="ascii") as file:
                 file.write(text)
-            with self.assertRaises(ValueError, msg=text):
+            with self.assertRaises(ToolError, msg=text):
                 read_positions(self.file("bad.txt"))
 
 

@@ -1,14 +1,14 @@
 """The command line of the comparison."""
 
 import argparse
+import functools
 import json
-import os
-import signal
-import sys
 
 from measure_lib import machine, speed
-from orvelin_lib.arguments import positive
-from orvelin_lib.engines import MissingProgram, built_engine
+from orvelin_lib.arguments import command, positive, seconds
+from orvelin_lib.engines import ENGINE_HELP, checked, default_engine
+from orvelin_lib.files import check_writable, write_file
+from orvelin_lib.tool_main import UsageError, print_whole, run_tool
 
 DESCRIPTION = """
 Compares nodes a second with Debian's classical engines: each searches the three positions of the
@@ -21,16 +21,16 @@ kind of tree, and not which is better. Packages that are missing are installed.
 EPILOG = """
 The median over the rounds stands for a position, the geometric mean of the three for the engine.
 The spread is the way from the slowest to the fastest round: smaller differences mean nothing. The
-exit status is 0 when all engines gave their figures, 1 when one is missing, died or hangs, 2 for
-bad usage.
+exit status is 0 when all engines gave their figures, 1 when one is missing, died or hangs, or the
+figures cannot be written, 2 for bad usage, 130 when it was interrupted.
 """
 
 
 def _named_program(text):
-    name, mark, path = text.partition("=")
-    if not (name and mark and path):
-        raise argparse.ArgumentTypeError(f"{text} is not NAME=PATH")
-    return name, path
+    name, mark, words = text.partition("=")
+    if not (name and mark and words):
+        raise argparse.ArgumentTypeError(f"{text!r} is not NAME=CMD")
+    return name, command(words)
 
 
 def _peers(text):
@@ -63,68 +63,58 @@ def _parser():
         metavar="LIST",
         help=f"of {','.join(speed.PEERS)}, or none (default: all but stockfish-nnue)",
     )
-    add("--ours", metavar="FILE", help="this engine (default: what ./run builds)")
+    add("--engine", type=command, metavar="CMD", help=ENGINE_HELP)
     add(
         "--also",
         action="append",
         default=[],
         type=_named_program,
-        metavar="NAME=FILE",
+        metavar="NAME=CMD",
         help="one more UCI engine, such as the build before a change; may come again",
     )
     add("--hash", type=positive, default=128, metavar="MiB", help="(default %(default)s)")
     add("--reference", default="stockfish", help="engine of ratio 1 (default %(default)s)")
-    add("--patience", type=float, default=10, help="s beyond the time (default %(default)s)")
+    add("--patience", type=seconds, default=10, help="s beyond the time (default %(default)s)")
     add(
         "--processor-time",
         action="store_true",
         help="counts what an engine had of the processor, for a machine that is busy",
     )
     add("--no-install", action="store_true", help="installs nothing")
-    add("--json", metavar="FILE", help="writes all rates there too")
+    add("--json", metavar="FILE", help="all rates; with - in place of the table")
     return parser
 
 
-def _candidates(options, root):
-    ours = options.ours or built_engine(root)
-    candidates = [speed.Candidate("orvelin", (os.path.abspath(ours),))]
-    candidates += [speed.Candidate(name, (os.path.abspath(path),)) for name, path in options.also]
+def _candidates(options, tools):
+    ours = checked(options.engine or (default_engine(tools),))
+    candidates = [speed.Candidate("orvelin", ours)]
+    candidates += [speed.Candidate(name, words) for name, words in options.also]
     candidates += [speed.PEERS[name] for name in options.engines]
     names = [candidate.name for candidate in candidates]
     if len(set(names)) != len(names):
-        raise ValueError("two engines have the same name")
+        raise UsageError("two engines have the same name")
     return candidates
 
 
-def _report(words):
-    print(f"compare-speed: {words}", file=sys.stderr)
-
-
-def main(root, arguments):
-    """Runs the command; its exit status."""
+def _run(tools, arguments, console):
     options = _parser().parse_args(arguments)
-    signal.signal(signal.SIGTERM, lambda *_: sys.exit(143))
-    try:
-        packages = [speed.PEERS[name].package for name in options.engines]
-        if packages and not options.no_install:
-            machine.install(root, packages)
-        candidates = _candidates(options, root)
-    except ValueError as error:
-        _report(error)
-        return 2
-    except MissingProgram as error:
-        _report(error)
-        return 1
-    comparison = speed.Comparison(candidates, options, _report)
-    try:
-        comparison.run()
-    except KeyboardInterrupt:
-        _report("interrupted")
-        return 130
-    contenders = comparison.contenders
-    print(f"{machine.description()}\n\n{speed.text(contenders, options.reference)}")
     if options.json:
-        with open(options.json, "w", encoding="utf-8") as file:
-            json.dump(speed.record(contenders, options), file, indent=2)
-            file.write("\n")
+        check_writable(options.json)
+    packages = [speed.PEERS[name].package for name in options.engines]
+    if packages and not options.no_install:
+        machine.install(tools, packages)
+    comparison = speed.Comparison(_candidates(options, tools), options, console.say)
+    comparison.run()
+    contenders = comparison.contenders
+    if options.json != "-":
+        print_whole(f"{machine.description()}\n\n{speed.text(contenders, options.reference)}\n")
+    if options.json:
+        write_file(
+            options.json, json.dumps(speed.record(contenders, options), indent=2) + "\n"
+        )
     return 0 if all(contender.complete for contender in contenders) else 1
+
+
+def main(tools, arguments):
+    """Runs the command; its exit status. The tool itself lies in the folder of the tools."""
+    return run_tool("compare-speed", functools.partial(_run, tools, arguments))

@@ -99,11 +99,11 @@ class Instructions:
         return entries
 
     def _count(self, engine):
-        self._report(f"instructions: bench of {engine} under callgrind, which takes minutes")
+        self._report(f"instructions: bench of {engine[0]} under callgrind, which takes minutes")
         with tempfile.TemporaryDirectory() as directory:
             out = os.path.join(directory, "callgrind.out")
             command = ["valgrind", "--tool=callgrind", f"--callgrind-out-file={out}"]
-            command += [f"--toggle-collect={COUNTED}", engine]
+            command += [f"--toggle-collect={COUNTED}", *engine]
             try:
                 run = subprocess.run(
                     command, input=SESSION, capture_output=True, text=True, check=False

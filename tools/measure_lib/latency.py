@@ -15,7 +15,7 @@ FILLING_SECONDS = 5.0
 
 
 class LatencyMeasurement:
-    """From a command to its answer, by the clock of the interface."""
+    """From a command to its answer, by the clock of the GUI."""
 
     def __init__(self, settings, report):
         self._settings = settings
@@ -41,7 +41,7 @@ class LatencyMeasurement:
         ready, stop = [], []
         pipe = SMALL_PIPE if full else None
         with MeasuredEngine(
-            [self._settings.engine], patience=self._settings.patience, pipe_bytes=pipe
+            self._settings.engine, patience=self._settings.patience, pipe_bytes=pipe
         ) as engine:
             engine.handshake()
             engine.set_option("MultiPV", lines)
@@ -53,7 +53,7 @@ class LatencyMeasurement:
                 if full:
                     self._fill(engine)
                 else:
-                    # At another moment of the search, and of the engine's own rounds, each time.
+                    # At another moment of the search, and of the engine's own ticks, each time.
                     self._listen(engine, 0.05 + 0.0037 * (number % 50))
                 ready.append(engine.ask("isready", "readyok"))
                 if full:
@@ -63,7 +63,7 @@ class LatencyMeasurement:
 
     @staticmethod
     def _listen(engine, seconds):
-        """Reads for so long, as an interface does while it waits."""
+        """Reads for so long, as a GUI does while it waits."""
         try:
             engine.wait_for("bestmove", seconds)
         except EngineFailure:

@@ -4,28 +4,29 @@ import os
 import subprocess
 import sys
 
-from orvelin_lib.engines import MissingProgram
+from orvelin_lib.tool_main import ToolError
 
 
-def install(root, packages):
+def install(tools, packages):
     """Installs those Debian packages that are missing; by setup.sh, as the scripts do."""
-    script = '. "$1/tools/setup.sh"; shift; install_packages "$@"'
-    command = ["bash", "-c", script, "bash", root, *packages]
+    script = '. "$1/setup.sh"; shift; install_packages "$@"'
+    command = ["bash", "-c", script, "bash", tools, *packages]
     if subprocess.run(command, stdout=sys.stderr, check=False).returncode != 0:
-        raise MissingProgram("could not install: " + " ".join(packages))
+        raise ToolError("could not install: " + " ".join(packages))
 
 
-def profiling_engine(root):
+def profiling_engine(tools):
     """The engine as ./run builds it, but with the lines of the source in it."""
+    root = os.path.dirname(tools)
     build = os.path.join(root, "build", "instructions")
-    install(root, ["cmake", "ninja-build", "g++"])
+    install(tools, ["cmake", "ninja-build", "g++"])
     configure = ["cmake", "-S", root, "-B", build, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Release"]
     for command in (
         [*configure, "-DCMAKE_CXX_FLAGS=-g"],
         ["cmake", "--build", build, "--target", "orvelin"],
     ):
         if subprocess.run(command, stdout=sys.stderr, check=False).returncode != 0:
-            raise MissingProgram(f"could not build in {build}")
+            raise ToolError(f"could not build in {build}")
     return os.path.join(build, "orvelin")
 
 

@@ -1,31 +1,32 @@
 """The command line of the measurements."""
 
 import argparse
+import functools
 import json
 import os
-import signal
-import sys
 
 from measure_lib import machine
 from measure_lib.instructions import Instructions
 from measure_lib.latency import LatencyMeasurement
 from measure_lib.searches import Growth, HashSizes, Lines, read_positions
 from measure_lib.start import StartMeasurement
-from orvelin_lib.arguments import positive, positive_list
-from orvelin_lib.engine import EngineFailure
-from orvelin_lib.engines import MissingProgram, built_engine
+from orvelin_lib.arguments import command, number, numbers, positive, seconds
+from orvelin_lib.engines import ENGINE_HELP, checked, default_engine
+from orvelin_lib.files import check_writable, write_file
+from orvelin_lib.tool_main import print_whole, run_tool
 
 DESCRIPTION = """
-Measures the engine from outside, as an interface meets it. start: from exec to uciok, resident
+Measures the engine from outside, as a GUI meets it. start: from exec to uciok, resident
 memory, ucinewgame, change of the hash size. latency: stop to bestmove and isready to readyok
 during a search, also with a pipe full of info lines. growth: nodes, time and branching factor by
 depth on twenty positions. hash: nodes a second by size of the table. multipv: what several lines
 cost. instructions: those of the command bench by folder, function and file, under callgrind; it
-wants a build with -g, and does not belong to "all".
+needs a build with -g, and does not belong to "all".
 """
 EPILOG = """
 Tables go to standard output as Markdown, progress to standard error. The exit status is 0 when
-all was measured, 1 when the engine died or did not answer, 2 for bad usage.
+all was measured, 1 when the engine cannot be started, died or did not answer, or a file cannot be
+read or written, 2 for bad usage, 130 when it was interrupted.
 """
 
 MEASUREMENTS = {
@@ -39,12 +40,16 @@ MEASUREMENTS = {
 ALL = ("start", "latency", "growth", "hash", "multipv")
 
 
-def _parser(root):
-    positions = os.path.join(root, "bench", "positions.txt")
+# A search is no deeper.
+MOST_DEPTH = 100
+
+
+def _parser(tools):
+    positions = os.path.join(os.path.dirname(tools), "bench", "positions.txt")
     parser = argparse.ArgumentParser(prog="measure", description=DESCRIPTION, epilog=EPILOG)
     add = parser.add_argument
     add("what", nargs="+", choices=[*MEASUREMENTS, "all"], help="what to measure")
-    add("--engine", metavar="FILE", help="(default: what ./run builds)")
+    add("--engine", type=command, metavar="CMD", help=ENGINE_HELP)
     add("--positions", metavar="FILE", default=positions, help="(default bench/positions.txt)")
     add(
         "--samples",
@@ -54,7 +59,7 @@ def _parser(root):
     )
     add(
         "--depth",
-        type=positive,
+        type=number(1, MOST_DEPTH),
         help=f"of growth (default {Growth.default_depth}) and multipv ({Lines.default_depth})",
     )
     add(
@@ -66,7 +71,7 @@ def _parser(root):
     )
     add(
         "--sizes",
-        type=positive_list,
+        type=numbers,
         default=[6, 16, 64, 128, 512, 1024, 4096],
         metavar="LIST",
         help="MiB for hash and start (default 6,16,64,128,512,1024,4096)",
@@ -74,61 +79,52 @@ def _parser(root):
     add("--rounds", type=positive, default=3, help="for hash (default %(default)s)")
     add(
         "--lines",
-        type=positive_list,
+        type=numbers,
         default=[1, 2, 4, 8],
         metavar="LIST",
         help="for multipv (default 1,2,4,8)",
     )
-    add("--before", metavar="FILE", help="an older build with -g, for instructions")
-    add("--patience", type=float, default=30, help="s to wait for an answer (default 30)")
-    add("--json", metavar="FILE", help="writes all figures there too")
+    add("--before", type=command, metavar="CMD", help="an older build with -g, for instructions")
+    add("--patience", type=seconds, default=30, help="s to wait for an answer (default 30)")
+    add("--json", metavar="FILE", help="all figures; with - in place of the tables")
     return parser
 
 
-def _report(words):
-    print(f"measure: {words}", file=sys.stderr)
+def _engine(options, tools):
+    if options.engine is None and options.what == ["instructions"]:
+        return (machine.profiling_engine(tools),)
+    return checked(options.engine or (default_engine(tools),))
 
 
-def _prepare(options, root):
+def _prepare(options, tools, console):
     """Replaces what the options name by what it is."""
-    options.positions = read_positions(options.positions)
+    options.positions = read_positions(options.positions, console)
+    if options.json:
+        check_writable(options.json)
     if "instructions" in options.what:
-        machine.install(root, ["valgrind"])
-    if options.engine is None:
-        debug = options.what == ["instructions"]
-        options.engine = machine.profiling_engine(root) if debug else built_engine(root)
-    options.engine = os.path.abspath(options.engine)
+        machine.install(tools, ["valgrind"])
+    options.engine = _engine(options, tools)
+    if options.before is not None:
+        options.before = checked(options.before)
     if "all" in options.what:
         options.what = list(ALL)
 
 
-def main(root, arguments):
-    """Runs the command; its exit status."""
-    options = _parser(root).parse_args(arguments)
-    signal.signal(signal.SIGTERM, lambda *_: sys.exit(143))
-    try:
-        _prepare(options, root)
-    except (OSError, ValueError) as error:
-        _report(error)
-        return 2
-    except MissingProgram as error:
-        _report(error)
-        return 1
-    print(machine.description())
+def _run(tools, arguments, console):
+    options = _parser(tools).parse_args(arguments)
+    _prepare(options, tools, console)
+    put_out = (lambda _: None) if options.json == "-" else print_whole
+    put_out(machine.description() + "\n")
     records = {}
-    try:
-        for what in dict.fromkeys(options.what):
-            measurement = MEASUREMENTS[what](options, _report)
-            records[what] = measurement.run()
-            print(f"\n{measurement.text(records[what])}", flush=True)
-    except EngineFailure as failure:
-        _report(f"engine: {failure}")
-        return 1
-    except KeyboardInterrupt:
-        _report("interrupted")
-        return 130
+    for what in dict.fromkeys(options.what):
+        measurement = MEASUREMENTS[what](options, console.say)
+        records[what] = measurement.run()
+        put_out(f"\n{measurement.text(records[what])}\n")
     if options.json:
-        with open(options.json, "w", encoding="utf-8") as file:
-            json.dump(records, file, indent=2)
-            file.write("\n")
+        write_file(options.json, json.dumps(records, indent=2) + "\n")
     return 0
+
+
+def main(tools, arguments):
+    """Runs the command; its exit status. The tool itself lies in the folder of the tools."""
+    return run_tool("measure", functools.partial(_run, tools, arguments))

@@ -5,27 +5,38 @@ import statistics
 
 from measure_lib.start import hash_sizes
 from measure_lib.uci import MeasuredEngine
+from orvelin_lib.board import Position
 from orvelin_lib.engine import EngineFailure
+from orvelin_lib.fen import FenError
+from orvelin_lib.files import input_title, read_error, read_lines
 from orvelin_lib.table import milliseconds, table, thousands
+from orvelin_lib.tool_main import ToolError
 
 # A search that takes longer than this is not waited for.
 LONG_SEARCH = 3600.0
+# To measure more would take weeks.
+MOST_POSITIONS = 10000
 
 
-def read_positions(name):
+def read_positions(name, console=None):
     """(name, FEN) of each line; lines with '#' are remarks."""
-    with open(name, encoding="utf-8") as file:
-        lines = [line.strip() for line in file]
+    title = input_title(name)
     positions = []
-    for line in lines:
-        if not line or line.startswith("#"):
+    for row, line in enumerate(read_lines(name, console), 1):
+        if not (line := line.strip()) or line.startswith("#"):
             continue
-        title, mark, fen = line.partition(": ")
-        if not mark or len(fen.split()) < 4:
-            raise ValueError(f"{name}: no position: {line}")
-        positions.append((title, fen))
+        place, mark, fen = line.partition(": ")
+        if not mark:
+            raise ToolError(f"{title}, line {row}: not NAME: FEN")
+        if len(positions) == MOST_POSITIONS:
+            raise read_error(name, f"more than {MOST_POSITIONS} positions")
+        try:
+            Position(fen)
+        except FenError as problem:
+            raise ToolError(f"{title}, line {row}: not a FEN: {problem}") from None
+        positions.append((place, fen))
     if not positions:
-        raise ValueError(f"{name}: no positions")
+        raise ToolError(f"{title}: no positions")
     return positions
 
 
@@ -36,7 +47,7 @@ def some(positions):
 
 def search_from_start(settings, fen, limit, options=()):
     """A search by an engine that was just started, which alone gives the same nodes every time."""
-    with MeasuredEngine([settings.engine], patience=settings.patience) as engine:
+    with MeasuredEngine(settings.engine, patience=settings.patience) as engine:
         engine.handshake()
         for name, value in options:
             engine.set_option(name, value)
@@ -165,11 +176,11 @@ class HashSizes:
     def _round(self, size):
         """A search of each position."""
         searches = []
-        with MeasuredEngine([self._settings.engine], patience=self._settings.patience) as engine:
+        with MeasuredEngine(self._settings.engine, patience=self._settings.patience) as engine:
             engine.handshake()
             engine.set_option("Hash", size)
             engine.ready()
-            # Brings every page of the table into memory: behind a search all of it is cleared.
+            # Brings every page of the table into memory: after a search all of it is cleared.
             engine.search(self._settings.positions[0][1], "depth 5")
             for _, fen in some(self._settings.positions):
                 engine.new_game()

@@ -28,7 +28,7 @@ class StartMeasurement:
         self._report = report
 
     def _engine(self):
-        return MeasuredEngine([self._settings.engine], patience=self._settings.patience)
+        return MeasuredEngine(self._settings.engine, patience=self._settings.patience)
 
     def run(self):
         """The measurement as a record."""

@@ -25,7 +25,7 @@ int gain_of(Move const& move) {
     return move.capture().abs_value() + promotion_gain[move.code()];
 }
 
-/// The men of both colours that attack a square, while one after the other goes there.
+/// The pieces of both colours that attack a square, while one after the other goes there.
 class ExchangeBoard {
  public:
     ExchangeBoard(ChessPosition const& position, Attacks const& attacks, Move const& move)
@@ -33,10 +33,10 @@ class ExchangeBoard {
           attacks_(attacks),
           square_(move.to()),
           occupied_((position.pieces() & ~move.from().bitboard()) | square_.bitboard()),
-          diagonal_men_(position.white_bishop() | position.black_bishop() | position.white_queen() |
+          diagonal_sliders_(position.white_bishop() | position.black_bishop() |
+                            position.white_queen() | position.black_queen()),
+          line_sliders_(position.white_rook() | position.black_rook() | position.white_queen() |
                         position.black_queen()),
-          line_men_(position.white_rook() | position.black_rook() | position.white_queen() |
-                    position.black_queen()),
           attackers_(
               (pawn_attacks<0>(square_.bitboard()) & position.white_pawn()) |
               (pawn_attacks<1>(square_.bitboard()) & position.black_pawn()) |
@@ -46,7 +46,7 @@ class ExchangeBoard {
     }
 
     /// Takes the weakest attacker of a side off the board, of equals the one on the lowest square,
-    /// and gives the man; no piece when there is none.
+    /// and gives it; no piece when there is none.
     template <int Side>
     Piece take_weakest() {
         using men = SideIds<Side>;
@@ -64,10 +64,10 @@ class ExchangeBoard {
     }
 
  private:
-    /// What stood behind a man that has gone attacks now.
+    /// What stood behind a piece that has gone attacks now.
     void find_sliders() {
-        attackers_ |= (attacks_.bishop(square_, occupied_) & diagonal_men_) |
-                      (attacks_.rook(square_, occupied_) & line_men_);
+        attackers_ |= (attacks_.bishop(square_, occupied_) & diagonal_sliders_) |
+                      (attacks_.rook(square_, occupied_) & line_sliders_);
         attackers_ &= occupied_;
     }
 
@@ -75,14 +75,14 @@ class ExchangeBoard {
     Attacks const& attacks_;
     Square const square_;
     BitBoard occupied_;
-    BitBoard const diagonal_men_;
-    BitBoard const line_men_;
+    BitBoard const diagonal_sliders_;
+    BitBoard const line_sliders_;
     BitBoard attackers_;
 };
 
 }  // namespace
 
-// The moves that change more than two squares or a man's kind are rare: they are made on the
+// The moves that change more than two squares or a piece's kind are rare: they are made on the
 // board, and the exchange is played out there. That form would serve for all, and it has to where
 // sets and squares may disagree.
 int Analysis::see(Move const& move) {
@@ -98,7 +98,7 @@ int Analysis::see(Move const& move) {
 
 int Analysis::replies_to(Move const& move) const {
     ExchangeBoard board(position_, tables_.attacks, move);
-    // What each capture takes; each captor takes off one man, so that they cannot be more.
+    // What each capture takes; each captor takes off one piece, so that they cannot be more.
     std::array<int, 64> gains;
     std::size_t captures = 0;
     Piece standing = move.piece();
@@ -134,8 +134,8 @@ int Analysis::see(Square square) {
         return 0;
     }
     Move const move = position_.convert_to_move(attacker, square, normal_move);
-    // Only illegal moves of the interface bring this about: a set names a man whom the squares
-    // do not hold. Without him there is nothing to play, and no end to the exchange.
+    // Only illegal moves of the GUI bring this about: a set names a piece that the squares do not
+    // hold. Without it there is nothing to play, and no end to the exchange.
     if (move.code() == nullmove) {
         return 0;
     }

@@ -29,7 +29,7 @@ class HistoryTable {
     std::int64_t value(std::size_t index) const { return values_[index]; }
 
     /// Piece and destination of a move as one number. The empty move, whose destination is 64,
-    /// shares a number of no man, so that it stays inside the array.
+    /// shares a number of no piece, so that it stays inside the array.
     static std::size_t index(Move const& move) {
         return static_cast<std::size_t>(move.piece_id()) * squares +
                static_cast<std::size_t>(move.to().id());

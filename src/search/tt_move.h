@@ -14,7 +14,7 @@ class ChessPosition;
 /// The part of a move that the transposition table keeps: the low 16 bits of a Move.
 ///
 /// Destination in bits 0 to 5, origin in 6 to 11, code (move_t) in 12 to 14, check bit in
-/// 15; the word 0 is no move. Moving and captured man are not stored: they come back from
+/// 15; the word 0 is no move. Moving and captured piece are not stored: they come back from
 /// the position that the move is made in.
 class TTmove {
  public:
@@ -49,9 +49,9 @@ class TTmove {
     std::uint16_t id() const { return word_; }
     void clear() { word_ = 0; }
 
-    /// The man on the origin square; no piece for a word without code and check bit.
+    /// The piece on the origin square; no piece for a word without code and check bit.
     Piece piece(ChessPosition const& position) const;
-    /// The man that the move captures: for en passant the pawn, otherwise what stands on the
+    /// The piece that the move captures: for en passant the pawn, otherwise what stands on the
     /// destination, which for castling is the own rook. No piece for a word without code and
     /// check bit. By design an en passant word with the check bit is not told apart.
     Piece capture(ChessPosition const& position) const;

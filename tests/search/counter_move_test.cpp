@@ -88,7 +88,7 @@ TEST_F(CounterMoveTest, EmptyMovesStayInside) {
     EXPECT_EQ(table_->value(no_piece, 64, Move()), 4);
 }
 
-// No man has this id, but a promotion text that does not fit the position can lead to it.
+// No piece has this id, but a promotion text that does not fit the position can lead to it.
 TEST_F(CounterMoveTest, TheHighestFourBitIdStaysInside) {
     Move move(king_h8);
     move.piece_id(15);

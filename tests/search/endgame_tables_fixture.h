@@ -19,10 +19,10 @@ inline constexpr int kqkr_floor = 4000;
 /// Time above a floor that is never used up before the first slice begins.
 inline constexpr int spare = 400;
 
-/// A position with these men, named as the material is named: "KBNk". White stands on a1 and the
+/// A position with these pieces, named as the material is named: "KBNk". White stands on a1 and the
 /// second rank, Black on h5 and the seventh; no king is in check with White to move.
 inline std::string fen_of(std::string const& material, std::string const& side = "w") {
-    auto const rank = [](std::string const& men) { return men + std::to_string(8 - men.size()); };
+    auto const rank = [](std::string const& row) { return row + std::to_string(8 - row.size()); };
     std::size_t const black_king = material.find('k');
     return "8/" + rank(material.substr(black_king + 1)) + "/8/7k/8/8/" +
            rank(material.substr(1, black_king - 1)) + "/K7 " + side + " - - 0 1";

@@ -23,7 +23,7 @@ TEST_F(EndgameTables, APawnGivesTheMemoryBack) {
     set_material("KBNkp");
     search(6);
     EXPECT_GT(records(1, last_lent), 0);
-    // The next table begins anew.
+    // The next table begins again.
     root_with("KBNk", kbnk_floor);
     EXPECT_EQ(threshold(), last_lent);
     EXPECT_EQ(kbnk().progress(), -1);

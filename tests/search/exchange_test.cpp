@@ -100,7 +100,7 @@ TEST_F(Exchange, QuietMoveIsNeverAboveZero) {
     set("7k/8/2p5/8/4Q3/8/8/K7 w - - 0 1");
     EXPECT_EQ(analysis_.see(move("e4d5")), -900);
     EXPECT_EQ(analysis_.see(move("e4e3")), 0);
-    // The opponent may also leave a man alone whose capture would cost more.
+    // The opponent may also leave a piece alone whose capture would cost more.
     set("7k/3q4/8/8/4P3/1R6/8/K7 w - - 0 1");
     EXPECT_EQ(analysis_.see(move("b3d3")), -500);
     set("7k/3q4/8/8/2P1P3/1R6/8/K7 w - - 0 1");
@@ -226,9 +226,9 @@ TEST_F(Exchange, CapturedIdWithoutATypeFails) {
     EXPECT_EQ(failure_of([&] { analysis_.see(Square("d5")); }), "Piece::abs_value out of range:");
 }
 
-// An illegal move whose word names no captured man leaves the man in his set and nowhere else. He
-// is the weakest attacker of the exchange for ever, so that it would never end.
-TEST_F(Exchange, ManWhomTheSquaresDoNotHoldEndsTheExchange) {
+// An illegal move whose word names no captured piece leaves that piece in its set and nowhere
+// else. It is the weakest attacker of the exchange for ever, so that it would never end.
+TEST_F(Exchange, PieceThatTheSquaresDoNotHoldEndsTheExchange) {
     set("3r3k/8/8/8/8/8/3P4/K6R w - - 0 1");
     position_.make_move(Move(Square("h1"), Square("d8"), normal_move, white_rook, no_piece));
     position_.make_move(move("h8h7"));

@@ -86,7 +86,7 @@ TEST(HistoryTable, EmptyMoveStaysInside) {
     EXPECT_EQ(table.value(king_h8), 0);
 }
 
-// No man has this id, but a promotion text that does not fit the position can lead to it.
+// No piece has this id, but a promotion text that does not fit the position can lead to it.
 TEST(HistoryTable, TheHighestFourBitIdStaysInside) {
     HistoryTable table;
     Move move(king_h8);

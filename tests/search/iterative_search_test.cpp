@@ -290,7 +290,7 @@ TEST_F(IterativeSearch, WithoutAspirationTheWindowStaysOpen) {
 TEST_F(IterativeSearch, BranchingFactorIsTheRootOfTheLeafs) {
     set(kiwipete);
     std::vector<root_return_t> const returns = search(5);
-    // A retry's leaves are part of the iteration's count, which starts anew behind it.
+    // A retry's leaves are part of the iteration's count, which starts again behind it.
     float const exponent = 1.0F / 5.0F;
     EXPECT_EQ(analysis_.get_ebf(),
               static_cast<float>(std::pow(static_cast<double>(returns.back().leafs),

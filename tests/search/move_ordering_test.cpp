@@ -148,10 +148,10 @@ TEST_F(MoveOrdering, PawnTakingAKnightIsAGoodCapture) {
     EXPECT_EQ(class_of("e4d5"), good_capture);
 }
 
-TEST_F(MoveOrdering, EqualMenAreAGoodCapture) {
+TEST_F(MoveOrdering, EqualPiecesAreAGoodCapture) {
     set("7k/8/4p3/3r4/8/8/3R4/K7 w - - 0 1");
     EXPECT_EQ(class_of("d2d5"), good_capture);
-    // Lesser man takes greater one: the exchange is not looked at.
+    // A lesser piece takes a greater one: the exchange is not looked at.
     set("7k/8/4p3/3q4/8/8/3R4/K7 w - - 0 1");
     EXPECT_EQ(class_of("d2d5"), good_capture);
 }

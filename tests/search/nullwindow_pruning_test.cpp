@@ -10,7 +10,7 @@ namespace orvelin::test {
 
 namespace {
 
-/// No sliders: nobody passes.
+/// No sliders: nobody makes a null move.
 std::string const knights = "4k3/pp3p2/2n5/8/8/2N5/PP3P2/4K3 w - - 0 1";
 /// One rook each, nothing under attack.
 std::string const rooks = "r3k3/pp3p2/8/8/8/8/PP3P2/4K2R w - - 0 1";
@@ -23,7 +23,7 @@ class NullWindowPruning : public AnalysisFixture {
     int search(int depth, int alpha) {
         return analysis_.nullwindow_search(depth, alpha, alpha + 1);
     }
-    /// Whether a side may pass behind a king move of the other.
+    /// Whether a side may make a null move behind a king move of the other.
     bool allowed(std::string const& fen, std::string const& king_move) {
         set(fen, {king_move});
         probe_.ply(1);
@@ -34,12 +34,12 @@ class NullWindowPruning : public AnalysisFixture {
 
 }  // namespace
 
-TEST_F(NullWindowPruning, PassingNeedsABishopRookOrQueen) {
+TEST_F(NullWindowPruning, NullMoveNeedsABishopRookOrQueen) {
     EXPECT_TRUE(allowed("4k3/8/8/8/8/8/8/2B1K3 b - - 0 1", "e8e7"));
     EXPECT_TRUE(allowed("4k3/8/8/8/8/8/8/R3K3 b - - 0 1", "e8e7"));
     EXPECT_TRUE(allowed("4k3/8/8/8/8/8/8/Q3K3 b - - 0 1", "e8e7"));
     EXPECT_FALSE(allowed("4k3/8/8/8/8/8/PPPP4/NN2K3 b - - 0 1", "e8e7"));
-    // The opponent's men do not count.
+    // The opponent's pieces do not count.
     EXPECT_FALSE(allowed("rq2k3/8/8/8/8/8/PPPP4/NN2K3 b - - 0 1", "e8e7"));
     EXPECT_TRUE(allowed("2b1k3/8/8/8/8/8/8/4K3 w - - 0 1", "e1e2"));
     EXPECT_TRUE(allowed("r3k3/8/8/8/8/8/8/4K3 w - - 0 1", "e1e2"));
@@ -47,7 +47,7 @@ TEST_F(NullWindowPruning, PassingNeedsABishopRookOrQueen) {
     EXPECT_FALSE(allowed("nn2k3/pppp4/8/8/8/8/8/RQ2K3 w - - 0 1", "e1e2"));
 }
 
-TEST_F(NullWindowPruning, NoPassingAtTheRootInCheckOrTwiceInARow) {
+TEST_F(NullWindowPruning, NoNullMoveAtTheRootInCheckOrTwiceInARow) {
     set(rooks);
     EXPECT_FALSE(analysis_.nullmove_allowed());
     // Without a move before, the last move's code is that of a null move.
@@ -65,18 +65,18 @@ TEST_F(NullWindowPruning, NoPassingAtTheRootInCheckOrTwiceInARow) {
     EXPECT_FALSE(analysis_.nullmove_allowed());
 }
 
-TEST_F(NullWindowPruning, PassThatHoldsBetaEndsTheNode) {
+TEST_F(NullWindowPruning, NullMoveThatHoldsBetaEndsTheNode) {
     set(rooks, {"e1e2", "e8e7"});
     probe_.ply(2);
     int const alpha = eval() - 150;
     EXPECT_EQ(search(4, alpha), alpha + 1);
-    // The node and the leaf behind the pass; nothing is stored.
+    // The node and the leaf behind the null move; nothing is stored.
     EXPECT_EQ(node_count(), 2U);
     EXPECT_EQ(record(), nullptr);
     EXPECT_EQ(analysis_.ply(), 2);
 }
 
-TEST_F(NullWindowPruning, KnightsAndPawnsNeverPassHoweverHighTheScore) {
+TEST_F(NullWindowPruning, KnightsAndPawnsMakeNoNullMoveHoweverHighTheScore) {
     set("4k3/8/8/8/8/8/PPPPP3/1NN1K3 w - - 0 1", {"e1f2", "e8e7"});
     probe_.ply(2);
     int const alpha = eval() - 1000;
@@ -89,7 +89,7 @@ TEST_F(NullWindowPruning, KnightsAndPawnsNeverPassHoweverHighTheScore) {
     EXPECT_EQ(node_count(), 2U);
 }
 
-TEST_F(NullWindowPruning, DepthBehindAPass) {
+TEST_F(NullWindowPruning, DepthBehindANullMove) {
     struct row_t {
         int depth;
         int behind;
@@ -97,7 +97,7 @@ TEST_F(NullWindowPruning, DepthBehindAPass) {
     for (row_t const& row : {row_t{5, 0}, row_t{6, 1}, row_t{8, 3}, row_t{9, 4}, row_t{10, 4},
                              row_t{11, 5}, row_t{1, 0}, row_t{-3, 0}}) {
         set(knights);
-        // The record answers up to its draft.
+        // The entry answers up to its draft.
         analysis_.make_nullmove();
         store(exact_value, row.behind, 4567);
         analysis_.unmake_nullmove();
@@ -119,8 +119,8 @@ TEST_F(NullWindowPruning, DepthBehindAPass) {
     }
 }
 
-TEST_F(NullWindowPruning, RefutedPassDeepensTheNode) {
-    // An exact record behind the pass says that the opponent wins by far.
+TEST_F(NullWindowPruning, RefutedNullMoveDeepensTheNode) {
+    // An exact entry behind the null move says that the opponent wins by far.
     for (int const draft : {6, 7}) {
         set(rooks, {"e1e2", "e8e7"});
         probe_.ply(2);
@@ -136,8 +136,8 @@ TEST_F(NullWindowPruning, RefutedPassDeepensTheNode) {
     }
 }
 
-TEST_F(NullWindowPruning, PassBehindWhichTheFadeTakesTwoHundredDeepensDepthThreeToFour) {
-    // The leaf behind the pass fades to less than the threat window's alpha.
+TEST_F(NullWindowPruning, NullMoveBehindWhichTheFadeTakesTwoHundredDeepensDepthThreeToFour) {
+    // The leaf behind the null move fades to less than the threat window's alpha.
     std::string const fen = "4k3/pp3p2/8/8/8/7R/PP3P2/4K3 w - - 70 90";
     for (int const draft : {3, 4}) {
         set(fen, {"e1e2", "e8e7"});
@@ -152,8 +152,8 @@ TEST_F(NullWindowPruning, PassBehindWhichTheFadeTakesTwoHundredDeepensDepthThree
     }
 }
 
-TEST_F(NullWindowPruning, PassRefutedInsideTheWindowDoesNotDeepen) {
-    // The queen is lost behind the pass, but a fail-hard search tells no less than its alpha.
+TEST_F(NullWindowPruning, NullMoveRefutedInsideTheWindowDoesNotDeepen) {
+    // The queen is lost behind the null move, but a fail-hard search tells no less than its alpha.
     set(hanging, {"g1h1", "e8e7"});
     probe_.ply(2);
     int const alpha = eval() - 1;
@@ -162,11 +162,11 @@ TEST_F(NullWindowPruning, PassRefutedInsideTheWindowDoesNotDeepen) {
     EXPECT_EQ(search(3, alpha), 1234);
 }
 
-TEST_F(NullWindowPruning, SlightlyRefutedPassDoesNotDeepen) {
+TEST_F(NullWindowPruning, SlightlyRefutedNullMoveDoesNotDeepen) {
     set(rooks, {"e1e2", "e8e7"});
     probe_.ply(2);
     int const alpha = eval() - 1;
-    // Passing costs the move, but far less than 200.
+    // A null move costs the move, but far less than 200.
     ASSERT_LT(analysis_.nullmove_search(3, alpha, alpha + 1), alpha + 1);
     ASSERT_GE(analysis_.nullmove_search(3, alpha - 200, alpha - 199), alpha - 200);
     store(exact_value, 3, 1234);
@@ -178,7 +178,7 @@ TEST_F(NullWindowPruning, ReducedSearchEndsANodeFarAboveBeta) {
     int const value = eval();
     probe_.ply(1);
     EXPECT_EQ(search(5, value - 201), value - 200);
-    // Only the node of the reduced search has left a record.
+    // Only the node of the reduced search has left an entry.
     EXPECT_TRUE(record() == nullptr || record()->get_draft() == 1);
     set(knights);
     probe_.ply(1);
@@ -194,7 +194,7 @@ TEST_F(NullWindowPruning, ReducedSearchEndsANodeFarAboveBeta) {
 }
 
 TEST_F(NullWindowPruning, ReducedSearchIsTriedFromTwoHundredAboveBeta) {
-    // A record of depth 1 lets any reduced search hold.
+    // An entry of depth 1 lets any reduced search hold.
     for (int const margin : {199, 200}) {
         set(knights);
         int const alpha = eval() - margin - 1;

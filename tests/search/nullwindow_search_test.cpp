@@ -7,7 +7,7 @@ namespace orvelin::test {
 
 namespace {
 
-/// No sliders, so that nobody passes, and nothing to capture or to give check with.
+/// No sliders, so that nobody makes a null move, and nothing to capture or to give check with.
 std::string const knights = "4k3/pp3p2/2n5/8/8/2N5/PP3P2/4K3 w - - 0 1";
 /// The same with fewer moves for White: a king and a pawn.
 std::string const pawns = "4k3/5p2/8/8/8/8/5P2/4K3 w - - 0 1";
@@ -21,7 +21,7 @@ class NullWindowSearch : public AnalysisFixture {
     std::uint64_t nodes(int depth, int alpha) {
         return nodes_of([&] { search(depth, alpha); });
     }
-    /// Number of moves whose node was searched and left a record.
+    /// Number of moves whose node was searched and left an entry.
     int records_behind_moves() {
         int count = 0;
         for (Move const& candidate : moves()) {
@@ -93,7 +93,7 @@ TEST_F(NullWindowSearch, LateMovesArePrunedFromIndexElevenAtDepthsThreeAndFour) 
         set(knights);
         probe_.ply(4);
         EXPECT_EQ(search(depth, alpha), alpha);
-        // At depth 3 the moves from index 13 on are reduced into quiescence, without a record.
+        // At depth 3 the moves from index 13 on are reduced into quiescence, without an entry.
         EXPECT_EQ(records_behind_moves(), depth == 3 ? 13 : all) << depth;
     }
     set(knights);
@@ -177,7 +177,7 @@ TEST_F(NullWindowSearch, ExtendedMoveIsNotReduced) {
     EXPECT_EQ(record_behind(move("g1g2"))->get_draft(), 2);
 }
 
-TEST_F(NullWindowSearch, ExactRecordIsReturnedAsItIs) {
+TEST_F(NullWindowSearch, ExactEntryIsReturnedAsItIs) {
     for (int const score : {-500, 10, 777}) {
         set(pawns);
         store(exact_value, 1, score);

@@ -45,7 +45,7 @@ class AnalysisFixture : public testing::Test {
         probe_.seldepth(0);
         probe_.mate_attack_count(0);
         probe_.leaf_count(0);
-        // Empty records have date 0: a search never has it before its stamp wraps.
+        // Empty entries have date 0: a search never has it before its stamp wraps.
         probe_.date(1);
     }
 
@@ -87,22 +87,22 @@ class AnalysisFixture : public testing::Test {
         return no_xmove_t;
     }
 
-    /// Stores a record for the current node.
+    /// Stores an entry for the current node.
     void store(bound_t bound, int depth, int score, Move move = Move()) {
         analysis_.put_in_tt(bound, depth, score, move, probe_.date());
     }
 
-    /// Stores a record for the node behind a move.
+    /// Stores an entry for the node behind a move.
     void store_behind(Move const& move, bound_t bound, int depth, int score) {
         analysis_.make_move(move);
         store(bound, depth, score);
         analysis_.unmake_move(move);
     }
 
-    /// The record of the current node, nullptr when there is none.
+    /// The entry of the current node, nullptr when there is none.
     TTrecord const* record() { return probe_.table().find(position_.get_hash()); }
 
-    /// The record of the node behind a move, nullptr when there is none.
+    /// The entry of the node behind a move, nullptr when there is none.
     TTrecord const* record_behind(Move const& move) {
         analysis_.make_move(move);
         TTrecord const* const found = record();

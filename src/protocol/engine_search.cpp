@@ -51,7 +51,7 @@ void Engine::set_movestogo(int moves) {
 }
 
 bool Engine::read_limit(std::string const& token, std::istringstream& arguments) {
-    using setter_t = void (Analysis::*)(int);
+    using setter_t = void (AnalysisState::*)(int);
     static constexpr std::array<std::pair<std::string_view, setter_t>, 7> numbers{{
         {"wtime", &Analysis::set_wtime},
         {"btime", &Analysis::set_btime},

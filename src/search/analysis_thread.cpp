@@ -38,7 +38,7 @@ void Analysis::take_stop_action() {
     }
 }
 
-bool Analysis::withdraw_think() {
+bool AnalysisState::withdraw_think() {
     std::lock_guard const lock(control_mutex_);
     if (action_.load() != think_action) {
         return false;

@@ -29,8 +29,8 @@ bool contains(Materials const& materials, std::string const& material) {
     return std::find(materials.begin(), materials.end(), material) != materials.end();
 }
 
-/// Without pawns and with two men at most beside the kings, as far as there can be a table.
-bool few_men(ChessPosition const& position) {
+/// Without pawns and with two pieces at most beside the kings, as far as there can be a table.
+bool few_pieces(ChessPosition const& position) {
     return !(position.white_pawn() | position.black_pawn()) &&
            (position.pieces() & ~(position.white_king() | position.black_king())).popcount() <= 2;
 }
@@ -40,14 +40,14 @@ bool few_men(ChessPosition const& position) {
 // The tables are filled in the memory of the transposition table. Kept: nothing looks a finished
 // one up, so that it costs time and buckets and changes no score.
 void Analysis::build_endgame_table() {
-    if (few_men(position_)) {
+    if (few_pieces(position_)) {
         std::string const material = position_.materialindex().str();
         if (contains(kbnk_materials, material) && lend_memory(kbnk_table_)) {
-            extend(kbnk_table_, kbnk_time_floor);
+            build_while_time_remains(kbnk_table_, kbnk_time_floor);
             return;
         }
         if (contains(kqkr_materials, material) && lend_memory(kqkr_table_)) {
-            extend(kqkr_table_, kqkr_time_floor);
+            build_while_time_remains(kqkr_table_, kqkr_time_floor);
             return;
         }
     }
@@ -72,7 +72,7 @@ bool Analysis::lend_memory(Egt4Pieces& table) {
 }
 
 // A stop does not end this, by design; no slice takes long.
-void Analysis::extend(Egt4Pieces& table, int time_floor) {
+void Analysis::build_while_time_remains(Egt4Pieces& table, int time_floor) {
     while (time_manager_.remaining_time() > time_floor && !table.ready()) {
         table.create();
     }

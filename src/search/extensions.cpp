@@ -14,7 +14,7 @@ constexpr int ending_material = 1000;
 }  // namespace
 
 int Analysis::extend(MoveList const& list, Move const& move) {
-    if (ply_ > iteration_.load(std::memory_order_relaxed) + extension_margin) {
+    if (counters_.ply > counters_.iteration.load(std::memory_order_relaxed) + extension_margin) {
         return 0;
     }
     int const base = extends_by_one(list, move) ? 1 : 0;

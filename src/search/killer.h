@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "position/move.h"
+#include "search/score.h"
 
 namespace orvelin {
 
@@ -14,7 +15,7 @@ namespace orvelin {
 /// Owned by the search object and touched by the analysis thread only. Lives for one search.
 class Killer {
  public:
-    static constexpr int plies = 102;
+    static constexpr int plies = ply_rows;
 
     Killer() : pairs_(plies) {}
 

@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+#include "search/score.h"
+
 namespace orvelin {
 
 /// Plies that a late move gives up, by depth and by the move's index in the sorted list.
@@ -9,7 +11,7 @@ namespace orvelin {
 /// Owns its bytes; filled once by the constructor and read-only afterwards, from any thread.
 class LmrTable {
  public:
-    static constexpr int rows = 102;
+    static constexpr int rows = ply_rows;
     static constexpr int columns = 256;
 
     LmrTable();

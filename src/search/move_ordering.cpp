@@ -51,6 +51,11 @@ BitBoard enemy_pawn_attacks(ChessPosition const& position) {
 
 constexpr int pawn_value = 100;
 
+/// Smallest depth at which moves are tested for a mate threat, and the number of plies from the
+/// root at which this is done off the principal variation too.
+constexpr int mate_threat_depth = 5;
+constexpr int mate_threat_plies = 3;
+
 /// A move that no rule of its own has put forward, so that the rankings may.
 bool is_unclaimed(Move const& move) {
     return move.xcode() == xnormal_move || move.xcode() == bad_move;
@@ -80,7 +85,7 @@ void Analysis::localsort(MoveList& list, int depth, bool pv, Move hash_move) {
             }
         }
     }
-    if ((pv || ply_ < 3) && depth > 4) {
+    if ((pv || counters_.ply < mate_threat_plies) && depth >= mate_threat_depth) {
         for (Move& move : list) {
             if (move != hash_move) {
                 test_mate_threat(move, depth);
@@ -98,8 +103,8 @@ Move Analysis::move_before_last() const {
 // Each move by what is known of it alone. The moves that counters and history put forward are
 // found behind this, as they go by the whole list.
 void Analysis::classify(MoveList& list) {
-    Move const killer_a = killers_.get_killerA(ply_);
-    Move const killer_b = killers_.get_killerB(ply_);
+    Move const killer_a = killers_.get_killerA(counters_.ply);
+    Move const killer_b = killers_.get_killerB(counters_.ply);
     BitBoard const attacked = enemy_pawn_attacks(position_);
     for (Move& move : list) {
         if (move.capture_id() != 0) {
@@ -126,7 +131,7 @@ void Analysis::promote_quiet_moves(MoveList& list) const {
     int const size = static_cast<int>(list.size());
     // Only a `searchmoves` limit can name a move more than once, and it holds at the root alone:
     // there the class goes to each of the equal moves.
-    bool const may_repeat = ply_ == 0;
+    bool const may_repeat = counters_.ply == 0;
     auto const put_forward = [&list, may_repeat](int index, xmove_t xcode) {
         if (index < 0 || !is_unclaimed(list[index])) {
             return;
@@ -168,9 +173,9 @@ void Analysis::promote_quiet_moves(MoveList& list) const {
     put_forward(history.indices[2], historical_move3);
 }
 
-// The opponent passes and the moving side looks for a mate. A move that gives check is not
-// tested. The count of mate attacks is lowered by the class as it stands after the test: a
-// move marked here takes one off without having added one, by design, and the count drifts.
+// The opponent makes a null move and the moving side looks for a mate. A move that gives check is
+// not tested. The count of mate attacks is lowered by the class as it stands after the test: a move
+// marked here takes one off without having added one, by design, and the count drifts.
 void Analysis::test_mate_threat(Move& move, int depth) {
     make_move(move);
     if (!position_.check() &&

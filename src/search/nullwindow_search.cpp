@@ -9,6 +9,32 @@
 
 namespace orvelin {
 
+namespace {
+
+/// How far below alpha a null move must end to tell a threat.
+constexpr int threat_margin = 200;
+
+/// Plies that a null move is reduced by, and the depth that each further one takes.
+constexpr int nullmove_reduction = 4;
+constexpr int nullmove_plies_per_step = 5;
+
+/// How far above beta a node may stand to be tried at a depth reduced by so many plies.
+constexpr int reduced_search_margin = 200;
+constexpr int reduced_search_plies = 4;
+
+/// Up to this ply no move is pruned for being late. Behind it the first index that is, at depths
+/// 1 and 2, and at depths 3 and 4.
+constexpr int last_full_ply = 4;
+constexpr int shallow_late_index = 7;
+constexpr int late_index = 11;
+
+/// How far below alpha the evaluation may be for a quiet move to be searched, by depth.
+constexpr int futility_margin_1 = 99;
+constexpr int futility_margin_2 = 499;
+constexpr int futility_margin_3 = 899;
+
+}  // namespace
+
 struct Analysis::NullWindowNode {
     int depth;
     int alpha;
@@ -20,24 +46,21 @@ struct Analysis::NullWindowNode {
 
 int Analysis::nullwindow_search(int depth, int alpha, int beta) {
     new_node();
-    int result = 0;
-    if (mate_distance_cut(alpha, beta, result)) {
-        return result;
+    if (auto const value = mate_distance_cut(alpha, beta)) {
+        return *value;
     }
-    if (ply_ > seldepth_.load(std::memory_order_relaxed)) {
-        seldepth_.store(ply_);
-    }
+    counters_.note_ply();
     if (stopped()) {
         return alpha;
     }
     if (position_.draw_by_threefold_repetition()) {
         return draw_score;
     }
-    if (depth < 1 || ply_ > max_iteration) {
+    if (depth < 1 || counters_.ply > max_iteration) {
         return leaf_value(alpha, beta);
     }
     std::uint64_t const key = position_.get_hash();
-    // The record is asked for behind the evaluation, which hides the wait for the memory.
+    // The entry is read behind the evaluation, which hides the wait for the memory.
     transposition_table_.prefetch(key);
 
     NullWindowNode node{depth, alpha, beta, -infinite_score, position_.check(), Move()};
@@ -53,8 +76,8 @@ int Analysis::nullwindow_search(int depth, int alpha, int beta) {
     if (reduced_search_cut(node)) {
         return beta;
     }
-    if (table_cut(node, key, result)) {
-        return result;
+    if (auto const value = table_cut(node, key)) {
+        return *value;
     }
     // Made here and not at the start of the node: most nodes never come to it.
     movetable_t move_table;
@@ -68,14 +91,14 @@ int Analysis::nullwindow_search(int depth, int alpha, int beta) {
     MoveList list(moves.data());
     move_generator_.serialize_moves(position_, move_table, list);
     if (list.size() == 0 && node.hash_move == Move()) {
-        return node.check ? ply_ - mate_score : draw_score;
+        return value_without_moves();
     }
     localsort(list, node.depth, false, Move());
     return search_null_window_moves(node, list);
 }
 
-// A pass that loses more than 200 below alpha tells a threat: it deepens the node by one ply
-// for all that follows in it.
+// A null move that loses far below alpha tells a threat: it deepens the node by one ply for all
+// that follows in it.
 bool Analysis::nullmove_cut(NullWindowNode& node) {
     if (node.eval < node.beta || !nullmove_allowed()) {
         return false;
@@ -83,51 +106,50 @@ bool Analysis::nullmove_cut(NullWindowNode& node) {
     if (nullmove_search(node.depth, node.alpha, node.beta) >= node.beta) {
         return true;
     }
-    int const threat_alpha = node.alpha - 200;
-    if (nullmove_search(node.depth, threat_alpha, node.beta - 200) < threat_alpha) {
+    int const threat_alpha = node.alpha - threat_margin;
+    if (nullmove_search(node.depth, threat_alpha, node.beta - threat_margin) < threat_alpha) {
         ++node.depth;
     }
     return false;
 }
 
-// The position has to hold 200 above beta at a reduced depth. No move is made, so the same
-// node is entered, and counted, once more.
+// The position has to hold well above beta at a reduced depth. No move is made, so the same node
+// is entered, and counted, once more.
 bool Analysis::reduced_search_cut(NullWindowNode const& node) {
-    if (node.eval < node.beta + 200 || node.check || node.depth < 5 || mate_attack_count_ != 0) {
+    int const raised_beta = node.beta + reduced_search_margin;
+    if (node.eval < raised_beta || node.check || node.depth <= reduced_search_plies ||
+        counters_.mate_attack_count != 0) {
         return false;
     }
-    return nullwindow_search(node.depth - 4, node.beta + 199, node.beta + 200) >= node.beta + 200;
+    return nullwindow_search(node.depth - reduced_search_plies, raised_beta - 1, raised_beta) >=
+           raised_beta;
 }
 
-// Table cut-off, then the search of the table's move before any list is made.
-bool Analysis::table_cut(NullWindowNode& node, std::uint64_t key, int& result) {
+// Table cut-off, then the search of the hash move before any list is made.
+std::optional<int> Analysis::table_cut(NullWindowNode& node, std::uint64_t key) {
     TTrecord const* const record = transposition_table_.find(key);
     if (record == nullptr) {
-        return false;
+        return std::nullopt;
     }
     if (record->get_draft() >= node.depth) {
-        int const score = record->get_score(ply_);
+        int const score = record->get_score(counters_.ply);
         if (record->is_exact_value()) {
             // Not clamped to the window, by design.
-            result = score;
-            return true;
+            return score;
         }
         if (record->is_upperbound() && score <= node.alpha) {
-            result = node.alpha;
-            return true;
+            return node.alpha;
         }
         if (record->is_lowerbound() && score >= node.beta) {
-            result = node.beta;
-            return true;
+            return node.beta;
         }
     }
     TTmove ttmove = record->get_move();
     if (!is_legal(ttmove)) {
-        return false;
+        return std::nullopt;
     }
     node.hash_move = ttmove(position_);
-    result = node.beta;
-    return hash_move_cut(node);
+    return hash_move_cut(node) ? std::optional<int>(node.beta) : std::nullopt;
 }
 
 // Neither reduced nor followed by a stop test: a stopped subtree can store its bound here,
@@ -141,7 +163,7 @@ bool Analysis::hash_move_cut(NullWindowNode const& node) {
     if (score < node.beta) {
         return false;
     }
-    put_in_tt(lower_bound, node.depth, node.beta, node.hash_move, date_);
+    put_in_tt(lower_bound, node.depth, node.beta, node.hash_move, counters_.date);
     return true;
 }
 
@@ -164,11 +186,11 @@ int Analysis::search_null_window_moves(NullWindowNode const& node, MoveList cons
             if (move.capture_id() == 0) {
                 learn_cutoff(node, list, i);
             }
-            put_in_tt(lower_bound, node.depth, node.beta, move, date_);
+            put_in_tt(lower_bound, node.depth, node.beta, move, counters_.date);
             return node.beta;
         }
     }
-    put_in_tt(upper_bound, node.depth, node.alpha, node.hash_move, date_);
+    put_in_tt(upper_bound, node.depth, node.alpha, node.hash_move, counters_.date);
     return node.alpha;
 }
 
@@ -178,21 +200,21 @@ bool Analysis::skip_late_move(NullWindowNode const& node, Move const& move, int 
     if (!quiet) {
         return false;
     }
-    if (ply_ > 4) {
-        if (node.depth <= 2 && index >= 7) {
+    if (counters_.ply > last_full_ply) {
+        if (node.depth <= 2 && index >= shallow_late_index) {
             return true;
         }
-        if ((node.depth == 3 || node.depth == 4) && index >= 11) {
+        if ((node.depth == 3 || node.depth == 4) && index >= late_index) {
             return true;
         }
     }
     switch (node.depth) {
         case 1:
-            return node.eval < node.alpha - 99;
+            return node.eval < node.alpha - futility_margin_1;
         case 2:
-            return node.eval < node.alpha - 499;
+            return node.eval < node.alpha - futility_margin_2;
         case 3:
-            return node.eval < node.alpha - 899;
+            return node.eval < node.alpha - futility_margin_3;
         default:
             return false;
     }
@@ -237,12 +259,13 @@ void Analysis::learn_cutoff(NullWindowNode const& node, MoveList const& list, in
     for (int j = 0; j < index; ++j) {
         history_table_.decrement(list[j], history_depth);
     }
-    killers_.set_killer(ply_, cut_move);
+    killers_.set_killer(counters_.ply, cut_move);
 }
 
 int Analysis::nullmove_search(int depth, int alpha, int beta) {
     make_nullmove();
-    int const reduced_depth = std::max(depth - depth / 5 - 4, 0);
+    int const reduced_depth =
+        std::max(depth - depth / nullmove_plies_per_step - nullmove_reduction, 0);
     int const score = nullwindow_search(reduced_depth, -beta, -alpha);
     unmake_nullmove();
     return -score;
@@ -255,7 +278,7 @@ bool Analysis::nullmove_allowed() const {
     if (position_.check()) {
         return false;
     }
-    if (ply_ < 1) {
+    if (counters_.ply < 1) {
         return false;
     }
     // Knights and pawns do not count.

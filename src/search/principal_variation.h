@@ -6,6 +6,7 @@
 #include <string>
 
 #include "position/move.h"
+#include "search/score.h"
 
 namespace orvelin {
 
@@ -19,7 +20,7 @@ namespace orvelin {
 class PrincipalVariation {
  public:
     /// Largest number of moves; the depth limits of the search keep every line within it.
-    static constexpr int capacity = 102;
+    static constexpr int capacity = ply_rows;
 
     PrincipalVariation() = default;
     /// Takes everything, the version included.

@@ -8,25 +8,34 @@
 
 namespace orvelin {
 
+namespace {
+
+/// Reversible plies with which the game still goes on.
+constexpr int last_dfz = 100;
+
+/// Smallest depth at which a first move that failed low has the others reordered.
+constexpr int reordering_depth = 4;
+
+}  // namespace
+
 int Analysis::pv_search(int const& depth, int alpha, int beta, PrincipalVariation& line) {
     new_node();
-    int result = 0;
-    if (mate_distance_cut(alpha, beta, result)) {
-        return result;
+    if (auto const value = mate_distance_cut(alpha, beta)) {
+        return *value;
     }
-    if (ply_ > 0 && pv_early_return(result)) {
-        return result;
+    if (counters_.ply > 0) {
+        if (auto const value = pv_early_return()) {
+            return *value;
+        }
     }
     // The returns above come before this line is emptied, so a child that leaves through
     // one of them keeps the previous sibling's moves in it: by design.
     line.clear();
-    if (ply_ > seldepth_.load(std::memory_order_relaxed)) {
-        seldepth_.store(ply_);
-    }
+    counters_.note_ply();
     if (stopped()) {
         return alpha;
     }
-    if (depth < 1 || ply_ > max_iteration) {
+    if (depth < 1 || counters_.ply > max_iteration) {
         return leaf_value(alpha, beta);
     }
 
@@ -36,40 +45,36 @@ int Analysis::pv_search(int const& depth, int alpha, int beta, PrincipalVariatio
     MoveBuffer moves;
     MoveList list(moves.data());
     move_generator_.serialize_moves(position_, move_table, list);
-    if (ply_ == 0) {
+    if (counters_.ply == 0) {
         select_searchmoves(list);
     }
     if (list.size() == 0) {
-        return position_.check() ? ply_ - mate_score : draw_score;
+        return value_without_moves();
     }
-    if (iteration_.load(std::memory_order_relaxed) == 1 && ply_ == 0) {
-        best_move_.store(list[0]);
+    if (counters_.iteration.load(std::memory_order_relaxed) == 1 && counters_.ply == 0) {
+        root_.best_move.store(list[0]);
     }
     localsort(list, depth, true, hash_move);
     return search_pv_moves(list, hash_move, depth, alpha, beta, line);
 }
 
-bool Analysis::pv_early_return(int& result) {
+std::optional<int> Analysis::pv_early_return() {
     // One earlier occurrence is enough, in the tree and in the game before it.
     if (position_.draw_by_threefold_repetition()) {
-        result = draw_score;
-        return true;
+        return draw_score;
     }
-    // At exactly 100 the game goes on here.
-    if (position_.get_dfz() > 100) {
-        result = draw_score;
-        return true;
+    if (position_.get_dfz() > last_dfz) {
+        return draw_score;
     }
     if (!position_.check()) {
         // The value hardly ever counts at this node, but evaluating renews the passed pawns
         // and king maps that `extend` reads.
         int const value = static_eval();
         if (value > min_mate_score || value < -min_mate_score) {
-            result = value;
-            return true;
+            return value;
         }
     }
-    return false;
+    return std::nullopt;
 }
 
 Move Analysis::pv_hash_move() const {
@@ -100,7 +105,7 @@ int Analysis::search_pv_moves(MoveList& list, Move const& hash_move, int depth, 
             return alpha;
         }
         if (score >= beta) {
-            put_in_tt(lower_bound, depth, beta, move, date_);
+            put_in_tt(lower_bound, depth, beta, move, counters_.date);
             return beta;
         }
         if (score > alpha) {
@@ -108,26 +113,20 @@ int Analysis::search_pv_moves(MoveList& list, Move const& hash_move, int depth, 
             line = move + child_line;
             alpha = score;
             bound = exact_value;
-            if (ply_ == 0) {
+            if (counters_.ply == 0) {
                 raise_root(move, depth, alpha, line);
             }
-        } else if (i == 0 && depth > 3) {
+        } else if (i == 0 && depth >= reordering_depth) {
             iidsort(list, depth, alpha, beta);
         }
     }
-    put_in_tt(bound, depth, alpha, best_to_store, date_);
+    put_in_tt(bound, depth, alpha, best_to_store, counters_.date);
     return alpha;
 }
 
 int Analysis::pv_reduction(Move const& move, int depth, int index, int extension) const {
     return reducible(move, extension) ? lmr_table_.pv_value(depth, static_cast<unsigned int>(index))
                                       : 0;
-}
-
-// Asked before the move is made.
-bool Analysis::reducible(Move const& move, int extension) const {
-    return extension == 0 && !position_.check() && move.xcode() != good_capture &&
-           move.xcode() != killer && !move.check();
 }
 
 // Called with the move made; `depth` is the child's full depth.
@@ -150,20 +149,15 @@ int Analysis::search_pv_move(int index, int depth, int reduction, int alpha, int
 }
 
 void Analysis::raise_root(Move const& move, int depth, int alpha, PrincipalVariation& line) {
-    line.set_depth(depth);
-    line.set_score(alpha);
-    root_line_ = line;
-    best_score_.store(alpha);
-    best_move_.store(move);
-    // A new best move late in the budget ends the search there and then.
-    if (time_manager_.percentage() > 60) {
+    root_.raise(move, depth, alpha, line);
+    if (RootResult::is_late(time_manager_.percentage())) {
         set_action(stop_action);
     }
 }
 
 void Analysis::iidsort(MoveList& list, int depth, int alpha, int beta) {
     int const size = static_cast<int>(list.size());
-    if (depth < 4 || size < 2) {
+    if (depth < reordering_depth || size < 2) {
         return;
     }
     int const shallow_depth = depth / 2 - 2;
@@ -182,41 +176,6 @@ void Analysis::iidsort(MoveList& list, int depth, int alpha, int beta) {
             return;
         }
     }
-}
-
-bool Analysis::mate_distance_cut(int& alpha, int& beta, int& result) const {
-    int const mating = mate_score - ply_;
-    if (mating < beta) {
-        if (mating <= alpha) {
-            result = mating;
-            return true;
-        }
-        beta = mating;
-    }
-    int const mated = ply_ - mate_score;
-    if (mated > alpha) {
-        if (mated >= beta) {
-            result = mated;
-            return true;
-        }
-        alpha = mated;
-    }
-    return false;
-}
-
-int Analysis::leaf_value(int alpha, int beta) {
-    ++leaf_count_;
-    return fade(quiescence(alpha, beta, 0));
-}
-
-int Analysis::fade(int value) const {
-    int const dfz = position_.get_dfz();
-    if (dfz <= 50) {
-        return value;
-    }
-    // Past 100 the factor is negative and turns the sign of the value: by design.
-    double const factor = std::min(1.0, 1.0 - (static_cast<double>(dfz) - 50.0) * 0.02);
-    return static_cast<int>(static_cast<double>(value) * factor);
 }
 
 }  // namespace orvelin

@@ -24,20 +24,20 @@ int Analysis::quiescence(int alpha, int beta, int qdepth) {
         new_node();
     }
     bool const check = position_.check();
-    int value = ply_ - mate_score;
+    int value = counters_.ply - mate_score;
     if (!check) {
         value = static_eval();
         if (value > max_ordinary_score) {
-            value -= ply_;
+            value -= counters_.ply;
         } else if (value < -max_ordinary_score) {
-            value += ply_;
+            value += counters_.ply;
         }
     }
     if (value >= beta) {
         return beta;
     }
     alpha = std::max(value, alpha);
-    if (stopped() || ply_ >= deepest_ply) {
+    if (stopped() || counters_.ply >= deepest_ply) {
         return alpha;
     }
 
@@ -47,7 +47,7 @@ int Analysis::quiescence(int alpha, int beta, int qdepth) {
     if (check) {
         move_generator_.generate_moves(position_, list);
         if (list.size() == 0) {
-            return ply_ - mate_score;
+            return counters_.ply - mate_score;
         }
     } else {
         move_generator_.generate_captures(position_, list);
@@ -75,9 +75,9 @@ int Analysis::quiescence_move(Move const& move, int alpha, int beta, int qdepth)
     int const reply = quiescence(-beta, -alpha, qdepth - 1);
     int score = -reply;
     if (reply < -max_ordinary_score) {
-        score = -reply - ply_;
+        score = -reply - counters_.ply;
     } else if (reply > max_ordinary_score) {
-        score = ply_ - reply;
+        score = counters_.ply - reply;
     }
     unmake_move(move);
     return score;

@@ -1,5 +1,3 @@
-#include <array>
-
 #include "search/analysis.h"
 
 namespace orvelin {
@@ -12,7 +10,7 @@ int Analysis::root_search(MoveList& /*list*/, int depth, int alpha, int beta) {
         std::lock_guard const lock(analysis_mutex_);
         mpv_.clear();
         // Published whatever happened: after a stop this is the best line fully searched.
-        mpv_.add(root_line_);
+        mpv_.add(root_.root_line);
         if (mpv_.number() < 2) {
             return score;
         }
@@ -27,8 +25,8 @@ void Analysis::publish(PrincipalVariation const& line) {
 }
 
 void Analysis::search_further_lines(int depth) {
-    int const saved_score = best_score_.load();
-    Move const saved_move = best_move_.load();
+    int const saved_score = root_.best_score.load();
+    Move const saved_move = root_.best_move.load();
     MoveList list;
     // The `searchmoves` limit holds for the first line only, by design.
     move_generator_.generate_moves(position_, list);
@@ -45,8 +43,8 @@ void Analysis::search_further_lines(int depth) {
             remove(pass_move, list);
         }
     }
-    best_score_.store(saved_score);
-    best_move_.store(saved_move);
+    root_.best_score.store(saved_score);
+    root_.best_move.store(saved_move);
 }
 
 // The window is handed on as it stands, never flipped for the opponent's side: the lower
@@ -73,41 +71,6 @@ void Analysis::search_root_pass(MoveList& list, int depth, PrincipalVariation& p
 int Analysis::wanted_lines() const {
     std::lock_guard const lock(analysis_mutex_);
     return mpv_.number();
-}
-
-void Analysis::select_searchmoves(MoveList& list) {
-    std::lock_guard const lock(searchmoves_mutex_);
-    if (ply_ != 0 || searchmoves_.empty() || list.size() == 0) {
-        return;
-    }
-    std::array<Move, MoveList::capacity> chosen;
-    std::size_t count = 0;
-    for (Move const move : list) {
-        // A move entered twice comes out twice.
-        for (Move const& wanted : searchmoves_) {
-            if (move == wanted && count < chosen.size()) {
-                chosen[count++] = move;
-            }
-        }
-    }
-    list.set_size(static_cast<int>(count));
-    for (std::size_t i = 0; i < count; ++i) {
-        list[static_cast<int>(i)] = chosen[i];
-    }
-}
-
-void Analysis::remove(Move const& move, MoveList& list) {
-    int const size = static_cast<int>(list.size());
-    for (int i = 0; i < size; ++i) {
-        if (list[i] != move) {
-            continue;
-        }
-        for (int j = i + 1; j < size; ++j) {
-            list[j - 1] = list[j];
-        }
-        list.set_size(size - 1);
-        return;
-    }
 }
 
 }  // namespace orvelin

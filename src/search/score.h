@@ -22,4 +22,7 @@ inline constexpr int min_mate_score = 29898;
 /// Largest iteration, and the largest ply that is still searched with moves.
 inline constexpr int max_iteration = 101;
 
+/// Rows of a table that is kept by ply or by depth, from 0 to max_iteration.
+inline constexpr int ply_rows = max_iteration + 1;
+
 }  // namespace orvelin

@@ -104,7 +104,7 @@ TEST_F(EngineBookTest, TheLimitsAreResetAllTheSame) {
     engine->analysis().set_nodes(77);
     EXPECT_EQ(answer("go depth 5 nodes 99"), lines_t{"bestmove e2e4"});
     EXPECT_EQ(probe.depth_limit(), 102);
-    EXPECT_EQ(probe.max_nodes(), Analysis::no_node_limit);
+    EXPECT_EQ(probe.max_nodes(), SearchLimits::no_node_limit);
 }
 
 TEST_F(EngineBookTest, TheNextPositionBringsTheMoveIn) {

@@ -17,9 +17,9 @@ namespace {
 std::string const start = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
 std::string const kiwipete = "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1";
 
-class SearchLimits : public AnalysisFixture {
+class IterativeSearchLimits : public AnalysisFixture {
  protected:
-    ~SearchLimits() override {
+    ~IterativeSearchLimits() override {
         analysis_.set_uci_limitstrength(false);
         analysis_.set_multipv(1);
     }
@@ -43,7 +43,7 @@ class SearchLimits : public AnalysisFixture {
 
 }  // namespace
 
-TEST_F(SearchLimits, OneNodeStillGivesTheFirstMove) {
+TEST_F(IterativeSearchLimits, OneNodeStillGivesTheFirstMove) {
     set(start);
     analysis_.set_nodes(1);
     analysis_.iterative_search();
@@ -55,7 +55,7 @@ TEST_F(SearchLimits, OneNodeStillGivesTheFirstMove) {
     EXPECT_EQ(analysis_.mpv().size(), 0);
 }
 
-TEST_F(SearchLimits, NodeLimitIsMetExactlyWhateverTheClockSays) {
+TEST_F(IterativeSearchLimits, NodeLimitIsMetExactlyWhateverTheClockSays) {
     // The hard stop falls due after a millisecond, the soft one much later.
     auto const search_with_little_time = [&] {
         set(kiwipete);
@@ -76,7 +76,7 @@ TEST_F(SearchLimits, NodeLimitIsMetExactlyWhateverTheClockSays) {
     EXPECT_EQ(analysis_.get_action(), stop_action);
 }
 
-TEST_F(SearchLimits, TimeLimitDoesNotDisableTheDepthLimit) {
+TEST_F(IterativeSearchLimits, TimeLimitDoesNotDisableTheDepthLimit) {
     set(start);
     analysis_.set_movetime(100000000);
     analysis_.set_depth(3);
@@ -84,7 +84,7 @@ TEST_F(SearchLimits, TimeLimitDoesNotDisableTheDepthLimit) {
     EXPECT_EQ(analysis_.get_action(), no_action);
 }
 
-TEST_F(SearchLimits, TimeLimitEndsADeepSearch) {
+TEST_F(IterativeSearchLimits, TimeLimitEndsADeepSearch) {
     set(kiwipete);
     // 200 of these are kept back.
     analysis_.set_movetime(260);
@@ -96,7 +96,7 @@ TEST_F(SearchLimits, TimeLimitEndsADeepSearch) {
     EXPECT_TRUE(is_legal(analysis_.best_move()));
 }
 
-TEST_F(SearchLimits, StoppedIterationKeepsTheLineOfTheOneBefore) {
+TEST_F(IterativeSearchLimits, StoppedIterationKeepsTheLineOfTheOneBefore) {
     set(start);
     analysis_.set_aspiration(false);
     PrincipalVariation finished;
@@ -116,7 +116,7 @@ TEST_F(SearchLimits, StoppedIterationKeepsTheLineOfTheOneBefore) {
     EXPECT_EQ(analysis_.eval(), finished.score());
 }
 
-TEST_F(SearchLimits, StopAsksForNoRetry) {
+TEST_F(IterativeSearchLimits, StopAsksForNoRetry) {
     // Left alone, the second iteration falls out of its window.
     set(start);
     analysis_.set_depth(2);
@@ -130,7 +130,7 @@ TEST_F(SearchLimits, StopAsksForNoRetry) {
               (std::vector<int>{1, 2}));
 }
 
-TEST_F(SearchLimits, AnyStopLeavesThePositionAsItWas) {
+TEST_F(IterativeSearchLimits, AnyStopLeavesThePositionAsItWas) {
     set(kiwipete);
     ChessPosition const before = position_;
     for (std::uint64_t limit : {2U, 50U, 333U, 1000U, 4321U}) {
@@ -146,7 +146,7 @@ TEST_F(SearchLimits, AnyStopLeavesThePositionAsItWas) {
     }
 }
 
-TEST_F(SearchLimits, SearchmovesRestrictTheFirstLine) {
+TEST_F(IterativeSearchLimits, SearchmovesRestrictTheFirstLine) {
     set(start);
     analysis_.set_searchmoves({move("a2a3"), move("h2h4")});
     analysis_.set_depth(4);
@@ -157,7 +157,7 @@ TEST_F(SearchLimits, SearchmovesRestrictTheFirstLine) {
     EXPECT_EQ(analysis_.mpv().size(), 1);
 }
 
-TEST_F(SearchLimits, SearchmovesGivenTwiceAreSearchedTwiceInTheSameClass) {
+TEST_F(IterativeSearchLimits, SearchmovesGivenTwiceAreSearchedTwiceInTheSameClass) {
     set(start, {"e2e4", "e7e5", "g1f3", "b8c6"});
     std::vector<Move> wanted;
     for (auto const& [text, times] :
@@ -171,7 +171,7 @@ TEST_F(SearchLimits, SearchmovesGivenTwiceAreSearchedTwiceInTheSameClass) {
     EXPECT_EQ(analysis_.best_move(), move("d2d4"));
 }
 
-TEST_F(SearchLimits, SearchmovesWithoutALegalMoveActLikeStalemate) {
+TEST_F(IterativeSearchLimits, SearchmovesWithoutALegalMoveActLikeStalemate) {
     set(start);
     analysis_.set_searchmoves(
         {Move(Square("e2"), Square("e5"), normal_move, white_pawn, no_piece)});
@@ -181,7 +181,7 @@ TEST_F(SearchLimits, SearchmovesWithoutALegalMoveActLikeStalemate) {
     EXPECT_EQ(analysis_.mpv().size(), 0);
 }
 
-TEST_F(SearchLimits, SearchmovesWithOneMoveAndTwoLinesLeaveTheSecondFree) {
+TEST_F(IterativeSearchLimits, SearchmovesWithOneMoveAndTwoLinesLeaveTheSecondFree) {
     set(start);
     analysis_.set_multipv(2);
     analysis_.set_searchmoves({move("a2a4")});
@@ -195,7 +195,7 @@ TEST_F(SearchLimits, SearchmovesWithOneMoveAndTwoLinesLeaveTheSecondFree) {
     EXPECT_EQ(firsts.size(), 2U);
 }
 
-TEST_F(SearchLimits, ThreeLinesOfTwoMovesAreTwo) {
+TEST_F(IterativeSearchLimits, ThreeLinesOfTwoMovesAreTwo) {
     set("k7/8/8/8/8/8/7p/7K w - - 0 1");
     ASSERT_EQ(moves().size(), 2U);
     analysis_.set_multipv(3);
@@ -203,7 +203,7 @@ TEST_F(SearchLimits, ThreeLinesOfTwoMovesAreTwo) {
     search([&] { EXPECT_EQ(analysis_.mpv().size(), 2); });
 }
 
-TEST_F(SearchLimits, StopWithSeveralLinesNamesAMateOfOneMove) {
+TEST_F(IterativeSearchLimits, StopWithSeveralLinesNamesAMateOfOneMove) {
     set(kiwipete);
     analysis_.set_multipv(2);
     Move best;
@@ -230,7 +230,7 @@ TEST_F(SearchLimits, StopWithSeveralLinesNamesAMateOfOneMove) {
     EXPECT_EQ(lines[1].depth(), 3);
 }
 
-TEST_F(SearchLimits, StrengthDepthOfTwoSearchesThreeIterations) {
+TEST_F(IterativeSearchLimits, StrengthDepthOfTwoSearchesThreeIterations) {
     set(start);
     analysis_.set_uci_elo(1500);
     analysis_.set_uci_limitstrength(true);
@@ -250,7 +250,7 @@ TEST_F(SearchLimits, StrengthDepthOfTwoSearchesThreeIterations) {
     EXPECT_EQ(analysis_.pondermove(), Move());
 }
 
-TEST_F(SearchLimits, WeakenedPlaySpendsItsTime) {
+TEST_F(IterativeSearchLimits, WeakenedPlaySpendsItsTime) {
     set(start);
     analysis_.set_uci_elo(1500);
     analysis_.set_uci_limitstrength(true);
@@ -266,7 +266,7 @@ TEST_F(SearchLimits, WeakenedPlaySpendsItsTime) {
     EXPECT_LT(analysis_.get_running_time(), 100000U);
 }
 
-TEST_F(SearchLimits, WeakenedPlayWaitsInStepsOfFiftyMilliseconds) {
+TEST_F(IterativeSearchLimits, WeakenedPlayWaitsInStepsOfFiftyMilliseconds) {
     set(start);
     analysis_.set_uci_elo(1500);
     analysis_.set_uci_limitstrength(true);
@@ -286,7 +286,7 @@ TEST_F(SearchLimits, WeakenedPlayWaitsInStepsOfFiftyMilliseconds) {
     EXPECT_GE(steps, waited / 125);
 }
 
-TEST_F(SearchLimits, WeakenedPlayStartsEveryIterationWithoutHash) {
+TEST_F(IterativeSearchLimits, WeakenedPlayStartsEveryIterationWithoutHash) {
     for (bool const weakened : {false, true}) {
         set(start);
         analysis_.set_uci_elo(2200);
@@ -307,7 +307,7 @@ TEST_F(SearchLimits, WeakenedPlayStartsEveryIterationWithoutHash) {
     }
 }
 
-TEST_F(SearchLimits, WeakenedPlayChoosesAmongLinesInsideItsMargin) {
+TEST_F(IterativeSearchLimits, WeakenedPlayChoosesAmongLinesInsideItsMargin) {
     std::set<std::string> chosen;
     for (int i = 0; i < 40 && chosen.size() < 2; ++i) {
         set(start);
@@ -330,7 +330,7 @@ TEST_F(SearchLimits, WeakenedPlayChoosesAmongLinesInsideItsMargin) {
     EXPECT_GE(chosen.size(), 2U);
 }
 
-TEST_F(SearchLimits, WeakenedPlayWithoutAMoveStaysEmpty) {
+TEST_F(IterativeSearchLimits, WeakenedPlayWithoutAMoveStaysEmpty) {
     set("7k/8/8/8/8/8/5q2/7K w - - 0 1");
     analysis_.set_uci_elo(1500);
     analysis_.set_uci_limitstrength(true);

@@ -8,7 +8,7 @@ namespace orvelin::test {
 
 namespace {
 
-using SearchMoves = AnalysisFixture;
+using AnalysisMoves = AnalysisFixture;
 
 /// Positions with castling on both sides, en passant, promotions, captures, checks and a start
 /// array of Chess960.
@@ -34,7 +34,7 @@ PieceSquareTables const& sums_of(Analysis& analysis) {
 
 }  // namespace
 
-TEST_F(SearchMoves, MakeAndUnmakeRestoreEverything) {
+TEST_F(AnalysisMoves, MakeAndUnmakeRestoreEverything) {
     for (char const* const fen : positions) {
         set(fen);
         probe_.ply(7);
@@ -59,7 +59,7 @@ TEST_F(SearchMoves, MakeAndUnmakeRestoreEverything) {
     }
 }
 
-TEST_F(SearchMoves, OnlyMateAttacksAreCounted) {
+TEST_F(AnalysisMoves, OnlyMateAttacksAreCounted) {
     set(positions[0]);
     for (int xcode = hashtable_move; xcode <= losing_capture; ++xcode) {
         Move candidate = move("e1h1");
@@ -72,7 +72,7 @@ TEST_F(SearchMoves, OnlyMateAttacksAreCounted) {
     }
 }
 
-TEST_F(SearchMoves, UnmakeReadsTheClassOfItsArgument) {
+TEST_F(AnalysisMoves, UnmakeReadsTheClassOfItsArgument) {
     set(positions[0]);
     Move candidate = move("e1h1");
     analysis_.make_move(candidate);
@@ -81,11 +81,11 @@ TEST_F(SearchMoves, UnmakeReadsTheClassOfItsArgument) {
     EXPECT_EQ(analysis_.mate_attack_count(), -1);
 }
 
-TEST_F(SearchMoves, UnmakeTakesBackTheMoveOfThePosition) {
+TEST_F(AnalysisMoves, UnmakeTakesBackTheMoveOfThePosition) {
     set("4k3/8/8/8/8/8/8/R3K2R w KQ - 0 1");
     ChessPosition const before = position_;
     analysis_.make_move(move("e1h1"));
-    // Another word than the one made: the board follows the record, not the argument.
+    // Another word than the one made: the board follows the state stack, not the argument.
     analysis_.unmake_move(Move(Square("a1"), Square("a2"), normal_move, white_rook, no_piece));
     EXPECT_EQ(position_, before);
     testing::internal::CaptureStderr();
@@ -93,7 +93,7 @@ TEST_F(SearchMoves, UnmakeTakesBackTheMoveOfThePosition) {
     EXPECT_NE(testing::internal::GetCapturedStderr(), "");
 }
 
-TEST_F(SearchMoves, NullMoveChangesTheSideAndNotTheSums) {
+TEST_F(AnalysisMoves, NullMoveChangesTheSideAndNotTheSums) {
     set(positions[0]);
     PieceSquareTables const sums = sums_of(analysis_);
     ChessPosition const before = position_;
@@ -116,18 +116,18 @@ TEST_F(SearchMoves, NullMoveChangesTheSideAndNotTheSums) {
     }
 }
 
-TEST_F(SearchMoves, ScreenAcceptsARookThatMovesLikeAKnight) {
+TEST_F(AnalysisMoves, ScreenAcceptsARookThatMovesLikeAKnight) {
     set("7k/8/8/8/8/8/8/K2R4 w - - 0 1");
     TTmove odd(Move(Square("d1"), Square("e3"), normal_move, white_rook, no_piece));
     EXPECT_TRUE(analysis_.is_legal(odd));
-    // Nor are path, own man on the destination and the own king's safety looked at.
+    // Nor are path, own piece on the destination and the own king's safety looked at.
     TTmove onto_own(Move(Square("d1"), Square("a1"), normal_move, white_rook, no_piece));
     EXPECT_TRUE(analysis_.is_legal(onto_own));
     TTmove beyond(Move(Square("a1"), Square("h7"), normal_move, white_king, no_piece));
     EXPECT_TRUE(analysis_.is_legal(beyond));
 }
 
-TEST_F(SearchMoves, ScreenRefusesWhatCannotBeAMove) {
+TEST_F(AnalysisMoves, ScreenRefusesWhatCannotBeAMove) {
     set("7k/8/8/3n4/8/8/8/K2R4 w - - 0 1");
     TTmove none;
     EXPECT_FALSE(analysis_.is_legal(none));
@@ -143,7 +143,7 @@ TEST_F(SearchMoves, ScreenRefusesWhatCannotBeAMove) {
     EXPECT_TRUE(analysis_.is_legal(takes_knight));
 }
 
-TEST_F(SearchMoves, ScreenHoldsForBlackToo) {
+TEST_F(AnalysisMoves, ScreenHoldsForBlackToo) {
     set("7k/8/8/3n4/8/8/8/K2R4 b - - 0 1");
     TTmove own(move("d5e3"));
     EXPECT_TRUE(analysis_.is_legal(own));
@@ -153,7 +153,7 @@ TEST_F(SearchMoves, ScreenHoldsForBlackToo) {
     EXPECT_FALSE(analysis_.is_legal(takes_king));
 }
 
-TEST_F(SearchMoves, DumpLineTellsCounterAndMoves) {
+TEST_F(AnalysisMoves, DumpLineTellsCounterAndMoves) {
     set("7k/8/8/8/8/8/8/K2R4 w - - 0 1");
     std::string const start = analysis_.dump_line();
     std::uint64_t const counter = position_.get_make_move_counter();
@@ -165,7 +165,7 @@ TEST_F(SearchMoves, DumpLineTellsCounterAndMoves) {
     EXPECT_NE(analysis_.dump_line().find("d1d2 h8g8"), std::string::npos);
 }
 
-TEST_F(SearchMoves, StaticEvalForwards) {
+TEST_F(AnalysisMoves, StaticEvalForwards) {
     set(positions[2]);
     int const value = analysis_.static_eval();
     EXPECT_EQ(value, analysis_.evaluation().static_eval());

@@ -1,6 +1,5 @@
 // Limits, options and clearing of the search object.
 
-#include <array>
 #include <string>
 #include <utility>
 
@@ -13,11 +12,11 @@ namespace {
 std::string const start = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
 constexpr std::uint64_t no_limit = std::uint64_t{1} << 62;
 
-using AnalysisSettings = AnalysisFixture;
+using AnalysisStateTest = AnalysisFixture;
 
 }  // namespace
 
-TEST_F(AnalysisSettings, ResetLeavesTheNodeLimit) {
+TEST_F(AnalysisStateTest, ResetLeavesTheNodeLimit) {
     set(start);
     analysis_.set_depth(7);
     analysis_.set_nodes(1234);
@@ -32,7 +31,7 @@ TEST_F(AnalysisSettings, ResetLeavesTheNodeLimit) {
     EXPECT_EQ(probe_.max_nodes(), no_limit);
 }
 
-TEST_F(AnalysisSettings, DepthAndMateWriteOneLimit) {
+TEST_F(AnalysisStateTest, DepthAndMateWriteOneLimit) {
     analysis_.set_depth(12);
     EXPECT_EQ(probe_.depth_limit(), 12);
     analysis_.set_mate(4);
@@ -41,7 +40,7 @@ TEST_F(AnalysisSettings, DepthAndMateWriteOneLimit) {
     EXPECT_EQ(probe_.max_nodes(), 99U);
 }
 
-TEST_F(AnalysisSettings, TimesGoToTheTimeManager) {
+TEST_F(AnalysisStateTest, TimesGoToTheTimeManager) {
     set("7k/8/8/8/8/8/8/K2R4 b - - 0 1");
     TimeManager expected;
     expected.set_wtime(1000);
@@ -69,7 +68,7 @@ TEST_F(AnalysisSettings, TimesGoToTheTimeManager) {
     EXPECT_EQ(analysis_.time_manager().hard_limit(), expected.hard_limit());
 }
 
-TEST_F(AnalysisSettings, MovetimeLagAndFlags) {
+TEST_F(AnalysisStateTest, MovetimeLagAndFlags) {
     set(start);
     analysis_.set_movetime(0);
     EXPECT_EQ(analysis_.time_manager().soft_budget(), 1U);
@@ -88,7 +87,7 @@ TEST_F(AnalysisSettings, MovetimeLagAndFlags) {
     EXPECT_TRUE(analysis_.time_manager().time_to_move(5000));
 }
 
-TEST_F(AnalysisSettings, NumberOfLinesAndThreadsAreClamped) {
+TEST_F(AnalysisStateTest, NumberOfLinesAndThreadsAreClamped) {
     for (auto const& [given, kept] :
          {std::pair{0U, 1}, {1U, 1}, {7U, 7}, {50U, 50}, {51U, 50}, {4000000000U, 50}}) {
         analysis_.set_multipv(given);
@@ -100,66 +99,19 @@ TEST_F(AnalysisSettings, NumberOfLinesAndThreadsAreClamped) {
     }
 }
 
-TEST_F(AnalysisSettings, EloTable) {
-    struct row_t {
-        int given;
-        int stored;
-        int depth;
-        int margin;
-    };
-    std::array<row_t, 25> const rows = {
-        {{-5, 1500, 2, 200},        {0, 1500, 2, 200},    {1499, 1500, 2, 200},
-         {1500, 1500, 2, 200},      {1501, 1501, 2, 199}, {1599, 1599, 2, 160},
-         {1600, 1600, 4, 160},      {1699, 1699, 4, 120}, {1700, 1700, 6, 120},
-         {1750, 1750, 6, 100},      {1799, 1799, 6, 80},  {1800, 1800, 8, 80},
-         {1899, 1899, 8, 40},       {1900, 1900, 10, 40}, {1997, 1997, 10, 1},
-         {1998, 1998, 10, 0},       {1999, 1999, 10, 0},  {2000, 2000, 12, 0},
-         {2099, 2099, 12, 0},       {2100, 2100, 14, 0},  {2199, 2199, 14, 0},
-         {2200, 2200, 102, 0},      {2201, 2200, 102, 0}, {9999, 2200, 102, 0},
-         {2147483647, 2200, 102, 0}}};
-    for (row_t const& row : rows) {
-        analysis_.set_uci_limitstrength(false);
-        analysis_.set_uci_elo(row.given);
-        EXPECT_EQ(analysis_.elo(), row.stored) << row.given;
-        EXPECT_EQ(analysis_.strength_depth(), row.depth) << row.given;
-        EXPECT_EQ(analysis_.strength_margin(), row.margin) << row.given;
-    }
-}
-
-TEST_F(AnalysisSettings, StrongestEloKeepsTheDepthThatWasSet) {
-    analysis_.set_uci_elo(1500);
-    analysis_.set_uci_elo(2200);
-    EXPECT_EQ(analysis_.elo(), 2200);
-    EXPECT_EQ(analysis_.strength_depth(), 2);
-    EXPECT_EQ(analysis_.strength_margin(), 0);
-}
-
-TEST_F(AnalysisSettings, LiftingTheStrengthLimitForgetsDepthAndMargin) {
-    analysis_.set_uci_elo(1600);
+TEST_F(AnalysisStateTest, StrengthIsToldAsItWasSet) {
+    analysis_.set_uci_elo(1650);
     analysis_.set_uci_limitstrength(true);
     EXPECT_TRUE(probe_.limit_strength());
+    EXPECT_EQ(analysis_.elo(), 1650);
     EXPECT_EQ(analysis_.strength_depth(), 4);
-    EXPECT_EQ(analysis_.strength_margin(), 160);
+    EXPECT_EQ(analysis_.strength_margin(), 140);
     analysis_.set_uci_limitstrength(false);
     EXPECT_FALSE(probe_.limit_strength());
     EXPECT_EQ(analysis_.strength_depth(), 102);
-    EXPECT_EQ(analysis_.strength_margin(), 0);
-    EXPECT_EQ(analysis_.elo(), 1600);
 }
 
-TEST_F(AnalysisSettings, SearchmovesClearTheTableAlsoWhenEmpty) {
-    set(start);
-    store(exact_value, 3, 17);
-    analysis_.set_searchmoves({move("e2e4"), move("d2d4")});
-    EXPECT_EQ(record(), nullptr);
-    EXPECT_EQ(probe_.searchmoves().size(), 2U);
-    store(exact_value, 3, 17);
-    analysis_.set_searchmoves({});
-    EXPECT_EQ(record(), nullptr);
-    EXPECT_TRUE(probe_.searchmoves().empty());
-}
-
-TEST_F(AnalysisSettings, TableSizeAndSwitch) {
+TEST_F(AnalysisStateTest, TableSizeAndSwitch) {
     set(start);
     analysis_.set_hash_size(8);
     EXPECT_EQ(probe_.table().get_size(), 8);
@@ -171,7 +123,7 @@ TEST_F(AnalysisSettings, TableSizeAndSwitch) {
     EXPECT_EQ(probe_.table().get_size(), 4);
 }
 
-TEST_F(AnalysisSettings, PlainSettersAndCounters) {
+TEST_F(AnalysisStateTest, PlainSettersAndCounters) {
     analysis_.set_id(42);
     EXPECT_EQ(analysis_.get_id(), 42);
     analysis_.set_aspiration(false);
@@ -184,7 +136,7 @@ TEST_F(AnalysisSettings, PlainSettersAndCounters) {
     EXPECT_EQ(node_count(), 0U);
 }
 
-TEST_F(AnalysisSettings, ClearEmptiesTablesAndNodeCount) {
+TEST_F(AnalysisStateTest, ClearEmptiesTablesAndNodeCount) {
     set(start);
     Move const opening = move("e2e4");
     store(exact_value, 3, 17);

@@ -10,29 +10,29 @@ void Analysis::make_move(Move const& move) {
     position_.make_move(move);
     evaluation_.make_move(move);
     evaluation_.prefetch_pawns();
-    ++ply_;
+    ++counters_.ply;
     if (move.xcode() == mate_attack) {
-        ++mate_attack_count_;
+        ++counters_.mate_attack_count;
     }
 }
 
 void Analysis::unmake_move(Move const& move) {
     position_.unmake_move();
     evaluation_.unmake_move(move);
-    --ply_;
+    --counters_.ply;
     if (move.xcode() == mate_attack) {
-        --mate_attack_count_;
+        --counters_.mate_attack_count;
     }
 }
 
 void Analysis::make_nullmove() {
     position_.make_move(Move());
-    ++ply_;
+    ++counters_.ply;
 }
 
 void Analysis::unmake_nullmove() {
     position_.unmake_move();
-    --ply_;
+    --counters_.ply;
 }
 
 bool Analysis::is_legal(TTmove& ttmove) const {
@@ -45,9 +45,9 @@ bool Analysis::is_legal(TTmove& ttmove) const {
         return false;
     }
     bool const white = position_.stm() == 1;
-    BitBoard const& own_men = white ? position_.white_pieces() : position_.black_pieces();
+    BitBoard const& own_pieces = white ? position_.white_pieces() : position_.black_pieces();
     BitBoard const& enemy_king = white ? position_.black_king() : position_.white_king();
-    return (from.bitboard() & own_men) && !(to.bitboard() & enemy_king);
+    return (from.bitboard() & own_pieces) && !(to.bitboard() & enemy_king);
 }
 
 std::string Analysis::dump_line() const {

@@ -14,9 +14,9 @@ namespace orvelin {
 
 /// The placement of the pieces and the side to move, and nothing else of a game.
 ///
-/// Between two calls a bit s is set in the board of piece id p exactly when square s holds p, and
-/// the aggregates agree with the piece boards once compute_pieces() has run. Copying copies every
-/// member and allocates nothing. One thread at a time.
+/// A ChessPosition owns it, and one thread uses it at a time. Between two calls a bit s is set in
+/// the board of piece id p exactly when square s holds p, unless board_is_inconsistent(), and the
+/// aggregates agree with the piece boards once compute_pieces() has run. Copies allocate nothing.
 ///
 /// make_move() and unmake_move() run at every node of the search and take the move as legal. A
 /// word that is no legal move leaves a position without meaning, but stays inside the object: ids
@@ -27,7 +27,7 @@ class BoardPosition {
     BoardPosition() = default;
 
     /// Empties the piece boards and the squares, White to move. The aggregates stay as they were
-    /// until compute_pieces().
+    /// until compute_pieces(), by design.
     void clear();
     /// Puts a piece of id 0..14 on a square; no square takes none. The aggregates stay.
     void set_piece_on(Square const& square, int id);
@@ -92,7 +92,8 @@ class BoardPosition {
     void flop();
 
     /// Replaces the position by placement and side to move of a FEN text. Rank lengths are not
-    /// tested, and pieces beside the board are ignored. Any side but "w" means Black.
+    /// tested, and pieces beside the board are ignored, by design.
+    /// Any side but "w" means Black.
     /// @throws std::logic_error for a placement character other than a piece, a digit 1-8 or '/';
     /// the position is half filled then.
     void fen(std::string const& text);
@@ -100,7 +101,7 @@ class BoardPosition {
     /// True when a side has not exactly one king or two piece boards overlap. The argument is
     /// ignored. For diagnosis.
     bool corrupt(std::uint64_t ignored) const;
-    /// Compares squares with piece boards, for diagnosis. Kept: an entry whose own board lacks
+    /// Compares squares with piece boards, for diagnosis. By design an entry whose own board lacks
     /// the square passes when no other board holds it.
     bool consistent() const;
     /// Side to move and the twelve boards as text.

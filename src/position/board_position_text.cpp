@@ -104,7 +104,7 @@ void BoardPosition::fen(std::string const& text) {
             ++square;
         }
     }
-    // Any other text than "w", or none, means Black.
+    // Any other text than "w", or none, means Black, by design.
     stm_ = side == "w" ? 1 : 0;
     compute_pieces();
 }
@@ -124,7 +124,7 @@ bool BoardPosition::corrupt(std::uint64_t /*unused*/) const {
 }
 
 // An entry whose own piece board lacks the square passes when no other board holds it, and once
-// its own board has been met the later ones are not looked at: kept as it is.
+// its own board has been met the later ones are not looked at, by design.
 bool BoardPosition::consistent() const {
     for (int square = 0; square < 64; ++square) {
         int const id = (*this)[square].id();

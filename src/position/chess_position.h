@@ -194,7 +194,7 @@ class ChessPosition {
     bool draw_by_fifty_move_rule() const { return record().dfz > 99; }
 
     /// Replaces the whole position by a FEN text. Missing fields read as Black to move, no
-    /// rights, no en passant, 0 and 1.
+    /// rights, no en passant, 0 and 1, by design. Neither ranks nor kings are tested.
     /// @throws std::logic_error on a placement character other than a piece, a digit 1-8 or '/'.
     void fen(std::string const& text);
     /// The FEN text of the position.

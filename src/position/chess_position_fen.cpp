@@ -56,7 +56,7 @@ Number read_number(std::string const& text, Number otherwise) {
 }
 
 /// File of the rook nearest to the edge that `letter` stands for, among the rooks of a first
-/// rank. When there is none the b-file or the g-file is taken, whatever stands there.
+/// rank. When there is none the b-file or the g-file is taken, whatever stands there, by design.
 int rook_file(BitBoard const& rooks_on_rank1, bool king_side) {
     if (king_side) {
         for (int file = 7; file > 1; --file) {
@@ -74,6 +74,7 @@ int rook_file(BitBoard const& rooks_on_rank1, bool king_side) {
     return 6;
 }
 
+/// The square on rank 3 or, by design for whatever is no '3', on rank 6. No file letter, no square.
 Square read_en_passant(std::string const& field) {
     if (field.empty() || field[0] < 'a' || field[0] > 'h') {
         return Square();

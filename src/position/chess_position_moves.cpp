@@ -55,7 +55,7 @@ Square ChessPosition::ep_after(Move const& move) const {
     if (std::abs(to - from) != 16) {
         return Square();
     }
-    // Kept: no file mask, so a pawn on the a-file sees the h-file square of the rank below as
+    // By design no file mask, so a pawn on the a-file sees the h-file square of the rank below as
     // its neighbour, and one on the h-file the a-file square of the rank above.
     const BitBoard neighbours = (move.to().bitboard() << 1) | (move.to().bitboard() >> 1);
     BitBoard const& enemy_pawns = move.piece().white_pawn() ? black_pawn() : white_pawn();

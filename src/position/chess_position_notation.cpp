@@ -93,7 +93,7 @@ Move ChessPosition::convert_to_move(Square const& from, Square const& to, move_t
         ((to.bitboard() << 8) & white_pawn())) {
         return Move(from, to, en_passant, piece, Piece(1));
     }
-    // Kept: a promotion code stays on any piece, so a knight can become a king, and what a rook
+    // By design a promotion code stays on any piece, so a knight can become a king, and what a rook
     // becomes is no piece at all.
     return Move(from, to, static_cast<unsigned int>(code), piece,
                 code == castling ? none : captured);

@@ -14,7 +14,8 @@ namespace orvelin {
 /// knights, bishops, rooks, queens from bit 0 up, White's in the same order from bit 32 up.
 ///
 /// A plain word, copied freely. A heavier piece is more significant within its half, so halves can
-/// be compared as numbers. More than 15 of one piece do not fit and run into the next field.
+/// be compared as numbers. By design more than 15 of one piece run into the next
+/// field.
 class MaterialIndex {
  public:
     /// What one piece adds to the word, by piece id 0..14; the last entry, 0, is there so that

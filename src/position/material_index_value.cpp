@@ -8,7 +8,7 @@ namespace orvelin {
 namespace {
 
 /// Counts of one side.
-struct Side {
+struct counts_t {
     int pawns;
     int knights;
     int bishops;
@@ -32,7 +32,7 @@ int pawn_adjustment(int pawns) {
     return pawn_table[index] + many_pawns_table[index];
 }
 
-int rook_adjustment(Side const& white, Side const& black) {
+int rook_adjustment(counts_t const& white, counts_t const& black) {
     if (white.queens != black.queens) {
         return 0;
     }
@@ -55,18 +55,18 @@ int rook_adjustment(Side const& white, Side const& black) {
 }
 
 /// Exactly two bishops: three get no bonus.
-int bishop_pair(Side const& white, Side const& black) {
+int bishop_pair(counts_t const& white, counts_t const& black) {
     return (white.bishops == 2 ? 50 : 0) - (black.bishops == 2 ? 50 : 0);
 }
 
-int sum(int s, Side const& white, Side const& black) {
+int sum(int s, counts_t const& white, counts_t const& black) {
     return s + 100 * white.pawns + 525 * white.rooks + 1000 * white.queens - 100 * black.pawns -
            525 * black.rooks - 1000 * black.queens + white.minors() * white.minor_value() -
            black.minors() * black.minor_value();
 }
 
 /// The side ahead likes to keep pawns and to see the enemy's pieces gone.
-int trade_down(int r, Side const& white, Side const& black) {
+int trade_down(int r, counts_t const& white, counts_t const& black) {
     if (r > 70 && white.pawns != 0) {
         return r + 10 * white.pawns - 10 * black.pieces();
     }
@@ -76,7 +76,7 @@ int trade_down(int r, Side const& white, Side const& black) {
     return r;
 }
 
-int without_pawns(int r, Side const& white, Side const& black) {
+int without_pawns(int r, counts_t const& white, counts_t const& black) {
     // Such a margin without pawns is mostly a draw.
     if (r >= -399 && r <= 399) {
         r /= 10;
@@ -94,12 +94,12 @@ int without_pawns(int r, Side const& white, Side const& black) {
 }
 
 /// A pawn and a minor piece against a rook and nothing else.
-bool pawn_and_minor_against_rook(Side const& strong, Side const& weak) {
+bool pawn_and_minor_against_rook(counts_t const& strong, counts_t const& weak) {
     return strong.pawns == 1 && strong.majors() == 0 && strong.minors() == 1 && weak.rooks == 1 &&
            weak.pieces() == 1 && weak.pawns == 0;
 }
 
-int with_pawns(int r, Side const& white, Side const& black) {
+int with_pawns(int r, counts_t const& white, counts_t const& black) {
     if (white.lone_minor() && black.pieces() == 0 && black.pawns <= 2) {
         return -50;
     }
@@ -118,10 +118,10 @@ int with_pawns(int r, Side const& white, Side const& black) {
 }  // namespace
 
 int MaterialIndex::value() const {
-    Side const white{get_whitepawn(), get_whiteknight(), get_whitebishop(), get_whiterook(),
-                     get_whitequeen()};
-    Side const black{get_blackpawn(), get_blackknight(), get_blackbishop(), get_blackrook(),
-                     get_blackqueen()};
+    counts_t const white{get_whitepawn(), get_whiteknight(), get_whitebishop(), get_whiterook(),
+                         get_whitequeen()};
+    counts_t const black{get_blackpawn(), get_blackknight(), get_blackbishop(), get_blackrook(),
+                         get_blackqueen()};
     int const s = pawn_adjustment(white.pawns) - pawn_adjustment(black.pawns) +
                   rook_adjustment(white, black) + bishop_pair(white, black);
     int const r = sum(s, white, black);

@@ -98,8 +98,9 @@ class Move {
     /// Orders the whole words: by class first, then piece, capture, check, code, from, to.
     constexpr bool operator<(Move const& other) const { return word_ < other.word_; }
 
-    /// The UCI text, "0000" for the empty move. With `chess960` castling stays written as the
-    /// king taking his own rook.
+    /// The UCI text, "0000" for the empty move. With `chess960` castling stays written as the king
+    /// taking its own rook. Without, by design, so does castling with other squares than the
+    /// standard ones.
     std::string algebraic(bool chess960) const;
     /// All fields in one line, for diagnosis.
     std::string dump() const;

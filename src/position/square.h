@@ -101,7 +101,7 @@ constexpr int operator-(Square left, Square right) {
     return left.id() - right.id();
 }
 
-/// Kept: the square's id minus the integer, whatever the order of the operands suggests.
+/// By design the square's id minus the integer, whatever the order of the operands suggests.
 constexpr Square operator-(int steps, Square square) {
     return square -= steps;
 }

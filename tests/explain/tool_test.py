@@ -235,10 +235,12 @@ class RefusalTest(ToolTest):
             ["--startpos", "--all", "--svg", "a.svg"],
             ["--startpos", "--all", "--html", "a.html"],
             ["--startpos", "--svg", "-", "--html", "-"],
+            ["--startpos", "--svg", ""],
             ["--startpos", "--unknown"],
         ):
             run = self.explain(*arguments, status=2)
-            self.assertIn("usage:", run.stderr)
+            self.assertEqual(len(run.stderr.splitlines()), 1)
+            self.assertTrue(run.stderr.endswith("; see --help\n"), run.stderr)
         self.assertIn("47 terms", self.explain("--help").stdout)
 
 

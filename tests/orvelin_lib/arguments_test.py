@@ -4,7 +4,17 @@ import argparse
 import os
 import unittest
 
-from orvelin_lib.arguments import command, decimal, number, numbers, positive, seconds
+from orvelin_lib.arguments import (
+    Parser,
+    command,
+    decimal,
+    file_name,
+    number,
+    numbers,
+    positive,
+    seconds,
+)
+from orvelin_lib.tool_main import UsageError
 from scratch import ScratchTest
 
 
@@ -28,6 +38,20 @@ class NumberTest(unittest.TestCase):
         self.refused(decimal(0, 1), "-0.1", "1.1", "nan", "inf", "x", "")
         self.assertEqual(seconds("1.5"), 1.5)
         self.refused(seconds, "0", "-1", "nan", "inf", "1e300")
+
+
+class ParserTest(unittest.TestCase):
+    def test_one_line_for_whatever_is_wrong(self):
+        parser = Parser(prog="tool")
+        parser.add_argument("--file", type=file_name)
+        for words, reason in (
+            (["--nothing"], "unrecognized arguments: --nothing; see --help"),
+            (["--file"], "argument --file: expected one argument; see --help"),
+            (["--file", ""], "argument --file: no name of a file; see --help"),
+        ):
+            with self.assertRaises(UsageError) as refusal:
+                parser.parse_args(words)
+            self.assertEqual(str(refusal.exception), reason)
 
 
 class CommandTest(ScratchTest):

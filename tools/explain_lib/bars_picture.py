@@ -1,8 +1,8 @@
 """The picture of one position: the board, the total, the phase, and the terms as bars."""
 
 from explain_lib.board_picture import draw_board
-from explain_lib.drawing import add, picture, wrapped
-from explain_lib.figures import signed, typeset
+from explain_lib.drawing import add, picture
+from explain_lib.figures import signed, typeset, wrapped
 
 WIDTH, MARGIN = 960, 24
 SQUARE = 36

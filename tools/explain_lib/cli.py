@@ -1,6 +1,5 @@
 """The command line of orvelin-explain."""
 
-import argparse
 import sys
 
 from explain_lib import terminal
@@ -11,7 +10,7 @@ from explain_lib.game_picture import game_picture
 from explain_lib.page import game_page, position_page
 from explain_lib.pgn import read_game
 from explain_lib.session import Limit, Line, Session
-from orvelin_lib.arguments import command, positive, seconds
+from orvelin_lib.arguments import Parser, command, file_name, positive, seconds
 from orvelin_lib.board import START_FEN, Position
 from orvelin_lib.engines import ENGINE_HELP, checked, default_engine
 from orvelin_lib.fen import Fen, FenError
@@ -33,17 +32,17 @@ ALL_HELP = f"draw also the terms below {terminal.LEAST_PAWNS} pawns (terminal)"
 
 
 def _parser():
-    parser = argparse.ArgumentParser(prog="orvelin-explain", description=DESCRIPTION, epilog=EPILOG)
+    parser = Parser(prog="orvelin-explain", description=DESCRIPTION, epilog=EPILOG)
     add = parser.add_argument
     add("fen", nargs="*", help="the position; quotes around it may be left out")
     add("--startpos", action="store_true", help="the position that games begin with")
     add("--moves", nargs="+", default=[], metavar="MOVE", help="made first, as e4 or e2e4")
-    add("--pgn", metavar="FILE", help="follow a game of this file; - is standard input")
+    add("--pgn", type=file_name, metavar="FILE", help="follow a game of this file; - is standard input")
     add("--game", type=positive, metavar="N", help="which of the games (default 1)")
     add("--depth", type=positive, metavar="N", help="score the game by searches of this depth")
     add("--nodes", type=positive, metavar="N", help="score the game by searches of so many nodes")
-    add("--html", metavar="FILE", help="write a page")
-    add("--svg", metavar="FILE", help="write a picture")
+    add("--html", type=file_name, metavar="FILE", help="write a page")
+    add("--svg", type=file_name, metavar="FILE", help="write a picture")
     add("--engine", type=command, metavar="CMD", help=ENGINE_HELP)
     add("--patience", type=seconds, default=60, metavar="S", help="s for an answer (default 60)")
     add("--all", action="store_true", help=ALL_HELP)

@@ -75,15 +75,5 @@ def picture(width, height, title):
     return root
 
 
-def wrapped(text, signs):
-    """The text in lines of at most so many signs."""
-    lines = [""]
-    for word in text.split():
-        if lines[-1] and len(lines[-1]) + 1 + len(word) > signs:
-            lines.append("")
-        lines[-1] += (" " if lines[-1] else "") + word
-    return lines
-
-
 def as_text(root):
     return ET.tostring(root, encoding="unicode") + "\n"

@@ -1,6 +1,7 @@
-"""Figures with a sign, and how long their bars are."""
+"""Figures with a sign, how long their bars are, and text in lines."""
 
 import math
+import textwrap
 
 MINUS = "\N{MINUS SIGN}"
 
@@ -26,3 +27,9 @@ def share_of_reach(pawns, reach):
     differences decide while a game is open."""
     pawns = min(max(pawns, -reach), reach)
     return math.asinh(2 * pawns) / math.asinh(2 * reach)
+
+
+def wrapped(text, width):
+    """The words of a text in lines of at most so many characters."""
+    words = " ".join(text.split())
+    return textwrap.wrap(words, width, break_long_words=False, break_on_hyphens=False) or [""]

@@ -1,7 +1,7 @@
 """The picture of a game: a column for each half-move, its moves and terms below."""
 
-from explain_lib.drawing import add, picture, wrapped
-from explain_lib.figures import share_of_reach, signed, typeset
+from explain_lib.drawing import add, picture
+from explain_lib.figures import share_of_reach, signed, typeset, wrapped
 
 WIDTH, MARGIN = 960, 24
 LEFT = 62

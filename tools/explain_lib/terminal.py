@@ -4,7 +4,7 @@ import os
 import shutil
 from dataclasses import dataclass
 
-from explain_lib.figures import share_of_reach, signed
+from explain_lib.figures import share_of_reach, signed, wrapped
 from explain_lib.terms import TERMS
 
 # A half is the only part of a cell that has a mirror image.
@@ -81,21 +81,10 @@ def _headline(evaluation):
     )
 
 
-def _wrapped(words, width):
-    """Names after one another, as many on a line as fit."""
-    lines, line = [], ""
-    for word in words:
-        if line and len(line) + 1 + len(word) > width:
-            lines.append(line)
-            line = ""
-        line += (" " if line else "") + word
-    return [*lines, line] if line else lines
-
-
 def explain(evaluation, position, style, show_all):
     """The board, the bars and the sum."""
     rows = [*board_lines(position.board, position.side), ""]
-    rows += [*_wrapped(_headline(evaluation).split(), style.width), ""]
+    rows += [*wrapped(_headline(evaluation), style.width), ""]
     parts = evaluation.biggest_first()
     drawn = [p for p in parts if show_all or abs(evaluation.pawns(p.net)) >= LEAST_PAWNS]
     # The halves of the phase are shown where there is room for them and for bars.
@@ -118,10 +107,10 @@ def explain(evaluation, position, style, show_all):
     rows.append(style.paint(BOLD, f"{'sum':<{pad}}{total:>8}"))
     rest = [part.name for part in parts if part not in drawn]
     if rest:
-        rows += ["", *_wrapped(["Less", "than", f"{LEAST_PAWNS}", "pawns:", *rest], style.width)]
+        rows += ["", *wrapped(" ".join([f"Less than {LEAST_PAWNS} pawns:", *rest]), style.width)]
     rows.append("")
     for note in [*evaluation.notes(), evaluation.check_text()]:
-        rows += _wrapped(note.split(), style.width)
+        rows += wrapped(note, style.width)
     return "\n".join(row.rstrip() for row in rows) + "\n"
 
 
@@ -134,12 +123,12 @@ def follow(title, steps, notes, style):
     cells = max((style.width - head_width - tail_width - 3) // 2, 5)
     reach = min(max([1.0, *(abs(step.score.pawns) for step in steps)]), MOST_PAWNS)
     head = " " * head_width + "Black".rjust(cells) + " " + "White".ljust(cells)
-    rows = [*_wrapped(title.split(), style.width), ""]
+    rows = [*wrapped(title, style.width), ""]
     rows.append(style.paint(DIM, head + "  changed most"))
     for step in steps:
         text = f"{step.number:>6} {step.san:<{san_width}}{step.score.text:>8} "
         bar = style.bar(share_of_reach(step.score.pawns, reach), 1, cells)
         rows.append(f"{text}{bar}  {step.term:<{name_width}}{signed(step.change):>7}")
     for note, _ in notes:
-        rows += ["", *_wrapped(note.split(), style.width)]
+        rows += ["", *wrapped(note, style.width)]
     return "\n".join(row.rstrip() for row in rows) + "\n"

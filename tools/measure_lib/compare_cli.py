@@ -5,7 +5,7 @@ import functools
 import json
 
 from measure_lib import machine, speed
-from orvelin_lib.arguments import command, positive, seconds
+from orvelin_lib.arguments import Parser, command, file_name, positive, seconds
 from orvelin_lib.engines import ENGINE_HELP, checked, default_engine
 from orvelin_lib.files import check_writable, write_file
 from orvelin_lib.tool_main import UsageError, print_whole, run_tool
@@ -44,7 +44,7 @@ def _peers(text):
 
 
 def _parser():
-    parser = argparse.ArgumentParser(
+    parser = Parser(
         prog="compare-speed", description=DESCRIPTION, epilog=EPILOG
     )
     add = parser.add_argument
@@ -81,7 +81,7 @@ def _parser():
         help="counts what an engine had of the processor, for a machine that is busy",
     )
     add("--no-install", action="store_true", help="installs nothing")
-    add("--json", metavar="FILE", help="all rates; with - in place of the table")
+    add("--json", type=file_name, metavar="FILE", help="all rates; with - in place of the table")
     return parser
 
 

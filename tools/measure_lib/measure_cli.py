@@ -1,6 +1,5 @@
 """The command line of the measurements."""
 
-import argparse
 import functools
 import json
 import os
@@ -10,7 +9,7 @@ from measure_lib.instructions import Instructions
 from measure_lib.latency import LatencyMeasurement
 from measure_lib.searches import Growth, HashSizes, Lines, read_positions
 from measure_lib.start import StartMeasurement
-from orvelin_lib.arguments import command, number, numbers, positive, seconds
+from orvelin_lib.arguments import Parser, command, file_name, number, numbers, positive, seconds
 from orvelin_lib.engines import ENGINE_HELP, checked, default_engine
 from orvelin_lib.files import check_writable, write_file
 from orvelin_lib.tool_main import print_whole, run_tool
@@ -46,7 +45,7 @@ MOST_DEPTH = 100
 
 def _parser(tools):
     positions = os.path.join(os.path.dirname(tools), "bench", "positions.txt")
-    parser = argparse.ArgumentParser(prog="measure", description=DESCRIPTION, epilog=EPILOG)
+    parser = Parser(prog="measure", description=DESCRIPTION, epilog=EPILOG)
     add = parser.add_argument
     add("what", nargs="+", choices=[*MEASUREMENTS, "all"], help="what to measure")
     add("--engine", type=command, metavar="CMD", help=ENGINE_HELP)
@@ -86,7 +85,7 @@ def _parser(tools):
     )
     add("--before", type=command, metavar="CMD", help="an older build with -g, for instructions")
     add("--patience", type=seconds, default=30, help="s to wait for an answer (default 30)")
-    add("--json", metavar="FILE", help="all figures; with - in place of the tables")
+    add("--json", type=file_name, metavar="FILE", help="all figures; with - in place of the tables")
     return parser
 
 

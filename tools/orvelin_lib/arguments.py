@@ -5,12 +5,28 @@ import math
 import os
 import shlex
 
+from orvelin_lib.tool_main import UsageError
+
 # In seconds; the system cannot wait much longer.
 MOST_SECONDS = 1000000
 # What a UCI engine can read.
 MOST_NUMBER = (1 << 63) - 1
 # Engines that run at the same time.
 MOST_JOBS = 1024
+
+
+class Parser(argparse.ArgumentParser):
+    """Reads a command line, and says in one line what is wrong with it."""
+
+    def error(self, message):
+        raise UsageError(f"{message}; see --help")
+
+
+def file_name(text):
+    """The name of a file: a variable of the shell that is not set gives an empty one."""
+    if not text:
+        raise argparse.ArgumentTypeError("no name of a file")
+    return text
 
 
 def number(least, most=MOST_NUMBER):

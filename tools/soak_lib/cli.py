@@ -6,7 +6,16 @@ import functools
 import os
 import random
 
-from orvelin_lib.arguments import MOST_JOBS, MOST_SECONDS, command, decimal, number, seconds
+from orvelin_lib.arguments import (
+    MOST_JOBS,
+    MOST_SECONDS,
+    Parser,
+    command,
+    decimal,
+    file_name,
+    number,
+    seconds,
+)
 from orvelin_lib.engines import ENGINE_HELP, checked, default_engine
 from orvelin_lib.files import make_folder
 from orvelin_lib.tool_main import INTERRUPTED, ToolError, print_whole, run_tool, take_signals
@@ -35,7 +44,7 @@ MOST_GAMES = 1000000
 
 
 def _parser():
-    parser = argparse.ArgumentParser(prog="soak", description=DESCRIPTION, epilog=EPILOG)
+    parser = Parser(prog="soak", description=DESCRIPTION, epilog=EPILOG)
     add = parser.add_argument
     add("--engine", type=command, metavar="CMD", help=f"engine 1: {ENGINE_HELP}")
     add("--opponent", type=command, metavar="CMD", help="engine 2 (default: engine 1)")
@@ -60,9 +69,9 @@ def _parser():
     plies = number(1, MOST_PLIES)
     add("--max-plies", type=plies, default=600, help="a longer game is drawn (default 600)")
     add("--refill", action="store_true", help="play on with a full clock where time is lost")
-    add("--log", metavar="FILE", help="JSON lines (default build/soak/SEED.jsonl)")
-    add("--resume", metavar="FILE", help="take up the run of this log with its own settings")
-    add("--faults", metavar="DIR", help="sessions of faults (default: beside the log)")
+    add("--log", type=file_name, metavar="FILE", help="JSON lines (default build/soak/SEED.jsonl)")
+    add("--resume", type=file_name, metavar="FILE", help="take up the run of this log with its own settings")
+    add("--faults", type=file_name, metavar="DIR", help="sessions of faults (default: beside the log)")
     return parser
 
 

@@ -3,7 +3,16 @@
 import argparse
 import os
 
-from orvelin_lib.arguments import MOST_JOBS, command, decimal, number, positive, seconds
+from orvelin_lib.arguments import (
+    MOST_JOBS,
+    Parser,
+    command,
+    decimal,
+    file_name,
+    number,
+    positive,
+    seconds,
+)
 from orvelin_lib.engines import ENGINE_HELP
 from orvelin_lib.tool_main import UsageError
 from suite_lib.settings import Entrant, Settings
@@ -59,9 +68,9 @@ def reached(wanted, solved, positions):
 
 def parser():
     """The whole command line."""
-    made = argparse.ArgumentParser(prog="orvelin-suite", description=DESCRIPTION, epilog=EPILOG)
+    made = Parser(prog="orvelin-suite", description=DESCRIPTION, epilog=EPILOG)
     add = made.add_argument
-    add("suite", nargs="?", metavar="FILE", help="test positions")
+    add("suite", nargs="?", type=file_name, metavar="FILE", help="test positions")
     engine = {"action": _EngineAction, "dest": "engines"}
     add("--engine", **engine, const="engine", type=command, metavar="CMD", help=ENGINE_HELP)
     named = {"metavar": "NAME", "help": "of the engine (default: that of its program)"}
@@ -84,9 +93,9 @@ def parser():
         metavar="N|N%",
         help="positions or share that every engine has to solve (default 100%%)",
     )
-    add("--csv", metavar="FILE", help="a row for each engine and position")
-    add("--json", metavar="FILE", help="all figures")
-    add("--journal", metavar="FILE", help="notes each position when it is finished")
+    add("--csv", type=file_name, metavar="FILE", help="a row for each engine and position")
+    add("--json", type=file_name, metavar="FILE", help="all figures")
+    add("--journal", type=file_name, metavar="FILE", help="notes each position when it is finished")
     add("--resume", action="store_true", help="leaves out what the journal has already")
     hosts = made.add_argument_group("several hosts")
     add = hosts.add_argument

@@ -91,7 +91,7 @@ def _resumed(options, head):
 
 def _check_usage(options):
     if options.suite is None:
-        raise UsageError("no file of test positions")
+        raise UsageError("no file of test positions; see --help")
     if not options.parallel and (options.sshlogin or options.joblog or options.retries):
         raise UsageError("--sshlogin, --joblog and --retries need --parallel")
     if options.csv == options.json == "-":

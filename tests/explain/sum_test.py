@@ -108,7 +108,7 @@ class ArithmeticTest(unittest.TestCase):
         self.assertIn("halved", " ".join(evaluation.notes()))
 
     def test_material_of_special_endgames(self):
-        for men, expected in (
+        for pieces, expected in (
             ("KQk", "KQK"),
             ("kqK", "KQK"),
             ("KRPkr", "KRPKR"),
@@ -118,7 +118,7 @@ class ArithmeticTest(unittest.TestCase):
             ("KQQk", None),
             ("Kk", None),
         ):
-            self.assertEqual(endgame_function(list(men)), expected, men)
+            self.assertEqual(endgame_function(list(pieces)), expected, pieces)
 
     def test_the_order_and_the_biggest_change(self):
         before = self.evaluation(0, material=(5, 0), mobility=(-20, 0), stm=(14, 14))

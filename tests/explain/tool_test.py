@@ -56,7 +56,7 @@ class OutputTest(ToolTest):
         self.explain(PICTURE, "--svg", self.file("a.svg"))
         name = os.path.join(ROOT, "docs", "images", "explain.svg")
         with open(name, encoding="utf-8") as file:
-            self.assertEqual(file.read(), self.read("a.svg"), "make it anew: docs/explain.md")
+            self.assertEqual(file.read(), self.read("a.svg"), "make it again: docs/explain.md")
         self.assertLess(os.path.getsize(name), 150000)
 
 

@@ -104,11 +104,11 @@ class ScheduleTest(unittest.TestCase):
         chance = random.Random(1)
         arrays = {chess960_array(chance).split()[0].split("/")[-1] for _ in range(300)}
         self.assertGreater(len(arrays), 200)
-        for men in arrays:
-            self.assertEqual(sorted(men), sorted("RNBQKBNR"))
-            self.assertLess(men.index("R"), men.index("K"))
-            self.assertLess(men.index("K"), men.rindex("R"))
-            self.assertEqual((men.index("B") + men.rindex("B")) % 2, 1)
+        for pieces in arrays:
+            self.assertEqual(sorted(pieces), sorted("RNBQKBNR"))
+            self.assertLess(pieces.index("R"), pieces.index("K"))
+            self.assertLess(pieces.index("K"), pieces.rindex("R"))
+            self.assertEqual((pieces.index("B") + pieces.rindex("B")) % 2, 1)
 
 
 if __name__ == "__main__":

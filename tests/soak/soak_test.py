@@ -5,23 +5,21 @@ import os
 import signal
 import subprocess
 import sys
-import tempfile
 import time
 import unittest
 
 from limits import small_files
+from scratch import ScratchTest
 
 SOAK = os.path.join(os.environ["SOAK_TOOLS"], "soak")
 SHORT = os.environ.get("SOAK_SHORT") == "1"
 FAKE = os.path.join(os.path.dirname(os.path.realpath(__file__)), "fake_engine.py")
 
 
-class SoakTest(unittest.TestCase):
+class SoakTest(ScratchTest):
     def setUp(self):
-        directory = tempfile.TemporaryDirectory()
-        self.addCleanup(directory.cleanup)
-        self.directory = directory.name
-        self.log = os.path.join(self.directory, "run.jsonl")
+        super().setUp()
+        self.log = self.file("run.jsonl")
 
     def fake(self, kind):
         """An engine with this habit."""

@@ -2,7 +2,7 @@
 """A UCI engine that answers by a script, and misbehaves where the script says so.
 
 fake_engine.py SCRIPT LOG: the script is JSON: "answers" holds a list of lines for each position,
-found by its men, and under "otherwise" those for all others. A line that begins with an
+found by its pieces, and under "otherwise" those for all others. A line that begins with an
 exclamation mark is no line, but what the engine does. LOG takes what it was told.
 """
 

@@ -18,7 +18,7 @@ class FaultTest(SuiteTest):
         first, second, third = record["positions"]
         self.assertEqual((first["fault"], third["fault"]), (None, None))
         self.assertEqual((first["solved"], second["solved"], third["solved"]), (True, False, True))
-        # What comes behind a fault is asked of a new process.
+        # What comes after a fault is asked of a new process.
         starts = [line for line in self.told() if line == "uci"]
         self.assertEqual(len(starts), 3)
         self.assert_gone()

@@ -222,7 +222,7 @@ class SshTest(HostsTest):
         )
 
     def make_separation_directory(self):
-        """Root's server wants the folder that its service makes when it starts."""
+        """Root's server needs the folder that its service makes when it starts."""
         if os.getuid() == 0 and not os.path.exists("/run/sshd"):
             os.mkdir("/run/sshd", 0o755)
             self.addCleanup(os.rmdir, "/run/sshd")

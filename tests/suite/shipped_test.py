@@ -23,8 +23,8 @@ def positions(name):
 def fen_of(position):
     """The FEN of a position in which nobody may castle."""
     ranks = ("".join(position.board[first : first + 8]) for first in range(56, -1, -8))
-    men = "/".join(re.sub(r"\.+", lambda match: str(len(match[0])), rank) for rank in ranks)
-    return f"{men} {position.side} - - 0 1"
+    pieces = "/".join(re.sub(r"\.+", lambda match: str(len(match[0])), rank) for rank in ranks)
+    return f"{pieces} {position.side} - - 0 1"
 
 
 class SolvedTest(SuiteTest):
@@ -116,14 +116,14 @@ class EndingTest(unittest.TestCase):
         results = set()
         for table, tests in by_table.items():
             # One call for all positions: a table is built for each.
-            behind = [
+            after = [
                 (test, text, fen_of(Position(test.fen).after(move)))
                 for test in tests
                 for text, move in test.moves.items()
             ]
-            values = self.values(table, [fen for _, _, fen in behind])
+            values = self.values(table, [fen for _, _, fen in after])
             for test in tests:
-                rows = [(row[1], value) for row, value in zip(behind, values) if row[0] is test]
+                rows = [(row[1], value) for row, value in zip(after, values) if row[0] is test]
                 results.add(self.assert_best(test, *zip(*rows)))
         self.assertEqual(results, {0, 1})
 

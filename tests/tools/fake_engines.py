@@ -4,22 +4,14 @@ import os
 import shlex
 import subprocess
 import sys
-import tempfile
-import unittest
+
+from scratch import ScratchTest
 
 SOURCE = os.path.join(os.path.dirname(os.path.realpath(__file__)), "fake_uci_engine.py")
 TOOLS = os.environ["MEASURE_TOOLS"]
 
 
-class FakeEngines(unittest.TestCase):
-    def setUp(self):
-        directory = tempfile.TemporaryDirectory()
-        self.addCleanup(directory.cleanup)
-        self.directory = directory.name
-
-    def file(self, name):
-        return os.path.join(self.directory, name)
-
+class FakeEngines(ScratchTest):
     def fake(self, name, rate=1000000, kind="good"):
         """A program of this name."""
         words = [sys.executable, "-S", SOURCE, str(rate), kind, self.file(name + ".log")]

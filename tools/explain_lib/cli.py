@@ -37,7 +37,8 @@ def _parser():
     add("fen", nargs="*", help="the position; quotes around it may be left out")
     add("--startpos", action="store_true", help="the position that games begin with")
     add("--moves", nargs="+", default=[], metavar="MOVE", help="made first, as e4 or e2e4")
-    add("--pgn", type=file_name, metavar="FILE", help="follow a game of this file; - is standard input")
+    pgn = "follow a game of this file; - is standard input"
+    add("--pgn", type=file_name, metavar="FILE", help=pgn)
     add("--game", type=positive, metavar="N", help="which of the games (default 1)")
     add("--depth", type=positive, metavar="N", help="score the game by searches of this depth")
     add("--nodes", type=positive, metavar="N", help="score the game by searches of so many nodes")

@@ -69,9 +69,11 @@ def _parser():
     plies = number(1, MOST_PLIES)
     add("--max-plies", type=plies, default=600, help="a longer game is drawn (default 600)")
     add("--refill", action="store_true", help="play on with a full clock where time is lost")
-    add("--log", type=file_name, metavar="FILE", help="JSON lines (default build/soak/SEED.jsonl)")
-    add("--resume", type=file_name, metavar="FILE", help="take up the run of this log with its own settings")
-    add("--faults", type=file_name, metavar="DIR", help="sessions of faults (default: beside the log)")
+    name = {"type": file_name, "metavar": "FILE"}
+    add("--log", **name, help="JSON lines (default build/soak/SEED.jsonl)")
+    add("--resume", **name, help="take up the run of this log with its own settings")
+    name["metavar"] = "DIR"
+    add("--faults", **name, help="sessions of faults (default: beside the log)")
     return parser
 
 

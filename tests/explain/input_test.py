@@ -40,6 +40,10 @@ class PgnTest(ScratchTest):
         self.assertEqual(" ".join(first.moves), "e4 e5 Nf3 Nc6 Bb5 a6 Ba4 Nf6 O-O Be7")
         self.assertEqual(" ".join(second.moves), "dxe3 a8=Q+ Kd7")
 
+    def test_comments_go_on_over_lines(self):
+        (game,) = self.games("1. e4 {one\nNf6 two\n} e5 {three} 2. Nf3 {\n\n} *")
+        self.assertEqual(game.moves, ["e4", "e5", "Nf3"])
+
     def test_numbers_and_positions(self):
         name = self.write(TWO_GAMES.encode())
         game = read_game(name, 1)

@@ -4,9 +4,12 @@ import os
 import resource
 import signal
 import stat
+import subprocess
+import sys
 import threading
 import unittest
 
+from limits import little_memory
 from orvelin_lib import files
 from orvelin_lib.tool_main import Console, ToolError
 from scratch import ScratchTest
@@ -42,6 +45,18 @@ class ReadTest(ScratchTest):
         self.assert_refused(folder, f"cannot read {folder}: Is a directory")
         long = f"line 1 has more than {files.MOST_LINE} characters"
         self.assert_refused("/dev/zero", f"cannot read /dev/zero: {long}")
+
+    def test_a_line_without_end_takes_little_memory(self):
+        script = "from orvelin_lib import files\nlist(files.read_lines('/dev/zero'))"
+        run = subprocess.run(
+            [sys.executable, "-c", script],
+            stderr=subprocess.PIPE,
+            text=True,
+            timeout=60,
+            check=False,
+            preexec_fn=little_memory(1 << 27),
+        )
+        self.assertIn("ToolError: cannot read /dev/zero: line 1 has more", run.stderr)
 
     def test_a_long_input_shows_how_far_it_is_read(self):
         said = []

@@ -28,12 +28,14 @@ endforeach()
 add_custom_target(manuals ALL DEPENDS ${orvelin_packed_manuals})
 install(FILES ${orvelin_packed_manuals} DESTINATION share/man/man6)
 
-# The documents keep their places to each other, so that the links between them hold; only that to
-# the licence leads nowhere in the Debian package.
-file(GLOB orvelin_documents CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/*.md")
+# The documents for users, with a README of their own; those for developers stay with the sources.
+# They keep their places to each other, so that the links between them hold.
+set(orvelin_documents "${PROJECT_SOURCE_DIR}/packaging/README.md" "${PROJECT_SOURCE_DIR}/NEWS.md")
+set(orvelin_pages clocks evaluation explain interfaces packaging robustness suite tools uci)
+list(TRANSFORM orvelin_pages REPLACE "(.+)" "${PROJECT_SOURCE_DIR}/docs/\\1.md")
 install(FILES ${orvelin_documents} DESTINATION ${orvelin_doc_dir})
-install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs" DESTINATION ${orvelin_doc_dir})
-install(FILES "${PROJECT_SOURCE_DIR}/openings/README.md" DESTINATION ${orvelin_doc_dir}/openings)
+install(FILES ${orvelin_pages} DESTINATION ${orvelin_doc_dir}/docs)
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs/images" DESTINATION ${orvelin_doc_dir}/docs)
 install(FILES "${PROJECT_SOURCE_DIR}/LICENSE" DESTINATION ${orvelin_doc_dir} COMPONENT licence)
 install(FILES "${PROJECT_SOURCE_DIR}/packaging/orvelin.eng" DESTINATION share/games/plugins/uci)
 
@@ -97,5 +99,5 @@ install(FILES "${orvelin_book}" ${orvelin_documents} "${PROJECT_SOURCE_DIR}/LICE
   "${PROJECT_SOURCE_DIR}/packaging/START.txt" "${PROJECT_SOURCE_DIR}/packaging/debian/copyright"
   DESTINATION . ${portable})
 install(FILES ${orvelin_manuals} DESTINATION man ${portable})
-install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs" DESTINATION . ${portable})
-install(FILES "${PROJECT_SOURCE_DIR}/openings/README.md" DESTINATION openings ${portable})
+install(FILES ${orvelin_pages} DESTINATION docs ${portable})
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs/images" DESTINATION docs ${portable})

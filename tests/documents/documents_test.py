@@ -96,6 +96,7 @@ class CommandsTest(unittest.TestCase):
             "tools/measure start latency",
             "build/release/orvelin",
             "cmake --preset release -DORVELIN_WERROR=ON",
+            "cmake --preset check -B build/mine && build/mine/orvelin",
         ]
         bad = [
             "./gone",

@@ -11,7 +11,7 @@ import unittest
 from orvelin_lib.engine import UciEngine
 from project import DOCUMENTS, ENGINE, PROGRAMS, ROOT
 
-README, UCI = DOCUMENTS["README.md"], DOCUMENTS["docs/uci.md"]
+UCI, BUILDING = DOCUMENTS["docs/uci.md"], DOCUMENTS["docs/building.md"]
 OPTION = re.compile(r"option name (\S+) type (\S+) default (\S+)(?: min (\S+) max (\S+))?$")
 
 
@@ -39,11 +39,6 @@ class OptionsTest(unittest.TestCase):
             expected.append([f"`{name}`", f"{kind} {default}{limits}"])
         self.assertEqual(written, expected)
 
-    def test_the_readme_has_all_options_and_their_defaults(self):
-        written = [row[:2] for row in README.table("Option", "Default")]
-        expected = [[f"`{name}`", default] for name, _, default, _, _ in announced_options()]
-        self.assertEqual(written, expected)
-
     def test_all_options_that_are_read_are_announced(self):
         read = re.findall(r'\{"(\w+)", &Engine::option_', source("engine_options.cpp"))
         self.assertEqual([option[0] for option in announced_options()], read)
@@ -53,9 +48,8 @@ class CommandsTest(unittest.TestCase):
     def test_all_commands_are_described(self):
         commands = re.findall(r'\{"(\w+)", &Engine::command_', source("engine.cpp"))
         self.assertGreater(len(commands), 5)
-        for document in (README, UCI):
-            named = {span.split(" ")[0] for span in document.spans}
-            self.assertEqual(set(commands) - named, set())
+        named = {span.split(" ")[0] for span in UCI.spans}
+        self.assertEqual(set(commands) - named, set())
 
     def test_all_words_behind_go_are_described(self):
         words = re.findall(r'\{"(\w+)", &Analysis::', source("engine_search.cpp"))
@@ -92,7 +86,7 @@ class OpeningsTest(unittest.TestCase):
         cls.lines = [line for name in names for line in without_remarks(text_of(name))]
 
     def test_the_number_of_variations(self):
-        self.assertEqual(numbers("README.md", r"`openings`, (\d+) variations"), [len(self.lines)])
+        self.assertEqual(numbers("docs/tools.md", r"made from (\d+) variations"), [len(self.lines)])
 
     def test_the_size_of_the_book(self):
         tool = os.path.join(PROGRAMS, "orvelin-book")
@@ -121,17 +115,17 @@ class SuitesTest(unittest.TestCase):
 
 
 class BuildTest(unittest.TestCase):
-    def test_the_readme_has_all_presets(self):
+    def test_the_page_on_building_has_all_presets(self):
         with open(os.path.join(ROOT, "CMakePresets.json"), encoding="utf-8") as file:
             presets = json.load(file)["configurePresets"]
         known = {preset["name"] for preset in presets if not preset.get("hidden")}
-        written = {row[0].strip("`") for row in README.table("Preset", "What it is")}
+        written = {row[0].strip("`") for row in BUILDING.table("Preset", "What it is")}
         self.assertEqual(written, known)
 
-    def test_the_readme_has_all_stages(self):
+    def test_the_page_on_building_has_all_stages(self):
         with open(os.path.join(ROOT, "check"), encoding="utf-8") as file:
             stages = re.search(r"\|\| stages=\((.*)\)", file.read()).group(1).split()
-        written = [row[0].strip("`") for row in README.table("Stage", "What it proves")]
+        written = [row[0].strip("`") for row in BUILDING.table("Stage", "What it proves")]
         self.assertEqual(written, stages)
 
     def test_the_news_are_of_this_version(self):

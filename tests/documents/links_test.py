@@ -9,6 +9,8 @@ from project import DOCUMENTS, ROOT
 
 FOLDERS = "bench|cmake|docs|fuzz|openings|packaging|src|suites|tests|tools"
 PATH_SPAN = re.compile(rf"^(?:{FOLDERS})/[\w./*+-]*$")
+# It is installed where the README of the sources lies, and links from there.
+INSTALLED = "packaging/README.md"
 
 
 class LinksTest(unittest.TestCase):
@@ -26,7 +28,8 @@ class LinksTest(unittest.TestCase):
     def hold_link(self, name, document, link):
         path, _, anchor = link.partition("#")
         if path:
-            path = os.path.normpath(os.path.join(os.path.dirname(name), path))
+            folder = "" if name == INSTALLED else os.path.dirname(name)
+            path = os.path.normpath(os.path.join(folder, path))
             self.assertTrue(os.path.exists(os.path.join(ROOT, path)), "does not exist")
             document = DOCUMENTS.get(path)
         if anchor and document is not None:
@@ -57,6 +60,20 @@ class LinksTest(unittest.TestCase):
                     waiting.append(os.path.normpath(path))
         docs = {name for name in DOCUMENTS if os.path.dirname(name) in ("", "docs")}
         self.assertEqual(docs - found, set())
+
+    def test_installed_documents_link_to_installed_ones(self):
+        with open(os.path.join(ROOT, "cmake", "orvelin_install.cmake"), encoding="utf-8") as file:
+            pages = re.search(r"^set\(orvelin_pages (.*)\)$", file.read(), re.MULTILINE)
+        names = [f"docs/{page}.md" for page in pages.group(1).split()]
+        self.assertGreater(len(names), 5)
+        installed = {*names, "NEWS.md", "README.md"}
+        for name in (*names, "NEWS.md", INSTALLED):
+            folder = "docs" if name in names else ""
+            for link in DOCUMENTS[name].links:
+                path = os.path.normpath(os.path.join(folder, link.partition("#")[0]))
+                with self.subTest(document=name, link=link):
+                    if path.endswith(".md"):
+                        self.assertIn(path, installed)
 
 
 if __name__ == "__main__":

@@ -1,6 +1,6 @@
 """Sessions in documents: what is sent to the engine, and what it is said to answer.
 
-Lines with `> ` are sent. A block without any, which begins with `$ ./run`, has the lines that begin
+Lines with `> ` are sent. A block without any, which begins with `$ ./run` or `$ orvelin`, has the lines that begin
 with a command sent. `...` stands for any lines; times and speeds may differ."""
 
 import re

@@ -9,6 +9,7 @@
 #include "evaluation/king_activity.h"
 #include "evaluation/king_terms.h"
 #include "evaluation/pawn_terms.h"
+#include "position/board_tables.h"
 #include "position/chess_position.h"
 #include "position/masks.h"
 #include "position/set_steps.h"
@@ -36,7 +37,9 @@ static_assert(mg_phases[0] == 0.0F && mg_phases[62] == 1.0F);
 }  // namespace
 
 Evaluation::Evaluation(ChessPosition const& position, Tables& tables)
-    : position_(position), mobility_(tables.attacks), variable_vector_(term::count, 0.0F) {
+    : position_(position),
+      mobility_(BoardTables(tables).attacks),
+      variable_vector_(term::count, 0.0F) {
     piece_square_tables_.init(position_);
 }
 

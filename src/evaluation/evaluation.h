@@ -13,7 +13,6 @@
 #include "evaluation/pht_record.h"
 #include "evaluation/piece_square_tables.h"
 #include "evaluation/weight.h"
-#include "generation/tables.h"
 #include "position/bit_board.h"
 #include "position/move.h"
 #include "position/square.h"
@@ -21,6 +20,7 @@
 namespace orvelin {
 
 class ChessPosition;
+struct Tables;
 
 /// Static evaluation of one position: a linear model of `term::count` terms.
 ///

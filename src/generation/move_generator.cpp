@@ -3,7 +3,7 @@
 #include "generation/attacks.h"
 #include "generation/men.h"
 #include "generation/move_generator_pieces.h"
-#include "generation/tables.h"
+#include "position/board_tables.h"
 #include "position/chess_position.h"
 #include "position/set_steps.h"
 
@@ -21,7 +21,7 @@ std::uint64_t& entry(movetable_t& table, Square const& from) {
 }  // namespace
 
 MoveGenerator::MoveGenerator(Tables const& tables)
-    : connections_(&tables.connections), attacks_(&tables.attacks) {
+    : connections_(&BoardTables(tables).connections), attacks_(&BoardTables(tables).attacks) {
     potential_checkers_.reserve(most_checkers);
 }
 

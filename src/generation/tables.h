@@ -2,7 +2,7 @@
 
 #include "generation/attacks.h"
 #include "generation/connections.h"
-#include "generation/hash_keys.h"
+#include "position/hash_keys.h"
 #include "search/lmr_table.h"
 #include "search/transposition_table.h"
 

@@ -4,8 +4,6 @@
 #include <iostream>
 #include <sstream>
 
-#include "generation/tables.h"
-
 namespace orvelin {
 
 namespace {
@@ -18,11 +16,7 @@ constexpr std::size_t start_capacity = 1024;
 std::atomic<int> ChessPosition::cp_id{0};
 
 ChessPosition::ChessPosition(Tables const& tables)
-    : id_(++cp_id),
-      tables_(tables),
-      attacks_(tables.attacks),
-      connections_(tables.connections),
-      hasher_(tables) {
+    : id_(++cp_id), tables_(tables), board_tables_(tables), hasher_(tables) {
     history_.reserve(start_capacity);
     clear();
 }

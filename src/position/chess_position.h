@@ -8,6 +8,7 @@
 
 #include "position/bit_board.h"
 #include "position/board_position.h"
+#include "position/board_tables.h"
 #include "position/hasher.h"
 #include "position/history.h"
 #include "position/material_index.h"
@@ -18,8 +19,6 @@
 
 namespace orvelin {
 
-class Attacks;
-class Connections;
 struct Tables;
 
 /// The full state of a game: the board plus castling rights, en passant square, fifty-move
@@ -236,8 +235,7 @@ class ChessPosition {
     int id_;
     BoardPosition board_;
     Tables const& tables_;
-    Attacks const& attacks_;
-    Connections const& connections_;
+    BoardTables board_tables_;
     Hasher<1> hasher_;
     Rep3filter repetition_filter_;
     int move_number_ = 1;

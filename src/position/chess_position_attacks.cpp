@@ -1,7 +1,5 @@
 // Who attacks what, pins and check.
 
-#include "generation/attacks.h"
-#include "generation/connections.h"
 #include "position/chess_position.h"
 #include "position/set_steps.h"
 #include "position/side_ids.h"
@@ -26,10 +24,10 @@ BitBoard ChessPosition::attackers(BitBoard const& target, BitBoard const& occupi
     using men = SideIds<Side>;
     const Square square = target.get_unique_square();
     BitBoard const& queens = piece(men::queen);
-    return pawn_attackers<Side>(target) | (attacks_.knight(square) & piece(men::knight)) |
-           (attacks_.bishop(square, occupied) & (piece(men::bishop) | queens)) |
-           (attacks_.rook(square, occupied) & (piece(men::rook) | queens)) |
-           (attacks_.king(square) & piece(men::king));
+    return pawn_attackers<Side>(target) | (board_tables_.knight(square) & piece(men::knight)) |
+           (board_tables_.bishop(square, occupied) & (piece(men::bishop) | queens)) |
+           (board_tables_.rook(square, occupied) & (piece(men::rook) | queens)) |
+           (board_tables_.king(square) & piece(men::king));
 }
 
 template <int Side>
@@ -38,21 +36,21 @@ Square ChessPosition::weakest_attacker(Square const& square) const {
     if (const BitBoard found = pawn_attackers<Side>(square.bitboard())) {
         return found.get_first_square();
     }
-    if (const BitBoard found = attacks_.knight(square) & piece(men::knight)) {
+    if (const BitBoard found = board_tables_.knight(square) & piece(men::knight)) {
         return found.get_first_square();
     }
-    const BitBoard diagonals_seen = attacks_.bishop(square, pieces());
+    const BitBoard diagonals_seen = board_tables_.bishop(square, pieces());
     if (const BitBoard found = diagonals_seen & piece(men::bishop)) {
         return found.get_first_square();
     }
-    const BitBoard lines_seen = attacks_.rook(square, pieces());
+    const BitBoard lines_seen = board_tables_.rook(square, pieces());
     if (const BitBoard found = lines_seen & piece(men::rook)) {
         return found.get_first_square();
     }
     if (const BitBoard found = (diagonals_seen | lines_seen) & piece(men::queen)) {
         return found.get_first_square();
     }
-    return (attacks_.king(square) & piece(men::king)).get_first_square();
+    return (board_tables_.king(square) & piece(men::king)).get_first_square();
 }
 
 Square ChessPosition::white_weakest_attacker(Square const& square) const {
@@ -94,11 +92,12 @@ void ChessPosition::find_pins_to_king() {
     const Square king = Side == white ? current.white_kingsfield : current.black_kingsfield;
     BitBoard const& enemy_pieces = Side == white ? black_pieces() : white_pieces();
     BitBoard const& enemy_queens = piece(enemy::queen);
-    BitBoard sliders = (connections_.rook_attacks(king) & (piece(enemy::rook) | enemy_queens)) |
-                       (connections_.bishop_attacks(king) & (piece(enemy::bishop) | enemy_queens));
+    BitBoard sliders =
+        (board_tables_.empty_board_rook(king) & (piece(enemy::rook) | enemy_queens)) |
+        (board_tables_.empty_board_bishop(king) & (piece(enemy::bishop) | enemy_queens));
     while (sliders) {
         const Square slider = sliders.get_reset_square().get_unique_square();
-        const BitBoard between = connections_.line_segment(slider, king) & pieces();
+        const BitBoard between = board_tables_.line_segment(slider, king) & pieces();
         BitBoard others = between;
         others.get_reset_square();
         if (!between || others) {
@@ -121,8 +120,8 @@ void ChessPosition::find_pinned_pieces() {
     current.white_kingsfield = white_king().get_unique_square();
     find_pins_to_king<black>();
     find_pins_to_king<white>();
-    current.white_queencheck_squares = attacks_.queen(current.black_kingsfield, pieces());
-    current.black_queencheck_squares = attacks_.queen(current.white_kingsfield, pieces());
+    current.white_queencheck_squares = board_tables_.queen(current.black_kingsfield, pieces());
+    current.black_queencheck_squares = board_tables_.queen(current.white_kingsfield, pieces());
 }
 
 void ChessPosition::look_for_check() {

@@ -2,10 +2,10 @@
 
 #include <cstddef>
 
-#include "generation/hash_keys.h"
-#include "generation/tables.h"
+#include "position/board_tables.h"
 #include "position/castling_targets.h"
 #include "position/chess_position.h"
+#include "position/hash_keys.h"
 #include "position/history.h"
 #include "position/square.h"
 
@@ -57,7 +57,7 @@ std::uint64_t castling_change(HashKeys const& keys, Move const& move) {
 }  // namespace
 
 template <int KeySet>
-Hasher<KeySet>::Hasher(Tables const& tables) : tables_(tables) {
+Hasher<KeySet>::Hasher(Tables const& tables) : key_set_(BoardTables(tables).hash_keys) {
     keys_.reserve(start_capacity);
     pawn_keys_.reserve(start_capacity);
     keys_.push_back(0);
@@ -65,16 +65,11 @@ Hasher<KeySet>::Hasher(Tables const& tables) : tables_(tables) {
 }
 
 template <int KeySet>
-HashKeys const& Hasher<KeySet>::key_set() const {
-    return tables_.hash_keys;
-}
-
-template <int KeySet>
 void Hasher<KeySet>::init(ChessPosition const* position) {
     position_ = position;
     std::uint64_t key = 0;
     std::uint64_t pawn_key = 0;
-    HashKeys const& keys = key_set();
+    HashKeys const& keys = key_set_;
     for (int square = 0; square < 64; ++square) {
         const std::size_t man = row((*position)[square].id());
         key ^= keys.piece[man][index(square)];
@@ -90,7 +85,7 @@ std::uint64_t Hasher<KeySet>::hash() const {
     if (position_ == nullptr) {
         return key;
     }
-    HashKeys const& keys = key_set();
+    HashKeys const& keys = key_set_;
     const std::uint16_t rights = position_->castlingrights();
     if (rights != 0) {
         if (rights & 0x0001) {
@@ -124,7 +119,7 @@ template <int KeySet>
 void Hasher<KeySet>::make_move(Move const& move) {
     std::uint64_t key = keys_.back();
     std::uint64_t pawn_key = pawn_keys_.back();
-    HashKeys const& keys = key_set();
+    HashKeys const& keys = key_set_;
     const std::size_t from = index(move.from().id() & 63);
     const std::size_t to = index(move.to().id() & 63);
     const std::size_t man = row(move.piece_id());

@@ -49,10 +49,8 @@ class Hasher {
     std::uint64_t pawn_hash() const { return pawn_keys_.back(); }
 
  private:
-    HashKeys const& key_set() const;
-
     ChessPosition const* position_ = nullptr;
-    Tables const& tables_;
+    HashKeys const& key_set_;
     std::vector<std::uint64_t> keys_;
     std::vector<std::uint64_t> pawn_keys_;
 };

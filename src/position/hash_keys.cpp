@@ -1,10 +1,10 @@
-#include "generation/hash_keys.h"
+#include "position/hash_keys.h"
 
 #include <cstddef>
 #include <limits>
 #include <random>
 
-#include "generation/random64.h"
+#include "position/random64.h"
 
 namespace orvelin {
 

@@ -1,4 +1,4 @@
-#include "generation/hash_keys.h"
+#include "position/hash_keys.h"
 
 #include <cstdint>
 #include <gtest/gtest.h>
@@ -6,7 +6,7 @@
 #include <random>
 #include <string>
 
-#include "generation/random64.h"
+#include "position/random64.h"
 
 namespace orvelin::test {
 

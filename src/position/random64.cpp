@@ -1,4 +1,4 @@
-#include "generation/random64.h"
+#include "position/random64.h"
 
 namespace orvelin {
 

@@ -1,4 +1,5 @@
 #include "bench_position.h"
+#include "position/side.h"
 
 namespace orvelin::bench {
 
@@ -17,9 +18,9 @@ void set_checkstatus(benchmark::State& state) {
     bool const white = bench.position.white_to_move();
     for ([[maybe_unused]] auto _ : state) {
         if (white) {
-            set_checkstatus_of_all<1>(bench);
+            set_checkstatus_of_all<side::white>(bench);
         } else {
-            set_checkstatus_of_all<0>(bench);
+            set_checkstatus_of_all<side::black>(bench);
         }
         benchmark::ClobberMemory();
     }

@@ -5,11 +5,11 @@
 #include <cstdint>
 
 #include "evaluation/counting.h"
-#include "evaluation/side_men.h"
 #include "position/bit_board.h"
 #include "position/chess_position.h"
 #include "position/masks.h"
 #include "position/set_steps.h"
+#include "position/side.h"
 
 namespace orvelin::development_terms {
 
@@ -21,15 +21,15 @@ inline constexpr std::array<int, 8> blocked_centre{0, 10, 20, 30, 20, 30, 40, 50
 /// pawns.
 template <int Side>
 inline int development_of(ChessPosition const& position, BitBoard open_files) {
-    using men = SideMen<Side>;
-    constexpr int home = Side == 1 ? 0 : 56;
-    constexpr int c_pawn = Side == 1 ? 10 : 50;
-    BitBoard const minors = men::knights(position) | men::bishops(position);
-    BitBoard const blocked = men::pawns(position) & ahead<men::enemy>(position.pieces(), 1);
+    using own = SideOf<Side>;
+    constexpr int home = Side == side::white ? 0 : 56;
+    constexpr int c_pawn = Side == side::white ? 10 : 50;
+    BitBoard const minors = own::knights(position) | own::bishops(position);
+    BitBoard const blocked = own::pawns(position) & ahead<own::enemy>(position.pieces(), 1);
     std::uint64_t const at_home = (to_ull(minors) >> home) & 0xFF;
     auto const centre_pawns = static_cast<std::size_t>((to_ull(blocked) >> c_pawn) & 7);
 
-    return 20 * (count(men::rooks(position) & open_files) - bits_of_quarter(at_home)) -
+    return 20 * (count(own::rooks(position) & open_files) - bits_of_quarter(at_home)) -
            blocked_centre[centre_pawns];
 }
 

@@ -13,6 +13,7 @@
 #include "position/chess_position.h"
 #include "position/masks.h"
 #include "position/set_steps.h"
+#include "position/side.h"
 
 namespace orvelin {
 
@@ -205,9 +206,9 @@ void Evaluation::find_pawn_record() {
 void Evaluation::find_pawn_terms() {
     using namespace pawn_terms;
     terms_.integers[term::blocked_pawns] =
-        blocked_pawns<0>(position_) - blocked_pawns<1>(position_);
-    terms_.integers[term::bad_bishop] =
-        pawns_on_bishop_colour<0>(position_) - pawns_on_bishop_colour<1>(position_);
+        blocked_pawns<side::black>(position_) - blocked_pawns<side::white>(position_);
+    terms_.integers[term::bad_bishop] = pawns_on_bishop_colour<side::black>(position_) -
+                                        pawns_on_bishop_colour<side::white>(position_);
     PHTrecord const& record = *pawn_record_;
     BitBoard const white_attacks = mobility_.white_attacks();
     BitBoard const black_attacks = mobility_.black_attacks();
@@ -216,8 +217,8 @@ void Evaluation::find_pawn_terms() {
     passers_t const black{record.black_passed, record.black_stop, record.black_behind,
                           record.black_passer_score};
     terms_.integers[term::passed_pawns] =
-        passed_pawn_score<1>(position_, white, white_attacks, black_attacks, distance_) -
-        passed_pawn_score<0>(position_, black, black_attacks, white_attacks, distance_);
+        passed_pawn_score<side::white>(position_, white, white_attacks, black_attacks, distance_) -
+        passed_pawn_score<side::black>(position_, black, black_attacks, white_attacks, distance_);
 }
 
 BitBoard Evaluation::passed_pawns() const {
@@ -228,8 +229,8 @@ void Evaluation::find_development() {
     BitBoard const white_open_files = ~file_fill(position_.white_pawn());
     BitBoard const black_open_files = ~file_fill(position_.black_pawn());
     terms_.integers[term::development] =
-        development_terms::development_of<1>(position_, white_open_files) -
-        development_terms::development_of<0>(position_, black_open_files);
+        development_terms::development_of<side::white>(position_, white_open_files) -
+        development_terms::development_of<side::black>(position_, black_open_files);
 }
 
 void Evaluation::find_king_activity() {

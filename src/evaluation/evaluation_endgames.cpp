@@ -4,10 +4,10 @@
 #include <cstddef>
 
 #include "evaluation/evaluation.h"
-#include "evaluation/side_men.h"
 #include "position/chess_position.h"
 #include "position/masks.h"
 #include "position/set_steps.h"
+#include "position/side.h"
 
 namespace orvelin {
 
@@ -68,17 +68,17 @@ struct pawn_ending_t {
 
 template <int Side>
 pawn_ending_t pawn_ending_of(ChessPosition const& position) {
-    using men = SideMen<Side>;
-    return {Side == 0, men::pawns(position), men::kings(position),
-            SideMen<men::enemy>::kings(position), men::bishops(position)};
+    using own = SideOf<Side>;
+    return {Side == side::black, own::pawns(position), own::kings(position),
+            SideOf<own::enemy>::kings(position), own::bishops(position)};
 }
 
 /// Mirrors vertically when the pawn is black.
 pawn_ending_t pawn_ending(ChessPosition const& position) {
     if (position.white_pawn()) {
-        return pawn_ending_of<1>(position);
+        return pawn_ending_of<side::white>(position);
     }
-    pawn_ending_t ending = pawn_ending_of<0>(position);
+    pawn_ending_t ending = pawn_ending_of<side::black>(position);
     for (BitBoard* set : {&ending.pawn, &ending.strong, &ending.weak, &ending.bishop}) {
         set->flip();
     }
@@ -113,7 +113,7 @@ static_assert(lone_pawn[1].base == 300 && lone_pawn[6].base == 700 && lone_pawn[
 bool held_from_the_front(pawn_ending_t const& ending, int rank, bool strong_to_move) {
     BitBoard const pawn = ending.pawn;
     if (rank == 6) {
-        return static_cast<bool>(ending.weak & pawn_attacks<1>(pawn));
+        return static_cast<bool>(ending.weak & pawn_attacks<side::white>(pawn));
     }
     if (ending.weak & ((pawn << 8) | (pawn << 16))) {
         return true;

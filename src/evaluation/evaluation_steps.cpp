@@ -6,6 +6,7 @@
 #include "evaluation/king_terms.h"
 #include "evaluation/king_zone.h"
 #include "position/chess_position.h"
+#include "position/side.h"
 
 namespace orvelin {
 
@@ -34,8 +35,8 @@ void Evaluation::compute_material() {
 void Evaluation::compute_mobility() {
     find_mobility_terms();
     terms_.integers[term::locked_up_rook] =
-        KingZone<0, false>(position_, mobility_).shut_in_rook(position_) -
-        KingZone<1, false>(position_, mobility_).shut_in_rook(position_);
+        KingZone<side::black, false>(position_, mobility_).shut_in_rook(position_) -
+        KingZone<side::white, false>(position_, mobility_).shut_in_rook(position_);
     publish(term::mobility, term::queen_mobility);
     publish(term::locked_up_rook, term::own_hanging_material);
     publish(term::safe_queencheck);

@@ -8,9 +8,9 @@
 #include "evaluation/linear_model.h"
 #include "evaluation/mobility.h"
 #include "evaluation/pht_record.h"
-#include "evaluation/side_men.h"
 #include "position/bit_board.h"
 #include "position/chess_position.h"
+#include "position/side.h"
 
 /// What is counted around the two kings.
 namespace orvelin::king_terms {
@@ -30,9 +30,9 @@ using by_type_t = std::array<BitBoard, 4>;
 
 template <int Side>
 by_type_t pieces_by_type(ChessPosition const& position) {
-    using men = SideMen<Side>;
-    return {men::knights(position), men::bishops(position), men::rooks(position),
-            men::queens(position)};
+    using own = SideOf<Side>;
+    return {own::knights(position), own::bishops(position), own::rooks(position),
+            own::queens(position)};
 }
 
 inline BitBoard all_types(by_type_t const& pieces) {
@@ -42,10 +42,10 @@ inline BitBoard all_types(by_type_t const& pieces) {
 /// Pieces that stand next to the enemy king or in its battlefield.
 template <bool OneKing>
 [[gnu::always_inline]] inline void find_contacts(terms_t& terms, ChessPosition const& position,
-                                                 KingZone<1, OneKing> const& white,
-                                                 KingZone<0, OneKing> const& black) {
-    by_type_t const white_pieces = pieces_by_type<1>(position);
-    by_type_t const black_pieces = pieces_by_type<0>(position);
+                                                 KingZone<side::white, OneKing> const& white,
+                                                 KingZone<side::black, OneKing> const& black) {
+    by_type_t const white_pieces = pieces_by_type<side::white>(position);
+    by_type_t const black_pieces = pieces_by_type<side::black>(position);
     for (std::size_t type = 0; type < white_pieces.size(); ++type) {
         terms.integers[term::knight_battlefield_contact + type] =
             presence(white_pieces[type], black.field()) -
@@ -64,9 +64,9 @@ template <bool OneKing>
 
 /// Squares of the enemy king's battlefield that the pieces attack.
 template <bool OneKing>
-[[gnu::always_inline]] inline void find_battlefield_attacks(terms_t& terms, Mobility const& maps,
-                                                            KingZone<1, OneKing> const& white,
-                                                            KingZone<0, OneKing> const& black) {
+[[gnu::always_inline]] inline void find_battlefield_attacks(
+    terms_t& terms, Mobility const& maps, KingZone<side::white, OneKing> const& white,
+    KingZone<side::black, OneKing> const& black) {
     terms.integers[term::knight_battlefield_attack] =
         black.count_within_field(maps.white_knight_battlefield_attack()) -
         white.count_within_field(maps.black_knight_battlefield_attack());
@@ -86,8 +86,8 @@ template <bool OneKing>
 template <bool OneKing>
 [[gnu::always_inline]] inline void find(terms_t& terms, ChessPosition const& position,
                                         Mobility const& maps, PHTrecord const& pawns) {
-    KingZone<1, OneKing> const white(position, maps);
-    KingZone<0, OneKing> const black(position, maps);
+    KingZone<side::white, OneKing> const white(position, maps);
+    KingZone<side::black, OneKing> const black(position, maps);
     BitBoard const white_open = pawns.white_open_files;
     BitBoard const black_open = pawns.black_open_files;
 

@@ -8,11 +8,11 @@
 #include "evaluation/battlefield.h"
 #include "evaluation/counting.h"
 #include "evaluation/mobility.h"
-#include "evaluation/side_men.h"
 #include "position/bit_board.h"
 #include "position/chess_position.h"
 #include "position/masks.h"
 #include "position/set_steps.h"
+#include "position/side.h"
 
 namespace orvelin {
 
@@ -23,12 +23,12 @@ template <int Side>
 constexpr std::array<BitBoard, 65> make_squares() {
     std::array<BitBoard, 65> squares;
     for (std::size_t king = 0; king < 64; ++king) {
-        BitBoard const set(std::uint64_t{1} << (Side == 1 ? king : king ^ 56U));
+        BitBoard const set(std::uint64_t{1} << (Side == side::white ? king : king ^ 56U));
         if (set & f1g1) {
-            squares[king] = Side == 1 ? g1h1h2 : g8h8h7;
+            squares[king] = Side == side::white ? g1h1h2 : g8h8h7;
         }
         if (set & b1c1d1) {
-            squares[king] = Side == 1 ? a1b1c1a2 : a8b8c8a7;
+            squares[king] = Side == side::white ? a1b1c1a2 : a8b8c8a7;
         }
     }
     return squares;
@@ -37,8 +37,8 @@ constexpr std::array<BitBoard, 65> make_squares() {
 template <int Side>
 inline constexpr std::array<BitBoard, 65> squares = make_squares<Side>();
 
-static_assert(squares<1>[5] == g1h1h2 && squares<1>[4] == BitBoard());
-static_assert(squares<0>[62] == g8h8h7 && squares<0>[57] == a8b8c8a7);
+static_assert(squares<side::white>[5] == g1h1h2 && squares<side::white>[4] == BitBoard());
+static_assert(squares<side::black>[62] == g8h8h7 && squares<side::black>[57] == a8b8c8a7);
 
 }  // namespace shut_in
 
@@ -82,9 +82,9 @@ template <int Side>
 constexpr std::uint64_t shield_multiplier(int square) {
     // The lower pair of ranks comes to the right or the left of the upper pair.
     int const step = (square & 7) < 4 ? 19 : 13;
-    int const last_rank = (square >> 3) + (Side == 1 ? 2 : 1);
+    int const last_rank = (square >> 3) + (Side == side::white ? 2 : 1);
     if (last_rank > 7) {
-        return block_multiplier(Side == 1 ? square : square - 8);
+        return block_multiplier(Side == side::white ? square : square - 8);
     }
     int const up = 8 * (7 - last_rank);
     return power(up) + power(up + step);
@@ -120,8 +120,8 @@ inline constexpr std::array<std::uint64_t, 65> shield = for_all_squares(shield_m
 constexpr bool all_gather() {
     for (int square = 0; square < 64; ++square) {
         if (!gathers(block_around(square), block_multiplier(square)) ||
-            !gathers(shield_around<1>(square), shield_multiplier<1>(square)) ||
-            !gathers(shield_around<0>(square), shield_multiplier<0>(square))) {
+            !gathers(shield_around<side::white>(square), shield_multiplier<side::white>(square)) ||
+            !gathers(shield_around<side::black>(square), shield_multiplier<side::black>(square))) {
             return false;
         }
     }
@@ -137,7 +137,7 @@ namespace turn {
 
 /// Ranks of the battlefield below its king.
 template <int Side>
-inline constexpr int ranks_below = Side == 1 ? 1 : 4;
+inline constexpr int ranks_below = Side == side::white ? 1 : 4;
 
 /// The word turned until the file left of the king is the lowest and the first rank of its
 /// battlefield, or where that would be, the first.
@@ -158,7 +158,7 @@ constexpr bool all_within_six_ranks() {
     return true;
 }
 
-static_assert(all_within_six_ranks<1>() && all_within_six_ranks<0>());
+static_assert(all_within_six_ranks<side::white>() && all_within_six_ranks<side::black>());
 
 }  // namespace turn
 
@@ -169,14 +169,16 @@ static_assert(all_within_six_ranks<1>() && all_within_six_ranks<0>());
 /// set up too; their zone is the union over the kings, and all of the word is counted.
 template <int Side, bool OneKing>
 class KingZone {
-    using men = SideMen<Side>;
-    using enemy = SideMen<men::enemy>;
+    using own = SideOf<Side>;
+    using enemy = SideOf<enemy_of<Side>>;
 
  public:
     KingZone(ChessPosition const& position, Mobility const& maps)
-        : near_(Side == 1 ? maps.white_king_neighbourhood() : maps.black_king_neighbourhood()),
-          field_(Side == 1 ? maps.white_king_battlefield() : maps.black_king_battlefield()),
-          king_(men::king(position).id()),
+        : near_(Side == side::white ? maps.white_king_neighbourhood()
+                                    : maps.black_king_neighbourhood()),
+          field_(Side == side::white ? maps.white_king_battlefield()
+                                     : maps.black_king_battlefield()),
+          king_(own::king_square(position).id()),
           near_multiplier_(gather::block[static_cast<std::size_t>(king_)]) {}
 
     BitBoard near() const { return near_; }
@@ -185,10 +187,10 @@ class KingZone {
     /// Own pawns in the neighbourhood and one rank ahead of it, none behind an open file. The open
     /// files are those of the pawn record as it stands, empty for a board without pawns.
     int pawn_shield(ChessPosition const& position, BitBoard open_files) const {
-        if (men::kings(position) & open_files) {
+        if (own::kings(position) & open_files) {
             return 0;
         }
-        BitBoard const shield = men::pawns(position) & (near_ | ahead<Side>(near_, 1));
+        BitBoard const shield = own::pawns(position) & (near_ | ahead<Side>(near_, 1));
         if constexpr (OneKing) {
             return gathered(shield, gather::shield<Side>[static_cast<std::size_t>(king_)]);
         } else {
@@ -224,7 +226,7 @@ class KingZone {
         BitBoard bishops = maps.white_bishop_attacks();
         BitBoard rooks = maps.white_rook_attacks();
         BitBoard queens = maps.white_queen_attacks();
-        if constexpr (Side == 1) {
+        if constexpr (Side == side::white) {
             pawns = maps.black_pawn_attacks();
             knights = maps.black_knight_attacks();
             bishops = maps.black_bishop_attacks();
@@ -248,14 +250,14 @@ class KingZone {
     int shut_in_rook(ChessPosition const& position) const {
         if constexpr (OneKing) {
             BitBoard const squares = shut_in::squares<Side>[static_cast<std::size_t>(king_)];
-            return (men::rooks(position) & squares) ? 1 : 0;
+            return (own::rooks(position) & squares) ? 1 : 0;
         }
-        constexpr BitBoard right_kings = Side == 1 ? f1g1 : f8g8;
-        constexpr BitBoard right_rooks = Side == 1 ? g1h1h2 : g8h8h7;
-        constexpr BitBoard left_kings = Side == 1 ? b1c1d1 : b8c8d8;
-        constexpr BitBoard left_rooks = Side == 1 ? a1b1c1a2 : a8b8c8a7;
-        BitBoard const kings = men::kings(position);
-        BitBoard const rooks = men::rooks(position);
+        constexpr BitBoard right_kings = Side == side::white ? f1g1 : f8g8;
+        constexpr BitBoard right_rooks = Side == side::white ? g1h1h2 : g8h8h7;
+        constexpr BitBoard left_kings = Side == side::white ? b1c1d1 : b8c8d8;
+        constexpr BitBoard left_rooks = Side == side::white ? a1b1c1a2 : a8b8c8a7;
+        BitBoard const kings = own::kings(position);
+        BitBoard const rooks = own::rooks(position);
         return ((kings & right_kings) && (rooks & right_rooks) ? 1 : 0) +
                ((kings & left_kings) && (rooks & left_rooks) ? 1 : 0);
     }

@@ -5,9 +5,9 @@
 #include <cstdint>
 
 #include "evaluation/counting.h"
-#include "evaluation/side_men.h"
 #include "position/bit_board.h"
 #include "position/chess_position.h"
+#include "position/side.h"
 #include "position/square.h"
 
 namespace orvelin {
@@ -93,83 +93,87 @@ class Mobility {
 
     /// Squares of the black battlefield that white knights attack.
     BitBoard const& white_knight_battlefield_attack() const {
-        return maps_[white].battlefield_attack[knight];
+        return maps_[side::white].battlefield_attack[knight];
     }
     /// Squares of the black battlefield that white bishops attack.
     BitBoard const& white_bishop_battlefield_attack() const {
-        return maps_[white].battlefield_attack[bishop];
+        return maps_[side::white].battlefield_attack[bishop];
     }
     /// Squares of the black battlefield that white rooks attack.
     BitBoard const& white_rook_battlefield_attack() const {
-        return maps_[white].battlefield_attack[rook];
+        return maps_[side::white].battlefield_attack[rook];
     }
     /// Squares of the black battlefield that white queens attack.
     BitBoard const& white_queen_battlefield_attack() const {
-        return maps_[white].battlefield_attack[queen];
+        return maps_[side::white].battlefield_attack[queen];
     }
     /// Squares of the white battlefield that black knights attack.
     BitBoard const& black_knight_battlefield_attack() const {
-        return maps_[black].battlefield_attack[knight];
+        return maps_[side::black].battlefield_attack[knight];
     }
     /// Squares of the white battlefield that black bishops attack.
     BitBoard const& black_bishop_battlefield_attack() const {
-        return maps_[black].battlefield_attack[bishop];
+        return maps_[side::black].battlefield_attack[bishop];
     }
     /// Squares of the white battlefield that black rooks attack.
     BitBoard const& black_rook_battlefield_attack() const {
-        return maps_[black].battlefield_attack[rook];
+        return maps_[side::black].battlefield_attack[rook];
     }
     /// Squares of the white battlefield that black queens attack.
     BitBoard const& black_queen_battlefield_attack() const {
-        return maps_[black].battlefield_attack[queen];
+        return maps_[side::black].battlefield_attack[queen];
     }
 
     /// The 3 by 3 block around the white king, its own square included.
-    BitBoard const& white_king_neighbourhood() const { return maps_[white].neighbourhood; }
+    BitBoard const& white_king_neighbourhood() const { return maps_[side::white].neighbourhood; }
     /// The 3 by 3 block around the black king, its own square included.
-    BitBoard const& black_king_neighbourhood() const { return maps_[black].neighbourhood; }
+    BitBoard const& black_king_neighbourhood() const { return maps_[side::black].neighbourhood; }
     /// The neighbourhood of the white king joined with itself two and three ranks ahead.
-    BitBoard const& white_king_battlefield() const { return maps_[white].battlefield; }
+    BitBoard const& white_king_battlefield() const { return maps_[side::white].battlefield; }
     /// The neighbourhood of the black king joined with itself two and three ranks ahead.
-    BitBoard const& black_king_battlefield() const { return maps_[black].battlefield; }
+    BitBoard const& black_king_battlefield() const { return maps_[side::black].battlefield; }
 
     /// Squares attacked by white pawns.
-    BitBoard const& white_pawn_attacks() const { return maps_[white].pawn_attacks; }
+    BitBoard const& white_pawn_attacks() const { return maps_[side::white].pawn_attacks; }
     /// Squares attacked by white knights.
-    BitBoard const& white_knight_attacks() const { return maps_[white].knight_attacks; }
+    BitBoard const& white_knight_attacks() const { return maps_[side::white].knight_attacks; }
     /// Squares attacked by white bishops.
-    BitBoard const& white_bishop_attacks() const { return maps_[white].bishop_attacks; }
+    BitBoard const& white_bishop_attacks() const { return maps_[side::white].bishop_attacks; }
     /// Squares attacked by white rooks.
-    BitBoard const& white_rook_attacks() const { return maps_[white].rook_attacks; }
+    BitBoard const& white_rook_attacks() const { return maps_[side::white].rook_attacks; }
     /// Squares attacked by white queens.
-    BitBoard const& white_queen_attacks() const { return maps_[white].queen_attacks; }
+    BitBoard const& white_queen_attacks() const { return maps_[side::white].queen_attacks; }
     /// Safe squares of the white queens.
-    BitBoard const& white_queen_safe_squares() const { return maps_[white].queen_safe_squares; }
+    BitBoard const& white_queen_safe_squares() const {
+        return maps_[side::white].queen_safe_squares;
+    }
     /// Safe squares where a white queen gives check.
-    BitBoard const& white_safe_queen_checks() const { return maps_[white].safe_queen_checks; }
+    BitBoard const& white_safe_queen_checks() const { return maps_[side::white].safe_queen_checks; }
     /// Always empty: the king only counts in the union of the side.
-    BitBoard const& white_king_attacks() const { return maps_[white].king_attacks; }
+    BitBoard const& white_king_attacks() const { return maps_[side::white].king_attacks; }
     /// Squares attacked by black pawns.
-    BitBoard const& black_pawn_attacks() const { return maps_[black].pawn_attacks; }
+    BitBoard const& black_pawn_attacks() const { return maps_[side::black].pawn_attacks; }
     /// Squares attacked by black knights.
-    BitBoard const& black_knight_attacks() const { return maps_[black].knight_attacks; }
+    BitBoard const& black_knight_attacks() const { return maps_[side::black].knight_attacks; }
     /// Squares attacked by black bishops.
-    BitBoard const& black_bishop_attacks() const { return maps_[black].bishop_attacks; }
+    BitBoard const& black_bishop_attacks() const { return maps_[side::black].bishop_attacks; }
     /// Squares attacked by black rooks.
-    BitBoard const& black_rook_attacks() const { return maps_[black].rook_attacks; }
+    BitBoard const& black_rook_attacks() const { return maps_[side::black].rook_attacks; }
     /// Squares attacked by black queens.
-    BitBoard const& black_queen_attacks() const { return maps_[black].queen_attacks; }
+    BitBoard const& black_queen_attacks() const { return maps_[side::black].queen_attacks; }
     /// Safe squares of the black queens.
-    BitBoard const& black_queen_safe_squares() const { return maps_[black].queen_safe_squares; }
+    BitBoard const& black_queen_safe_squares() const {
+        return maps_[side::black].queen_safe_squares;
+    }
     /// Safe squares where a black queen gives check.
-    BitBoard const& black_safe_queen_checks() const { return maps_[black].safe_queen_checks; }
+    BitBoard const& black_safe_queen_checks() const { return maps_[side::black].safe_queen_checks; }
     /// Always empty: the king only counts in the union of the side.
-    BitBoard const& black_king_attacks() const { return maps_[black].king_attacks; }
+    BitBoard const& black_king_attacks() const { return maps_[side::black].king_attacks; }
 
     /// Union of all attacks of White, the king's included.
-    BitBoard const& white_attacks() const { return maps_[white].attacked; }
+    BitBoard const& white_attacks() const { return maps_[side::white].attacked; }
     /// Union of all attacks of Black, the king's included.
-    BitBoard const& black_attacks() const { return maps_[black].attacked; }
+    BitBoard const& black_attacks() const { return maps_[side::black].attacked; }
 
     /// Safe queen check squares, white minus black.
     int safe_queen_checks() const;
@@ -191,8 +195,6 @@ class Mobility {
 
  private:
     // Sides and piece types as indices of the maps; a side has its number as side to move.
-    static constexpr std::size_t white = 1;
-    static constexpr std::size_t black = 0;
     static constexpr std::size_t knight = 0;
     static constexpr std::size_t bishop = 1;
     static constexpr std::size_t rook = 2;
@@ -260,8 +262,8 @@ class Mobility {
 };
 
 inline int Mobility::safe_queen_checks() const {
-    BitBoard const white_checks = maps_[white].safe_queen_checks;
-    BitBoard const black_checks = maps_[black].safe_queen_checks;
+    BitBoard const white_checks = maps_[side::white].safe_queen_checks;
+    BitBoard const black_checks = maps_[side::black].safe_queen_checks;
     if (!(white_checks | black_checks)) {
         return 0;
     }
@@ -269,23 +271,23 @@ inline int Mobility::safe_queen_checks() const {
 }
 
 inline int Mobility::undefended_pieces(ChessPosition const& position) const {
-    return count(position.black_pieces() & ~maps_[black].attacked) -
-           count(position.white_pieces() & ~maps_[white].attacked);
+    return count(position.black_pieces() & ~maps_[side::black].attacked) -
+           count(position.white_pieces() & ~maps_[side::white].attacked);
 }
 
 template <int Side>
 BitBoard Mobility::hanging(ChessPosition const& position) const {
-    using men = SideMen<Side>;
-    side_maps_t const& other = maps_[men::enemy];
+    using own = SideOf<Side>;
+    side_maps_t const& other = maps_[own::enemy];
     BitBoard const by_minor = other.pawn_attacks | other.knight_attacks | other.bishop_attacks;
-    return (men::all(position) & other.attacked & ~maps_[Side].attacked) |
-           ((men::knights(position) | men::bishops(position)) & other.pawn_attacks) |
-           (men::rooks(position) & by_minor) |
-           (men::queens(position) & (by_minor | other.rook_attacks));
+    return (own::pieces(position) & other.attacked & ~maps_[Side].attacked) |
+           ((own::knights(position) | own::bishops(position)) & other.pawn_attacks) |
+           (own::rooks(position) & by_minor) |
+           (own::queens(position) & (by_minor | other.rook_attacks));
 }
 
 inline int Mobility::hanging_pieces(ChessPosition const& position) const {
-    return count(hanging<black>(position)) - count(hanging<white>(position));
+    return count(hanging<side::black>(position)) - count(hanging<side::white>(position));
 }
 
 }  // namespace orvelin

@@ -10,11 +10,11 @@
 #include "evaluation/battlefield.h"
 #include "evaluation/counting.h"
 #include "evaluation/mobility.h"
-#include "evaluation/side_men.h"
 #include "generation/attacks.h"
 #include "position/bit_board.h"
 #include "position/chess_position.h"
 #include "position/set_steps.h"
+#include "position/side.h"
 #include "position/square.h"
 
 namespace orvelin {
@@ -60,14 +60,14 @@ template <typename LookUp>
 
 template <int Side>
 [[gnu::always_inline]] inline void Mobility::find_king_maps(ChessPosition const& position) {
-    BitBoard const block = king_block(SideMen<Side>::kings(position));
+    BitBoard const block = king_block(SideOf<Side>::kings(position));
     maps_[Side].neighbourhood = block;
     maps_[Side].battlefield = battlefield<Side>(block);
 }
 
 template <int Side>
 [[gnu::always_inline]] inline void Mobility::find_pawn_attacks(ChessPosition const& position) {
-    BitBoard const attacks = pawn_attacks<Side>(SideMen<Side>::pawns(position));
+    BitBoard const attacks = pawn_attacks<Side>(SideOf<Side>::pawns(position));
     maps_[Side].pawn_attacks = attacks;
     maps_[Side].attacked = attacks;
 }
@@ -75,19 +75,19 @@ template <int Side>
 template <int Side>
 [[gnu::always_inline]] inline void Mobility::join(std::size_t type, BitBoard attacks) {
     maps_[Side].attacked |= attacks;
-    maps_[Side].battlefield_attack[type] = attacks & maps_[SideMen<Side>::enemy].battlefield;
+    maps_[Side].battlefield_attack[type] = attacks & maps_[SideOf<Side>::enemy].battlefield;
 }
 
 template <int Side>
 [[gnu::always_inline]] inline std::int32_t Mobility::find_knight_attacks(
     ChessPosition const& position) {
-    using men = SideMen<Side>;
+    using own = SideOf<Side>;
     Attacks const& attacks = attacks_;
-    BitBoard const unsafe = men::pawns(position) | maps_[men::enemy].pawn_attacks;
+    BitBoard const unsafe = own::pawns(position) | maps_[own::enemy].pawn_attacks;
     BitBoard attacked;
     BitBoard safe;
     std::int32_t const mobility = mobility_rows::sum_over(
-        men::knights(position), mobility_rows::knight_row, ~unsafe, attacked, safe,
+        own::knights(position), mobility_rows::knight_row, ~unsafe, attacked, safe,
         [&](Square square) { return attacks.knight(square); });
     maps_[Side].knight_attacks = attacked;
     join<Side>(knight, attacked);
@@ -97,14 +97,14 @@ template <int Side>
 template <int Side>
 [[gnu::always_inline]] inline std::int32_t Mobility::find_bishop_attacks(
     ChessPosition const& position) {
-    using men = SideMen<Side>;
+    using own = SideOf<Side>;
     Attacks const& attacks = attacks_;
-    BitBoard const occupied = position.pieces() & ~men::queens(position);
-    BitBoard const unsafe = men::pawns(position) | maps_[men::enemy].pawn_attacks;
+    BitBoard const occupied = position.pieces() & ~own::queens(position);
+    BitBoard const unsafe = own::pawns(position) | maps_[own::enemy].pawn_attacks;
     BitBoard attacked;
     BitBoard safe;
     std::int32_t const mobility = mobility_rows::sum_over(
-        men::bishops(position), mobility_rows::bishop_row, ~unsafe, attacked, safe,
+        own::bishops(position), mobility_rows::bishop_row, ~unsafe, attacked, safe,
         [&](Square square) { return attacks.bishop(square, occupied); });
     maps_[Side].bishop_attacks = attacked;
     join<Side>(bishop, attacked);
@@ -114,16 +114,16 @@ template <int Side>
 template <int Side>
 [[gnu::always_inline]] inline std::int32_t Mobility::find_rook_attacks(
     ChessPosition const& position) {
-    using men = SideMen<Side>;
+    using own = SideOf<Side>;
     Attacks const& attacks = attacks_;
-    BitBoard const occupied = position.pieces() & ~(men::rooks(position) | men::queens(position));
-    side_maps_t const& other = maps_[men::enemy];
+    BitBoard const occupied = position.pieces() & ~(own::rooks(position) | own::queens(position));
+    side_maps_t const& other = maps_[own::enemy];
     BitBoard const unsafe =
-        men::pawns(position) | other.pawn_attacks | other.knight_attacks | other.bishop_attacks;
+        own::pawns(position) | other.pawn_attacks | other.knight_attacks | other.bishop_attacks;
     BitBoard attacked;
     BitBoard safe;
     std::int32_t const mobility = mobility_rows::sum_over(
-        men::rooks(position), mobility_rows::rook_row, ~unsafe, attacked, safe,
+        own::rooks(position), mobility_rows::rook_row, ~unsafe, attacked, safe,
         [&](Square square) { return attacks.rook(square, occupied); });
     maps_[Side].rook_attacks = attacked;
     join<Side>(rook, attacked);
@@ -133,16 +133,16 @@ template <int Side>
 template <int Side>
 [[gnu::always_inline]] inline std::int32_t Mobility::find_queen_attacks(
     ChessPosition const& position) {
-    using men = SideMen<Side>;
+    using own = SideOf<Side>;
     Attacks const& attacks = attacks_;
     BitBoard const occupied = position.pieces();
-    side_maps_t const& other = maps_[men::enemy];
-    BitBoard const unsafe = men::pawns(position) | other.pawn_attacks | other.knight_attacks |
+    side_maps_t const& other = maps_[own::enemy];
+    BitBoard const unsafe = own::pawns(position) | other.pawn_attacks | other.knight_attacks |
                             other.bishop_attacks | other.rook_attacks;
     BitBoard attacked;
     BitBoard safe;
     std::int32_t const mobility = mobility_rows::sum_over(
-        men::queens(position), mobility_rows::queen_row, ~unsafe, attacked, safe,
+        own::queens(position), mobility_rows::queen_row, ~unsafe, attacked, safe,
         [&](Square square) { return attacks.queen(square, occupied); });
     maps_[Side].queen_attacks = attacked;
     maps_[Side].queen_safe_squares = safe;
@@ -152,21 +152,21 @@ template <int Side>
 
 template <int Side>
 [[gnu::always_inline]] inline void Mobility::find_safe_queen_checks(ChessPosition const& position) {
-    using enemy = SideMen<1 - Side>;
+    using enemy = SideOf<enemy_of<Side>>;
     BitBoard const safe = maps_[Side].queen_safe_squares;
-    BitBoard squares =
-        Side == 1 ? position.white_queencheck_squares() : position.black_queencheck_squares();
+    BitBoard squares = Side == side::white ? position.white_queencheck_squares()
+                                           : position.black_queencheck_squares();
     // The position knows them where each side has its one king.
     if (!single(position.white_king()) || !single(position.black_king()) ||
         position.board_is_inconsistent()) {
-        squares = attacks_.queen(enemy::king(position), position.pieces());
+        squares = attacks_.queen(enemy::king_square(position), position.pieces());
     }
     maps_[Side].safe_queen_checks = safe & squares;
 }
 
 template <int Side>
 [[gnu::always_inline]] inline void Mobility::add_king_attacks(ChessPosition const& position) {
-    maps_[Side].attacked |= attacks_.king(SideMen<Side>::king(position));
+    maps_[Side].attacked |= attacks_.king(SideOf<Side>::king_square(position));
 }
 
 }  // namespace orvelin

@@ -1,4 +1,5 @@
 #include "evaluation/mobility.h"
+#include "position/side.h"
 
 namespace orvelin {
 
@@ -8,7 +9,7 @@ static_assert(Mobility::attack_weights.back() == 256);
 
 template <int Side>
 std::int32_t Mobility::attackweight_king() const {
-    side_maps_t const& other = maps_[1 - Side];
+    side_maps_t const& other = maps_[enemy_of<Side>];
     BitBoard const near = maps_[Side].neighbourhood;
     std::size_t const types = std::size_t{(near & other.pawn_attacks) ? 1U : 0U} +
                               std::size_t{(near & other.knight_attacks) ? 1U : 0U} +
@@ -20,7 +21,7 @@ std::int32_t Mobility::attackweight_king() const {
 
 template <int Side>
 std::int32_t Mobility::attacks_on_king() const {
-    side_maps_t const& other = maps_[1 - Side];
+    side_maps_t const& other = maps_[enemy_of<Side>];
     BitBoard const near = maps_[Side].neighbourhood;
     return 10 * (near & other.pawn_attacks).popcount() +
            20 * (near & other.knight_attacks).popcount() +
@@ -30,19 +31,19 @@ std::int32_t Mobility::attacks_on_king() const {
 }
 
 std::int32_t Mobility::attackweight_white_king() const {
-    return attackweight_king<white>();
+    return attackweight_king<side::white>();
 }
 
 std::int32_t Mobility::attackweight_black_king() const {
-    return attackweight_king<black>();
+    return attackweight_king<side::black>();
 }
 
 std::int32_t Mobility::attacks_on_white_king() const {
-    return attacks_on_king<white>();
+    return attacks_on_king<side::white>();
 }
 
 std::int32_t Mobility::attacks_on_black_king() const {
-    return attacks_on_king<black>();
+    return attacks_on_king<side::black>();
 }
 
 std::int32_t Mobility::king_safety() const {

@@ -6,11 +6,11 @@
 
 #include "evaluation/counting.h"
 #include "evaluation/distance.h"
-#include "evaluation/side_men.h"
 #include "position/bit_board.h"
 #include "position/chess_position.h"
 #include "position/masks.h"
 #include "position/set_steps.h"
+#include "position/side.h"
 
 /// What the pawns are worth beside the other men.
 namespace orvelin::pawn_terms {
@@ -38,8 +38,8 @@ int race_bonus(BitBoard passed, Square enemy_king, Distance const& distance) {
     int bonus = 0;
     while (passed) {
         int const id = passed.get_reset_square().get_unique_square().id();
-        int const ranks = Side == 1 ? id >> 3 : 7 - (id >> 3);
-        Square const promotion((id & 7) + (Side == 1 ? 56 : 0));
+        int const ranks = Side == side::white ? id >> 3 : 7 - (id >> 3);
+        Square const promotion((id & 7) + (Side == side::white ? 56 : 0));
         if (distance(enemy_king, promotion) > 7 - ranks) {
             bonus += won_race[static_cast<std::size_t>(ranks)];
         }
@@ -56,22 +56,22 @@ inline int passed_pawn_score(ChessPosition const& position, passers_t const& pas
     if (passers.score == 0) {
         return 0;
     }
-    using men = SideMen<Side>;
-    using enemy = SideMen<men::enemy>;
+    using own = SideOf<Side>;
+    using enemy = SideOf<enemy_of<Side>>;
     BitBoard const enemy_rooks = enemy::rooks(position);
-    Square const enemy_king = enemy::king(position);
+    Square const enemy_king = enemy::king_square(position);
 
     int score = passers.score;
     score -= king_near_passer[static_cast<std::size_t>(distance(enemy_king, passers.passed))];
     // Every enemy man blocks, the king included, except a rook.
-    score -= 50 * count(passers.stop & enemy::all(position) & ~enemy_rooks);
+    score -= 50 * count(passers.stop & enemy::pieces(position) & ~enemy_rooks);
     score -= 50 * count(passers.stop & enemy_attacks & ~own_attacks);
     if (!(enemy::knights(position) | enemy::bishops(position) | enemy_rooks |
           enemy::queens(position))) {
         score += race_bonus<Side>(passers.passed, enemy_king, distance);
     }
     // Once each, however many rooks there are.
-    if (men::rooks(position) & passers.behind) {
+    if (own::rooks(position) & passers.behind) {
         score += 50;
     }
     if (enemy_rooks & passers.behind) {
@@ -83,18 +83,18 @@ inline int passed_pawn_score(ChessPosition const& position, passers_t const& pas
 /// Pawns with any man directly in front.
 template <int Side>
 int blocked_pawns(ChessPosition const& position) {
-    return count(ahead<Side>(SideMen<Side>::pawns(position), 1) & position.pieces());
+    return count(ahead<Side>(SideOf<Side>::pawns(position), 1) & position.pieces());
 }
 
 /// Own pawns on the colour of a lone bishop; nothing without one or with two.
 template <int Side>
 int pawns_on_bishop_colour(ChessPosition const& position) {
-    BitBoard const bishops = SideMen<Side>::bishops(position);
+    BitBoard const bishops = SideOf<Side>::bishops(position);
     if (!single(bishops)) {
         return 0;
     }
     BitBoard const colour = (bishops & white_squares) ? white_squares : black_squares;
-    return count(SideMen<Side>::pawns(position) & colour);
+    return count(SideOf<Side>::pawns(position) & colour);
 }
 
 }  // namespace orvelin::pawn_terms

@@ -5,6 +5,7 @@
 
 #include "position/masks.h"
 #include "position/set_steps.h"
+#include "position/side.h"
 
 namespace orvelin {
 
@@ -28,17 +29,17 @@ BitBoard weak_pawns(BitBoard const& pawns) {
 /// Pawns with no enemy pawn ahead on the same or an adjacent file.
 template <int Side>
 BitBoard passed_pawns(BitBoard const& pawns, BitBoard const& enemy) {
-    BitBoard const held = fill_ahead<1 - Side>(ahead<1 - Side>(enemy, 1));
+    BitBoard const held = fill_ahead<enemy_of<Side>>(ahead<enemy_of<Side>>(enemy, 1));
     return pawns & ~(held | beside(held));
 }
 
 /// Value of a set of passed pawns by rank. Those nearer home count nothing.
 template <int Side>
 std::int32_t rank_values(BitBoard const& passed) {
-    constexpr BitBoard fourth = Side == 1 ? rank4 : rank5;
-    constexpr BitBoard fifth = Side == 1 ? rank5 : rank4;
-    constexpr BitBoard sixth = Side == 1 ? rank6 : rank3;
-    constexpr BitBoard seventh = Side == 1 ? rank7 : rank2;
+    constexpr BitBoard fourth = Side == side::white ? rank4 : rank5;
+    constexpr BitBoard fifth = Side == side::white ? rank5 : rank4;
+    constexpr BitBoard sixth = Side == side::white ? rank6 : rank3;
+    constexpr BitBoard seventh = Side == side::white ? rank7 : rank2;
     return 25 * (passed & fourth).popcount() + 50 * (passed & fifth).popcount() +
            100 * (passed & sixth).popcount() + 200 * (passed & seventh).popcount();
 }
@@ -60,8 +61,8 @@ BitBoard far_ahead(BitBoard const& passed) {
 /// doubled, by design.
 template <int Side>
 std::int32_t doubled_pawns(BitBoard const& pawns) {
-    BitBoard const behind = ahead<1 - Side>(pawns, 1) | ahead<1 - Side>(pawns, 2) |
-                            ahead<1 - Side>(pawns, 3) | ahead<1 - Side>(pawns, 4);
+    BitBoard const behind = ahead<enemy_of<Side>>(pawns, 1) | ahead<enemy_of<Side>>(pawns, 2) |
+                            ahead<enemy_of<Side>>(pawns, 3) | ahead<enemy_of<Side>>(pawns, 4);
     return (pawns & behind).popcount();
 }
 
@@ -85,23 +86,23 @@ void PHTrecord::set_pawns(BitBoard const& white, BitBoard const& black) {
     black_open_files = ~black_files;
     isolated =
         (black & ~beside(black_files)).popcount() - (white & ~beside(white_files)).popcount();
-    white_weak = weak_pawns<1>(white);
-    black_weak = weak_pawns<0>(black);
+    white_weak = weak_pawns<side::white>(white);
+    black_weak = weak_pawns<side::black>(black);
     weak = black_weak.popcount() - white_weak.popcount();
 
-    white_passed = passed_pawns<1>(white, black);
-    black_passed = passed_pawns<0>(black, white);
-    white_passer_score = passer_score<1>(white_passed);
-    black_passer_score = passer_score<0>(black_passed);
-    white_stop = ahead<1>(white_passed, 1);
-    black_stop = ahead<0>(black_passed, 1);
-    white_ahead = far_ahead<1>(white_passed);
-    black_ahead = far_ahead<0>(black_passed);
+    white_passed = passed_pawns<side::white>(white, black);
+    black_passed = passed_pawns<side::black>(black, white);
+    white_passer_score = passer_score<side::white>(white_passed);
+    black_passer_score = passer_score<side::black>(black_passed);
+    white_stop = ahead<side::white>(white_passed, 1);
+    black_stop = ahead<side::black>(black_passed, 1);
+    white_ahead = far_ahead<side::white>(white_passed);
+    black_ahead = far_ahead<side::black>(black_passed);
     white_behind = file_fill(white_passed) & ~(white_ahead | white_stop | white_passed);
     black_behind = file_fill(black_passed) & ~(black_ahead | black_stop | black_passed);
 
     islands = island_count(black_files) - island_count(white_files);
-    doubled = doubled_pawns<0>(black) - doubled_pawns<1>(white);
+    doubled = doubled_pawns<side::black>(black) - doubled_pawns<side::white>(white);
     rookpawns = (black & vborder).popcount() - (white & vborder).popcount();
 }
 

@@ -1,11 +1,11 @@
 #include "generation/move_generator.h"
 
 #include "generation/attacks.h"
-#include "generation/men.h"
 #include "generation/move_generator_pieces.h"
 #include "position/board_tables.h"
 #include "position/chess_position.h"
 #include "position/set_steps.h"
+#include "position/side.h"
 
 namespace orvelin {
 
@@ -34,16 +34,16 @@ void MoveGenerator::create_movetable(ChessPosition const& position, movetable_t&
     table.fill(0);
     occupied_ = position.pieces();
     if (position.white_to_move()) {
-        generate_movetable<1>(position, table);
+        generate_movetable<side::white>(position, table);
     } else {
-        generate_movetable<0>(position, table);
+        generate_movetable<side::black>(position, table);
     }
 }
 
 template <int Side>
 void MoveGenerator::generate_movetable(ChessPosition const& position, movetable_t& table) {
-    using Own = Men<Side>;
-    BitBoard const& enemies = Men<1 - Side>::all(position);
+    using Own = SideOf<Side>;
+    BitBoard const& enemies = SideOf<enemy_of<Side>>::pieces(position);
     auto const fill = [&](BitBoard men, auto reached_from) {
         while (men) {
             Square const from = men.get_reset_square().get_unique_square();
@@ -67,9 +67,9 @@ void MoveGenerator::generate_movetable(ChessPosition const& position, movetable_
 void MoveGenerator::serialize_captures(ChessPosition const& position, movetable_t& table,
                                        MoveList& list) {
     if (position.white_to_move()) {
-        serialize<1, true>(position, table, list);
+        serialize<side::white, true>(position, table, list);
     } else {
-        serialize<0, true>(position, table, list);
+        serialize<side::black, true>(position, table, list);
     }
 }
 
@@ -84,11 +84,11 @@ void MoveGenerator::generate_captures(ChessPosition const& position, MoveList& l
     list.clear();
     move_count_ = 0;
     if (position.white_to_move()) {
-        prepare<1>(position);
-        captures_without_table<1>(position, list);
+        prepare<side::white>(position);
+        captures_without_table<side::white>(position, list);
     } else {
-        prepare<0>(position);
-        captures_without_table<0>(position, list);
+        prepare<side::black>(position);
+        captures_without_table<side::black>(position, list);
     }
     list.set_size(move_count_);
 }
@@ -96,9 +96,9 @@ void MoveGenerator::generate_captures(ChessPosition const& position, MoveList& l
 void MoveGenerator::serialize_moves(ChessPosition const& position, movetable_t& table,
                                     MoveList& list) {
     if (position.white_to_move()) {
-        serialize<1, false>(position, table, list);
+        serialize<side::white, false>(position, table, list);
     } else {
-        serialize<0, false>(position, table, list);
+        serialize<side::black, false>(position, table, list);
     }
 }
 
@@ -125,14 +125,14 @@ void MoveGenerator::prepare(ChessPosition const& position) {
     occupied_ = position.pieces();
     pinned_ = position.pinned_pieces();
     discovering_ = position.discovering_pieces();
-    own_pieces_ = Men<Side>::all(position);
-    enemy_pieces_ = Men<1 - Side>::all(position);
-    own_king_ = position.piece(Men<Side>::king);
-    enemy_king_ = position.piece(Men<1 - Side>::king);
+    own_pieces_ = SideOf<Side>::pieces(position);
+    enemy_pieces_ = SideOf<enemy_of<Side>>::pieces(position);
+    own_king_ = position.piece(SideOf<Side>::king);
+    enemy_king_ = position.piece(SideOf<enemy_of<Side>>::king);
 
     potential_checkers_.clear();
     if (position.check() || pinned_ || position.ep() != Square()) {
-        BitBoard checkers = Men<1 - Side>::blocked_attackers(position, own_king_);
+        BitBoard checkers = SideOf<enemy_of<Side>>::blocked_attackers(position, own_king_);
         while (checkers) {
             potential_checkers_.push_back(checkers.get_reset_square().get_unique_square());
         }
@@ -142,7 +142,7 @@ void MoveGenerator::prepare(ChessPosition const& position) {
     rook_check_squares_ = attacks_->rook(king, occupied_);
     bishop_check_squares_ = attacks_->bishop(king, occupied_);
     knight_check_squares_ = attacks_->knight(king);
-    pawn_check_squares_ = pawn_attacks<1 - Side>(enemy_king_);
+    pawn_check_squares_ = pawn_attacks<enemy_of<Side>>(enemy_king_);
 }
 
 void MoveGenerator::remove(Move const& move, movetable_t& table) {
@@ -159,7 +159,7 @@ void MoveGenerator::store(MoveList& list, Move const& move) {
     }
 }
 
-template void MoveGenerator::generate_movetable<0>(ChessPosition const&, movetable_t&);
-template void MoveGenerator::generate_movetable<1>(ChessPosition const&, movetable_t&);
+template void MoveGenerator::generate_movetable<side::black>(ChessPosition const&, movetable_t&);
+template void MoveGenerator::generate_movetable<side::white>(ChessPosition const&, movetable_t&);
 
 }  // namespace orvelin

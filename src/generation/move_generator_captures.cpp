@@ -1,9 +1,9 @@
 #include <cstdlib>
 
-#include "generation/men.h"
 #include "generation/move_generator.h"
 #include "generation/move_generator_pieces.h"
 #include "position/chess_position.h"
+#include "position/side.h"
 
 namespace orvelin {
 
@@ -30,7 +30,7 @@ void MoveGenerator::captures_without_table(ChessPosition const& position, MoveLi
 
 template <int Side, typename Reach>
 void MoveGenerator::captures(ChessPosition const& position, Reach const& reach, MoveList& list) {
-    using Own = Men<Side>;
+    using Own = SideOf<Side>;
     targets_ = enemy_pieces_ & ~enemy_king_;
     pawn_captures<Side>(position, reach, list);
     piece_moves<Side, Own::knight>(position, reach, targets_, list);
@@ -44,15 +44,15 @@ void MoveGenerator::captures(ChessPosition const& position, Reach const& reach, 
 template <int Side, typename Reach>
 void MoveGenerator::pawn_captures(ChessPosition const& position, Reach const& reach,
                                   MoveList& list) {
-    using Own = Men<Side>;
+    using Own = SideOf<Side>;
     BitBoard const& last_rank = Own::last_rank;
     BitBoard const check_squares = direct_check_squares<Own::pawn>();
     BitBoard pawns = position.piece(Own::pawn);
     // Only those that stand so that they can capture or promote. Where sets overlap, the table can
     // hold what another man reaches, and all are asked.
     if (!position.board_is_inconsistent()) {
-        pawns &= pawn_attacks<1 - Side>(targets_ | position.ep().bitboard()) |
-                 ahead<1 - Side>(last_rank, 1);
+        pawns &= pawn_attacks<enemy_of<Side>>(targets_ | position.ep().bitboard()) |
+                 ahead<enemy_of<Side>>(last_rank, 1);
     }
     while (pawns) {
         Square const from = pawns.get_reset_square().get_unique_square();
@@ -69,19 +69,19 @@ void MoveGenerator::pawn_captures(ChessPosition const& position, Reach const& re
 
 template <int Side>
 void MoveGenerator::en_passant_capture(ChessPosition const& position, Square from, MoveList& list) {
-    using Own = Men<Side>;
+    using Own = SideOf<Side>;
     Square const to = position.ep();
     if (to == Square()) {
         return;
     }
-    int const distance = Side == 1 ? to - from : from - to;
+    int const distance = Side == side::white ? to - from : from - to;
     if (distance != 7 && distance != 9) {
         return;
     }
     if (std::abs(to.file_number() - from.file_number()) >= 2) {
         return;
     }
-    Move move(from, to, en_passant, Piece(Own::pawn), Piece(Men<1 - Side>::pawn));
+    Move move(from, to, en_passant, Piece(Own::pawn), Piece(SideOf<enemy_of<Side>>::pawn));
     set_checkstatus<Side>(position, move);
     if (is_legal_pawnmove(position, move)) {
         store(list, move);
@@ -97,7 +97,7 @@ void MoveGenerator::promotions(ChessPosition const& position, Square from, BitBo
     while (to_set) {
         Square const to = to_set.get_reset_square().get_unique_square();
         for (move_t const code : {promo_queen, promo_rook, promo_bishop, promo_knight}) {
-            Move move(from, to, code, Piece(Men<Side>::pawn), position[to.id()]);
+            Move move(from, to, code, Piece(SideOf<Side>::pawn), position[to.id()]);
             set_checkstatus<Side>(position, move);
             store(list, move);
         }
@@ -118,9 +118,11 @@ void MoveGenerator::sort_by_captured_man(MoveList& list) const {
     }
 }
 
-template void MoveGenerator::captures_without_table<0>(ChessPosition const&, MoveList&);
-template void MoveGenerator::captures_without_table<1>(ChessPosition const&, MoveList&);
-template void MoveGenerator::generate_captures<0>(ChessPosition const&, movetable_t&, MoveList&);
-template void MoveGenerator::generate_captures<1>(ChessPosition const&, movetable_t&, MoveList&);
+template void MoveGenerator::captures_without_table<side::black>(ChessPosition const&, MoveList&);
+template void MoveGenerator::captures_without_table<side::white>(ChessPosition const&, MoveList&);
+template void MoveGenerator::generate_captures<side::black>(ChessPosition const&, movetable_t&,
+                                                            MoveList&);
+template void MoveGenerator::generate_captures<side::white>(ChessPosition const&, movetable_t&,
+                                                            MoveList&);
 
 }  // namespace orvelin

@@ -1,10 +1,10 @@
 #include "generation/attacks.h"
-#include "generation/men.h"
 #include "generation/move_generator.h"
 #include "generation/move_generator_pieces.h"
 #include "position/castling_targets.h"
 #include "position/chess_position.h"
 #include "position/set_steps.h"
+#include "position/side.h"
 
 namespace orvelin {
 
@@ -18,10 +18,10 @@ bool meets(BitBoard const& left, BitBoard const& right) {
 /// king that does not stand on its home rank (a position made by hand) gives no square.
 Square castled_rook(Square const& from, Square const& to) {
     if (from.id() <= 6) {
-        return castling_targets(from, to, Men<1>::home_rank).rook;
+        return castling_targets(from, to, SideOf<side::white>::home_rank).rook;
     }
     if (from.id() > 56) {
-        return castling_targets(from, to, Men<0>::home_rank).rook;
+        return castling_targets(from, to, SideOf<side::black>::home_rank).rook;
     }
     return Square();
 }
@@ -58,8 +58,8 @@ template <int Side>
 bool MoveGenerator::slider_reaches_king(ChessPosition const& position,
                                         BitBoard const& occupied) const {
     Square const king = enemy_king_.get_unique_square();
-    return meets(attacks_->rook(king, occupied), Men<Side>::rooks_and_queens(position)) ||
-           meets(attacks_->bishop(king, occupied), Men<Side>::bishops_and_queens(position));
+    return meets(attacks_->rook(king, occupied), SideOf<Side>::rooks_and_queens(position)) ||
+           meets(attacks_->bishop(king, occupied), SideOf<Side>::bishops_and_queens(position));
 }
 
 BitBoard MoveGenerator::direct_check_squares(Piece man) const {
@@ -120,8 +120,8 @@ bool MoveGenerator::checks_by_promotion(ChessPosition const& position, Move cons
             direct = meets(knight_check_squares_, to);
             break;
     }
-    return direct || meets(rook_lines, Men<Side>::rooks_and_queens(position)) ||
-           meets(bishop_lines, Men<Side>::bishops_and_queens(position));
+    return direct || meets(rook_lines, SideOf<Side>::rooks_and_queens(position)) ||
+           meets(bishop_lines, SideOf<Side>::bishops_and_queens(position));
 }
 
 /// Only the rook can give check: the king's own lines open along the rank, to the rook.
@@ -134,12 +134,12 @@ bool MoveGenerator::checks_by_castling(Move const& move) const {
 template <int Side>
 bool MoveGenerator::checks_by_en_passant(ChessPosition const& position, Move const& move) const {
     BitBoard const to = move.to().bitboard();
-    BitBoard const victim = ahead<1 - Side>(to, 1);
+    BitBoard const victim = ahead<enemy_of<Side>>(to, 1);
     BitBoard const occupied = (occupied_ & ~(move.from().bitboard() | victim)) | to;
     return slider_reaches_king<Side>(position, occupied) || meets(pawn_check_squares_, to);
 }
 
-template void MoveGenerator::set_checkstatus<0>(ChessPosition const&, Move&);
-template void MoveGenerator::set_checkstatus<1>(ChessPosition const&, Move&);
+template void MoveGenerator::set_checkstatus<side::black>(ChessPosition const&, Move&);
+template void MoveGenerator::set_checkstatus<side::white>(ChessPosition const&, Move&);
 
 }  // namespace orvelin

@@ -1,7 +1,7 @@
 #include "generation/connections.h"
-#include "generation/men.h"
 #include "generation/move_generator.h"
 #include "position/chess_position.h"
+#include "position/side.h"
 
 namespace orvelin {
 
@@ -68,7 +68,7 @@ bool MoveGenerator::en_passant_keeps_king_safe(Move const& move) const {
 
 template <int Side>
 bool MoveGenerator::is_legal_kingmove(ChessPosition const& position, Move const& move) const {
-    using Enemy = Men<1 - Side>;
+    using Enemy = SideOf<enemy_of<Side>>;
     Square const to = move.to();
     if (!position.check()) {
         return !Enemy::attackers(position, to.bitboard());
@@ -85,7 +85,9 @@ bool MoveGenerator::is_legal_kingmove(ChessPosition const& position, Move const&
     return true;
 }
 
-template bool MoveGenerator::is_legal_kingmove<0>(ChessPosition const&, Move const&) const;
-template bool MoveGenerator::is_legal_kingmove<1>(ChessPosition const&, Move const&) const;
+template bool MoveGenerator::is_legal_kingmove<side::black>(ChessPosition const&,
+                                                            Move const&) const;
+template bool MoveGenerator::is_legal_kingmove<side::white>(ChessPosition const&,
+                                                            Move const&) const;
 
 }  // namespace orvelin

@@ -6,7 +6,7 @@
 #include "generation/move_generator.h"
 #include "position/chess_position.h"
 #include "position/set_steps.h"
-#include "position/side_ids.h"
+#include "position/side.h"
 
 namespace orvelin {
 
@@ -62,7 +62,7 @@ void MoveGenerator::append_moves(ChessPosition const& position, Square from, Bit
 template <int Side>
 BitBoard pawn_targets(BitBoard pawn, BitBoard free, BitBoard enemies) {
     BitBoard const step = ahead<Side>(pawn, 1) & free;
-    BitBoard const double_step = ahead<Side>(step & SideIds<Side>::third_rank, 1) & free;
+    BitBoard const double_step = ahead<Side>(step & SideOf<Side>::third_rank, 1) & free;
     return step | double_step | (pawn_attacks<Side>(pawn) & enemies);
 }
 
@@ -126,11 +126,11 @@ void MoveGenerator::piece_moves(ChessPosition const& position, Reach const& reac
 template <int Side, typename Reach>
 void MoveGenerator::king_moves(ChessPosition const& position, Reach const& reach, BitBoard to_mask,
                                MoveList& list) {
-    Piece const king(SideIds<Side>::king);
-    BitBoard men = position.piece(SideIds<Side>::king);
+    Piece const king(SideOf<Side>::king);
+    BitBoard men = position.piece(SideOf<Side>::king);
     while (men) {
         Square const from = men.get_reset_square().get_unique_square();
-        BitBoard to_set = to_mask & reach.template reached_from<Side, SideIds<Side>::king>(from);
+        BitBoard to_set = to_mask & reach.template reached_from<Side, SideOf<Side>::king>(from);
         while (to_set) {
             Square const to = to_set.get_reset_square().get_unique_square();
             Move move(from, to, normal_move, king, position[to.id()]);

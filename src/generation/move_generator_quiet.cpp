@@ -1,17 +1,17 @@
 #include "generation/attacks.h"
 #include "generation/connections.h"
-#include "generation/men.h"
 #include "generation/move_generator.h"
 #include "generation/move_generator_pieces.h"
 #include "position/castling_targets.h"
 #include "position/chess_position.h"
+#include "position/side.h"
 
 namespace orvelin {
 
 template <int Side>
 void MoveGenerator::generate_quiet_moves(ChessPosition const& position, movetable_t& table,
                                          MoveList& list) {
-    using Own = Men<Side>;
+    using Own = SideOf<Side>;
     BitBoard const free = ~occupied_;
     TableReach const reach(table);
     piece_moves<Side, Own::queen>(position, reach, free, list);
@@ -25,13 +25,13 @@ void MoveGenerator::generate_quiet_moves(ChessPosition const& position, movetabl
 
 template <int Side>
 void MoveGenerator::castlings(ChessPosition const& position, MoveList& list) {
-    using Own = Men<Side>;
+    using Own = SideOf<Side>;
     Square const king = own_king_.get_unique_square();
     // A position made by hand can hold rights without a king.
     if (king == Square()) {
         return;
     }
-    int const rights = (position.castlingrights() >> (Side == 1 ? 0 : 8)) & 0xFF;
+    int const rights = (position.castlingrights() >> (Side == side::white ? 0 : 8)) & 0xFF;
     for (int file = 0; file < 8 && (rights >> file) != 0; ++file) {
         if (((rights >> file) & 1) == 0) {
             continue;
@@ -51,8 +51,8 @@ void MoveGenerator::castlings(ChessPosition const& position, MoveList& list) {
 template <int Side>
 bool MoveGenerator::castling_allowed(ChessPosition const& position, Square king,
                                      Square rook) const {
-    using Enemy = Men<1 - Side>;
-    CastlingTargets const targets = castling_targets(king, rook, Men<Side>::home_rank);
+    using Enemy = SideOf<enemy_of<Side>>;
+    CastlingTargets const targets = castling_targets(king, rook, SideOf<Side>::home_rank);
     BitBoard const others = occupied_ & ~(own_king_ | rook.bitboard());
     BitBoard king_way = connections_->closed_line_segment(king, targets.king);
     BitBoard const& rook_way = connections_->closed_line_segment(rook, targets.rook);
@@ -68,7 +68,9 @@ bool MoveGenerator::castling_allowed(ChessPosition const& position, Square king,
     return !(attacks_->rook(targets.king, others) & Enemy::rooks_and_queens(position));
 }
 
-template void MoveGenerator::generate_quiet_moves<0>(ChessPosition const&, movetable_t&, MoveList&);
-template void MoveGenerator::generate_quiet_moves<1>(ChessPosition const&, movetable_t&, MoveList&);
+template void MoveGenerator::generate_quiet_moves<side::black>(ChessPosition const&, movetable_t&,
+                                                               MoveList&);
+template void MoveGenerator::generate_quiet_moves<side::white>(ChessPosition const&, movetable_t&,
+                                                               MoveList&);
 
 }  // namespace orvelin

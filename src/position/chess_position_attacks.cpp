@@ -2,79 +2,72 @@
 
 #include "position/chess_position.h"
 #include "position/set_steps.h"
-#include "position/side_ids.h"
+#include "position/side.h"
 
 namespace orvelin {
-
-namespace {
-
-constexpr int black = 0;
-constexpr int white = 1;
-
-}  // namespace
 
 template <int Side>
 BitBoard ChessPosition::pawn_attackers(BitBoard const& target) const {
     // Where an enemy pawn on the target would attack.
-    return pawn_attacks<1 - Side>(target) & piece(SideIds<Side>::pawn);
+    return pawn_attacks<enemy_of<Side>>(target) & piece(SideOf<Side>::pawn);
 }
 
 template <int Side>
 BitBoard ChessPosition::attackers(BitBoard const& target, BitBoard const& occupied) const {
-    using men = SideIds<Side>;
+    using own = SideOf<Side>;
     const Square square = target.get_unique_square();
-    BitBoard const& queens = piece(men::queen);
-    return pawn_attackers<Side>(target) | (board_tables_.knight(square) & piece(men::knight)) |
-           (board_tables_.bishop(square, occupied) & (piece(men::bishop) | queens)) |
-           (board_tables_.rook(square, occupied) & (piece(men::rook) | queens)) |
-           (board_tables_.king(square) & piece(men::king));
+    BitBoard const& queens = piece(own::queen);
+    return pawn_attackers<Side>(target) | (board_tables_.knight(square) & piece(own::knight)) |
+           (board_tables_.bishop(square, occupied) & (piece(own::bishop) | queens)) |
+           (board_tables_.rook(square, occupied) & (piece(own::rook) | queens)) |
+           (board_tables_.king(square) & piece(own::king));
 }
 
 template <int Side>
 Square ChessPosition::weakest_attacker(Square const& square) const {
-    using men = SideIds<Side>;
+    using own = SideOf<Side>;
     if (const BitBoard found = pawn_attackers<Side>(square.bitboard())) {
         return found.get_first_square();
     }
-    if (const BitBoard found = board_tables_.knight(square) & piece(men::knight)) {
+    if (const BitBoard found = board_tables_.knight(square) & piece(own::knight)) {
         return found.get_first_square();
     }
     const BitBoard diagonals_seen = board_tables_.bishop(square, pieces());
-    if (const BitBoard found = diagonals_seen & piece(men::bishop)) {
+    if (const BitBoard found = diagonals_seen & piece(own::bishop)) {
         return found.get_first_square();
     }
     const BitBoard lines_seen = board_tables_.rook(square, pieces());
-    if (const BitBoard found = lines_seen & piece(men::rook)) {
+    if (const BitBoard found = lines_seen & piece(own::rook)) {
         return found.get_first_square();
     }
-    if (const BitBoard found = (diagonals_seen | lines_seen) & piece(men::queen)) {
+    if (const BitBoard found = (diagonals_seen | lines_seen) & piece(own::queen)) {
         return found.get_first_square();
     }
-    return (board_tables_.king(square) & piece(men::king)).get_first_square();
+    return (board_tables_.king(square) & piece(own::king)).get_first_square();
 }
 
 Square ChessPosition::white_weakest_attacker(Square const& square) const {
-    return weakest_attacker<white>(square);
+    return weakest_attacker<side::white>(square);
 }
 
 Square ChessPosition::black_weakest_attacker(Square const& square) const {
-    return weakest_attacker<black>(square);
+    return weakest_attacker<side::black>(square);
 }
 
 BitBoard ChessPosition::white_attackers(BitBoard const& target) const {
-    return attackers<white>(target, pieces());
+    return attackers<side::white>(target, pieces());
 }
 
 BitBoard ChessPosition::black_attackers(BitBoard const& target) const {
-    return attackers<black>(target, pieces());
+    return attackers<side::black>(target, pieces());
 }
 
 BitBoard ChessPosition::white_blocked_attackers(BitBoard const& target) const {
-    return attackers<white>(target, BitBoard());
+    return attackers<side::white>(target, BitBoard());
 }
 
 BitBoard ChessPosition::black_blocked_attackers(BitBoard const& target) const {
-    return attackers<black>(target, BitBoard());
+    return attackers<side::black>(target, BitBoard());
 }
 
 bool ChessPosition::white_attacks(BitBoard const& target) const {
@@ -87,10 +80,10 @@ bool ChessPosition::black_attacks(BitBoard const& target) const {
 
 template <int Side>
 void ChessPosition::find_pins_to_king() {
-    using enemy = SideIds<1 - Side>;
+    using enemy = SideOf<enemy_of<Side>>;
     history_t& current = record();
-    const Square king = Side == white ? current.white_kingsfield : current.black_kingsfield;
-    BitBoard const& enemy_pieces = Side == white ? black_pieces() : white_pieces();
+    const Square king = Side == side::white ? current.white_kingsfield : current.black_kingsfield;
+    BitBoard const& enemy_pieces = Side == side::white ? black_pieces() : white_pieces();
     BitBoard const& enemy_queens = piece(enemy::queen);
     BitBoard sliders =
         (board_tables_.empty_board_rook(king) & (piece(enemy::rook) | enemy_queens)) |
@@ -118,8 +111,8 @@ void ChessPosition::find_pinned_pieces() {
     current.discovering_pieces.clear();
     current.black_kingsfield = black_king().get_unique_square();
     current.white_kingsfield = white_king().get_unique_square();
-    find_pins_to_king<black>();
-    find_pins_to_king<white>();
+    find_pins_to_king<side::black>();
+    find_pins_to_king<side::white>();
     current.white_queencheck_squares = board_tables_.queen(current.black_kingsfield, pieces());
     current.black_queencheck_squares = board_tables_.queen(current.white_kingsfield, pieces());
 }

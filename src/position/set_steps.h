@@ -2,6 +2,7 @@
 
 #include "position/bit_board.h"
 #include "position/masks.h"
+#include "position/side.h"
 
 /// Steps of whole sets of squares: every member takes the step at once, and what would leave the
 /// board is dropped. `Side` is the number of a side as side to move: 1 White, 0 Black.
@@ -42,7 +43,7 @@ constexpr BitBoard file_fill(BitBoard const& set) {
 /// Moves the set by `ranks` ranks, 0 to 7, in the direction of the side's pawns.
 template <int Side>
 constexpr BitBoard ahead(BitBoard const& set, int ranks) {
-    if constexpr (Side == 1) {
+    if constexpr (Side == side::white) {
         return set << (8 * ranks);
     } else {
         return set >> (8 * ranks);
@@ -52,7 +53,7 @@ constexpr BitBoard ahead(BitBoard const& set, int ranks) {
 /// The members and all squares ahead of them as the side's pawns go.
 template <int Side>
 constexpr BitBoard fill_ahead(BitBoard const& set) {
-    if constexpr (Side == 1) {
+    if constexpr (Side == side::white) {
         return fill_up(set);
     } else {
         return fill_down(set);
@@ -66,6 +67,7 @@ constexpr BitBoard pawn_attacks(BitBoard const& set) {
 }
 
 static_assert(beside(a_file) == b_file && beside(h_file) == g_file);
-static_assert(pawn_attacks<1>(rank7) == rank8 && pawn_attacks<0>(rank2) == rank1);
+static_assert(pawn_attacks<side::white>(rank7) == rank8 &&
+              pawn_attacks<side::black>(rank2) == rank1);
 
 }  // namespace orvelin

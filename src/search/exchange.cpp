@@ -7,7 +7,7 @@
 #include "generation/tables.h"
 #include "position/chess_position.h"
 #include "position/set_steps.h"
-#include "position/side_ids.h"
+#include "position/side.h"
 #include "search/analysis.h"
 
 namespace orvelin {
@@ -38,8 +38,8 @@ class ExchangeBoard {
           line_sliders_(position.white_rook() | position.black_rook() | position.white_queen() |
                         position.black_queen()),
           attackers_(
-              (pawn_attacks<0>(square_.bitboard()) & position.white_pawn()) |
-              (pawn_attacks<1>(square_.bitboard()) & position.black_pawn()) |
+              (pawn_attacks<side::black>(square_.bitboard()) & position.white_pawn()) |
+              (pawn_attacks<side::white>(square_.bitboard()) & position.black_pawn()) |
               (attacks.knight(square_) & (position.white_knight() | position.black_knight())) |
               (attacks.king(square_) & (position.white_king() | position.black_king()))) {
         find_sliders();
@@ -49,9 +49,9 @@ class ExchangeBoard {
     /// and gives it; no piece when there is none.
     template <int Side>
     Piece take_weakest() {
-        using men = SideIds<Side>;
+        using own = SideOf<Side>;
         for (int const id :
-             {men::pawn, men::knight, men::bishop, men::rook, men::queen, men::king}) {
+             {own::pawn, own::knight, own::bishop, own::rook, own::queen, own::king}) {
             BitBoard found = attackers_ & position_.piece(id);
             if (!found) {
                 continue;
@@ -105,7 +105,7 @@ int Analysis::replies_to(Move const& move) const {
     bool white = position_.stm() != 1;
     int result = 0;
     for (Piece captor; captures < gains.size(); white = !white, standing = captor) {
-        captor = white ? board.take_weakest<1>() : board.take_weakest<0>();
+        captor = white ? board.take_weakest<side::white>() : board.take_weakest<side::black>();
         if (captor.no_piece()) {
             break;
         }

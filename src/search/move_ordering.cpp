@@ -4,6 +4,7 @@
 
 #include "position/chess_position.h"
 #include "position/set_steps.h"
+#include "position/side.h"
 #include "search/analysis.h"
 #include "search/move_sort.h"
 
@@ -45,8 +46,8 @@ struct Ranking {
 };
 
 BitBoard enemy_pawn_attacks(ChessPosition const& position) {
-    return position.stm() == 1 ? pawn_attacks<0>(position.black_pawn())
-                               : pawn_attacks<1>(position.white_pawn());
+    return position.stm() == 1 ? pawn_attacks<side::black>(position.black_pawn())
+                               : pawn_attacks<side::white>(position.white_pawn());
 }
 
 constexpr int pawn_value = 100;

@@ -13,6 +13,7 @@
 #include "evaluation/king_zone.h"
 #include "evaluation/linear_model.h"
 #include "position/chess_position.h"
+#include "position/side.h"
 #include "support/fresh_evaluation.h"
 #include "support/position_record.h"
 
@@ -116,10 +117,10 @@ TEST(FastForms, zones_are_counted_alike_for_every_king) {
             }
             Mobility maps(shared_tables().attacks);
             maps.compute(position);
-            expect_same_zone<1>(position, maps);
-            expect_same_zone<0>(position, maps);
-            EXPECT_EQ((KingZone<0, true>(position, maps).pressure(maps) -
-                       KingZone<1, true>(position, maps).pressure(maps)),
+            expect_same_zone<side::white>(position, maps);
+            expect_same_zone<side::black>(position, maps);
+            EXPECT_EQ((KingZone<side::black, true>(position, maps).pressure(maps) -
+                       KingZone<side::white, true>(position, maps).pressure(maps)),
                       maps.king_safety());
         }
     }

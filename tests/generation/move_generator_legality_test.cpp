@@ -1,4 +1,5 @@
 #include "generation/generator_fixture.h"
+#include "position/side.h"
 
 namespace orvelin::test {
 
@@ -133,7 +134,7 @@ TEST_F(LegalityTest, EmptyWordIsLeftWithoutCheck) {
     moves("4k3/8/8/8/8/8/8/K6Q w - - 0 1");
     Move move;
     move.check(true);
-    generator_.set_checkstatus<1>(position_, move);
+    generator_.set_checkstatus<side::white>(position_, move);
     EXPECT_FALSE(move.check());
     EXPECT_EQ(move.xcode(), xnormal_move);
 }

@@ -4,6 +4,7 @@
 #include "generation/move_generator.h"
 #include "position/chess_position.h"
 #include "position/move_list.h"
+#include "position/side.h"
 #include "support/position_record.h"
 #include "support/shared_tables.h"
 
@@ -16,8 +17,9 @@ class MoveTests : public testing::Test {
  protected:
     bool is_legal(Move const& move) const {
         if (move.piece().king()) {
-            return position_.white_to_move() ? generator_.is_legal_kingmove<1>(position_, move)
-                                             : generator_.is_legal_kingmove<0>(position_, move);
+            return position_.white_to_move()
+                       ? generator_.is_legal_kingmove<side::white>(position_, move)
+                       : generator_.is_legal_kingmove<side::black>(position_, move);
         }
         return move.piece().pawn() && move.capture_id() != 0
                    ? generator_.is_legal_pawnmove(position_, move)
@@ -27,9 +29,9 @@ class MoveTests : public testing::Test {
     bool gives_check(Move move) {
         move.check(!move.check());
         if (position_.white_to_move()) {
-            generator_.set_checkstatus<1>(position_, move);
+            generator_.set_checkstatus<side::white>(position_, move);
         } else {
-            generator_.set_checkstatus<0>(position_, move);
+            generator_.set_checkstatus<side::black>(position_, move);
         }
         return move.check();
     }

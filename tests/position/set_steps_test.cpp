@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <random>
 
+#include "position/side.h"
 #include "support/squares.h"
 
 namespace orvelin::test {
@@ -34,15 +35,17 @@ void compare(BitBoard const& set) {
     expect(fill_up(set), [](int file, int rank) { return file == 0 && rank >= 0; });
     expect(fill_down(set), [](int file, int rank) { return file == 0 && rank <= 0; });
     expect(file_fill(set), [](int file, int) { return file == 0; });
-    expect(fill_ahead<1>(set), [](int file, int rank) { return file == 0 && rank >= 0; });
-    expect(fill_ahead<0>(set), [](int file, int rank) { return file == 0 && rank <= 0; });
-    expect(pawn_attacks<1>(set),
+    expect(fill_ahead<side::white>(set), [](int file, int rank) { return file == 0 && rank >= 0; });
+    expect(fill_ahead<side::black>(set), [](int file, int rank) { return file == 0 && rank <= 0; });
+    expect(pawn_attacks<side::white>(set),
            [](int file, int rank) { return rank == 1 && (file == 1 || file == -1); });
-    expect(pawn_attacks<0>(set),
+    expect(pawn_attacks<side::black>(set),
            [](int file, int rank) { return rank == -1 && (file == 1 || file == -1); });
     for (int ranks = 0; ranks < 8; ++ranks) {
-        expect(ahead<1>(set, ranks), [=](int file, int rank) { return !file && rank == ranks; });
-        expect(ahead<0>(set, ranks), [=](int file, int rank) { return !file && rank == -ranks; });
+        expect(ahead<side::white>(set, ranks),
+               [=](int file, int rank) { return !file && rank == ranks; });
+        expect(ahead<side::black>(set, ranks),
+               [=](int file, int rank) { return !file && rank == -ranks; });
     }
 }
 
@@ -67,10 +70,10 @@ TEST(SetSteps, OfRandomSets) {
 TEST(SetSteps, ReadLikeThis) {
     EXPECT_EQ(beside(squares({"a4", "h5"})), squares({"b4", "g5"}));
     EXPECT_EQ(king_block(squares({"a1"})), squares({"a1", "a2", "b1", "b2"}));
-    EXPECT_EQ(pawn_attacks<1>(squares({"a2", "h7", "e8"})), squares({"b3", "g8"}));
-    EXPECT_EQ(pawn_attacks<0>(squares({"a7", "h2", "e1"})), squares({"b6", "g1"}));
-    EXPECT_EQ(ahead<1>(squares({"e4"}), 2), squares({"e6"}));
-    EXPECT_EQ(ahead<0>(squares({"e4"}), 2), squares({"e2"}));
+    EXPECT_EQ(pawn_attacks<side::white>(squares({"a2", "h7", "e8"})), squares({"b3", "g8"}));
+    EXPECT_EQ(pawn_attacks<side::black>(squares({"a7", "h2", "e1"})), squares({"b6", "g1"}));
+    EXPECT_EQ(ahead<side::white>(squares({"e4"}), 2), squares({"e6"}));
+    EXPECT_EQ(ahead<side::black>(squares({"e4"}), 2), squares({"e2"}));
 }
 
 }  // namespace

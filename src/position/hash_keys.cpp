@@ -10,7 +10,7 @@ namespace orvelin {
 
 namespace {
 
-/// Index into `rndh` of a man's key on a1. The published order is by kind of man, Black first.
+/// Index into `rndh` of a piece's key on a1. The published order is by kind of piece, Black first.
 constexpr int first_piece_key(int piece_id) {
     bool const white = piece_id < 8;
     int const type = piece_id & 7;
@@ -61,14 +61,12 @@ HashKeys make_random_keys() {
         return key;
     };
     HashKeys keys;
-    for (auto& row : keys.piece) {
-        for (auto& key : row) {
-            key = next();
-        }
-    }
-    for (auto& row : keys.pawn) {
-        for (auto& key : row) {
-            key = next();
+    // Row 15 is no part of the set: a draw for it would shift all that follow.
+    for (auto* rows : {keys.piece, keys.pawn}) {
+        for (int id = 0; id < 15; ++id) {
+            for (auto& key : rows[id]) {
+                key = next();
+            }
         }
     }
     for (auto& key : keys.castling) {

@@ -19,11 +19,10 @@ constexpr std::size_t index(int id) {
     return static_cast<std::size_t>(id);
 }
 
-/// Row of a man's keys. Ids are cut to four bits, as the board does with those that an illegal
-/// promotion makes; id 15 shares the row of no man, whose keys are 0.
+/// Row of a piece's keys. Ids are cut to four bits, as the board does with those that an illegal
+/// promotion makes.
 constexpr std::size_t row(int id) {
-    const std::size_t cut = index(id & 15);
-    return cut < 15 ? cut : 0;
+    return index(id & (HashKeys::rows - 1));
 }
 
 /// What a promotion changes in both keys.

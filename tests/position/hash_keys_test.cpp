@@ -30,9 +30,9 @@ TEST(HashKeys, PieceKeysAreThePublishedOnesByPieceId) {
     }
 }
 
-TEST(HashKeys, RowsWithoutAManAreZero) {
+TEST(HashKeys, RowsWithoutAPieceAreZero) {
     HashKeys const keys = make_polyglot_keys();
-    for (int const id : {0, 7, 8}) {
+    for (int const id : {0, 7, 8, 15}) {
         for (int square = 0; square < 64; ++square) {
             EXPECT_EQ(keys.piece[id][square], 0U);
         }
@@ -41,7 +41,7 @@ TEST(HashKeys, RowsWithoutAManAreZero) {
 
 TEST(HashKeys, PawnKeysEqualThePieceKeysOfPawnsAndAreZeroElsewhere) {
     HashKeys const keys = make_polyglot_keys();
-    for (int id = 0; id < 15; ++id) {
+    for (int id = 0; id < HashKeys::rows; ++id) {
         for (int square = 0; square < 64; ++square) {
             std::uint64_t const expected = id == 1 || id == 9 ? keys.piece[id][square] : 0;
             EXPECT_EQ(keys.pawn[id][square], expected) << id;
@@ -88,14 +88,14 @@ TEST(HashKeys, SecondSetIsTheAndOfThreeDrawsInMemberOrder) {
         EXPECT_EQ(key, first & second & third);
     };
     HashKeys const keys = make_random_keys();
-    for (auto const& row : keys.piece) {
-        for (std::uint64_t const key : row) {
-            expect_next(key);
+    for (auto const* rows : {keys.piece, keys.pawn}) {
+        for (int id = 0; id < 15; ++id) {
+            for (std::uint64_t const key : rows[id]) {
+                expect_next(key);
+            }
         }
-    }
-    for (auto const& row : keys.pawn) {
-        for (std::uint64_t const key : row) {
-            expect_next(key);
+        for (std::uint64_t const key : rows[15]) {
+            EXPECT_EQ(key, 0U);
         }
     }
     for (std::uint64_t const key : keys.castling) {

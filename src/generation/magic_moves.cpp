@@ -51,12 +51,18 @@ void MagicMoves::bind_look_ups() {
 std::vector<BitBoard> MagicMoves::distinct_sets(std::vector<BitBoard> const& raw) {
     // A few dozen sets occur again and again. They are sorted out by a small hash table first, as
     // sorting all of them would be most of the time that the engine takes to start.
-    constexpr std::size_t slots = 512;
+    constexpr int slot_bits = 9;
+    constexpr std::size_t slots = std::size_t{1} << slot_bits;
+    // A look for a free slot ends, as the table never fills: the rays of a rook end in at most
+    // 3 * 4 * 3 * 4 ways, those of a bishop in fewer, and the 0 is one more.
+    constexpr std::size_t most_sets = 3 * 4 * 3 * 4 + 1;
+    static_assert(slots >= 2 * most_sets);
     std::array<BitBoard, slots> seen{};
     std::array<bool, slots> used{};
     std::vector<BitBoard> distinct;
     for (BitBoard const& set : raw) {
-        std::size_t slot = static_cast<std::size_t>((to_ull(set) * 0x9E3779B97F4A7C15ULL) >> 55);
+        std::size_t slot =
+            static_cast<std::size_t>((to_ull(set) * 0x9E3779B97F4A7C15ULL) >> (64 - slot_bits));
         while (used[slot] && seen[slot] != set) {
             slot = (slot + 1) % slots;
         }

@@ -258,6 +258,40 @@ TEST(MagicMoves, SelftestReportsAWrongRookIndex) {
             "\nrook_attacks: " + hexadecimal(damaged.rook_attacks(20)[index]) + "\n");
 }
 
+TEST(MagicMoves, SelftestGoesBySquareBishopBeforeRook) {
+    MagicMoves damaged(true);
+    auto& bishops = MagicMovesDamager::bishop_attacks(damaged, 9);
+    bishops[4] = bishops[2];
+    auto& rooks = MagicMovesDamager::rook_attacks(damaged, 9);
+    rooks[7] = rooks[0];
+    EXPECT_EQ(selftest_output(damaged, false),
+              "\nMagicMoves::selftest_ok() error in bishopattacks   square=9   i=2   j=4\n");
+    auto& rooks_before = MagicMovesDamager::rook_attacks(damaged, 8);
+    rooks_before[7] = rooks_before[0];
+    EXPECT_EQ(selftest_output(damaged, false),
+              "\nMagicMoves::selftest_ok() error in rookattacks   square=8   i=0   j=7\n");
+}
+
+TEST(MagicMoves, SelftestLooksForEqualSetsBeforeItLooksAtAnIndex) {
+    MagicMoves damaged(true);
+    unsigned char& index = MagicMovesDamager::bishop_index(damaged, 0)[0];
+    index = index == 0 ? 1 : 0;
+    auto& sets = MagicMovesDamager::rook_attacks(damaged, 63);
+    sets[7] = sets[0];
+    EXPECT_EQ(selftest_output(damaged, false),
+              "\nMagicMoves::selftest_ok() error in rookattacks   square=63   i=0   j=7\n");
+}
+
+TEST(MagicMoves, SelftestLooksAtAllBishopsBeforeItLooksAtARook) {
+    MagicMoves damaged(true);
+    unsigned char& bishop = MagicMovesDamager::bishop_index(damaged, 63)[3];
+    bishop = bishop == 0 ? 1 : 0;
+    unsigned char& rook = MagicMovesDamager::rook_index(damaged, 0)[0];
+    rook = rook == 0 ? 1 : 0;
+    std::string const output = selftest_output(damaged, false);
+    EXPECT_EQ(output.substr(0, output.find(':')), "square=63\nindex=3\nmagic_bishop_moves");
+}
+
 TEST(MagicMoves, SelftestReportsAnIndexBeyondTheList) {
     MagicMoves damaged(true);
     MagicMovesDamager::bishop_index(damaged, 10)[3] = 255;

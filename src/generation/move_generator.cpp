@@ -14,10 +14,6 @@ namespace {
 /// No position has more potential checkers than squares, so the vector never grows again.
 constexpr std::size_t most_checkers = 64;
 
-std::uint64_t& entry(movetable_t& table, Square const& from) {
-    return table[index(from)];
-}
-
 }  // namespace
 
 MoveGenerator::MoveGenerator(Tables const& tables)
@@ -43,25 +39,23 @@ void MoveGenerator::create_movetable(ChessPosition const& position, movetable_t&
 template <int Side>
 void MoveGenerator::generate_movetable(ChessPosition const& position, movetable_t& table) {
     using Own = SideOf<Side>;
-    BitBoard const& enemies = SideOf<enemy_of<Side>>::pieces(position);
-    auto const fill = [&](BitBoard men, auto reached_from) {
-        while (men) {
-            Square const from = men.get_reset_square().get_unique_square();
-            entry(table, from) = to_ull(reached_from(from));
-        }
-    };
-    fill(position.piece(Own::pawn),
-         [&](Square from) { return reached_from<Side, Own::pawn>(from, enemies); });
-    fill(position.piece(Own::knight),
-         [&](Square from) { return reached_from<Side, Own::knight>(from, enemies); });
-    fill(position.piece(Own::bishop),
-         [&](Square from) { return reached_from<Side, Own::bishop>(from, enemies); });
-    fill(position.piece(Own::rook),
-         [&](Square from) { return reached_from<Side, Own::rook>(from, enemies); });
-    fill(position.piece(Own::queen),
-         [&](Square from) { return reached_from<Side, Own::queen>(from, enemies); });
-    fill(position.piece(Own::king),
-         [&](Square from) { return reached_from<Side, Own::king>(from, enemies); });
+    BitBoard const enemies = SideOf<enemy_of<Side>>::pieces(position);
+    fill<Side, Own::pawn>(position, enemies, table);
+    fill<Side, Own::knight>(position, enemies, table);
+    fill<Side, Own::bishop>(position, enemies, table);
+    fill<Side, Own::rook>(position, enemies, table);
+    fill<Side, Own::queen>(position, enemies, table);
+    fill<Side, Own::king>(position, enemies, table);
+}
+
+template <int Side, int PieceId>
+void MoveGenerator::fill(ChessPosition const& position, BitBoard enemies,
+                         movetable_t& table) const {
+    BitBoard pieces = position.piece(PieceId);
+    while (pieces) {
+        Square const from = pieces.get_reset_square().get_unique_square();
+        table[index(from)] = to_ull(reached_from<Side, PieceId>(from, enemies));
+    }
 }
 
 void MoveGenerator::serialize_captures(ChessPosition const& position, movetable_t& table,
@@ -73,24 +67,17 @@ void MoveGenerator::serialize_captures(ChessPosition const& position, movetable_
     }
 }
 
-void MoveGenerator::generate_captures(ChessPosition const& position, MoveList& list) {
+void MoveGenerator::generate_captures_directly(ChessPosition const& position, MoveList& list) {
     if (position.board_is_inconsistent()) {
-        // Two men on a square share its entry of the table, and go where the later of them goes.
+        // Two pieces on a square share its entry of the table, and go where the later of them goes.
         movetable_t table;
         create_movetable(position, table);
         serialize_captures(position, table, list);
-        return;
-    }
-    list.clear();
-    move_count_ = 0;
-    if (position.white_to_move()) {
-        prepare<side::white>(position);
-        captures_without_table<side::white>(position, list);
+    } else if (position.white_to_move()) {
+        serialize_captures_directly<side::white>(position, list);
     } else {
-        prepare<side::black>(position);
-        captures_without_table<side::black>(position, list);
+        serialize_captures_directly<side::black>(position, list);
     }
-    list.set_size(move_count_);
 }
 
 void MoveGenerator::serialize_moves(ChessPosition const& position, movetable_t& table,
@@ -117,6 +104,15 @@ void MoveGenerator::serialize(ChessPosition const& position, movetable_t& table,
     if constexpr (!CapturesOnly) {
         generate_quiet_moves<Side>(position, table, list);
     }
+    list.set_size(move_count_);
+}
+
+template <int Side>
+void MoveGenerator::serialize_captures_directly(ChessPosition const& position, MoveList& list) {
+    list.clear();
+    move_count_ = 0;
+    prepare<Side>(position);
+    captures_directly<Side>(position, list);
     list.set_size(move_count_);
 }
 

@@ -41,8 +41,8 @@ class MoveGenerator {
 
     /// Fills `list` with the legal captures and promotions of a table made for `position`.
     void serialize_captures(ChessPosition const& position, movetable_t& table, MoveList& list);
-    /// The same list without a table: what a man reaches is looked up when his turn comes.
-    void generate_captures(ChessPosition const& position, MoveList& list);
+    /// The same list without a table: what a piece reaches is looked up when its turn comes.
+    void generate_captures_directly(ChessPosition const& position, MoveList& list);
     /// Fills `list` with all legal moves of a table made for `position`.
     void serialize_moves(ChessPosition const& position, movetable_t& table, MoveList& list);
     /// `create_movetable` on a table of its own, then `serialize_moves`.
@@ -69,6 +69,7 @@ class MoveGenerator {
     void remove(Move const& move, movetable_t& table);
 
  private:
+    struct TableReach;
     struct DirectReach;
 
     template <int Side>
@@ -76,13 +77,19 @@ class MoveGenerator {
     template <int Side, bool CapturesOnly>
     void serialize(ChessPosition const& position, movetable_t& table, MoveList& list);
 
-    /// The stage of the captures; `Reach` tells what a man reaches.
+    /// Enters what each piece of this id reaches; `enemies` are for pawns.
+    template <int Side, int PieceId>
+    void fill(ChessPosition const& position, BitBoard enemies, movetable_t& table) const;
+    template <int Side>
+    void serialize_captures_directly(ChessPosition const& position, MoveList& list);
+
+    /// The stage of the captures; `Reach` tells what a piece reaches.
     template <int Side, typename Reach>
     void captures(ChessPosition const& position, Reach const& reach, MoveList& list);
+    template <int Side>
+    void captures_directly(ChessPosition const& position, MoveList& list);
     template <int Side, typename Reach>
     void pawn_captures(ChessPosition const& position, Reach const& reach, MoveList& list);
-    template <int Side>
-    void captures_without_table(ChessPosition const& position, MoveList& list);
     template <int Side>
     void en_passant_capture(ChessPosition const& position, Square from, MoveList& list);
     template <int Side>

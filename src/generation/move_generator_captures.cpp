@@ -7,24 +7,14 @@
 
 namespace orvelin {
 
-/// What a man reaches, looked up anew.
-struct MoveGenerator::DirectReach {
-    MoveGenerator const& generator;
-
-    template <int Side, int PieceId>
-    BitBoard reached_from(Square from) const {
-        return generator.reached_from<Side, PieceId>(from, generator.enemy_pieces_);
-    }
-};
-
 template <int Side>
 void MoveGenerator::generate_captures(ChessPosition const& position, movetable_t& table,
                                       MoveList& list) {
-    captures<Side>(position, TableReach(table), list);
+    captures<Side>(position, TableReach{table}, list);
 }
 
 template <int Side>
-void MoveGenerator::captures_without_table(ChessPosition const& position, MoveList& list) {
+void MoveGenerator::captures_directly(ChessPosition const& position, MoveList& list) {
     captures<Side>(position, DirectReach{*this}, list);
 }
 
@@ -118,8 +108,8 @@ void MoveGenerator::sort_by_captured_man(MoveList& list) const {
     }
 }
 
-template void MoveGenerator::captures_without_table<side::black>(ChessPosition const&, MoveList&);
-template void MoveGenerator::captures_without_table<side::white>(ChessPosition const&, MoveList&);
+template void MoveGenerator::captures_directly<side::black>(ChessPosition const&, MoveList&);
+template void MoveGenerator::captures_directly<side::white>(ChessPosition const&, MoveList&);
 template void MoveGenerator::generate_captures<side::black>(ChessPosition const&, movetable_t&,
                                                             MoveList&);
 template void MoveGenerator::generate_captures<side::white>(ChessPosition const&, movetable_t&,

@@ -89,18 +89,29 @@ BitBoard MoveGenerator::reached_from(Square from, BitBoard enemies) const {
     }
 }
 
-/// What a man reaches, looked up in a move table.
-class TableReach {
- public:
-    explicit TableReach(movetable_t const& table) : table_(table) {}
+// The two ways in which a stage learns what a piece reaches. A full list is made from a move table,
+// since captures and quiet moves ask for each piece in turn and the look-up of a slider is what
+// costs. Captures alone ask once, and of many pieces not at all, so that filling a table first
+// would be most of their cost. Both give the same list, word for word.
+
+/// From a move table.
+struct MoveGenerator::TableReach {
+    movetable_t const& table;
 
     template <int Side, int PieceId>
     BitBoard reached_from(Square from) const {
-        return BitBoard(table_[index(from)]);
+        return BitBoard(table[index(from)]);
     }
+};
 
- private:
-    movetable_t const& table_;
+/// By a look-up when the piece's turn comes, at the occupancy that the generator cached.
+struct MoveGenerator::DirectReach {
+    MoveGenerator const& generator;
+
+    template <int Side, int PieceId>
+    BitBoard reached_from(Square from) const {
+        return generator.reached_from<Side, PieceId>(from, generator.enemy_pieces_);
+    }
 };
 
 template <int Side, int PieceId, typename Reach>

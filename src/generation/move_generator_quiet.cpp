@@ -13,7 +13,7 @@ void MoveGenerator::generate_quiet_moves(ChessPosition const& position, movetabl
                                          MoveList& list) {
     using Own = SideOf<Side>;
     BitBoard const free = ~occupied_;
-    TableReach const reach(table);
+    TableReach const reach{table};
     piece_moves<Side, Own::queen>(position, reach, free, list);
     piece_moves<Side, Own::rook>(position, reach, free, list);
     piece_moves<Side, Own::knight>(position, reach, free, list);

@@ -50,7 +50,7 @@ int Analysis::quiescence(int alpha, int beta, int qdepth) {
             return counters_.ply - mate_score;
         }
     } else {
-        move_generator_.generate_captures(position_, list);
+        move_generator_.generate_captures_directly(position_, list);
         if (list.size() == 0) {
             return alpha;
         }

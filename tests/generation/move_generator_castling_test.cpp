@@ -82,6 +82,15 @@ TEST_F(CastlingTest, RookCanGiveCheck) {
     EXPECT_FALSE(checks("r3k3/8/8/8/3P4/8/8/3K4 b q - 0 1", "e8a8"));
 }
 
+TEST_F(CastlingTest, GivesNoCheckFromTheCornerThatNoArrayHas) {
+    // By design: a king on h1 or a8 counts as off its home rank, and the rook of its castling move
+    // is not looked for. The neighbours show that the rook would give check.
+    EXPECT_TRUE(checks("3k4/8/8/8/8/8/8/5RK1 w F - 0 1", "g1f1"));
+    EXPECT_FALSE(checks("3k4/8/8/8/8/8/8/6RK w G - 0 1", "h1g1"));
+    EXPECT_TRUE(checks("1kr5/8/8/8/8/8/8/5K2 b c - 0 1", "b8c8"));
+    EXPECT_FALSE(checks("kr6/8/8/8/8/8/8/5K2 b b - 0 1", "a8b8"));
+}
+
 TEST_F(CastlingTest, KingAndRookDoNotShieldTheKingTheyLeave) {
     // The black king stands on the rank which king and rook clear.
     EXPECT_TRUE(checks("8/8/8/8/8/8/8/k2KR3 w E - 0 1", "d1e1"));

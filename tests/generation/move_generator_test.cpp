@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <random>
 
 #include "generation/generator_fixture.h"
@@ -15,6 +16,15 @@ namespace {
 const std::string start = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
 
 using MoveGeneratorTest = GeneratorFixture;
+
+/// Whole move words, with piece, capture, check and class.
+std::vector<std::uint32_t> words(std::vector<Move> const& list) {
+    std::vector<std::uint32_t> result;
+    for (Move const& move : list) {
+        result.push_back(move.word());
+    }
+    return result;
+}
 
 }  // namespace
 
@@ -44,6 +54,16 @@ TEST_F(MoveGeneratorTest, QuietPromotionsComeBehindRealCaptures) {
 TEST_F(MoveGeneratorTest, BlackPromotesOnTheFirstRank) {
     EXPECT_EQ(texts(captures("7K/8/8/8/8/8/p6k/1N6 b - - 0 1")),
               (texts_t{"a2b1q", "a2b1r", "a2b1b", "a2b1n", "a2a1q", "a2a1r", "a2a1b", "a2a1n"}));
+}
+
+TEST_F(MoveGeneratorTest, NoMoveTakesAKing) {
+    // The side that has moved is in check here, which no game reaches.
+    EXPECT_EQ(texts(captures("k7/1P6/8/8/8/8/8/7K w - - 0 1")),
+              (texts_t{"b7b8q", "b7b8r", "b7b8b", "b7b8n"}));
+    EXPECT_EQ(texts(captures("7k/8/8/8/8/8/1p6/K7 b - - 0 1")),
+              (texts_t{"b2b1q", "b2b1r", "b2b1b", "b2b1n"}));
+    EXPECT_TRUE(captures("k7/8/8/8/8/8/8/R6K w - - 0 1").empty());
+    EXPECT_TRUE(captures("8/8/8/3k4/4P3/8/8/7K w - - 0 1").empty());
 }
 
 TEST_F(MoveGeneratorTest, CapturesAreSortedByVictimThenByAttacker) {
@@ -181,7 +201,7 @@ TEST_F(MoveGeneratorTest, MoreMovesThanAListHoldsAreDropped) {
 
 namespace {
 
-/// A board of random men, any number of kings and pawns on the last ranks included, with random
+/// A board of random pieces, any number of kings and pawns on the last ranks included, with random
 /// rights and a random en passant square.
 std::string random_fen(std::mt19937& random) {
     std::string const letters = "PNBRQKpnbrqk";
@@ -215,6 +235,36 @@ TEST_F(MoveGeneratorTest, PositionsMadeByHandGiveMovesOfTheirOwnMen) {
             ASSERT_EQ(move.piece().black_piece(), position_.black_to_move()) << fen;
         }
     }
+}
+
+TEST_F(MoveGeneratorTest, CapturesWithoutATableAreThoseOfTheTable) {
+    std::mt19937 random(79);
+    std::size_t compared = 0;
+    for (int i = 0; i < 3000; ++i) {
+        std::string const fen = random_fen(random);
+        std::vector<Move> const expected = captures(fen);
+        MoveList list;
+        generator_.generate_captures_directly(position_, list);
+        ASSERT_EQ(words({list.begin(), list.end()}), words(expected)) << fen;
+        compared += expected.size();
+    }
+    EXPECT_GT(compared, 10000U);
+}
+
+TEST_F(MoveGeneratorTest, CapturesWithoutATableAreThoseOfTheTableWhereTwoPiecesShareASquare) {
+    // Set by hand, the rook's and the queen's sets hold a square of the knight's.
+    position_.fen("3r3k/8/1p1p4/8/2N4p/8/8/K7 w - - 0 1");
+    position_.set_piece_on(Square("c4"), Piece(white_rook));
+    position_.set_piece_on(Square("c4"), Piece(white_queen));
+    ASSERT_TRUE(position_.board_is_inconsistent());
+    movetable_t table;
+    generator_.create_movetable(position_, table);
+    MoveList expected;
+    generator_.serialize_captures(position_, table, expected);
+    MoveList list;
+    generator_.generate_captures_directly(position_, list);
+    EXPECT_GT(expected.size(), 1U);
+    EXPECT_EQ(words({list.begin(), list.end()}), words({expected.begin(), expected.end()}));
 }
 
 TEST_F(MoveGeneratorTest, PositionsMadeByHandCanBePlayedOn) {

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <gtest/gtest.h>
@@ -111,6 +112,12 @@ class TreeWalk {
             generated.push_back(move.dump());
         }
         EXPECT_EQ(generated, filtered);
+
+        std::array<Move, max_moves> direct_storage;
+        MoveList direct(direct_storage.data());
+        generator_.generate_captures_directly(position_, direct);
+        EXPECT_TRUE(std::equal(direct.begin(), direct.end(), captures.begin(), captures.end(),
+                               [](Move const& a, Move const& b) { return a.word() == b.word(); }));
     }
 
     void expect_consistent_node(Move const& move) {

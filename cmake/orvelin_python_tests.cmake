@@ -8,7 +8,8 @@ find_package(Python3 REQUIRED COMPONENTS Interpreter)
 function(orvelin_add_python_test name)
   cmake_parse_arguments(PARSE_ARGV 1 test "" "COST" "ENVIRONMENT")
   add_test(NAME "${name}"
-    COMMAND Python3::Interpreter -B ${test_UNPARSED_ARGUMENTS}
+    COMMAND "${PROJECT_SOURCE_DIR}/tests/support/without_installed_book"
+      "$<TARGET_FILE:Python3::Interpreter>" -B ${test_UNPARSED_ARGUMENTS}
     WORKING_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}")
   set(path "${PROJECT_SOURCE_DIR}/tools:${PROJECT_SOURCE_DIR}/tests/support")
   set_tests_properties("${name}" PROPERTIES

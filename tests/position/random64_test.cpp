@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <string>
 #include <vector>
 
 #include "support/test_config.h"
@@ -10,7 +11,7 @@
 namespace orvelin::test {
 
 TEST(Random64, HoldsThePublishedNumbersInTheirOrder) {
-    std::ifstream file(data_folder + "/random64.txt");
+    std::ifstream file(std::string(data_folder) + "/random64.txt");
     std::vector<std::uint64_t> published;
     std::uint64_t number = 0;
     while (file >> std::hex >> number) {

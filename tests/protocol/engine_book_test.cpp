@@ -12,6 +12,7 @@
 #include "search/action.h"
 #include "support/analysis_probe.h"
 #include "support/engine_fixture.h"
+#include "support/installed_book.h"
 #include "support/working_directory.h"
 
 namespace orvelin::test {
@@ -33,6 +34,12 @@ std::string knight_moves(int count) {
 
 class EngineBookTest : protected WorkingDirectory, public EngineFixture {
  protected:
+    void SetUp() override {
+        if (installed_book_in_sight()) {
+            GTEST_SKIP() << "another book is installed";
+        }
+    }
+
     /// Starts the engine anew with a book of these entries, sorted, and the book in use.
     void use(std::vector<Book_record> entries) {
         std::stable_sort(entries.begin(), entries.end());

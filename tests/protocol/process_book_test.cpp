@@ -11,6 +11,7 @@
 
 #include "protocol/book_fixture.h"
 #include "protocol/engine_directory_fixture.h"
+#include "support/installed_book.h"
 #include "support/program.h"
 #include "support/test_config.h"
 
@@ -25,6 +26,12 @@ std::string const use_book = "setoption name OwnBook value true";
 /// The real engine in a directory of its own that may hold a book.
 class ProcessBookTest : public EngineDirectoryFixture {
  protected:
+    void SetUp() override {
+        if (installed_book_in_sight()) {
+            GTEST_SKIP() << "another book is installed";
+        }
+    }
+
     using EngineDirectoryFixture::start;
     void start(std::string const& bytes) {
         write_book(book, bytes);
@@ -96,13 +103,10 @@ TEST_F(ProcessBookTest, NoOtherNameIsABook) {
 }
 
 TEST_F(ProcessBookTest, ThreePlacesAreTriedInOrderAndNoOther) {
-    lines_t const places{"/usr/local/games/orvelin.files/Orvelin.bin",
-                         "/usr/games/orvelin.files/Orvelin.bin", "Orvelin.bin"};
+    lines_t places(installed_books.begin(), installed_books.end());
+    places.emplace_back("Orvelin.bin");
     lines_t const names = opened_books();
-    ASSERT_LE(names.size(), places.size());
-    EXPECT_TRUE(std::equal(names.begin(), names.end(), places.begin()));
-    // A book installed on this machine ends the search for one.
-    if (!names.empty() && !fs::exists(places[0]) && !fs::exists(places[1])) {
+    if (!names.empty()) {
         EXPECT_EQ(names, places);
     }
 }

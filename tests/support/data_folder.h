@@ -1,10 +1,8 @@
 #pragma once
 
-#include <string>
-
 namespace orvelin::test {
 
 /// Folder of the test data.
-inline const std::string data_folder = ORVELIN_TEST_DATA;
+extern char const* const data_folder;
 
 }  // namespace orvelin::test

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <string>
-
 // Part of what is configured, and alone in its file for programs that know nothing of the rest.
 #include "support/data_folder.h"
 
@@ -11,20 +9,15 @@ namespace orvelin::test {
 inline constexpr bool short_tests = ORVELIN_SHORT_TESTS != 0;
 
 /// Path of the engine binary under test.
-inline const std::string engine_binary = ORVELIN_BINARY;
+extern char const* const engine_binary;
 
-/// Paths of the command-line tools; absent as long as a tool is not built.
-#ifdef ORVELIN_PERFT
-inline const std::string perft_binary = ORVELIN_PERFT;
-#endif
-#ifdef ORVELIN_BOOK
-inline const std::string book_binary = ORVELIN_BOOK;
-#endif
-#ifdef ORVELIN_TABLES
-inline const std::string tables_binary = ORVELIN_TABLES;
-#endif
-#ifdef ORVELIN_SIGNATURE
-inline const std::string signature_binary = ORVELIN_SIGNATURE;
-#endif
+/// Paths of the command-line tools; empty where a tool is not built.
+extern char const* const perft_binary;
+extern char const* const book_binary;
+extern char const* const tables_binary;
+extern char const* const signature_binary;
+
+/// The script that runs the tests without the opening book that is installed on this machine.
+extern char const* const without_installed_book;
 
 }  // namespace orvelin::test

@@ -1,0 +1,15 @@
+// All paths of the build stand in this file and data_folder.cpp. Every other object is the same in
+// every folder, and a compiler cache need not make it again for another copy of the sources.
+
+#include "support/test_config.h"
+
+namespace orvelin::test {
+
+char const* const engine_binary = ORVELIN_BINARY;
+char const* const perft_binary = ORVELIN_PERFT;
+char const* const book_binary = ORVELIN_BOOK;
+char const* const tables_binary = ORVELIN_TABLES;
+char const* const signature_binary = ORVELIN_SIGNATURE;
+char const* const without_installed_book = ORVELIN_WITHOUT_INSTALLED_BOOK;
+
+}  // namespace orvelin::test

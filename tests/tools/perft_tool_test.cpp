@@ -52,17 +52,17 @@ void expect_usage_error(std::vector<std::string> const& arguments, std::string c
 
 }  // namespace
 
-TEST(PerftTool, counts_from_the_start_position_when_no_other_is_given) {
+TEST(PerftTool, CountsFromTheStartPositionWhenNoOtherIsGiven) {
     EXPECT_EQ(lines_of({"3"}), std::vector<std::string>{"8902"});
 }
 
-TEST(PerftTool, depth_0_has_one_leaf) {
+TEST(PerftTool, Depth0HasOneLeaf) {
     EXPECT_EQ(lines_of({"0"}), std::vector<std::string>{"1"});
     EXPECT_EQ(lines_of({"0", "--divide"}), std::vector<std::string>{"1"});
     EXPECT_EQ(lines_of({"0", "--check"}), std::vector<std::string>{"1"});
 }
 
-TEST(PerftTool, counts_the_leaves_of_known_positions) {
+TEST(PerftTool, CountsTheLeavesOfKnownPositions) {
     constexpr std::size_t wanted = short_tests ? 2 : 12;
     constexpr std::uint64_t leaf_limit = short_tests ? 100'000 : 400'000;
     std::size_t done = 0;
@@ -87,7 +87,7 @@ TEST(PerftTool, counts_the_leaves_of_known_positions) {
     EXPECT_EQ(done, wanted);
 }
 
-TEST(PerftTool, divide_prints_a_line_a_move_and_their_sum) {
+TEST(PerftTool, DividePrintsALineAMoveAndTheirSum) {
     std::vector<std::string> lines = lines_of({"3", "--divide", "--fen", kiwipete});
     ASSERT_EQ(lines.size(), 49U);
     EXPECT_TRUE(contains(lines, "e1g1: 2059"));
@@ -103,25 +103,25 @@ TEST(PerftTool, divide_prints_a_line_a_move_and_their_sum) {
     EXPECT_EQ(lines_of({"3", "--fen", kiwipete}), std::vector<std::string>{"97862"});
 }
 
-TEST(PerftTool, divide_at_depth_1_has_one_leaf_a_move) {
+TEST(PerftTool, DivideAtDepth1HasOneLeafAMove) {
     std::vector<std::string> const lines = lines_of({"1", "--divide"});
     EXPECT_EQ(lines.size(), 21U);
     EXPECT_TRUE(contains(lines, "e2e4: 1"));
     EXPECT_EQ(lines.back(), "20");
 }
 
-TEST(PerftTool, check_counts_the_same_leaves) {
+TEST(PerftTool, CheckCountsTheSameLeaves) {
     std::string const depth = short_tests ? "2" : "3";
     EXPECT_EQ(lines_of({depth, "--check", "--divide", "--fen", kiwipete}),
               lines_of({depth, "--divide", "--fen", kiwipete}));
 }
 
-TEST(PerftTool, a_position_without_moves_has_no_leaves) {
+TEST(PerftTool, APositionWithoutMovesHasNoLeaves) {
     EXPECT_EQ(lines_of({"2", "--divide", "--fen", "7k/5Q2/6K1/8/8/8/8/8 b - - 0 1"}),
               std::vector<std::string>{"0"});
 }
 
-TEST(PerftTool, chess960_writes_castling_as_the_king_taking_his_rook) {
+TEST(PerftTool, Chess960WritesCastlingAsTheKingTakingHisRook) {
     std::vector<std::string> const lines =
         lines_of({"1", "--divide", "--chess960", "--fen", bare_castling});
     EXPECT_TRUE(contains(lines, "c1h1: 1"));
@@ -129,7 +129,7 @@ TEST(PerftTool, chess960_writes_castling_as_the_king_taking_his_rook) {
     EXPECT_FALSE(contains(lines, "c1g1: 1"));
 }
 
-TEST(PerftTool, without_chess960_castling_is_written_as_the_kings_move) {
+TEST(PerftTool, WithoutChess960CastlingIsWrittenAsTheKingsMove) {
     std::vector<std::string> const plain = lines_of({"1", "--divide", "--fen", kiwipete});
     EXPECT_TRUE(contains(plain, "e1g1: 1"));
     EXPECT_FALSE(contains(plain, "e1h1: 1"));
@@ -139,11 +139,11 @@ TEST(PerftTool, without_chess960_castling_is_written_as_the_kings_move) {
     EXPECT_FALSE(contains(chess960, "e1g1: 1"));
 }
 
-TEST(PerftTool, tells_time_and_speed_on_standard_error) {
+TEST(PerftTool, TellsTimeAndSpeedOnStandardError) {
     EXPECT_TRUE(matches(perft({"2"}).errors, "\\d+\\.\\d\\d\\d s, \\d+ leaves per second\n"));
 }
 
-TEST(PerftTool, help_names_every_option_and_ends_well) {
+TEST(PerftTool, HelpNamesEveryOptionAndEndsWell) {
     program_result_t const result = perft({"--help"});
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.errors, "");
@@ -152,7 +152,7 @@ TEST(PerftTool, help_names_every_option_and_ends_well) {
     }
 }
 
-TEST(PerftTool, refuses_bad_arguments) {
+TEST(PerftTool, RefusesBadArguments) {
     expect_usage_error({}, "DEPTH is required");
     expect_usage_error({"-1"}, "DEPTH");
     expect_usage_error({"101"}, "DEPTH");
@@ -162,16 +162,16 @@ TEST(PerftTool, refuses_bad_arguments) {
     expect_usage_error({"3", "--fen"}, "--fen");
 }
 
-TEST(PerftTool, refuses_positions_that_move_generation_does_not_take) {
+TEST(PerftTool, RefusesPositionsThatMoveGenerationDoesNotTake) {
     expect_usage_error({"1", "--fen", ""}, "the placement and the side to move are needed");
-    expect_usage_error({"1", "--fen", "4x3/8/8/8/8/8/8/4K3 w - - 0 1"}, "'x' is no man");
+    expect_usage_error({"1", "--fen", "4x3/8/8/8/8/8/8/4K3 w - - 0 1"}, "'x' is no piece");
     expect_usage_error({"1", "--fen", "8/8/8/8/8/8/8/4K3 w - - 0 1"},
                        "Black has not exactly one king");
     expect_usage_error({"1", "--fen", "4k3/4R3/8/8/8/8/8/4K3 w - - 0 1"},
                        "the side that is not to move is in check");
 }
 
-TEST(PerftTool, an_output_that_cannot_be_written_is_a_failure) {
+TEST(PerftTool, AnOutputThatCannotBeWrittenIsAFailure) {
     program_result_t const result =
         run_program("/bin/sh", {"-c", "exec \"$0\" 1 >/dev/full", perft_binary});
     EXPECT_EQ(result.status, 1);

@@ -34,11 +34,11 @@ std::string read_back(std::string const& fen) {
 
 }  // namespace
 
-TEST(PositionArgument, takes_the_start_position) {
+TEST(PositionArgument, TakesTheStartPosition) {
     EXPECT_EQ(read_back(tools::start_fen), tools::start_fen);
 }
 
-TEST(PositionArgument, takes_the_positions_of_games_and_endings) {
+TEST(PositionArgument, TakesThePositionsOfGamesAndEndings) {
     std::size_t taken = 0;
     for (char const* file_name : {"positions.txt", "endings.txt"}) {
         for (PositionRecord const& record : read_position_records(file_name)) {
@@ -52,34 +52,34 @@ TEST(PositionArgument, takes_the_positions_of_games_and_endings) {
     EXPECT_GE(taken, 200U);
 }
 
-TEST(PositionArgument, takes_chess960_positions) {
+TEST(PositionArgument, TakesChess960Positions) {
     for (std::string const& fen : random_chess960_fens(shared_tables(), short_tests ? 20 : 200)) {
         EXPECT_EQ(read_back(fen), fen);
     }
 }
 
-TEST(PositionArgument, fills_in_the_fields_that_are_missing) {
+TEST(PositionArgument, FillsInTheFieldsThatAreMissing) {
     EXPECT_EQ(read_back("4k3/8/8/8/8/8/8/4K3 w"), "4k3/8/8/8/8/8/8/4K3 w - - 0 1");
     EXPECT_EQ(read_back("4k3/8/8/8/8/8/8/4K2R w K"), "4k3/8/8/8/8/8/8/4K2R w K - 0 1");
     EXPECT_EQ(read_back("4k3/8/8/8/4Pp2/8/8/4K3 b - e3"), "4k3/8/8/8/4Pp2/8/8/4K3 b - e3 0 1");
     EXPECT_EQ(read_back("4k3/8/8/8/8/8/8/4K3 w - - 7"), "4k3/8/8/8/8/8/8/4K3 w - - 7 1");
 }
 
-TEST(PositionArgument, takes_any_blanks_between_the_fields) {
+TEST(PositionArgument, TakesAnyBlanksBetweenTheFields) {
     EXPECT_EQ(read_back("  4k3/8/8/8/8/8/8/4K3\tb  -\n- 12 34 "),
               "4k3/8/8/8/8/8/8/4K3 b - - 12 34");
 }
 
-TEST(PositionArgument, refuses_a_wrong_number_of_fields) {
-    EXPECT_EQ(fault(""), "bad FEN: the placement and the side to move are needed");
+TEST(PositionArgument, RefusesAWrongNumberOfFields) {
+    EXPECT_EQ(fault(""), "bad FEN: the placement and the side to move are needed, in quotes");
     EXPECT_EQ(fault("4k3/8/8/8/8/8/8/4K3"),
-              "bad FEN: the placement and the side to move are needed");
+              "bad FEN: the placement and the side to move are needed, in quotes");
     EXPECT_EQ(fault("4k3/8/8/8/8/8/8/4K3 w - - 0 1 e2e4"),
               "bad FEN: something stands behind the move number: e2e4");
 }
 
-TEST(PositionArgument, refuses_a_bad_placement) {
-    EXPECT_EQ(fault("4x3/8/8/8/8/8/8/4K3 w - - 0 1"), "bad FEN: 'x' is no man");
+TEST(PositionArgument, RefusesABadPlacement) {
+    EXPECT_EQ(fault("4x3/8/8/8/8/8/8/4K3 w - - 0 1"), "bad FEN: 'x' is no piece");
     EXPECT_EQ(fault("4k4/8/8/8/8/8/8/4K3 w - - 0 1"),
               "bad FEN: the rank \"4k4\" is not 8 squares long");
     EXPECT_EQ(fault("4k3/8/8/8/8/8/8/4K2 w - - 0 1"),
@@ -91,11 +91,11 @@ TEST(PositionArgument, refuses_a_bad_placement) {
               "bad FEN: the rank \"\" is not 8 squares long");
 }
 
-TEST(PositionArgument, refuses_a_bad_side_to_move) {
+TEST(PositionArgument, RefusesABadSideToMove) {
     EXPECT_EQ(fault("4k3/8/8/8/8/8/8/4K3 W - - 0 1"), "bad FEN: the side to move is not w or b: W");
 }
 
-TEST(PositionArgument, refuses_castling_rights_that_cannot_be) {
+TEST(PositionArgument, RefusesCastlingRightsThatCannotBe) {
     EXPECT_EQ(fault("4k3/8/8/8/8/8/8/4K2R w Kx - 0 1"),
               "bad FEN: these are no castling rights: Kx");
     EXPECT_EQ(fault("4k3/8/8/8/8/8/8/4K2R w H- - 0 1"),
@@ -110,7 +110,7 @@ TEST(PositionArgument, refuses_castling_rights_that_cannot_be) {
               "bad FEN: there is no king or no rook to castle with at b1");
 }
 
-TEST(PositionArgument, refuses_an_en_passant_square_that_cannot_be) {
+TEST(PositionArgument, RefusesAnEnPassantSquareThatCannotBe) {
     std::string const no_square = "bad FEN: this is no en passant square for the side to move: ";
     EXPECT_EQ(fault("4k3/8/8/8/4P3/8/8/4K3 w - e3 0 1"), no_square + "e3");
     EXPECT_EQ(fault("4k3/8/8/8/4P3/8/8/4K3 b - e4 0 1"), no_square + "e4");
@@ -124,7 +124,7 @@ TEST(PositionArgument, refuses_an_en_passant_square_that_cannot_be) {
     EXPECT_EQ(fault("4k3/8/8/4p3/8/8/8/4K3 w - e6 0 1"), "");
 }
 
-TEST(PositionArgument, refuses_numbers_that_are_none) {
+TEST(PositionArgument, RefusesNumbersThatAreNone) {
     EXPECT_EQ(fault("4k3/8/8/8/8/8/8/4K3 w - - -1 1"),
               "bad FEN: the half-move clock is not a number up to 9999: -1");
     EXPECT_EQ(fault("4k3/8/8/8/8/8/8/4K3 w - - 10000 1"),
@@ -133,29 +133,29 @@ TEST(PositionArgument, refuses_numbers_that_are_none) {
               "bad FEN: the move number is not a number up to 9999: one");
 }
 
-TEST(PositionArgument, refuses_any_other_number_of_kings_than_one_a_side) {
+TEST(PositionArgument, RefusesAnyOtherNumberOfKingsThanOneASide) {
     EXPECT_EQ(fault("4k3/8/8/8/8/8/8/8 w - - 0 1"), "bad FEN: White has not exactly one king");
     EXPECT_EQ(fault("4k3/8/8/8/8/8/8/4KK2 w - - 0 1"), "bad FEN: White has not exactly one king");
     EXPECT_EQ(fault("8/8/8/8/8/8/8/4K3 w - - 0 1"), "bad FEN: Black has not exactly one king");
     EXPECT_EQ(fault("k6k/8/8/8/8/8/8/4K3 w - - 0 1"), "bad FEN: Black has not exactly one king");
 }
 
-TEST(PositionArgument, refuses_pawns_on_the_outer_ranks) {
+TEST(PositionArgument, RefusesPawnsOnTheOuterRanks) {
     EXPECT_EQ(fault("4k2P/8/8/8/8/8/8/4K3 w - - 0 1"),
               "bad FEN: a pawn stands on the first or the last rank");
     EXPECT_EQ(fault("4k3/8/8/8/8/8/8/4K2p w - - 0 1"),
               "bad FEN: a pawn stands on the first or the last rank");
 }
 
-TEST(PositionArgument, refuses_more_men_than_promotions_can_give) {
+TEST(PositionArgument, RefusesMoreMenThanPromotionsCanGive) {
     EXPECT_EQ(fault("7k/8/8/QQQQ4/QQQQQ3/8/8/4K3 b - - 0 1"), "");
     EXPECT_EQ(fault("7k/8/8/QQQQ4/QQQQQQ2/8/8/4K3 b - - 0 1"),
-              "bad FEN: White has more men than promotions can give");
+              "bad FEN: White has more pieces than promotions can give");
     EXPECT_EQ(fault("4k3/pppppppp/nnn5/8/8/8/8/4K3 w - - 0 1"),
-              "bad FEN: Black has more men than promotions can give");
+              "bad FEN: Black has more pieces than promotions can give");
 }
 
-TEST(PositionArgument, refuses_a_check_against_the_side_that_has_moved) {
+TEST(PositionArgument, RefusesACheckAgainstTheSideThatHasMoved) {
     EXPECT_EQ(fault("4k3/4R3/8/8/8/8/8/4K3 w - - 0 1"),
               "bad FEN: the side that is not to move is in check");
     EXPECT_EQ(fault("4k3/4r3/8/8/8/8/8/4K3 b - - 0 1"),

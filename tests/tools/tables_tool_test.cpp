@@ -12,7 +12,7 @@
 
 namespace orvelin::test {
 
-TEST_F(TablesToolTest, help_names_every_command_and_option) {
+TEST_F(TablesToolTest, HelpNamesEveryCommandAndOption) {
     std::string const help = output_of({"--help"});
     for (char const* word : {"build", "eval", "stats", "check"}) {
         EXPECT_NE(help.find(word), std::string::npos) << word;
@@ -23,7 +23,7 @@ TEST_F(TablesToolTest, help_names_every_command_and_option) {
     EXPECT_NE(output_of({"check", "--help"}).find("KBNK, KQKR or KRKN"), std::string::npos);
 }
 
-TEST_F(TablesToolTest, refuses_bad_usage) {
+TEST_F(TablesToolTest, RefusesBadUsage) {
     expect_error({}, 2, "orvelin-tables: A subcommand is required");
     expect_error({"burn"}, 2, "orvelin-tables: ");
     expect_error({"build"}, 2, "ENDING is required");
@@ -35,11 +35,11 @@ TEST_F(TablesToolTest, refuses_bad_usage) {
     expect_error({"check"}, 2, "SOURCE is required");
     // Found out before a build.
     expect_error({"eval", "KRKN", "8/8/8/8/8/8/8/K1k4Q b - - 0 1"}, 2,
-                 "its men are not those of KRKN");
+                 "its pieces are not those of KRKN");
     EXPECT_TRUE(std::filesystem::is_empty(directory_.path()));
 }
 
-TEST_F(TablesToolTest, does_not_build_for_a_target_that_cannot_be_written) {
+TEST_F(TablesToolTest, DoesNotBuildForATargetThatCannotBeWritten) {
     std::string const missing = path("missing/file");
     expect_error({"build", "KRKN", "-o", missing}, 1,
                  "orvelin-tables: cannot write " + missing + ": No such file or directory");
@@ -48,7 +48,7 @@ TEST_F(TablesToolTest, does_not_build_for_a_target_that_cannot_be_written) {
     EXPECT_TRUE(std::filesystem::is_empty(directory_.path()));
 }
 
-TEST_F(TablesToolTest, refuses_files_that_are_no_tables) {
+TEST_F(TablesToolTest, RefusesFilesThatAreNoTables) {
     std::string const kings = "8/8/8/8/8/8/8/K1k5 b - - 0 1";
     expect_error({"eval", path("missing"), kings}, 1,
                  path("missing") + " is neither a file nor KBNK, KQKR or KRKN");
@@ -66,7 +66,7 @@ TEST_F(TablesToolTest, refuses_files_that_are_no_tables) {
     expect_error({"check", path("empty"), path("missing")}, 1, path("missing"));
 }
 
-TEST_F(TablesToolTest, a_loaded_file_knows_the_men_of_its_ending) {
+TEST_F(TablesToolTest, ALoadedFileKnowsTheMenOfItsEnding) {
     std::string const file = path("kbnk.txt");
     write_text(file, table_file_text("KBNK", [](unsigned int key) { return 6 + int(key & 1); }));
     EXPECT_EQ(output_of({"eval", file, "8/8/8/8/8/BN6/8/K1k5 b", "8/8/8/8/8/bn6/8/K1k5 b",
@@ -78,7 +78,7 @@ TEST_F(TablesToolTest, a_loaded_file_knows_the_men_of_its_ending) {
     EXPECT_NE(stats.find("longest win of White: 4 moves (7 plies), "), std::string::npos);
 }
 
-TEST_F(TablesToolTest, illegal_positions_have_no_winner_whatever_the_colours) {
+TEST_F(TablesToolTest, IllegalPositionsHaveNoWinnerWhateverTheColours) {
     std::string const file = path("krkn.txt");
     write_text(file, table_file_text("KRKN", [](unsigned int key) { return (key & 1) ? 254 : 0; }));
     EXPECT_EQ(output_of({"eval", file, "8/8/8/8/8/R7/8/K1k5 w", "8/8/8/8/8/r7/8/K1k5 b",
@@ -89,7 +89,7 @@ TEST_F(TablesToolTest, illegal_positions_have_no_winner_whatever_the_colours) {
               "8/8/8/8/8/r7/8/K1k5 w: White is mated, value -30000\n");
 }
 
-TEST_F(TablesToolTest, plots_as_wide_as_the_terminal) {
+TEST_F(TablesToolTest, PlotsAsWideAsTheTerminal) {
     std::string const file = path("krkn.txt");
     write_text(file, table_file_text("KRKN", [](unsigned int key) { return int(key % 50); }));
     program_result_t const result =

@@ -15,7 +15,7 @@ inline constexpr char const* start_fen = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNB
 /// missing: no castling, no en passant, 0 and 1.
 ///
 /// Stricter than `ChessPosition::fen`, which takes any placement: move generation presumes one
-/// king a side, no check against the side that has moved and no more men than promotions give.
+/// king a side, no check against the side that has moved and no more pieces than promotions give.
 /// @throws UsageError that names the fault; the position is then without meaning.
 void set_position(ChessPosition& position, std::string const& fen);
 

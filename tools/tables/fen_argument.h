@@ -17,9 +17,9 @@ struct ending_position_t {
 /// Reads a FEN text that a user gave for a table of this ending. The fields behind the side to move
 /// may be missing.
 ///
-/// The men must be the kings and the pieces of the ending or fewer, in either colours. The colours
-/// are exchanged here rather than by `Egt4Pieces::fen`, which takes a lone second piece for one of
-/// the ending's own colour whichever it has.
+/// The pieces must be the kings and the others of the ending or fewer, in either colours. The
+/// colours are exchanged here rather than by `Egt4Pieces::fen`, which takes a lone second piece for
+/// one of the ending's own colour whichever it has.
 /// @throws UsageError that names the fault.
 ending_position_t read_ending_position(std::string const& fen, ending_t const& ending);
 

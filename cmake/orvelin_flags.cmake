@@ -43,13 +43,30 @@ if(CMAKE_BUILD_TYPE STREQUAL "Release" AND NOT ORVELIN_SANITIZE
   check_ipo_supported(RESULT orvelin_lto OUTPUT orvelin_lto_output LANGUAGES CXX)
   if(orvelin_lto)
     set(CMAKE_INTERPROCEDURAL_OPTIMIZATION ON)
-    if(ORVELIN_BUILD_TESTS)
-      # Both forms in one object: the engine is linked from the one, the tests from the other.
+    if(ORVELIN_BUILD_TESTS OR ORVELIN_QUICK_TOOLS)
+      # Both forms in one object: the engine is linked from the one, the tests and tools that are
+      # built quickly from the other.
       add_compile_options($<$<CXX_COMPILER_ID:GNU>:-ffat-lto-objects>)
     endif()
   else()
     message(STATUS "Link-time optimisation is not available: ${orvelin_lto_output}")
   endif()
+endif()
+
+# Without being told, g++ would link from the form for link-time optimisation where there are both.
+function(orvelin_link_plainly target)
+  target_link_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fno-lto>)
+endfunction()
+
+# A compiler cache is used where there is one. What it has to be told of precompiled headers is told
+# here; CCACHE_DISABLE=1 in the environment turns it off.
+find_program(ORVELIN_CCACHE ccache)
+if(ORVELIN_CCACHE AND NOT DEFINED CMAKE_CXX_COMPILER_LAUNCHER
+   AND NOT DEFINED ENV{CMAKE_CXX_COMPILER_LAUNCHER})
+  set(CMAKE_CXX_COMPILER_LAUNCHER "${CMAKE_COMMAND}" -E env
+    CCACHE_SLOPPINESS=pch_defines,time_macros "${ORVELIN_CCACHE}")
+  add_compile_options($<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>
+    "$<$<CXX_COMPILER_ID:Clang>:SHELL:-Xclang -fno-pch-timestamp>")
 endif()
 
 # For a program some of whose own files are not optimised: of an inline function that stands in

@@ -13,7 +13,7 @@ int king_steps(int from, int to) {
     return std::max(std::abs(from % 8 - to % 8), std::abs(from / 8 - to / 8));
 }
 
-TEST(Distance, larger_of_file_and_rank_difference_for_every_pair) {
+TEST(Distance, LargerOfFileAndRankDifferenceForEveryPair) {
     Distance const distance;
     for (int from = 0; from < 64; ++from) {
         for (int to = 0; to < 64; ++to) {
@@ -23,7 +23,7 @@ TEST(Distance, larger_of_file_and_rank_difference_for_every_pair) {
     }
 }
 
-TEST(Distance, to_a_set_of_one_square_is_the_distance_to_the_square) {
+TEST(Distance, ToASetOfOneSquareIsTheDistanceToTheSquare) {
     Distance const distance;
     for (int from = 0; from < 64; ++from) {
         for (int to = 0; to < 64; ++to) {
@@ -32,7 +32,7 @@ TEST(Distance, to_a_set_of_one_square_is_the_distance_to_the_square) {
     }
 }
 
-TEST(Distance, to_a_set_is_the_least_distance_to_a_member) {
+TEST(Distance, ToASetIsTheLeastDistanceToAMember) {
     Distance const distance;
     std::mt19937_64 random(7);
     for (int round = 0; round < 200; ++round) {
@@ -47,14 +47,14 @@ TEST(Distance, to_a_set_is_the_least_distance_to_a_member) {
     }
 }
 
-TEST(Distance, empty_set_is_eight_away) {
+TEST(Distance, EmptySetIsEightAway) {
     Distance const distance;
     for (int from = 0; from < 64; ++from) {
         EXPECT_EQ(distance(Square(from), BitBoard()), 8);
     }
 }
 
-TEST(Distance, no_square_is_eight_away_from_everything) {
+TEST(Distance, NoSquareIsEightAwayFromEverything) {
     Distance const distance;
     EXPECT_EQ(distance(Square(), Square(0)), 8);
     EXPECT_EQ(distance(Square(63), Square()), 8);

@@ -22,7 +22,7 @@ int blend(FreshEvaluation& at) {
     return static_cast<int>(std::round(blended(at.evaluation())));
 }
 
-TEST(EvaluationEndgames, queen_or_rook_adds_by_ring_to_the_size_of_the_blend) {
+TEST(EvaluationEndgames, QueenOrRookAddsByRingToTheSizeOfTheBlend) {
     struct Row {
         char const* weak_king;
         int added;
@@ -41,7 +41,7 @@ TEST(EvaluationEndgames, queen_or_rook_adds_by_ring_to_the_size_of_the_blend) {
     }
 }
 
-TEST(EvaluationEndgames, black_queen_negates_the_whole_sum) {
+TEST(EvaluationEndgames, BlackQueenNegatesTheWholeSum) {
     FreshEvaluation white_to_move("4k2q/8/8/8/8/8/8/K7 w - - 0 1");
     int const score = white_to_move.score();
     EXPECT_LT(score, 0);
@@ -52,7 +52,7 @@ TEST(EvaluationEndgames, black_queen_negates_the_whole_sum) {
     EXPECT_LT(black_to_move.evaluation().score(), 0.0F);
 }
 
-TEST(EvaluationEndgames, two_knights_count_a_king_in_the_corner_only) {
+TEST(EvaluationEndgames, TwoKnightsCountAKingInTheCornerOnly) {
     EXPECT_EQ(white_score("4k1nn/8/8/8/8/8/8/K7 w - - 0 1"), -100);
     EXPECT_EQ(white_score("4k1nn/8/8/8/8/8/8/1K6 w - - 0 1"), 0);
     EXPECT_EQ(white_score("7k/8/8/8/8/8/8/NN2K3 w - - 0 1"), 100);
@@ -60,12 +60,12 @@ TEST(EvaluationEndgames, two_knights_count_a_king_in_the_corner_only) {
     EXPECT_EQ(white_score("6k1/8/8/8/8/8/8/NN2K3 w - - 0 1"), 0);
 }
 
-TEST(EvaluationEndgames, bishops_of_one_colour_win_nothing) {
+TEST(EvaluationEndgames, BishopsOfOneColourWinNothing) {
     EXPECT_EQ(white_score("k7/8/1K6/8/8/8/8/B1B5 w - - 0 1"), 0);
     EXPECT_EQ(white_score("b1b5/8/8/8/8/1k6/8/K7 w - - 0 1"), 0);
 }
 
-TEST(EvaluationEndgames, two_bishops_drive_the_king_into_a_corner) {
+TEST(EvaluationEndgames, TwoBishopsDriveTheKingIntoACorner) {
     EXPECT_EQ(white_score("k7/8/8/8/4K3/8/8/2B2B2 w - - 0 1"), 1000 + 30 - 4);
     EXPECT_EQ(white_score("k7/8/8/8/8/8/8/K1B2B2 w - - 0 1"), 1000 - 200 + 30 - 7);
     EXPECT_EQ(white_score("8/8/2k5/8/4K3/8/8/2B2B2 w - - 0 1"), 1000 - 20 + 10 - 2);
@@ -73,7 +73,7 @@ TEST(EvaluationEndgames, two_bishops_drive_the_king_into_a_corner) {
     EXPECT_EQ(FreshEvaluation("2b2b2/8/8/4k3/8/8/8/K7 b - - 0 1").score(), 1026);
 }
 
-TEST(EvaluationEndgames, bishop_and_knight_drive_to_the_corner_of_the_bishop) {
+TEST(EvaluationEndgames, BishopAndKnightDriveToTheCornerOfTheBishop) {
     EXPECT_EQ(white_score("k7/8/8/8/8/8/8/4KBN1 w - - 0 1"), 660 - 7);
     EXPECT_EQ(white_score("8/8/8/8/8/8/8/k3KBN1 w - - 0 1"), 660 - 70 - 4);
     EXPECT_EQ(white_score("8/1k6/8/8/8/8/8/4KBN1 w - - 0 1"), 640 - 10 - 6);
@@ -84,7 +84,7 @@ TEST(EvaluationEndgames, bishop_and_knight_drive_to_the_corner_of_the_bishop) {
     EXPECT_EQ(white_score("4kbn1/8/8/8/8/8/8/7K w - - 0 1"), -(660 - 70 - 7));
 }
 
-TEST(EvaluationEndgames, rook_pawn_is_worth_the_distance_to_the_corner) {
+TEST(EvaluationEndgames, RookPawnIsWorthTheDistanceToTheCorner) {
     EXPECT_EQ(white_score("k7/P7/8/8/8/8/8/4K3 w - - 0 1"), 0);
     EXPECT_EQ(white_score("1k6/P7/8/8/8/8/8/4K3 w - - 0 1"), 0);
     EXPECT_EQ(white_score("8/P1k5/8/8/8/8/8/4K3 w - - 0 1"), 2);
@@ -94,14 +94,14 @@ TEST(EvaluationEndgames, rook_pawn_is_worth_the_distance_to_the_corner) {
     EXPECT_EQ(FreshEvaluation("4k3/8/8/8/8/8/p1K5/8 b - - 0 1").score(), 2);
 }
 
-TEST(EvaluationEndgames, king_in_front_of_the_pawn_holds) {
+TEST(EvaluationEndgames, KingInFrontOfThePawnHolds) {
     EXPECT_EQ(white_score("8/8/8/4k3/4P3/8/8/4K3 w - - 0 1"), 0);
     EXPECT_EQ(white_score("8/8/8/4k3/4P3/8/8/4K3 b - - 0 1"), 0);
     EXPECT_EQ(white_score("8/8/4k3/8/4P3/8/8/4K3 w - - 0 1"), 0);
     EXPECT_EQ(white_score("4k3/8/8/4p3/4K3/8/8/8 w - - 0 1"), 0);
 }
 
-TEST(EvaluationEndgames, opposition_counts_below_rank_five_with_the_move) {
+TEST(EvaluationEndgames, OppositionCountsBelowRankFiveWithTheMove) {
     EXPECT_EQ(white_score("8/4k3/8/4K3/4P3/8/8/8 w - - 0 1"), 0);
     EXPECT_EQ(white_score("8/4k3/8/4K3/4P3/8/8/8 b - - 0 1"), 403);
     EXPECT_EQ(white_score("4k3/8/4K3/4P3/8/8/8/8 b - - 0 1"), 503);
@@ -110,7 +110,7 @@ TEST(EvaluationEndgames, opposition_counts_below_rank_five_with_the_move) {
     EXPECT_EQ(white_score("8/8/8/3p4/3k4/8/3K4/8 w - - 0 1"), -403);
 }
 
-TEST(EvaluationEndgames, weak_king_within_reach_and_on_the_move_catches_the_pawn) {
+TEST(EvaluationEndgames, WeakKingWithinReachAndOnTheMoveCatchesThePawn) {
     EXPECT_EQ(white_score("8/8/3P1k2/8/8/8/8/K7 b - - 0 1"), 0);
     EXPECT_EQ(white_score("8/8/3P1k2/8/8/8/8/K7 w - - 0 1"), 602);
     EXPECT_EQ(white_score("8/8/3P2k1/8/8/8/8/K7 b - - 0 1"), 603);
@@ -123,7 +123,7 @@ TEST(EvaluationEndgames, weak_king_within_reach_and_on_the_move_catches_the_pawn
     EXPECT_EQ(white_score("K7/8/8/7k/3P4/8/8/8 b - - 0 1"), 404);
 }
 
-TEST(EvaluationEndgames, base_of_a_lone_pawn_by_rank) {
+TEST(EvaluationEndgames, BaseOfALonePawnByRank) {
     EXPECT_EQ(white_score("7k/1P6/8/8/8/8/8/K7 w - - 0 1"), 706);
     EXPECT_EQ(white_score("7k/8/1P6/8/8/8/8/K7 w - - 0 1"), 606);
     EXPECT_EQ(white_score("7k/8/8/1P6/8/8/8/K7 w - - 0 1"), 506);
@@ -134,14 +134,14 @@ TEST(EvaluationEndgames, base_of_a_lone_pawn_by_rank) {
     EXPECT_EQ(white_score("k7/8/8/8/8/8/6p1/K7 w - - 0 1"), -706);
 }
 
-TEST(EvaluationEndgames, pawn_before_promotion_is_held_from_the_diagonal_only) {
+TEST(EvaluationEndgames, PawnBeforePromotionIsHeldFromTheDiagonalOnly) {
     EXPECT_EQ(white_score("3k4/4P3/4K3/8/8/8/8/8 w - - 0 1"), 0);
     EXPECT_EQ(white_score("5k2/4P3/4K3/8/8/8/8/8 w - - 0 1"), 0);
     EXPECT_EQ(white_score("4k3/4P3/4K3/8/8/8/8/8 w - - 0 1"), 701);
     EXPECT_EQ(white_score("4k3/4P3/8/8/8/8/8/K7 b - - 0 1"), 0);
 }
 
-TEST(EvaluationEndgames, lone_pawn_replaces_the_blend_on_every_file) {
+TEST(EvaluationEndgames, LonePawnReplacesTheBlendOnEveryFile) {
     for (int file = 1; file < 7; ++file) {
         std::string const rank = std::to_string(file) + "P" + std::to_string(7 - file);
         FreshEvaluation evaluated("k6K/8/8/" + rank + "/8/8/8/8 b - - 0 1");
@@ -151,14 +151,14 @@ TEST(EvaluationEndgames, lone_pawn_replaces_the_blend_on_every_file) {
     }
 }
 
-TEST(EvaluationEndgames, wrong_bishop_with_a_rook_pawn_is_a_draw) {
+TEST(EvaluationEndgames, WrongBishopWithARookPawnIsADraw) {
     // Light-squared bishop, promotion square h8 dark.
     EXPECT_EQ(white_score("7k/8/8/7P/4B3/8/8/4K3 w - - 0 1"), 0);
     EXPECT_EQ(white_score("8/6k1/8/7P/4B3/8/8/4K3 w - - 0 1"), 0);
     EXPECT_EQ(white_score("4k3/8/8/8/p7/8/8/K2b4 w - - 0 1"), 0);
 }
 
-TEST(EvaluationEndgames, right_bishop_with_a_rook_pawn_keeps_the_blend) {
+TEST(EvaluationEndgames, RightBishopWithARookPawnKeepsTheBlend) {
     for (std::string const fen :
          {"7k/8/8/7P/3B4/8/8/4K3 w - - 0 1", "8/5k2/8/7P/4B3/8/8/4K3 w - - 0 1",
           "7k/8/8/6P1/4B3/8/8/4K3 w - - 0 1", "4k3/8/8/8/6p1/8/8/K1b5 w - - 0 1"}) {
@@ -169,13 +169,13 @@ TEST(EvaluationEndgames, right_bishop_with_a_rook_pawn_keeps_the_blend) {
     }
 }
 
-TEST(EvaluationEndgames, blend_of_a_black_bishop_and_pawn_is_not_negated) {
+TEST(EvaluationEndgames, BlendOfABlackBishopAndPawnIsNotNegated) {
     FreshEvaluation evaluated("4k3/8/8/8/6p1/8/8/K1b5 w - - 0 1");
     EXPECT_LT(evaluated.score(), 0);
     EXPECT_LT(evaluated.evaluation().score(), 0.0F);
 }
 
-TEST(EvaluationEndgames, rook_and_pawn_against_rook) {
+TEST(EvaluationEndgames, RookAndPawnAgainstRook) {
     // King far from the pawn's path: 3 steps behind, own king beside the pawn.
     EXPECT_EQ(white_score("7R/8/8/4K3/4P3/8/8/k6r w - - 0 1"), 300);
     // King on the promotion square, the other far away.
@@ -191,7 +191,7 @@ TEST(EvaluationEndgames, rook_and_pawn_against_rook) {
     EXPECT_EQ(FreshEvaluation("K6R/8/8/4p3/4k3/8/8/7r b - - 0 1").score(), 300);
 }
 
-TEST(EvaluationEndgames, queen_against_rook) {
+TEST(EvaluationEndgames, QueenAgainstRook) {
     EXPECT_EQ(white_score("k7/r7/2K5/8/8/8/8/7Q w - - 0 1"), 360 - 2 + 1);
     EXPECT_EQ(white_score("8/1k6/8/8/1K6/8/8/1r5Q w - - 0 1"), 340 - 3 + 6);
     EXPECT_EQ(white_score("8/8/2k5/8/1K6/8/8/1r5Q w - - 0 1"), 320 - 2 + 5);
@@ -199,14 +199,14 @@ TEST(EvaluationEndgames, queen_against_rook) {
     EXPECT_EQ(white_score("7q/8/8/8/8/2k5/R7/K7 w - - 0 1"), -(360 - 2 + 1));
 }
 
-TEST(EvaluationEndgames, distance_between_is_the_king_distance) {
+TEST(EvaluationEndgames, DistanceBetweenIsTheKingDistance) {
     FreshEvaluation evaluated("7k/8/8/8/8/8/8/K7 w - - 0 1");
     EXPECT_EQ(evaluated.evaluation().distance_between(Square("a1"), Square("c8")), 7);
     EXPECT_EQ(evaluated.evaluation().distance_between(Square("a1"), BitBoard()), 8);
     EXPECT_EQ(evaluated.evaluation().distance_between(Square("a1"), Square("d2").bitboard()), 3);
 }
 
-TEST(EvaluationEndgames, boards_without_kings_are_harmless) {
+TEST(EvaluationEndgames, BoardsWithoutKingsAreHarmless) {
     for (std::string const men : {"Q7", "R7", "NN6", "BN6", "BB6", "BP6", "P7", "RPr5", "Qr6", "q7",
                                   "r7", "nn6", "bn6", "bb6", "bp6", "p7", "rpR5", "qR6"}) {
         for (std::string fen : {"8/8/8/8/8/8/8/@", "8/8/8/@/8/8/8/8"}) {

@@ -21,11 +21,11 @@ by_type_t terms_by_type(std::string const& fen, std::size_t knight_term) {
             at.term(knight_term + 3)};
 }
 
-TEST(EvaluationKing, kings_in_the_far_corners_cancel) {
+TEST(EvaluationKing, KingsInTheFarCornersCancel) {
     EXPECT_EQ(term_of("7k/8/8/8/8/8/8/K7 w - - 0 1", term::king_activity), 0.0F);
 }
 
-TEST(EvaluationKing, king_in_the_centre_without_pawns_is_worth_two) {
+TEST(EvaluationKing, KingInTheCentreWithoutPawnsIsWorthTwo) {
     // The other king stands on no counted ring: second from the edge.
     EXPECT_EQ(term_of("8/1k6/8/8/4K3/8/8/8 w - - 0 1", term::king_activity), 2.0F);
     EXPECT_EQ(term_of("8/1k6/8/8/8/2K5/8/8 w - - 0 1", term::king_activity), 1.0F);
@@ -33,26 +33,26 @@ TEST(EvaluationKing, king_in_the_centre_without_pawns_is_worth_two) {
     EXPECT_EQ(term_of("8/8/8/4k3/8/8/8/K7 w - - 0 1", term::king_activity), -3.0F);
 }
 
-TEST(EvaluationKing, no_weak_pawns_and_nothing_ahead_give_minus_forty) {
+TEST(EvaluationKing, NoWeakPawnsAndNothingAheadGiveMinusForty) {
     // White: -16 - 24. Black: two steps from the weak pawn h2, nothing ahead: -4 - 24.
     EXPECT_EQ(term_of("8/6pp/8/3pp3/3PP2k/8/7P/1K6 w - - 0 1", term::king_activity), -12.0F);
 }
 
-TEST(EvaluationKing, king_activity_counts_the_way_to_the_squares_ahead_of_a_passed_pawn) {
+TEST(EvaluationKing, KingActivityCountsTheWayToTheSquaresAheadOfAPassedPawn) {
     // White: D(a1, weak h6) = 7 and D(a1, a5...) = 4; black: D(h8, a3) = 7, D(h8, h4...) = 4.
     EXPECT_EQ(term_of("7k/8/7p/8/8/P7/8/K7 w - - 0 1", term::king_activity), 0.0F);
     // White king on a4: D(weak h6) = 7, D(a5) = 1.
     EXPECT_EQ(term_of("7k/8/7p/8/K7/P7/8/8 w - - 0 1", term::king_activity), 9.0F);
 }
 
-TEST(EvaluationKing, king_activity_is_weighted_by_the_phase) {
+TEST(EvaluationKing, KingActivityIsWeightedByThePhase) {
     FreshEvaluation evaluated("8/1k6/8/8/4K3/8/8/Q7 w - - 0 1");
     evaluated.score();
     EXPECT_EQ(evaluated.term(term::king_activity), 2.0F * evaluated.evaluation().eg_phase());
     EXPECT_LT(evaluated.evaluation().eg_phase(), 1.0F);
 }
 
-TEST(EvaluationKing, lone_queen_next_to_the_king_is_no_attack) {
+TEST(EvaluationKing, LoneQueenNextToTheKingIsNoAttack) {
     FreshEvaluation lone("7k/8/5Q2/8/8/8/8/K7 w - - 0 1");
     lone.score();
     EXPECT_EQ(lone.term(term::king_attack), 0.0F);
@@ -63,7 +63,7 @@ TEST(EvaluationKing, lone_queen_next_to_the_king_is_no_attack) {
     EXPECT_EQ(two.evaluation().king_safety(), 120);
 }
 
-TEST(EvaluationKing, king_attack_keeps_the_fraction) {
+TEST(EvaluationKing, KingAttackKeepsTheFraction) {
     // Three types: weight 192; the sum of attacked squares is not a multiple of 4/3.
     FreshEvaluation evaluated("7k/8/4NQ2/8/8/8/8/K5R1 w - - 0 1");
     evaluated.score();
@@ -72,7 +72,7 @@ TEST(EvaluationKing, king_attack_keeps_the_fraction) {
     EXPECT_EQ(evaluated.term(term::king_attack), static_cast<float>(maps.king_safety() / 256.0));
 }
 
-TEST(EvaluationKing, rook_beside_the_king_counts_in_contact_by_presence) {
+TEST(EvaluationKing, RookBesideTheKingCountsInContactByPresence) {
     FreshEvaluation evaluated("7k/pp6/8/8/8/8/PP6/4Kr2 w - - 0 1");
     evaluated.score();
     // Six squares around the white king are on files without a black pawn, four around the other.
@@ -82,17 +82,17 @@ TEST(EvaluationKing, rook_beside_the_king_counts_in_contact_by_presence) {
     EXPECT_EQ(term_of("7k/pp6/8/8/8/8/PP2r3/4Kr2 w - - 0 1", term::rook_king_contact), -1.0F);
 }
 
-TEST(EvaluationKing, open_file_beside_the_black_king_counts_three_squares) {
+TEST(EvaluationKing, OpenFileBesideTheBlackKingCountsThreeSquares) {
     EXPECT_EQ(term_of("8/8/8/1k6/8/8/PP2PPPP/4K3 w - - 0 1", term::open_files_on_king),
               // c4 c5 c6 minus d1 e1 f1 d2 e2 f2: black has no pawn at all.
               (3.0F - 6.0F) * 15.0F);
 }
 
-TEST(EvaluationKing, open_files_are_empty_for_a_board_without_pawns) {
+TEST(EvaluationKing, OpenFilesAreEmptyForABoardWithoutPawns) {
     EXPECT_EQ(term_of("7k/8/8/8/8/8/8/4K3 w - - 0 1", term::open_files_on_king), 0.0F);
 }
 
-TEST(EvaluationKing, contacts_are_counted_for_each_type) {
+TEST(EvaluationKing, ContactsAreCountedForEachType) {
     FreshEvaluation evaluated("6k1/5N2/3B4/6R1/8/2q5/1n6/K3b3 w - - 0 1");
     evaluated.score();
     EXPECT_EQ(evaluated.term(term::knight_king_contact), 0.0F);
@@ -114,7 +114,7 @@ TEST(EvaluationKing, contacts_are_counted_for_each_type) {
     EXPECT_EQ(knight.term(term::knight_king_contact), 0.0F);
 }
 
-TEST(EvaluationKing, battlefield_attacks_count_squares_white_minus_black) {
+TEST(EvaluationKing, BattlefieldAttacksCountSquaresWhiteMinusBlack) {
     FreshEvaluation evaluated("6k1/8/8/8/8/8/8/K4R2 w - - 0 1");
     evaluated.score();
     // f4 to f8 of the black battlefield, files f to h and ranks 4 to 8.
@@ -123,7 +123,7 @@ TEST(EvaluationKing, battlefield_attacks_count_squares_white_minus_black) {
     EXPECT_EQ(term_of("k4r2/8/8/8/8/8/8/6K1 w - - 0 1", term::rook_battlefield_attack), -5.0F);
 }
 
-TEST(EvaluationKing, a_man_beside_the_enemy_king_is_in_both_contacts_of_its_type) {
+TEST(EvaluationKing, AManBesideTheEnemyKingIsInBothContactsOfItsType) {
     struct Row {
         char const* white;
         char const* black;
@@ -145,7 +145,7 @@ TEST(EvaluationKing, a_man_beside_the_enemy_king_is_in_both_contacts_of_its_type
     }
 }
 
-TEST(EvaluationKing, battlefield_attacks_of_each_type_have_a_slot_of_their_own) {
+TEST(EvaluationKing, BattlefieldAttacksOfEachTypeHaveASlotOfTheirOwn) {
     auto const attacks = [](char const* fen) {
         return terms_by_type(fen, term::knight_battlefield_attack);
     };
@@ -161,7 +161,7 @@ TEST(EvaluationKing, battlefield_attacks_of_each_type_have_a_slot_of_their_own) 
     EXPECT_EQ(attacks("k4q2/8/8/8/8/8/8/6K1 w - - 0 1"), (by_type_t{0.0F, 0.0F, 0.0F, -5.0F}));
 }
 
-TEST(EvaluationKing, castling_rights_of_both_sides_cancel) {
+TEST(EvaluationKing, CastlingRightsOfBothSidesCancel) {
     EXPECT_EQ(term_of("r3k2r/8/8/8/8/8/8/R3K2R w Kkq - 0 1", term::castling_rights), 0.0F);
     EXPECT_EQ(term_of("r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1", term::castling_rights), 0.0F);
     EXPECT_EQ(term_of("r3k2r/8/8/8/8/8/8/R3K2R w Q - 0 1", term::castling_rights), 20.0F);
@@ -169,32 +169,32 @@ TEST(EvaluationKing, castling_rights_of_both_sides_cancel) {
     EXPECT_EQ(term_of("r3k2r/8/8/8/8/8/8/R3K2R w - - 0 1", term::castling_rights), 0.0F);
 }
 
-TEST(EvaluationKing, pawn_shield_is_zero_for_a_king_on_a_file_without_own_pawn) {
+TEST(EvaluationKing, PawnShieldIsZeroForAKingOnAFileWithoutOwnPawn) {
     EXPECT_EQ(term_of("4k3/7p/8/8/8/8/8/4K3 w - - 0 1", term::pawn_shield), 0.0F);
     EXPECT_EQ(term_of("k7/7p/8/8/8/8/3P1P2/4K3 w - - 0 1", term::pawn_shield), 0.0F);
 }
 
-TEST(EvaluationKing, pawn_shield_reaches_one_rank_further_ahead) {
+TEST(EvaluationKing, PawnShieldReachesOneRankFurtherAhead) {
     // d2, e3 and f3 count, h2 and e4 don't.
     EXPECT_EQ(term_of("k7/7p/8/8/4P3/4PP2/3P3P/4K3 w - - 0 1", term::pawn_shield), 30.0F);
 }
 
-TEST(EvaluationKing, pawn_shield_difference_is_signed) {
+TEST(EvaluationKing, PawnShieldDifferenceIsSigned) {
     EXPECT_EQ(term_of("4k3/3ppp2/8/8/8/8/4P3/4K3 w - - 0 1", term::pawn_shield), -20.0F);
 }
 
-TEST(EvaluationKing, pawn_storm_counts_pawns_in_the_enemy_battlefield) {
+TEST(EvaluationKing, PawnStormCountsPawnsInTheEnemyBattlefield) {
     // White g4 and h5 are inside files f to h and ranks 4 to 8; black b5 inside files a, b.
     EXPECT_EQ(term_of("6k1/8/8/1p5P/3p2P1/8/8/K7 w - - 0 1", term::pawn_storm), 5.0F);
 }
 
-TEST(EvaluationKing, pinned_pieces_are_split_by_colour) {
+TEST(EvaluationKing, PinnedPiecesAreSplitByColour) {
     EXPECT_EQ(term_of("4k3/4n3/8/8/8/8/8/K3R3 w - - 0 1", term::pinned_pieces), 1.0F);
     EXPECT_EQ(term_of("4r1k1/8/8/8/8/4B3/8/4K3 w - - 0 1", term::pinned_pieces), -1.0F);
     EXPECT_EQ(term_of("4k3/4N3/8/8/8/8/8/K3R3 w - - 0 1", term::pinned_pieces), 0.0F);
 }
 
-TEST(EvaluationKing, opposite_bishops_need_one_each_on_different_colours) {
+TEST(EvaluationKing, OppositeBishopsNeedOneEachOnDifferentColours) {
     std::size_t const index = term::opposite_colored_bishops;
     EXPECT_EQ(term_of("r1b1k2r/8/8/8/8/8/8/R1B1K2R w - - 0 1", index), 1.0F);
     EXPECT_EQ(term_of("2b1k3/8/8/8/8/8/8/4KB2 w - - 0 1", index), 0.0F);
@@ -203,7 +203,7 @@ TEST(EvaluationKing, opposite_bishops_need_one_each_on_different_colours) {
     EXPECT_EQ(term_of("4k3/8/8/8/8/8/8/4KB2 w - - 0 1", index), 0.0F);
 }
 
-TEST(EvaluationKing, boards_without_kings_are_harmless) {
+TEST(EvaluationKing, BoardsWithoutKingsAreHarmless) {
     FreshEvaluation evaluated("8/pp4Q1/8/8/8/8/5PP1/8 w - - 0 1");
     evaluated.score();
     EXPECT_EQ(evaluated.term(term::king_attack), 0.0F);

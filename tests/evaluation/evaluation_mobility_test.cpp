@@ -10,12 +10,12 @@ float locked_up(std::string const& fen) {
     return term_of(fen, term::locked_up_rook);
 }
 
-TEST(EvaluationMobility, rook_on_h7_is_locked_up_by_the_king_on_g8_only) {
+TEST(EvaluationMobility, RookOnH7IsLockedUpByTheKingOnG8Only) {
     EXPECT_EQ(locked_up("6k1/7r/8/8/8/8/8/4K3 w - - 0 1"), 1.0F);
     EXPECT_EQ(locked_up("7k/7r/8/8/8/8/8/4K3 w - - 0 1"), 0.0F);
 }
 
-TEST(EvaluationMobility, locked_up_rook_squares_of_black) {
+TEST(EvaluationMobility, LockedUpRookSquaresOfBlack) {
     for (std::string const fen :
          {"5kr1/8/8/8/8/8/8/4K3 w - - 0 1", "5k1r/8/8/8/8/8/8/4K3 w - - 0 1",
           "6kr/8/8/8/8/8/8/4K3 w - - 0 1", "rk6/8/8/8/8/8/8/4K3 w - - 0 1",
@@ -30,7 +30,7 @@ TEST(EvaluationMobility, locked_up_rook_squares_of_black) {
     }
 }
 
-TEST(EvaluationMobility, locked_up_rook_squares_of_white) {
+TEST(EvaluationMobility, LockedUpRookSquaresOfWhite) {
     for (std::string const fen :
          {"4k3/8/8/8/8/8/8/5KR1 w - - 0 1", "4k3/8/8/8/8/8/8/5K1R w - - 0 1",
           "4k3/8/8/8/8/8/7R/6K1 w - - 0 1", "4k3/8/8/8/8/8/8/RK6 w - - 0 1",
@@ -40,13 +40,13 @@ TEST(EvaluationMobility, locked_up_rook_squares_of_white) {
     }
 }
 
-TEST(EvaluationMobility, locked_up_rook_is_at_most_one_for_each_side) {
+TEST(EvaluationMobility, LockedUpRookIsAtMostOneForEachSide) {
     EXPECT_EQ(locked_up("r4k1r/r6r/8/8/8/8/8/4K3 w - - 0 1"), 1.0F);
     EXPECT_EQ(locked_up("4k3/8/8/8/8/8/R6R/R1K3RR w - - 0 1"), -1.0F);
     EXPECT_EQ(locked_up("5k1r/8/8/8/8/8/8/RK6 w - - 0 1"), 0.0F);
 }
 
-TEST(EvaluationMobility, shares_add_up_to_the_whole) {
+TEST(EvaluationMobility, SharesAddUpToTheWhole) {
     FreshEvaluation evaluated(
         "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1");
     evaluated.score();
@@ -57,7 +57,7 @@ TEST(EvaluationMobility, shares_add_up_to_the_whole) {
     EXPECT_EQ(evaluated.term(term::queen_mobility), -9.0F);
 }
 
-TEST(EvaluationMobility, variables_are_those_of_the_maps) {
+TEST(EvaluationMobility, VariablesAreThoseOfTheMaps) {
     FreshEvaluation evaluated("q3k3/8/8/n7/8/1R6/8/4K2N w - - 0 1");
     evaluated.score();
     Mobility const& maps = evaluated.evaluation().mobility_maps();

@@ -35,7 +35,7 @@ std::string fen_with_the_slot_of_no_pawns() {
 
 std::string const bare_kings = "7k/8/8/8/8/8/8/4K3 w - - 0 1";
 
-TEST(EvaluationPawns, board_without_pawns_reads_the_empty_record) {
+TEST(EvaluationPawns, BoardWithoutPawnsReadsTheEmptyRecord) {
     FreshEvaluation evaluated(bare_kings);
     evaluated.score();
     EXPECT_EQ(evaluated.evaluation().pawn_evals(), 0U);
@@ -49,7 +49,7 @@ TEST(EvaluationPawns, board_without_pawns_reads_the_empty_record) {
     EXPECT_EQ(evaluated.term(term::open_files_on_king), 0.0F);
 }
 
-TEST(EvaluationPawns, board_without_pawns_gets_full_sets_once_its_slot_was_taken) {
+TEST(EvaluationPawns, BoardWithoutPawnsGetsFullSetsOnceItsSlotWasTaken) {
     std::string const taker = fen_with_the_slot_of_no_pawns();
     ASSERT_FALSE(taker.empty());
     FreshEvaluation evaluated(taker);
@@ -64,7 +64,7 @@ TEST(EvaluationPawns, board_without_pawns_gets_full_sets_once_its_slot_was_taken
     EXPECT_EQ(evaluated.term(term::open_files_on_king), -30.0F);
 }
 
-TEST(EvaluationPawns, unchanged_structure_is_not_looked_up_again) {
+TEST(EvaluationPawns, UnchangedStructureIsNotLookedUpAgain) {
     FreshEvaluation evaluated("4k3/pp6/8/8/8/8/P1P5/4K3 w - - 0 1");
     evaluated.score();
     EXPECT_EQ(evaluated.evaluation().pawn_evals(), 1U);
@@ -80,7 +80,7 @@ TEST(EvaluationPawns, unchanged_structure_is_not_looked_up_again) {
     EXPECT_EQ(evaluated.term(term::pawn_islands), islands);
 }
 
-TEST(EvaluationPawns, terms_of_the_record_are_black_minus_white) {
+TEST(EvaluationPawns, TermsOfTheRecordAreBlackMinusWhite) {
     FreshEvaluation evaluated("4k3/p1p4p/2p5/8/8/8/PPP5/4K3 w - - 0 1");
     evaluated.score();
     EXPECT_EQ(evaluated.term(term::rookpawn), 1.0F);
@@ -91,20 +91,20 @@ TEST(EvaluationPawns, terms_of_the_record_are_black_minus_white) {
     EXPECT_EQ(evaluated.term(term::pawn_islands), 2.0F);
 }
 
-TEST(EvaluationPawns, passed_pawns_of_both_sides) {
+TEST(EvaluationPawns, PassedPawnsOfBothSides) {
     FreshEvaluation evaluated("4k3/p7/8/8/8/8/7P/4K3 w - - 0 1");
     evaluated.score();
     EXPECT_EQ(evaluated.evaluation().passed_pawns(),
               Square("a7").bitboard() | Square("h2").bitboard());
 }
 
-TEST(EvaluationPawns, blocked_pawns_count_any_man_in_front) {
+TEST(EvaluationPawns, BlockedPawnsCountAnyManInFront) {
     EXPECT_EQ(term_of("4k3/8/4p3/4P3/8/8/8/4K3 w - - 0 1", term::blocked_pawns), 0.0F);
     EXPECT_EQ(term_of("4k3/4p3/4R3/8/8/8/8/4K3 w - - 0 1", term::blocked_pawns), 1.0F);
     EXPECT_EQ(term_of("4k3/8/8/8/8/4K3/4P3/8 w - - 0 1", term::blocked_pawns), -1.0F);
 }
 
-TEST(EvaluationPawns, bad_bishop_counts_pawns_on_the_colour_of_a_lone_bishop) {
+TEST(EvaluationPawns, BadBishopCountsPawnsOnTheColourOfALoneBishop) {
     // White's light bishop: a2 and e4 are light, b2 is dark.
     EXPECT_EQ(term_of("4k3/8/8/8/4P3/8/PP6/4KB2 w - - 0 1", term::bad_bishop), -2.0F);
     EXPECT_EQ(term_of("4k3/8/8/8/4P3/8/PP6/2B1K3 w - - 0 1", term::bad_bishop), -1.0F);
@@ -112,38 +112,38 @@ TEST(EvaluationPawns, bad_bishop_counts_pawns_on_the_colour_of_a_lone_bishop) {
     EXPECT_EQ(term_of("2b1k3/1p6/p7/8/8/8/8/4K3 w - - 0 1", term::bad_bishop), 2.0F);
 }
 
-TEST(EvaluationPawns, passed_pawn_near_home_is_never_counted_alone) {
+TEST(EvaluationPawns, PassedPawnNearHomeIsNeverCountedAlone) {
     // The race would give 50 if it were run.
     EXPECT_EQ(passers("7k/8/8/8/8/P7/8/K7 w - - 0 1"), 0.0F);
 }
 
-TEST(EvaluationPawns, rook_on_the_stop_square_is_penalised_only_as_an_attacker) {
+TEST(EvaluationPawns, RookOnTheStopSquareIsPenalisedOnlyAsAnAttacker) {
     EXPECT_EQ(passers("8/4r3/4P3/8/8/8/8/k6K w - - 0 1"), 100.0F);
     EXPECT_EQ(passers("8/4n3/4P3/8/8/8/8/k6K w - - 0 1"), 50.0F);
     // Defended by a second rook, the stop square is attacked.
     EXPECT_EQ(passers("8/r3r3/4P3/8/8/8/8/k6K w - - 0 1"), 50.0F);
 }
 
-TEST(EvaluationPawns, king_on_the_stop_square_blocks_it) {
+TEST(EvaluationPawns, KingOnTheStopSquareBlocksIt) {
     // White rook e1 stands behind: 100 + 50 - 150 (king) - 50 (block) is raised to 0; on rank 7
     // 200 + 50 - 150 - 50 stays.
     EXPECT_EQ(passers("8/4k3/4P3/8/8/8/8/K3R3 w - - 0 1"), 0.0F);
     EXPECT_EQ(passers("4k3/4P3/8/8/8/8/8/K3R2n w - - 0 1"), 50.0F);
 }
 
-TEST(EvaluationPawns, stop_square_attacked_and_not_defended) {
+TEST(EvaluationPawns, StopSquareAttackedAndNotDefended) {
     EXPECT_EQ(passers("8/r7/4P3/8/8/8/8/k6K w - - 0 1"), 50.0F);
     EXPECT_EQ(passers("8/r7/4P3/8/1B6/8/8/k6K w - - 0 1"), 100.0F);
 }
 
-TEST(EvaluationPawns, king_inside_the_square_of_the_pawn_gets_no_bonus) {
+TEST(EvaluationPawns, KingInsideTheSquareOfThePawnGetsNoBonus) {
     // 50, and 35 for the king three steps away; one step further the full bonus and 15 less.
     EXPECT_EQ(passers("1k6/8/8/4P3/8/8/8/7K w - - 0 1"), 15.0F);
     EXPECT_EQ(passers("k7/8/8/4P3/8/8/8/7K w - - 0 1"), 235.0F);
     EXPECT_EQ(passers("1k6/8/8/4P3/8/8/8/7K b - - 0 1"), 15.0F);
 }
 
-TEST(EvaluationPawns, race_bonus_by_rank) {
+TEST(EvaluationPawns, RaceBonusByRank) {
     EXPECT_EQ(passers("8/P7/8/8/8/8/8/K6k w - - 0 1"), 600.0F);
     EXPECT_EQ(passers("8/8/P7/8/8/8/8/K6k w - - 0 1"), 400.0F);
     EXPECT_EQ(passers("8/8/8/P7/8/8/8/K6k w - - 0 1"), 250.0F);
@@ -152,11 +152,11 @@ TEST(EvaluationPawns, race_bonus_by_rank) {
     EXPECT_EQ(passers("8/8/8/8/P7/2P5/8/K6k w - - 0 1"), 175.0F);
 }
 
-TEST(EvaluationPawns, any_black_piece_calls_the_race_off) {
+TEST(EvaluationPawns, AnyBlackPieceCallsTheRaceOff) {
     EXPECT_EQ(passers("8/P7/8/8/8/8/8/K5nk w - - 0 1"), 200.0F);
 }
 
-TEST(EvaluationPawns, enemy_king_near_a_passed_pawn) {
+TEST(EvaluationPawns, EnemyKingNearAPassedPawn) {
     // A black knight keeps the race out of it.
     EXPECT_EQ(passers("7n/P1k5/8/8/8/8/8/K7 w - - 0 1"), 125.0F);
     EXPECT_EQ(passers("7n/P2k4/8/8/8/8/8/K7 w - - 0 1"), 165.0F);
@@ -166,7 +166,7 @@ TEST(EvaluationPawns, enemy_king_near_a_passed_pawn) {
     EXPECT_EQ(passers("7n/Pk6/8/8/8/8/8/K7 w - - 0 1"), 0.0F);
 }
 
-TEST(EvaluationPawns, rooks_behind_a_passed_pawn_count_once_for_each_side) {
+TEST(EvaluationPawns, RooksBehindAPassedPawnCountOnceForEachSide) {
     // 25, 100 for the race and 35 less for the king three steps away.
     EXPECT_EQ(passers("8/8/8/8/4P3/8/8/K6k w - - 0 1"), 90.0F);
     EXPECT_EQ(passers("8/8/8/8/4P3/8/8/K3R2k w - - 0 1"), 140.0F);
@@ -175,7 +175,7 @@ TEST(EvaluationPawns, rooks_behind_a_passed_pawn_count_once_for_each_side) {
     EXPECT_EQ(passers("8/8/8/P7/8/P7/R7/r1K4k w - - 0 1"), 50.0F);
 }
 
-TEST(EvaluationPawns, black_passed_pawns_mirror_white_ones) {
+TEST(EvaluationPawns, BlackPassedPawnsMirrorWhiteOnes) {
     EXPECT_EQ(passers("7K/8/8/8/4p3/8/8/1k6 w - - 0 1"), -235.0F);
     EXPECT_EQ(passers("7k/8/8/8/4p3/8/8/1K6 w - - 0 1"), -15.0F);
     EXPECT_EQ(passers("7k/8/8/8/4p3/8/8/K7 w - - 0 1"), -235.0F);

@@ -136,7 +136,7 @@ void take_a_step(Walk& walk) {
     }
 }
 
-TEST(EvaluationWalk, every_step_gives_the_terms_of_the_plain_evaluation) {
+TEST(EvaluationWalk, EveryStepGivesTheTermsOfThePlainEvaluation) {
     Walk walk;
     for (int round = 0; round < 6; ++round) {
         for (std::string const& start : starts) {
@@ -151,7 +151,7 @@ TEST(EvaluationWalk, every_step_gives_the_terms_of_the_plain_evaluation) {
 }
 
 // The sums of squares are the last one's until init(), by design; everything else is new.
-TEST(EvaluationWalk, a_position_set_up_behind_its_back_is_evaluated_anew) {
+TEST(EvaluationWalk, APositionSetUpBehindItsBackIsEvaluatedAnew) {
     for (std::string const& first : starts) {
         ChessPosition position(shared_tables());
         position.fen(first);

@@ -33,7 +33,7 @@ void expect_rounded(float value) {
     }
 }
 
-TEST(FastForms, rounding_is_that_of_the_library_around_halves) {
+TEST(FastForms, RoundingIsThatOfTheLibraryAroundHalves) {
     for (int whole = 0; whole < 9000000; whole += whole < 5000 ? 1 : 997) {
         for (float const fraction : {0.0F, 0.25F, 0.5F, 0.75F}) {
             float const x = static_cast<float>(whole) + fraction;
@@ -44,7 +44,7 @@ TEST(FastForms, rounding_is_that_of_the_library_around_halves) {
     }
 }
 
-TEST(FastForms, rounding_is_that_of_the_library_for_any_bits) {
+TEST(FastForms, RoundingIsThatOfTheLibraryForAnyBits) {
     std::mt19937 random(11);
     for (int i = 0; i < 1000000; ++i) {
         auto const word = static_cast<std::uint32_t>(random());
@@ -56,7 +56,7 @@ TEST(FastForms, rounding_is_that_of_the_library_for_any_bits) {
     }
 }
 
-TEST(FastForms, rounding_of_huge_and_tiny_values) {
+TEST(FastForms, RoundingOfHugeAndTinyValues) {
     for (float const x : {8388607.5F, 8388608.0F, 16777216.0F, 3e9F, 1e38F, 1e-38F, 1e-45F,
                           std::numeric_limits<float>::infinity()}) {
         expect_rounded(x);
@@ -64,7 +64,7 @@ TEST(FastForms, rounding_of_huge_and_tiny_values) {
     EXPECT_TRUE(std::isnan(rounded(std::numeric_limits<float>::quiet_NaN())));
 }
 
-TEST(FastForms, counts_are_those_of_the_board) {
+TEST(FastForms, CountsAreThoseOfTheBoard) {
     std::mt19937_64 random(5);
     for (int i = 0; i < 100000; ++i) {
         std::uint64_t const word = (i & 1) != 0 ? random() : random() & random() & random();
@@ -95,7 +95,7 @@ void expect_same_zone(ChessPosition const& position, Mobility const& maps) {
 }
 
 /// A king on every square, with men of all kinds around.
-TEST(FastForms, zones_are_counted_alike_for_every_king) {
+TEST(FastForms, ZonesAreCountedAlikeForEveryKing) {
     std::mt19937_64 random(3);
     for (int square = 0; square < 64; ++square) {
         for (int round = 0; round < 40; ++round) {
@@ -126,7 +126,7 @@ TEST(FastForms, zones_are_counted_alike_for_every_king) {
     }
 }
 
-TEST(FastForms, a_whole_evaluation_has_the_terms_of_the_separate_steps) {
+TEST(FastForms, AWholeEvaluationHasTheTermsOfTheSeparateSteps) {
     for (PositionRecord const& record : read_position_records("positions.txt")) {
         FreshEvaluation whole(record.fen());
         whole.score();
@@ -150,7 +150,7 @@ TEST(FastForms, a_whole_evaluation_has_the_terms_of_the_separate_steps) {
 }
 
 /// Boards with two kings of a colour can be set up; their zones are joined.
-TEST(FastForms, several_kings_are_counted_over_all_their_zones) {
+TEST(FastForms, SeveralKingsAreCountedOverAllTheirZones) {
     FreshEvaluation at("K1K1k1k1/8/8/3p4/4P3/8/8/2K2k2 w - - 0 1");
     at.score();
     EXPECT_EQ(at.term(term::open_files_on_king), [&] {

@@ -29,34 +29,34 @@ std::vector<std::int32_t> table_part(std::size_t first, std::size_t size) {
     return {begin, begin + static_cast<std::ptrdiff_t>(size)};
 }
 
-TEST(Mobility, table_of_the_knight) {
+TEST(Mobility, TableOfTheKnight) {
     EXPECT_EQ(table_part(0, 9), (std::vector<std::int32_t>{-68, -28, -12, 0, 12, 20, 28, 36, 44}));
 }
 
-TEST(Mobility, table_of_the_bishop) {
+TEST(Mobility, TableOfTheBishop) {
     EXPECT_EQ(table_part(9, 14), (std::vector<std::int32_t>{-64, -48, -36, -24, -16, -8, -4, 0, 8,
                                                             16, 24, 32, 36, 40}));
 }
 
-TEST(Mobility, table_of_the_rook) {
+TEST(Mobility, TableOfTheRook) {
     EXPECT_EQ(table_part(23, 15), (std::vector<std::int32_t>{-40, -20, -12, -6, 0, 4, 8, 12, 16, 20,
                                                              24, 26, 30, 32, 34}));
 }
 
-TEST(Mobility, table_of_the_queen) {
+TEST(Mobility, TableOfTheQueen) {
     EXPECT_EQ(Mobility::mobility_table.size(), 66U);
     EXPECT_EQ(table_part(38, 28), (std::vector<std::int32_t>{
                                       -22, -12, -8, -5, -2, 0,  4,  6,  8,  10, 11, 13, 14, 15,
                                       15,  17,  18, 19, 20, 22, 23, 24, 25, 26, 27, 28, 29, 30}));
 }
 
-TEST(Mobility, table_of_attack_weights) {
+TEST(Mobility, TableOfAttackWeights) {
     std::array<std::int32_t, 16> const expected{0,   0,   128, 192, 225, 241, 248, 253,
                                                 256, 256, 256, 256, 256, 256, 256, 256};
     EXPECT_EQ(Mobility::attack_weights, expected);
 }
 
-TEST(Mobility, maps_are_empty_before_the_first_position) {
+TEST(Mobility, MapsAreEmptyBeforeTheFirstPosition) {
     Mobility const mobility(shared_tables().attacks);
     EXPECT_EQ(mobility.safe_mobility(), 0);
     EXPECT_FALSE(mobility.white_king_battlefield());
@@ -65,45 +65,45 @@ TEST(Mobility, maps_are_empty_before_the_first_position) {
     EXPECT_FALSE(mobility.black_attacks());
 }
 
-TEST(Mobility, knight_without_a_safe_square_scores_the_least) {
+TEST(Mobility, KnightWithoutASafeSquareScoresTheLeast) {
     Maps const maps("4k3/8/8/8/p7/3p4/8/N3K3 w - - 0 1");
     EXPECT_EQ(maps.mobility.white_knight_attacks(), squares({"b3", "c2"}));
     EXPECT_EQ(maps.mobility.safe_knight_mobility(), -68);
     EXPECT_EQ(maps.mobility.safe_mobility(), -68);
 }
 
-TEST(Mobility, black_counts_against_white) {
+TEST(Mobility, BlackCountsAgainstWhite) {
     Maps const maps("n3k3/8/3P4/P7/8/8/8/4K3 w - - 0 1");
     EXPECT_EQ(maps.mobility.safe_knight_mobility(), 68);
 }
 
-TEST(Mobility, rook_sees_through_an_own_rook_on_the_file) {
+TEST(Mobility, RookSeesThroughAnOwnRookOnTheFile) {
     Maps const maps("5k2/8/8/8/8/8/R7/R6K w - - 0 1");
     // Fourteen squares each.
     EXPECT_EQ(maps.mobility.safe_rook_mobility(), 68);
 }
 
-TEST(Mobility, rook_sees_through_an_own_queen_but_not_through_a_bishop) {
+TEST(Mobility, RookSeesThroughAnOwnQueenButNotThroughABishop) {
     Maps const queen("8/6k1/8/8/8/8/Q7/R6K w - - 0 1");
     EXPECT_TRUE(queen.mobility.white_rook_attacks() & squares({"a8"}));
     Maps const bishop("8/6k1/8/8/8/8/B7/R6K w - - 0 1");
     EXPECT_EQ(bishop.mobility.white_rook_attacks() & a_file, squares({"a2"}));
 }
 
-TEST(Mobility, bishop_sees_through_an_own_queen) {
+TEST(Mobility, BishopSeesThroughAnOwnQueen) {
     Maps const maps("4k3/8/8/8/8/8/1Q6/B3K3 w - - 0 1");
     EXPECT_EQ(maps.mobility.white_bishop_attacks(),
               squares({"b2", "c3", "d4", "e5", "f6", "g7", "h8"}));
 }
 
-TEST(Mobility, bishop_does_not_see_through_an_own_rook_or_the_enemy_queen) {
+TEST(Mobility, BishopDoesNotSeeThroughAnOwnRookOrTheEnemyQueen) {
     Maps const rook("4k3/8/8/8/8/8/1R6/B3K3 w - - 0 1");
     EXPECT_EQ(rook.mobility.white_bishop_attacks(), squares({"b2"}));
     Maps const queen("4k3/8/8/8/8/8/1q6/B3K3 w - - 0 1");
     EXPECT_EQ(queen.mobility.white_bishop_attacks(), squares({"b2"}));
 }
 
-TEST(Mobility, queen_with_thirteen_and_with_fourteen_squares_scores_fifteen) {
+TEST(Mobility, QueenWithThirteenAndWithFourteenSquaresScoresFifteen) {
     Maps const fourteen("7k/8/8/8/8/4K3/1P6/Q7 w - - 0 1");
     EXPECT_EQ(fourteen.mobility.white_queen_safe_squares().popcount(), 14);
     EXPECT_EQ(fourteen.mobility.safe_queen_mobility(), 15);
@@ -112,7 +112,7 @@ TEST(Mobility, queen_with_thirteen_and_with_fourteen_squares_scores_fifteen) {
     EXPECT_EQ(thirteen.mobility.safe_queen_mobility(), 15);
 }
 
-TEST(Mobility, safe_squares_of_a_rook_exclude_those_of_minor_pieces_of_the_same_pass) {
+TEST(Mobility, SafeSquaresOfARookExcludeThoseOfMinorPiecesOfTheSamePass) {
     Mobility mobility(shared_tables().attacks);
     ChessPosition position(shared_tables());
     position.fen("4k3/8/8/3b4/8/8/8/R6K w - - 0 1");
@@ -121,7 +121,7 @@ TEST(Mobility, safe_squares_of_a_rook_exclude_those_of_minor_pieces_of_the_same_
     EXPECT_EQ(mobility.safe_rook_mobility(), 26);
 }
 
-TEST(Mobility, queen_avoids_squares_that_rooks_attack) {
+TEST(Mobility, QueenAvoidsSquaresThatRooksAttack) {
     Maps const maps("r3k3/8/8/8/8/8/8/1Q5K w - - 0 1");
     BitBoard const safe = maps.mobility.white_queen_safe_squares();
     EXPECT_FALSE(safe & a_file);
@@ -135,13 +135,13 @@ TEST(Mobility, queen_avoids_squares_that_rooks_attack) {
     EXPECT_TRUE(black_safe & squares({"b2"}));
 }
 
-TEST(Mobility, pawn_attacks_do_not_wrap_around_the_board) {
+TEST(Mobility, PawnAttacksDoNotWrapAroundTheBoard) {
     Maps const maps("4k3/p6p/8/8/8/8/P6P/4K3 w - - 0 1");
     EXPECT_EQ(maps.mobility.white_pawn_attacks(), squares({"b3", "g3"}));
     EXPECT_EQ(maps.mobility.black_pawn_attacks(), squares({"b6", "g6"}));
 }
 
-TEST(Mobility, unions_hold_the_king_but_the_king_maps_stay_empty) {
+TEST(Mobility, UnionsHoldTheKingButTheKingMapsStayEmpty) {
     Maps const maps("7k/8/8/8/8/8/8/K7 w - - 0 1");
     EXPECT_EQ(maps.mobility.white_attacks(), squares({"a2", "b1", "b2"}));
     EXPECT_EQ(maps.mobility.black_attacks(), squares({"g8", "g7", "h7"}));
@@ -149,13 +149,13 @@ TEST(Mobility, unions_hold_the_king_but_the_king_maps_stay_empty) {
     EXPECT_FALSE(maps.mobility.black_king_attacks());
 }
 
-TEST(Mobility, neighbourhood_is_cut_at_the_edges) {
+TEST(Mobility, NeighbourhoodIsCutAtTheEdges) {
     Maps const maps("7k/8/8/8/8/8/8/K7 w - - 0 1");
     EXPECT_EQ(maps.mobility.white_king_neighbourhood(), squares({"a1", "a2", "b1", "b2"}));
     EXPECT_EQ(maps.mobility.black_king_neighbourhood(), squares({"g8", "g7", "h8", "h7"}));
 }
 
-TEST(Mobility, battlefield_reaches_from_behind_the_king_to_four_ranks_ahead) {
+TEST(Mobility, BattlefieldReachesFromBehindTheKingToFourRanksAhead) {
     Maps const maps("8/8/8/4k3/2K5/8/8/8 w - - 0 1");
     BitBoard const bcd_files = (a_file << 1) | (a_file << 2) | (a_file << 3);
     BitBoard const def_files = (a_file << 3) | (a_file << 4) | (a_file << 5);
@@ -163,7 +163,7 @@ TEST(Mobility, battlefield_reaches_from_behind_the_king_to_four_ranks_ahead) {
     EXPECT_EQ(maps.mobility.black_king_battlefield(), def_files & ~(rank7 | rank8));
 }
 
-TEST(Mobility, battlefield_attacks_are_the_part_inside_the_enemy_battlefield) {
+TEST(Mobility, BattlefieldAttacksAreThePartInsideTheEnemyBattlefield) {
     Maps const maps("6k1/8/8/8/2n5/8/6Q1/R5K1 w - - 0 1");
     BitBoard const field = maps.mobility.black_king_battlefield();
     EXPECT_EQ(maps.mobility.white_queen_battlefield_attack(),
@@ -176,7 +176,7 @@ TEST(Mobility, battlefield_attacks_are_the_part_inside_the_enemy_battlefield) {
     EXPECT_TRUE(maps.mobility.white_queen_battlefield_attack());
 }
 
-TEST(Mobility, safe_queen_checks_are_safe_squares_on_a_line_to_the_enemy_king) {
+TEST(Mobility, SafeQueenChecksAreSafeSquaresOnALineToTheEnemyKing) {
     Maps const maps("7k/8/8/8/8/8/8/Q3K3 w - - 0 1");
     // The queen gives check already: the long diagonal, then a8, h1 is shut off by the king.
     EXPECT_EQ(maps.mobility.white_safe_queen_checks(),
@@ -188,20 +188,20 @@ TEST(Mobility, safe_queen_checks_are_safe_squares_on_a_line_to_the_enemy_king) {
     EXPECT_EQ(black.mobility.safe_queen_checks(), -7);
 }
 
-TEST(Mobility, undefended_pieces_count_pawns_and_king) {
+TEST(Mobility, UndefendedPiecesCountPawnsAndKing) {
     Maps const maps("7k/8/8/p7/8/8/PP6/K7 w - - 0 1");
     // White: the king; black: the king and the pawn.
     EXPECT_EQ(maps.mobility.undefended_pieces(maps.position), 1);
 }
 
-TEST(Mobility, hanging_pieces_attacked_and_not_defended) {
+TEST(Mobility, HangingPiecesAttackedAndNotDefended) {
     Maps const maps("r6k/8/8/8/N7/8/8/7K w - - 0 1");
     EXPECT_EQ(maps.mobility.hanging_pieces(maps.position), -1);
     Maps const defended("r6k/8/8/8/N7/1P6/8/7K w - - 0 1");
     EXPECT_EQ(defended.mobility.hanging_pieces(defended.position), 0);
 }
 
-TEST(Mobility, hanging_pieces_attacked_by_a_lesser_man) {
+TEST(Mobility, HangingPiecesAttackedByALesserMan) {
     // Each white piece is defended by a pawn and attacked by one lesser man.
     Maps const knight("7k/8/8/1p6/N7/1P6/8/7K w - - 0 1");
     EXPECT_EQ(knight.mobility.hanging_pieces(knight.position), -1);
@@ -216,7 +216,7 @@ TEST(Mobility, hanging_pieces_attacked_by_a_lesser_man) {
     EXPECT_EQ(rook_by_rook.mobility.hanging_pieces(rook_by_rook.position), 0);
 }
 
-TEST(Mobility, attack_on_a_king_needs_two_attacking_types) {
+TEST(Mobility, AttackOnAKingNeedsTwoAttackingTypes) {
     Maps const none("7k/8/8/8/8/8/8/K7 w - - 0 1");
     EXPECT_EQ(none.mobility.attackweight_black_king(), 0);
     EXPECT_EQ(none.mobility.attacks_on_black_king(), 0);
@@ -231,7 +231,7 @@ TEST(Mobility, attack_on_a_king_needs_two_attacking_types) {
     EXPECT_EQ(two.mobility.king_safety(), 128 * 240);
 }
 
-TEST(Mobility, attacks_on_a_king_are_valued_by_type) {
+TEST(Mobility, AttacksOnAKingAreValuedByType) {
     Maps const maps("k7/8/8/8/8/5n2/5pq1/r3b2K w - - 0 1");
     EXPECT_EQ(maps.mobility.attackweight_white_king(), 192);
     BitBoard const near = maps.mobility.white_king_neighbourhood();
@@ -248,7 +248,7 @@ TEST(Mobility, attacks_on_a_king_are_valued_by_type) {
     EXPECT_EQ(five.mobility.attackweight_white_king(), 241);
 }
 
-TEST(Mobility, each_step_by_itself_gives_the_maps_of_the_whole) {
+TEST(Mobility, EachStepByItselfGivesTheMapsOfTheWhole) {
     std::string const fen = "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1";
     Maps maps(fen);
     Mobility steps(shared_tables().attacks);
@@ -297,7 +297,7 @@ void expect_looked_up_queen_checks(std::string const& fen) {
         << fen;
 }
 
-TEST(Mobility, queen_checks_are_looked_up_where_the_position_does_not_know_them) {
+TEST(Mobility, QueenChecksAreLookedUpWhereThePositionDoesNotKnowThem) {
     for (char const* const fen : {
              "3qk3/8/8/8/8/8/8/3QK3 w - - 0 1",
              "3qk3/8/8/8/8/8/8/3Q4 w - - 0 1",      // no white king
@@ -310,7 +310,7 @@ TEST(Mobility, queen_checks_are_looked_up_where_the_position_does_not_know_them)
     }
 }
 
-TEST(Mobility, queen_checks_are_looked_up_on_a_board_that_was_changed_by_hand) {
+TEST(Mobility, QueenChecksAreLookedUpOnABoardThatWasChangedByHand) {
     ChessPosition position(shared_tables());
     position.fen("k7/8/8/8/8/8/8/Q3K3 w - - 0 1");
     position.set_piece_on(Square(48), Piece(black_pawn));
@@ -323,7 +323,7 @@ TEST(Mobility, queen_checks_are_looked_up_on_a_board_that_was_changed_by_hand) {
     EXPECT_NE(position.white_queencheck_squares(), seen);
 }
 
-TEST(Mobility, board_without_kings_is_harmless) {
+TEST(Mobility, BoardWithoutKingsIsHarmless) {
     Maps const maps("8/8/2q5/8/8/5R2/8/8 w - - 0 1");
     EXPECT_FALSE(maps.mobility.white_king_neighbourhood());
     EXPECT_FALSE(maps.mobility.black_king_battlefield());

@@ -21,7 +21,7 @@ void store(PawnHashTable& table, PHTrecord const& record) {
     table.write();
 }
 
-TEST(PawnHashTable, key_zero_matches_an_empty_slot_with_all_fields_zero) {
+TEST(PawnHashTable, KeyZeroMatchesAnEmptySlotWithAllFieldsZero) {
     PawnHashTable table;
     table.set_current(record_of(77, 5));
     EXPECT_TRUE(table.read(0));
@@ -32,7 +32,7 @@ TEST(PawnHashTable, key_zero_matches_an_empty_slot_with_all_fields_zero) {
     EXPECT_FALSE(record.black_open_files);
 }
 
-TEST(PawnHashTable, written_record_is_read_back) {
+TEST(PawnHashTable, WrittenRecordIsReadBack) {
     PawnHashTable table;
     store(table, record_of(0x123456789ABCDEF0, 3));
     table.set_current(PHTrecord());
@@ -42,14 +42,14 @@ TEST(PawnHashTable, written_record_is_read_back) {
     EXPECT_EQ(table.get_current().white_open_files, BitBoard());
 }
 
-TEST(PawnHashTable, miss_leaves_the_current_record_alone) {
+TEST(PawnHashTable, MissLeavesTheCurrentRecordAlone) {
     PawnHashTable table;
     table.set_current(record_of(77, 5));
     EXPECT_FALSE(table.read(78));
     EXPECT_EQ(table.get_current().key, 77U);
 }
 
-TEST(PawnHashTable, index_is_the_low_fourteen_bits_and_a_write_replaces) {
+TEST(PawnHashTable, IndexIsTheLowFourteenBitsAndAWriteReplaces) {
     PawnHashTable table;
     store(table, record_of(5, 1));
     EXPECT_FALSE(table.read(5 + 16384));
@@ -62,14 +62,14 @@ TEST(PawnHashTable, index_is_the_low_fourteen_bits_and_a_write_replaces) {
     EXPECT_TRUE(table.read(5 + 16384));
 }
 
-TEST(PawnHashTable, key_zero_misses_once_another_structure_has_its_slot) {
+TEST(PawnHashTable, KeyZeroMissesOnceAnotherStructureHasItsSlot) {
     PawnHashTable table;
     store(table, record_of(16384, 1));
     EXPECT_FALSE(table.read(0));
     EXPECT_NE(table.stats().find("  conflicting pht reads: 1"), std::string::npos);
 }
 
-TEST(PawnHashTable, clear_empties_every_record) {
+TEST(PawnHashTable, ClearEmptiesEveryRecord) {
     PawnHashTable table;
     store(table, record_of(5, 1));
     store(table, record_of(16383, 1));
@@ -81,13 +81,13 @@ TEST(PawnHashTable, clear_empties_every_record) {
               "total reads: 2\n");
 }
 
-TEST(PawnHashTable, stats_of_a_new_table) {
+TEST(PawnHashTable, StatsOfANewTable) {
     EXPECT_EQ(PawnHashTable().stats(),
               "PawnHashTable::stats() usage:   0%  first pht reads: 0  conflicting pht reads: 0  "
               "total reads: 0\n");
 }
 
-TEST(PawnHashTable, stats_count_first_conflicting_and_all_reads) {
+TEST(PawnHashTable, StatsCountFirstConflictingAndAllReads) {
     PawnHashTable table;
     for (std::uint64_t key = 1; key <= 8192; ++key) {
         store(table, record_of(key, 0));
@@ -101,7 +101,7 @@ TEST(PawnHashTable, stats_count_first_conflicting_and_all_reads) {
               "total reads: 4\n");
 }
 
-TEST(PawnHashTable, stats_of_a_full_table) {
+TEST(PawnHashTable, StatsOfAFullTable) {
     PawnHashTable table;
     for (std::uint64_t key = 1; key <= 16384; ++key) {
         store(table, record_of(key, 0));

@@ -165,7 +165,7 @@ std::uint64_t sparse_set(std::mt19937_64& random, int draws) {
     return set;
 }
 
-TEST(PHTrecord, agrees_with_a_slow_analysis_on_random_structures) {
+TEST(PHTrecord, AgreesWithASlowAnalysisOnRandomStructures) {
     std::mt19937_64 random(20240501);
     std::uint64_t const pawn_ranks = 0x00FFFFFFFFFFFF00;
     for (int round = 0; round < 3000 && !testing::Test::HasFailure(); ++round) {
@@ -176,7 +176,7 @@ TEST(PHTrecord, agrees_with_a_slow_analysis_on_random_structures) {
     }
 }
 
-TEST(PHTrecord, agrees_with_a_slow_analysis_with_pawns_on_the_end_ranks) {
+TEST(PHTrecord, AgreesWithASlowAnalysisWithPawnsOnTheEndRanks) {
     std::mt19937_64 random(3);
     for (int round = 0; round < 300 && !testing::Test::HasFailure(); ++round) {
         std::uint64_t const white = sparse_set(random, 3);
@@ -185,7 +185,7 @@ TEST(PHTrecord, agrees_with_a_slow_analysis_with_pawns_on_the_end_ranks) {
     }
 }
 
-TEST(PHTrecord, island_table_counts_the_runs_of_every_mask) {
+TEST(PHTrecord, IslandTableCountsTheRunsOfEveryMask) {
     ASSERT_EQ(PHTrecord::pawn_island_table.size(), 256U);
     for (unsigned mask = 0; mask < 256; ++mask) {
         int runs = 0;
@@ -200,7 +200,7 @@ TEST(PHTrecord, island_table_counts_the_runs_of_every_mask) {
     EXPECT_EQ(PHTrecord::pawn_island_table[0b01010101], 4);
 }
 
-TEST(PHTrecord, new_record_is_zero) {
+TEST(PHTrecord, NewRecordIsZero) {
     PHTrecord const record;
     EXPECT_EQ(record.key, 0U);
     EXPECT_FALSE(record.white_open_files);
@@ -209,7 +209,7 @@ TEST(PHTrecord, new_record_is_zero) {
     EXPECT_EQ(record.rookpawns, 0);
 }
 
-TEST(PHTrecord, clear_zeroes_all_fields) {
+TEST(PHTrecord, ClearZeroesAllFields) {
     PHTrecord record = analysed({"a2", "a3", "h6"}, {"c7"});
     record.key = 12;
     record.clear();
@@ -226,21 +226,21 @@ TEST(PHTrecord, clear_zeroes_all_fields) {
     }
 }
 
-TEST(PHTrecord, set_pawns_leaves_the_key) {
+TEST(PHTrecord, SetPawnsLeavesTheKey) {
     PHTrecord record;
     record.key = 99;
     record.set_pawns(rank2, rank7);
     EXPECT_EQ(record.key, 99U);
 }
 
-TEST(PHTrecord, no_pawns_at_all_open_every_file) {
+TEST(PHTrecord, NoPawnsAtAllOpenEveryFile) {
     PHTrecord const record = analysed({}, {});
     EXPECT_EQ(record.white_open_files, ~BitBoard());
     EXPECT_EQ(record.black_open_files, ~BitBoard());
     EXPECT_EQ(record.islands, 0);
 }
 
-TEST(PHTrecord, pawn_one_step_from_promotion_has_no_square_ahead_of_its_stop) {
+TEST(PHTrecord, PawnOneStepFromPromotionHasNoSquareAheadOfItsStop) {
     PHTrecord const record = analysed({"h7"}, {});
     EXPECT_EQ(record.white_stop, squares({"h8"}));
     EXPECT_FALSE(record.white_ahead);
@@ -248,13 +248,13 @@ TEST(PHTrecord, pawn_one_step_from_promotion_has_no_square_ahead_of_its_stop) {
     EXPECT_EQ(record.white_passer_score, 200);
 }
 
-TEST(PHTrecord, passed_pawn_near_home_scores_nothing) {
+TEST(PHTrecord, PassedPawnNearHomeScoresNothing) {
     PHTrecord const record = analysed({"a3"}, {});
     EXPECT_EQ(record.white_passed, squares({"a3"}));
     EXPECT_EQ(record.white_passer_score, 0);
 }
 
-TEST(PHTrecord, passed_pawn_values_by_rank) {
+TEST(PHTrecord, PassedPawnValuesByRank) {
     EXPECT_EQ(analysed({"d4"}, {}).white_passer_score, 25);
     EXPECT_EQ(analysed({"d5"}, {}).white_passer_score, 50);
     EXPECT_EQ(analysed({"d6"}, {}).white_passer_score, 100);
@@ -265,7 +265,7 @@ TEST(PHTrecord, passed_pawn_values_by_rank) {
     EXPECT_EQ(analysed({}, {"d2"}).black_passer_score, 200);
 }
 
-TEST(PHTrecord, lone_pawn_is_both_weak_and_isolated) {
+TEST(PHTrecord, LonePawnIsBothWeakAndIsolated) {
     PHTrecord const white = analysed({"e4"}, {});
     EXPECT_EQ(white.white_weak, squares({"e4"}));
     EXPECT_EQ(white.weak, -1);
@@ -276,13 +276,13 @@ TEST(PHTrecord, lone_pawn_is_both_weak_and_isolated) {
     EXPECT_EQ(black.isolated, 1);
 }
 
-TEST(PHTrecord, rearmost_of_two_neighbours_is_weak_but_not_isolated) {
+TEST(PHTrecord, RearmostOfTwoNeighboursIsWeakButNotIsolated) {
     PHTrecord const record = analysed({"d3", "e4"}, {});
     EXPECT_EQ(record.white_weak, squares({"d3"}));
     EXPECT_EQ(record.isolated, 0);
 }
 
-TEST(PHTrecord, passed_pawns_on_adjacent_files_are_connected_at_any_rank) {
+TEST(PHTrecord, PassedPawnsOnAdjacentFilesAreConnectedAtAnyRank) {
     PHTrecord const record = analysed({"a7", "b2"}, {});
     EXPECT_EQ(record.white_passed, squares({"a7", "b2"}));
     EXPECT_EQ(record.white_passer_score, 400);
@@ -290,14 +290,14 @@ TEST(PHTrecord, passed_pawns_on_adjacent_files_are_connected_at_any_rank) {
     EXPECT_EQ(analysed({}, {"g4", "h3"}).black_passer_score, 300);
 }
 
-TEST(PHTrecord, enemy_pawn_level_on_an_adjacent_file_does_not_stop_a_passed_pawn) {
+TEST(PHTrecord, EnemyPawnLevelOnAnAdjacentFileDoesNotStopAPassedPawn) {
     EXPECT_EQ(analysed({"e5"}, {"d5"}).white_passed, squares({"e5"}));
     EXPECT_FALSE(analysed({"e5"}, {"d6"}).white_passed);
     EXPECT_FALSE(analysed({"e5"}, {"e7"}).white_passed);
     EXPECT_TRUE(analysed({"e5"}, {"c6"}).white_passed);
 }
 
-TEST(PHTrecord, doubled_reaches_four_ranks_ahead_only) {
+TEST(PHTrecord, DoubledReachesFourRanksAheadOnly) {
     EXPECT_EQ(analysed({"c2", "c3"}, {}).doubled, -1);
     EXPECT_EQ(analysed({"c2", "c6"}, {}).doubled, -1);
     EXPECT_EQ(analysed({"c2", "c7"}, {}).doubled, 0);
@@ -306,7 +306,7 @@ TEST(PHTrecord, doubled_reaches_four_ranks_ahead_only) {
     EXPECT_EQ(analysed({}, {"c7", "c2"}).doubled, 0);
 }
 
-TEST(PHTrecord, islands_and_rookpawns_are_black_minus_white) {
+TEST(PHTrecord, IslandsAndRookpawnsAreBlackMinusWhite) {
     PHTrecord const record = analysed({"a2", "c2", "d3"}, {"a7", "c7", "e6", "h7", "h6"});
     EXPECT_EQ(record.islands, 2);
     EXPECT_EQ(record.rookpawns, 2);

@@ -48,7 +48,7 @@ std::vector<perft_case_t> well_known_positions() {
 
 class WellKnownPerft : public testing::TestWithParam<perft_case_t> {};
 
-TEST_P(WellKnownPerft, counts_the_leaves_of_every_depth) {
+TEST_P(WellKnownPerft, CountsTheLeavesOfEveryDepth) {
     constexpr std::uint64_t leaf_limit = short_tests ? 5'000'000 : 200'000'000;
     Tables const& tables = shared_tables();
     Perft perft(tables);
@@ -72,7 +72,7 @@ INSTANTIATE_TEST_SUITE_P(perft, WellKnownPerft, testing::ValuesIn(well_known_pos
 
 }  // namespace
 
-TEST(PerftSessions, count_the_leaves_of_each_position) {
+TEST(PerftSessions, CountTheLeavesOfEachPosition) {
     SessionPlayer player;
     for (session_t const& session : read_sessions("perft.txt")) {
         std::string position;

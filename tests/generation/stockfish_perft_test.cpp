@@ -83,21 +83,21 @@ class StockfishPerft : public testing::Test {
     int compared_ = 0;
 };
 
-TEST_F(StockfishPerft, agrees_move_by_move_on_games) {
+TEST_F(StockfishPerft, AgreesMoveByMoveOnGames) {
     for (PositionRecord const& record : read_position_records("positions.txt")) {
         compare(record.fen());
     }
     EXPECT_GT(compared_, 300);
 }
 
-TEST_F(StockfishPerft, agrees_move_by_move_on_endings) {
+TEST_F(StockfishPerft, AgreesMoveByMoveOnEndings) {
     for (PositionRecord const& record : read_position_records("endings.txt")) {
         compare(record.fen());
     }
     EXPECT_GT(compared_, 300);
 }
 
-TEST_F(StockfishPerft, agrees_move_by_move_in_chess960) {
+TEST_F(StockfishPerft, AgreesMoveByMoveInChess960) {
     constexpr int positions = short_tests ? 100 : 300;
     for (std::string const& fen : random_chess960_fens(tables_, positions)) {
         compare(fen, true);

@@ -150,7 +150,7 @@ class TreeWalk {
 
 class TreeInvariants : public testing::TestWithParam<char const*> {};
 
-TEST_P(TreeInvariants, hold_at_every_node) {
+TEST_P(TreeInvariants, HoldAtEveryNode) {
     Tables const& tables = shared_tables();
     TreeWalk tree(tables);
     tree.run(GetParam(), main_depth);
@@ -168,7 +168,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 }  // namespace
 
-TEST(TreeInvariantsOfManyPositions, hold_in_games_and_endings) {
+TEST(TreeInvariantsOfManyPositions, HoldInGamesAndEndings) {
     constexpr int depth = short_tests ? 1 : 2;
     Tables const& tables = shared_tables();
     TreeWalk tree(tables);
@@ -180,7 +180,7 @@ TEST(TreeInvariantsOfManyPositions, hold_in_games_and_endings) {
     EXPECT_GT(tree.nodes(), 1000U);
 }
 
-TEST(TreeInvariantsOfManyPositions, hold_in_chess960) {
+TEST(TreeInvariantsOfManyPositions, HoldInChess960) {
     constexpr int positions = short_tests ? 10 : 100;
     Tables const& tables = shared_tables();
     TreeWalk tree(tables);

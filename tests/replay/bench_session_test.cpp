@@ -7,7 +7,7 @@
 
 namespace orvelin::test {
 
-TEST(BenchSession, gives_nodes_score_branching_factor_and_move) {
+TEST(BenchSession, GivesNodesScoreBranchingFactorAndMove) {
     SessionPlayer player;
     const session_t session = read_sessions("bench.txt").at(0);
     for (session_command_t const& command : session.commands) {

@@ -36,7 +36,7 @@ class EvaluationRecords : public testing::TestWithParam<char const*> {
     }
 };
 
-TEST_P(EvaluationRecords, terms_to_the_last_digit) {
+TEST_P(EvaluationRecords, TermsToTheLastDigit) {
     compare("terms", [](Evaluation const& evaluation, int) {
         std::string text;
         for (const float term : evaluation.variable_vector()) {
@@ -49,13 +49,13 @@ TEST_P(EvaluationRecords, terms_to_the_last_digit) {
     });
 }
 
-TEST_P(EvaluationRecords, phase) {
+TEST_P(EvaluationRecords, Phase) {
     compare("phase", [](Evaluation const& evaluation, int) {
         return float_text(evaluation.mg_phase()) + ' ' + float_text(evaluation.eg_phase());
     });
 }
 
-TEST_P(EvaluationRecords, score) {
+TEST_P(EvaluationRecords, Score) {
     compare("score", [](Evaluation const&, int score) { return std::to_string(score); });
 }
 

@@ -93,37 +93,37 @@ class PositionRecords : public testing::TestWithParam<char const*> {
     MoveGenerator generator_{tables_};
 };
 
-TEST_P(PositionRecords, written_fen) {
+TEST_P(PositionRecords, WrittenFen) {
     compare("written", [this] { return position_.fen(); });
 }
 
-TEST_P(PositionRecords, epd) {
+TEST_P(PositionRecords, Epd) {
     compare("epd", [this] { return position_.epd(); });
 }
 
-TEST_P(PositionRecords, flip) {
+TEST_P(PositionRecords, Flip) {
     compare("flip", [this] {
         position_.flip();
         return position_.fen();
     });
 }
 
-TEST_P(PositionRecords, flop) {
+TEST_P(PositionRecords, Flop) {
     compare("flop", [this] {
         position_.flop();
         return position_.fen();
     });
 }
 
-TEST_P(PositionRecords, state) {
+TEST_P(PositionRecords, State) {
     compare("state", [this] { return state_text(position_); });
 }
 
-TEST_P(PositionRecords, all_moves_in_order) {
+TEST_P(PositionRecords, AllMovesInOrder) {
     compare("moves", [this] { return list_text(all_moves(), fields_of); });
 }
 
-TEST_P(PositionRecords, captures_in_order) {
+TEST_P(PositionRecords, CapturesInOrder) {
     compare("captures", [this] {
         movetable_t table;
         MoveList list;
@@ -133,7 +133,7 @@ TEST_P(PositionRecords, captures_in_order) {
     });
 }
 
-TEST_P(PositionRecords, exchange_values) {
+TEST_P(PositionRecords, ExchangeValues) {
     Analysis analysis(position_, tables_);
     compare("exchange", [this, &analysis] {
         return list_text(all_moves(), [&analysis](Move const& move) {

@@ -76,7 +76,7 @@ void replay(session_t const& session, std::string const& file_name) {
 
 class SearchSession : public testing::TestWithParam<chunk_t> {};
 
-TEST_P(SearchSession, gives_every_figure_line_by_line) {
+TEST_P(SearchSession, GivesEveryFigureLineByLine) {
     ASSERT_FALSE(GetParam().sessions.empty());
     for (session_t const& session : GetParam().sessions) {
         replay(session, GetParam().file_name);

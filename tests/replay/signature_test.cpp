@@ -34,7 +34,7 @@ std::vector<case_t> all_cases() {
 
 class SearchSignature : public testing::TestWithParam<case_t> {};
 
-TEST_P(SearchSignature, gives_every_line_on_record) {
+TEST_P(SearchSignature, GivesEveryLineOnRecord) {
     session_t const& expected = GetParam().session;
     ASSERT_GT(expected.nodes(), 0U);
     const session_t played = play_again(expected);
@@ -52,12 +52,12 @@ INSTANTIATE_TEST_SUITE_P(replay, SearchSignature, testing::ValuesIn(all_cases())
 }  // namespace
 
 /// A change of the record is a change of the engine: it has to be made here too.
-TEST(Signature, of_the_record_is_one_fixed_number) {
+TEST(Signature, OfTheRecordIsOneFixedNumber) {
     const std::vector<session_t> record = read_sessions(signature_file);
     EXPECT_EQ(signature_of(record), (signature_t{765566, 0xe424c16217d2885d}));
 }
 
-TEST(Signature, changes_with_any_letter_of_any_line) {
+TEST(Signature, ChangesWithAnyLetterOfAnyLine) {
     const std::vector<session_t> sessions = {{{{"pos x", {}}, {"go depth 1", {"best a nodes 7"}}}}};
     std::vector<session_t> other = sessions;
     other[0].commands[1].answer[0] = "best b nodes 7";
@@ -66,19 +66,19 @@ TEST(Signature, changes_with_any_letter_of_any_line) {
     EXPECT_NE(signature_of(sessions), signature_of(other));
 }
 
-TEST(Signature, hash_is_the_published_fnv_1a) {
+TEST(Signature, HashIsThePublishedFnv1a) {
     EXPECT_EQ(signature_of({}).hash, 0xcbf29ce484222325U);
     // The letter "\n" alone: the text of one session without commands.
     EXPECT_EQ(signature_of({session_t{}}).hash, (0xcbf29ce484222325U ^ 0x0aU) * 0x100000001b3U);
 }
 
-TEST(Signature, is_written_as_nodes_and_sixteen_digits) {
+TEST(Signature, IsWrittenAsNodesAndSixteenDigits) {
     std::ostringstream text;
     text << signature_t{26, 0xab} << ' ' << 10;
     EXPECT_EQ(text.str(), "26 00000000000000ab 10");
 }
 
-TEST(Signature, sessions_are_written_as_they_are_read) {
+TEST(Signature, SessionsAreWrittenAsTheyAreRead) {
     const std::vector<session_t> sessions = {{{{"new", {}}, {"go depth 1", {"one", "two"}}}},
                                              {{{"new", {}}}}};
     EXPECT_EQ(session_text(sessions), "> new\n> go depth 1\none\ntwo\n\n> new\n\n");

@@ -10,7 +10,7 @@
 
 namespace orvelin::test {
 
-TEST(RunProgram, gives_both_outputs_and_the_status) {
+TEST(RunProgram, GivesBothOutputsAndTheStatus) {
     program_result_t const result =
         run_program("/bin/sh", {"-c", "echo \"$1\"; echo \"$2\" >&2; exit 5", "sh", "a b", ""});
     EXPECT_EQ(result.output, "a b\n");
@@ -19,42 +19,42 @@ TEST(RunProgram, gives_both_outputs_and_the_status) {
     EXPECT_EQ(result.signal, 0);
 }
 
-TEST(RunProgram, gives_the_signal_that_ended_it) {
+TEST(RunProgram, GivesTheSignalThatEndedIt) {
     EXPECT_EQ(run_program("/bin/sh", {"-c", "kill -TERM $$"}).signal, SIGTERM);
 }
 
-TEST(RunProgram, passes_more_text_than_a_pipe_holds) {
+TEST(RunProgram, PassesMoreTextThanAPipeHolds) {
     std::string const text(1'000'000, 'x');
     EXPECT_EQ(run_program("/bin/cat", {}, {.input = text}).output, text);
 }
 
-TEST(RunProgram, closes_an_empty_input) {
+TEST(RunProgram, ClosesAnEmptyInput) {
     EXPECT_EQ(run_program("/bin/cat", {}).output, "");
 }
 
-TEST(RunProgram, a_program_that_does_not_read_its_input_is_no_error) {
+TEST(RunProgram, AProgramThatDoesNotReadItsInputIsNoError) {
     std::string const text(1'000'000, 'x');
     EXPECT_EQ(run_program("/bin/sh", {"-c", "echo done"}, {.input = text}).output, "done\n");
 }
 
-TEST(RunProgram, runs_in_the_given_directory) {
+TEST(RunProgram, RunsInTheGivenDirectory) {
     TemporaryDirectory const directory;
     std::string const output =
         run_program("/bin/sh", {"-c", "pwd -P"}, {.directory = directory.path()}).output;
     EXPECT_EQ(output, std::filesystem::canonical(directory.path()).string() + "\n");
 }
 
-TEST(RunProgram, fails_when_it_cannot_start) {
+TEST(RunProgram, FailsWhenItCannotStart) {
     EXPECT_THROW(run_program("/none/program", {}), std::runtime_error);
     EXPECT_THROW(run_program("/bin/cat", {}, {.directory = "/none"}), std::runtime_error);
 }
 
-TEST(RunProgram, fails_when_the_program_takes_too_long) {
+TEST(RunProgram, FailsWhenTheProgramTakesTooLong) {
     EXPECT_THROW(run_program("/bin/sh", {"-c", "exec sleep 100"}, {.timeout = milliseconds(50)}),
                  std::runtime_error);
 }
 
-TEST(TemporaryDirectory, goes_with_its_contents) {
+TEST(TemporaryDirectory, GoesWithItsContents) {
     std::filesystem::path path;
     {
         TemporaryDirectory const directory;

@@ -58,7 +58,7 @@ std::vector<Book_record> random_entries(std::mt19937& random, std::uint64_t keys
 
 }  // namespace
 
-TEST(BookLookup, lists_what_the_engine_draws_from_even_when_the_book_is_not_sorted) {
+TEST(BookLookup, ListsWhatTheEngineDrawsFromEvenWhenTheBookIsNotSorted) {
     constexpr std::uint64_t keys = 6;
     std::mt19937 random(1);
     int listed = 0;
@@ -84,7 +84,7 @@ TEST(BookLookup, lists_what_the_engine_draws_from_even_when_the_book_is_not_sort
     EXPECT_GT(missed, 0);
 }
 
-TEST(BookLookup, finds_every_key_of_sorted_books_of_any_size) {
+TEST(BookLookup, FindsEveryKeyOfSortedBooksOfAnySize) {
     for (int size = 0; size <= 40; ++size) {
         std::vector<Book_record> entries;
         for (int i = 0; i < size; ++i) {

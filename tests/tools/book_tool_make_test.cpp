@@ -49,13 +49,13 @@ void expect_refused(std::string const& text, std::string const& message) {
 
 }  // namespace
 
-TEST(BookToolMake, makes_an_entry_for_each_move_sorted_by_key) {
+TEST(BookToolMake, MakesAnEntryForEachMoveSortedByKey) {
     EXPECT_EQ(made_of("e2e4 e7e5 g1f3\n"),
               (texts_t{"0844931a6ef4b9a0 g1f3 1 0", "463b96181691fc9c e2e4 1 0",
                        "823c9b50fd114196 e7e5 1 0"}));
 }
 
-TEST(BookToolMake, tells_how_large_the_book_is) {
+TEST(BookToolMake, TellsHowLargeTheBookIs) {
     TemporaryDirectory const directory;
     std::string const book = directory.file("book.bin");
     EXPECT_EQ(lines_of({"make", "-", "-o", book}, "e2e4 e7e5\ne2e4 c7c5\nd2d4"),
@@ -64,27 +64,27 @@ TEST(BookToolMake, tells_how_large_the_book_is) {
     EXPECT_EQ(file_names(directory), texts_t{"book.bin"});
 }
 
-TEST(BookToolMake, weight_is_the_number_of_lines) {
+TEST(BookToolMake, WeightIsTheNumberOfLines) {
     EXPECT_EQ(start_moves("d2d4 d7d5\ne2e4\ng1f3\ne2e4 e7e5\ne2e4 c7c5\nd2d4\n"),
               (texts_t{"e2e4 3", "d2d4 2", "g1f3 1"}));
 }
 
-TEST(BookToolMake, weight_in_front_of_a_line_counts_as_so_many) {
+TEST(BookToolMake, WeightInFrontOfALineCountsAsSoMany) {
     EXPECT_EQ(start_moves("3: d2d4\n5:e2e4 e7e5\n  4 \t:  d2d4 d7d5\n000002: e2e4"),
               (texts_t{"d2d4 7", "e2e4 7"}));
 }
 
-TEST(BookToolMake, weight_behind_a_move_is_its_weight_outright) {
+TEST(BookToolMake, WeightBehindAMoveIsItsWeightOutright) {
     EXPECT_EQ(start_moves("100: d2d4=5\ne2e4=20 e7e5\ne2e4\n2: e2e4=20 c7c5\nc2c4=0"),
               (texts_t{"e2e4 20", "d2d4 5", "c2c4 0"}));
 }
 
-TEST(BookToolMake, moves_of_one_weight_come_in_the_order_of_their_words) {
+TEST(BookToolMake, MovesOfOneWeightComeInTheOrderOfTheirWords) {
     EXPECT_EQ(start_moves("e2e4\nb1c3\na2a3\nc2c4\ng1f3\n2: d2d4"),
               (texts_t{"d2d4 2", "b1c3 1", "g1f3 1", "a2a3 1", "c2c4 1", "e2e4 1"}));
 }
 
-TEST(BookToolMake, weights_that_are_too_large_are_scaled_down_for_their_key) {
+TEST(BookToolMake, WeightsThatAreTooLargeAreScaledDownForTheirKey) {
     EXPECT_EQ(start_moves("65535: e2e4 e7e5\n65535: d2d4\ng1f3"),
               (texts_t{"d2d4 65535", "e2e4 65535", "g1f3 1"}));
     EXPECT_EQ(start_moves("131070: e2e4 e7e5\n65535: d2d4\n3: g1f3\n1: c2c4\nb1c3=0"),
@@ -95,17 +95,17 @@ TEST(BookToolMake, weights_that_are_too_large_are_scaled_down_for_their_key) {
     EXPECT_EQ(made_of("70000: e2e4\n7: e2e4 e7e5").back(), "823c9b50fd114196 e7e5 7 0");
 }
 
-TEST(BookToolMake, move_that_a_line_repeats_in_a_position_counts_once) {
+TEST(BookToolMake, MoveThatALineRepeatsInAPositionCountsOnce) {
     EXPECT_EQ(start_moves("2: g1f3 g8f6 f3g1 f6g8 g1f3 g8f6 f3g1 f6g8 e2e4"),
               (texts_t{"g1f3 2", "e2e4 2"}));
 }
 
-TEST(BookToolMake, comments_and_empty_lines_are_skipped) {
+TEST(BookToolMake, CommentsAndEmptyLinesAreSkipped) {
     EXPECT_EQ(start_moves("# a book\n\n  \t \r\ne2e4 # 1... e7e9: \n#\n\td2d4\r\n e2e4#x\n7:\n"),
               (texts_t{"e2e4 2", "d2d4 1"}));
 }
 
-TEST(BookToolMake, max_ply_takes_the_first_moves_only) {
+TEST(BookToolMake, MaxPlyTakesTheFirstMovesOnly) {
     std::string const text = "e2e4 e7e5 g1f3 b8c6\nd2d4 d7d5 c2c4=9\n";
     EXPECT_EQ(made_of(text, {"--max-ply", "1"}).size(), 2U);
     EXPECT_EQ(made_of(text, {"--max-ply", "2"}).size(), 4U);
@@ -117,7 +117,7 @@ TEST(BookToolMake, max_ply_takes_the_first_moves_only) {
                  "standard input:1: move e7e4 is illegal", "e2e4 e7e4");
 }
 
-TEST(BookToolMake, min_count_leaves_out_what_is_rare) {
+TEST(BookToolMake, MinCountLeavesOutWhatIsRare) {
     std::string const text = "2: e2e4 e7e5\ne2e4 c7c5\nd2d4=1\ng1f3\nb1c3\nb1c3\n";
     EXPECT_EQ(start_moves(text, {"--min-count", "1"}),
               (texts_t{"e2e4 3", "b1c3 2", "g1f3 1", "d2d4 1"}));
@@ -126,7 +126,7 @@ TEST(BookToolMake, min_count_leaves_out_what_is_rare) {
     EXPECT_EQ(made_of(text, {"--min-count", "2"}).size(), 4U);
 }
 
-TEST(BookToolMake, lines_begin_in_the_position_of_the_fen) {
+TEST(BookToolMake, LinesBeginInThePositionOfTheFen) {
     texts_t const fen{"--fen", "4k3/P7/8/8/8/8/8/4K3 w - - 0 1"};
     texts_t const entries = made_of("a7a8q\na7a8n\na7a8r\na7a8b\n", fen);
     ASSERT_EQ(entries.size(), 4U);
@@ -136,7 +136,7 @@ TEST(BookToolMake, lines_begin_in_the_position_of_the_fen) {
     EXPECT_EQ(entries[3].substr(16), " a7a8q 1 0");
 }
 
-TEST(BookToolMake, castling_may_be_written_in_both_ways) {
+TEST(BookToolMake, CastlingMayBeWrittenInBothWays) {
     texts_t const fen{"--fen", "r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1"};
     texts_t const one_way = made_of("e1g1 e8c8\ne1g1 e8c8\ne1c1 e8g8\ne1c1 e8g8", fen);
     EXPECT_EQ(one_way.size(), 4U);
@@ -146,7 +146,7 @@ TEST(BookToolMake, castling_may_be_written_in_both_ways) {
     }
 }
 
-TEST(BookToolMake, castling_of_chess960_is_the_king_taking_his_rook) {
+TEST(BookToolMake, CastlingOfChess960IsTheKingTakingHisRook) {
     texts_t const fen{"--fen", "4k3/8/8/8/8/8/8/1RK3R1 w GB - 0 1"};
     texts_t const entries = made_of("c1g1\nc1b1\nc1d1", fen);
     ASSERT_EQ(entries.size(), 3U);
@@ -158,12 +158,12 @@ TEST(BookToolMake, castling_of_chess960_is_the_king_taking_his_rook) {
               " e1g1");
 }
 
-TEST(BookToolMake, en_passant_is_a_move_like_others) {
+TEST(BookToolMake, EnPassantIsAMoveLikeOthers) {
     EXPECT_EQ(made_of("e2e4 a7a6 e4e5 d7d5 e5d6 a6a5").size(), 6U);
     expect_refused("e2e4 d7d5 e4e5 a7a6 e5d6", ":1: move e5d6 is illegal");
 }
 
-TEST(BookToolMake, illegal_move_is_told_with_file_and_line) {
+TEST(BookToolMake, IllegalMoveIsToldWithFileAndLine) {
     TemporaryDirectory const directory;
     std::string const lines = directory.file("lines.txt");
     write_bytes(lines, "e2e4 e7e5\n\nd2d4 d2d4\n");
@@ -174,7 +174,7 @@ TEST(BookToolMake, illegal_move_is_told_with_file_and_line) {
                  "orvelin-book: standard input:1: move e2e5 is illegal\n", "e2e5");
 }
 
-TEST(BookToolMake, refuses_what_is_no_legal_move) {
+TEST(BookToolMake, RefusesWhatIsNoLegalMove) {
     for (std::string const word : {"e4", "Nf3", "e2-e4", "E2E4", "e2e4q", "e2e4+", "0000", "a1a1",
                                    "e7e5", "e1g1", "i2i4", "1."}) {
         expect_refused("d2d4 d7d5\n" + word, ":2: move " + word + " is illegal");
@@ -186,7 +186,7 @@ TEST(BookToolMake, refuses_what_is_no_legal_move) {
     expect_refused(std::string(100000, 'x'), ":1: move xxxxxxxxxxxxxxxxxxxx... is illegal");
 }
 
-TEST(BookToolMake, refuses_bad_weights) {
+TEST(BookToolMake, RefusesBadWeights) {
     for (std::string const weight :
          {"0", "-1", "1000000001", "99999999999999999999", "x", "", "1 2", "1.5", "e2e4"}) {
         expect_refused("e2e4\n" + weight + ": e2e4",
@@ -198,11 +198,11 @@ TEST(BookToolMake, refuses_bad_weights) {
     }
 }
 
-TEST(BookToolMake, refuses_two_weights_of_one_move) {
+TEST(BookToolMake, RefusesTwoWeightsOfOneMove) {
     expect_refused("e2e4=3 e7e5\nd2d4\ne2e4=4", ":3: move e2e4 has another weight in another line");
 }
 
-TEST(BookToolMake, refuses_a_text_without_moves) {
+TEST(BookToolMake, RefusesATextWithoutMoves) {
     for (char const* text : {"", "\n\n", "# nothing\n", "3:"}) {
         expect_refused(text, "there are no moves to write");
     }
@@ -212,7 +212,7 @@ TEST(BookToolMake, refuses_a_text_without_moves) {
     EXPECT_EQ(file_names(directory), texts_t{});
 }
 
-TEST(BookToolMake, refuses_lines_that_cannot_be_read) {
+TEST(BookToolMake, RefusesLinesThatCannotBeRead) {
     TemporaryDirectory const directory;
     std::string const book = directory.file("book.bin");
     std::string const missing = directory.file("missing.txt");
@@ -223,7 +223,7 @@ TEST(BookToolMake, refuses_lines_that_cannot_be_read) {
     EXPECT_EQ(file_names(directory), texts_t{});
 }
 
-TEST(BookToolMake, refuses_bad_arguments) {
+TEST(BookToolMake, RefusesBadArguments) {
     TemporaryDirectory const directory;
     std::string const book = directory.file("book.bin");
     expect_error({"make"}, 2, "LINES is required");
@@ -236,7 +236,7 @@ TEST(BookToolMake, refuses_bad_arguments) {
     EXPECT_EQ(file_names(directory), texts_t{});
 }
 
-TEST(BookToolMake, long_lines_and_many_lines_are_taken) {
+TEST(BookToolMake, LongLinesAndManyLinesAreTaken) {
     std::string shuffle;
     for (int i = 0; i < (short_tests ? 100 : 2000); ++i) {
         shuffle += "g1f3 g8f6 f3g1 f6g8 ";

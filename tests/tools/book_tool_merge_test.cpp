@@ -58,7 +58,7 @@ Book_record learnt(Book_record entry, unsigned int learn) {
 
 }  // namespace
 
-TEST(BookToolMerge, holds_the_entries_of_all_books_sorted) {
+TEST(BookToolMerge, HoldsTheEntriesOfAllBooksSorted) {
     EXPECT_EQ(merged({{book_entry(2, e2e4, 1), book_entry(9, e2e4, 1)},
                       {book_entry(1, d2d4, 2), book_entry(9, d2d4, 5)},
                       {book_entry(1ULL << 63, g1f3, 3), book_entry(9, g1f3, 3)}}),
@@ -67,7 +67,7 @@ TEST(BookToolMerge, holds_the_entries_of_all_books_sorted) {
                        "0000000000000009 e2e4 1 0", "8000000000000000 g1f3 3 0"}));
 }
 
-TEST(BookToolMerge, adds_up_the_same_move_of_the_same_key) {
+TEST(BookToolMerge, AddsUpTheSameMoveOfTheSameKey) {
     EXPECT_EQ(merged({{book_entry(1, e2e4, 10), book_entry(1, d2d4, 15)},
                       {book_entry(1, e2e4, 20), book_entry(2, e2e4, 40)}}),
               (texts_t{"0000000000000001 e2e4 30 0", "0000000000000001 d2d4 15 0",
@@ -77,20 +77,20 @@ TEST(BookToolMerge, adds_up_the_same_move_of_the_same_key) {
               texts_t{"0000000000000001 e2e4 15 0"});
 }
 
-TEST(BookToolMerge, promotions_of_one_pawn_are_different_moves) {
+TEST(BookToolMerge, PromotionsOfOnePawnAreDifferentMoves) {
     EXPECT_EQ(merged({{book_entry(1, move_word(52, 60, 4), 1)},
                       {book_entry(1, move_word(52, 60, 1), 1)}}),
               (texts_t{"0000000000000001 e7e8n 1 0", "0000000000000001 e7e8q 1 0"}));
 }
 
-TEST(BookToolMerge, scales_sums_that_are_too_large) {
+TEST(BookToolMerge, ScalesSumsThatAreTooLarge) {
     EXPECT_EQ(merged({{book_entry(1, e2e4, 65535), book_entry(1, g1f3, 0), book_entry(2, e2e4, 3)},
                       {book_entry(1, e2e4, 65535), book_entry(1, d2d4, 1)}}),
               (texts_t{"0000000000000001 e2e4 65535 0", "0000000000000001 d2d4 1 0",
                        "0000000000000001 g1f3 0 0", "0000000000000002 e2e4 3 0"}));
 }
 
-TEST(BookToolMerge, keeps_what_the_first_book_has_learnt) {
+TEST(BookToolMerge, KeepsWhatTheFirstBookHasLearnt) {
     EXPECT_EQ(merged({{learnt(book_entry(1, e2e4, 1), 7), book_entry(2, e2e4, 1)},
                       {learnt(book_entry(1, e2e4, 1), 8), learnt(book_entry(2, e2e4, 1), 9),
                        learnt(book_entry(3, e2e4, 1), 4294967295U)}}),
@@ -98,19 +98,19 @@ TEST(BookToolMerge, keeps_what_the_first_book_has_learnt) {
                        "0000000000000003 e2e4 1 4294967295"}));
 }
 
-TEST(BookToolMerge, sorts_a_book_that_is_not_sorted) {
+TEST(BookToolMerge, SortsABookThatIsNotSorted) {
     EXPECT_EQ(merged({{book_entry(5, e2e4, 1), book_entry(1, e2e4, 1), book_entry(5, e2e4, 1)},
                       {book_entry(4, e2e4, 1), book_entry(3, e2e4, 1)}}),
               (texts_t{"0000000000000001 e2e4 1 0", "0000000000000003 e2e4 1 0",
                        "0000000000000004 e2e4 1 0", "0000000000000005 e2e4 2 0"}));
 }
 
-TEST(BookToolMerge, empty_books_add_nothing) {
+TEST(BookToolMerge, EmptyBooksAddNothing) {
     EXPECT_EQ(merged({{}, {book_entry(1, e2e4, 1)}}), texts_t{"0000000000000001 e2e4 1 0"});
     EXPECT_EQ(merged({{}, {}}), texts_t{});
 }
 
-TEST(BookToolMerge, tells_how_large_the_book_is) {
+TEST(BookToolMerge, TellsHowLargeTheBookIs) {
     BookFile const first(entries_t{book_entry(1, e2e4, 1), book_entry(1, d2d4, 1)});
     BookFile const second(entries_t{book_entry(1, e2e4, 1), book_entry(2, d2d4, 1)});
     TemporaryDirectory const directory;
@@ -119,21 +119,21 @@ TEST(BookToolMerge, tells_how_large_the_book_is) {
               texts_t{output + ": 3 entries, 2 positions"});
 }
 
-TEST(BookToolMerge, refuses_stray_bytes_and_names_the_file) {
+TEST(BookToolMerge, RefusesStrayBytesAndNamesTheFile) {
     std::string const bytes = book_bytes({book_entry(1, e2e4, 1), book_entry(2, e2e4, 1)});
     expect_refused(bytes + '\n', " is damaged: 1 stray byte at the end");
     expect_refused(bytes.substr(0, 31), " is damaged: 15 stray bytes at the end");
     expect_refused("x", " is damaged: 1 stray byte at the end");
 }
 
-TEST(BookToolMerge, refuses_unknown_promotions) {
+TEST(BookToolMerge, RefusesUnknownPromotions) {
     expect_refused(book_bytes({book_entry(1, e2e4, 1), book_entry(2, move_word(52, 60, 5), 1)}),
                    " is damaged: unknown promotion in entry 2");
     expect_refused(book_bytes({book_entry(1, 0x8000 | e2e4, 1)}),
                    " is damaged: unknown promotion in entry 1");
 }
 
-TEST(BookToolMerge, refuses_books_that_cannot_be_read) {
+TEST(BookToolMerge, RefusesBooksThatCannotBeRead) {
     BookFile const good(entries_t{book_entry(1, e2e4, 1)});
     TemporaryDirectory const directory;
     std::string const folder = directory.path().string();
@@ -146,7 +146,7 @@ TEST(BookToolMerge, refuses_books_that_cannot_be_read) {
     EXPECT_EQ(file_names(directory), texts_t{});
 }
 
-TEST(BookToolMerge, refuses_bad_arguments) {
+TEST(BookToolMerge, RefusesBadArguments) {
     BookFile const good(entries_t{book_entry(1, e2e4, 1)});
     expect_error({"merge"}, 2, "BOOKS is required");
     expect_error({"merge", good.name(), "-o", good.name()}, 2, "BOOKS");
@@ -154,7 +154,7 @@ TEST(BookToolMerge, refuses_bad_arguments) {
     expect_error({"merge", good.name(), good.name(), "-o"}, 2, "--output");
 }
 
-TEST(BookToolMerge, target_may_be_one_of_the_books) {
+TEST(BookToolMerge, TargetMayBeOneOfTheBooks) {
     BookFile const first(entries_t{book_entry(1, e2e4, 1)});
     BookFile const second(entries_t{book_entry(2, d2d4, 1)});
     lines_of({"merge", first.name(), second.name(), "-o", first.name()});
@@ -162,7 +162,7 @@ TEST(BookToolMerge, target_may_be_one_of_the_books) {
               book_bytes({book_entry(1, e2e4, 1), book_entry(2, d2d4, 1)}));
 }
 
-TEST(BookToolMerge, targets_that_cannot_be_written_are_errors_and_stay_as_they_were) {
+TEST(BookToolMerge, TargetsThatCannotBeWrittenAreErrorsAndStayAsTheyWere) {
     BookFile const good(entries_t{book_entry(1, e2e4, 1)});
     TemporaryDirectory const directory;
     std::string const folder = directory.path().string();
@@ -183,7 +183,7 @@ TEST(BookToolMerge, targets_that_cannot_be_written_are_errors_and_stay_as_they_w
     EXPECT_EQ(file_names(directory), texts_t{});
 }
 
-TEST(BookToolMerge, read_only_target_is_refused_or_keeps_its_mode) {
+TEST(BookToolMerge, ReadOnlyTargetIsRefusedOrKeepsItsMode) {
     BookFile const good(entries_t{book_entry(1, e2e4, 1)});
     TemporaryDirectory const directory;
     std::string const target = directory.file("merged.bin");

@@ -68,7 +68,7 @@ class BookToolPolyglotTest : public testing::Test {
 
 }  // namespace
 
-TEST_F(BookToolPolyglotTest, reads_the_lines_with_their_weights) {
+TEST_F(BookToolPolyglotTest, ReadsTheLinesWithTheirWeights) {
     make(
         "e2e4=80 e7e5=75 g1f3 b8c6 f1b5 a7a6 e1g1 g8f6\n"
         "e2e4 c7c5=25\n"
@@ -85,14 +85,14 @@ TEST_F(BookToolPolyglotTest, reads_the_lines_with_their_weights) {
                        "3: 1. e4 c5{25%} "}));
 }
 
-TEST_F(BookToolPolyglotTest, reads_promotion_and_en_passant) {
+TEST_F(BookToolPolyglotTest, ReadsPromotionAndEnPassant) {
     make("e2e4 a7a6 e4e5 d7d5 e5d6 h7h6 d6c7 h6h5 c7b8n a8b8\n", "book.bin");
     EXPECT_EQ(lines_of_play("book.bin", "white"),
               texts_t{"1: 1. e4{100%} a6 2. e5{100%} d5 3. exd6{100%} h6 4. dxc7{100%} h5 "
                       "5. cxb8=N{100%} "});
 }
 
-TEST_F(BookToolPolyglotTest, finds_no_position_off_the_lines) {
+TEST_F(BookToolPolyglotTest, FindsNoPositionOffTheLines) {
     make(lines, "book.bin");
     program_result_t const result =
         run_program("/usr/games/polyglot", {"info-book", "-bin", file("book.bin")});
@@ -101,7 +101,7 @@ TEST_F(BookToolPolyglotTest, finds_no_position_off_the_lines) {
         << result.output;
 }
 
-TEST_F(BookToolPolyglotTest, makes_the_same_entries_of_the_same_games) {
+TEST_F(BookToolPolyglotTest, MakesTheSameEntriesOfTheSameGames) {
     make(lines, "ours.bin");
     write_bytes(file("games.pgn"), games);
     polyglot(
@@ -110,7 +110,7 @@ TEST_F(BookToolPolyglotTest, makes_the_same_entries_of_the_same_games) {
     EXPECT_EQ(lines_of({"verify", file("theirs.bin")}), lines_of({"verify", file("ours.bin")}));
 }
 
-TEST_F(BookToolPolyglotTest, leaves_out_the_same_rare_moves_and_later_plies) {
+TEST_F(BookToolPolyglotTest, LeavesOutTheSameRareMovesAndLaterPlies) {
     EXPECT_EQ(
         lines_of({"make", "-", "-o", file("ours.bin"), "--min-count", "2", "--max-ply", "3"}, lines)
             .size(),
@@ -122,7 +122,7 @@ TEST_F(BookToolPolyglotTest, leaves_out_the_same_rare_moves_and_later_plies) {
     EXPECT_EQ(entries("ours.bin").size(), 3U);
 }
 
-TEST_F(BookToolPolyglotTest, merges_two_books_to_the_same_entries) {
+TEST_F(BookToolPolyglotTest, MergesTwoBooksToTheSameEntries) {
     make(lines, "first.bin");
     make("7: e2e4 c7c5\n2: e2e4 e7e5 g1f3\n4: c2c4\nd2d4 d7d5 b1c3", "second.bin");
     EXPECT_EQ(

@@ -39,21 +39,21 @@ Book_record learnt(Book_record entry, std::uint32_t learn) {
 
 }  // namespace
 
-TEST(BookTool, look_lists_moves_weights_and_percentages_in_the_order_of_the_file) {
+TEST(BookTool, LookListsMovesWeightsAndPercentagesInTheOrderOfTheFile) {
     BookFile const book(good_entries());
     EXPECT_EQ(lines_of({"look", book.name()}), (texts_t{"e2e4     40  66.7%",  //
                                                         "d2d4      2   3.3%",  //
                                                         "g1f3     18  30.0%"}));
 }
 
-TEST(BookTool, look_finds_the_position_of_a_fen) {
+TEST(BookTool, LookFindsThePositionOfAFen) {
     BookFile const book({book_entry(0x823C9B50FD114196U, move_word(52, 36), 3)});
     EXPECT_EQ(lines_of({"look", book.name(), "--fen",
                         "rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq - 0 1"}),
               texts_t{"e7e5      3 100.0%"});
 }
 
-TEST(BookTool, look_marks_moves_that_are_illegal_in_the_position) {
+TEST(BookTool, LookMarksMovesThatAreIllegalInThePosition) {
     // The king's own move is no castling in a book.
     BookFile const book({book_entry(start_key, e2e5, 1), book_entry(start_key, e2e4, 1),
                          book_entry(start_key, move_word(12, 28, 4), 1),
@@ -65,7 +65,7 @@ TEST(BookTool, look_marks_moves_that_are_illegal_in_the_position) {
                        "e1g1      0   0.0%  illegal", "0000      0   0.0%  illegal"}));
 }
 
-TEST(BookTool, look_writes_castling_as_the_interface_wants_it) {
+TEST(BookTool, LookWritesCastlingAsTheInterfaceWantsIt) {
     // King e1, rook h1, both sides may castle.
     BookFile const book({book_entry(0x99E48752953716C1U, move_word(4, 7), 1)});
     std::string const fen = "r1bqkbnr/1ppp1ppp/p1n5/1B2p3/4P3/5N2/PPPP1PPP/RNBQK2R w KQkq - 0 4";
@@ -74,7 +74,7 @@ TEST(BookTool, look_writes_castling_as_the_interface_wants_it) {
               texts_t{"e1h1      1 100.0%"});
 }
 
-TEST(BookTool, look_warns_when_no_move_has_weight) {
+TEST(BookTool, LookWarnsWhenNoMoveHasWeight) {
     BookFile const book({book_entry(start_key, e2e4, 0), book_entry(start_key, d2d4, 0)});
     program_result_t const result = book_tool({"look", book.name()});
     EXPECT_EQ(result.status, 0);
@@ -82,7 +82,7 @@ TEST(BookTool, look_warns_when_no_move_has_weight) {
     EXPECT_EQ(result.errors, "warning: all weights are 0, the engine plays none of these moves\n");
 }
 
-TEST(BookTool, look_fails_when_there_is_no_move) {
+TEST(BookTool, LookFailsWhenThereIsNoMove) {
     for (std::vector<Book_record> const& entries :
          {std::vector<Book_record>{}, {book_entry(start_key + 1, e2e4, 1)}}) {
         BookFile const book(entries);
@@ -90,7 +90,7 @@ TEST(BookTool, look_fails_when_there_is_no_move) {
     }
 }
 
-TEST(BookTool, look_uses_whole_entries_only_and_says_so) {
+TEST(BookTool, LookUsesWholeEntriesOnlyAndSaysSo) {
     std::string const bytes = book_bytes(good_entries());
     for (std::size_t const size : {33U, 47U}) {
         BookFile const book(bytes.substr(0, size));
@@ -103,7 +103,7 @@ TEST(BookTool, look_uses_whole_entries_only_and_says_so) {
     }
 }
 
-TEST(BookTool, print_has_a_line_for_each_entry) {
+TEST(BookTool, PrintHasALineForEachEntry) {
     // A key of few digits, a promotion of each kind, castling, no move, unknown promotions.
     BookFile const book(
         {learnt(book_entry(1, e2e4, 65535), 4294967295U), book_entry(2, move_word(52, 60, 1), 1),
@@ -119,7 +119,7 @@ TEST(BookTool, print_has_a_line_for_each_entry) {
                        "0000000000000005 e2e4? 9 0", "ffffffffffffffff d2d4 10 0"}));
 }
 
-TEST(BookTool, print_of_one_key_finds_it_even_in_a_book_that_is_not_sorted) {
+TEST(BookTool, PrintOfOneKeyFindsItEvenInABookThatIsNotSorted) {
     BookFile const book({book_entry(9, e2e4, 1), book_entry(3, e2e4, 2), book_entry(0xAB, g1f3, 3),
                          book_entry(3, d2d4, 4)});
     texts_t const lines{"0000000000000003 e2e4 2 0", "0000000000000003 d2d4 4 0"};
@@ -134,7 +134,7 @@ TEST(BookTool, print_of_one_key_finds_it_even_in_a_book_that_is_not_sorted) {
                  book.name() + " has no entry of the key 0000000000000004");
 }
 
-TEST(BookTool, print_refuses_a_key_that_is_none) {
+TEST(BookTool, PrintRefusesAKeyThatIsNone) {
     BookFile const book(good_entries());
     for (char const* key : {"0x", "g", "3 ", "-3", "+3", "10000000000000000"}) {
         expect_error({"print", book.name(), std::string("--key=") + key}, 2,
@@ -142,11 +142,11 @@ TEST(BookTool, print_refuses_a_key_that_is_none) {
     }
 }
 
-TEST(BookTool, print_of_an_empty_book_prints_nothing) {
+TEST(BookTool, PrintOfAnEmptyBookPrintsNothing) {
     EXPECT_EQ(lines_of({"print", BookFile(std::string{}).name()}), texts_t{});
 }
 
-TEST(BookTool, print_stops_when_its_output_cannot_be_written) {
+TEST(BookTool, PrintStopsWhenItsOutputCannotBeWritten) {
     BookFile const book(good_entries());
     program_result_t const result = run_program(
         "/bin/sh", {"-c", "exec \"$0\" print \"$1\" >/dev/full", book_binary, book.name()});
@@ -154,7 +154,7 @@ TEST(BookTool, print_stops_when_its_output_cannot_be_written) {
     EXPECT_EQ(result.errors, "orvelin-book: cannot write to standard output\n");
 }
 
-TEST(BookTool, files_that_cannot_be_read_are_errors) {
+TEST(BookTool, FilesThatCannotBeReadAreErrors) {
     TemporaryDirectory const directory;
     std::string const missing = directory.file("missing.bin");
     std::string const folder = directory.path().string();
@@ -168,7 +168,7 @@ TEST(BookTool, files_that_cannot_be_read_are_errors) {
     }
 }
 
-TEST(BookTool, book_in_an_unreadable_folder_is_an_error_unless_one_may_read_everything) {
+TEST(BookTool, BookInAnUnreadableFolderIsAnErrorUnlessOneMayReadEverything) {
     TemporaryDirectory const directory;
     std::filesystem::path const folder = directory.path() / "closed";
     std::filesystem::create_directory(folder);
@@ -183,7 +183,7 @@ TEST(BookTool, book_in_an_unreadable_folder_is_an_error_unless_one_may_read_ever
               readable ? "" : "orvelin-book: cannot read " + book + ": Permission denied\n");
 }
 
-TEST(BookTool, rubbish_of_any_length_is_survived) {
+TEST(BookTool, RubbishOfAnyLengthIsSurvived) {
     std::string bytes;
     std::uint32_t state = 1;
     for (std::size_t size = 0; size <= 80; size += short_tests ? 23 : 5) {
@@ -199,7 +199,7 @@ TEST(BookTool, rubbish_of_any_length_is_survived) {
     }
 }
 
-TEST(BookTool, help_of_each_subcommand_names_its_arguments_and_ends_well) {
+TEST(BookTool, HelpOfEachSubcommandNamesItsArgumentsAndEndsWell) {
     std::vector<texts_t> const expected{
         {"look", "BOOK", "--fen", "--chess960"},
         {"print", "BOOK", "--key"},
@@ -220,7 +220,7 @@ TEST(BookTool, help_of_each_subcommand_names_its_arguments_and_ends_well) {
     }
 }
 
-TEST(BookTool, refuses_bad_arguments) {
+TEST(BookTool, RefusesBadArguments) {
     BookFile const book(good_entries());
     expect_error({}, 2, "A subcommand is required");
     expect_error({"burn"}, 2, "A subcommand is required");

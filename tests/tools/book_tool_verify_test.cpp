@@ -31,7 +31,7 @@ texts_t faults_of(BookFile const& book) {
 
 }  // namespace
 
-TEST(BookToolVerify, tells_the_size_of_a_good_book) {
+TEST(BookToolVerify, TellsTheSizeOfAGoodBook) {
     EXPECT_EQ(lines_of({"verify", BookFile(good_entries()).name()}),
               texts_t{"5 entries, 3 positions"});
     EXPECT_EQ(lines_of({"verify", BookFile({book_entry(0, e2e4, 1)}).name()}),
@@ -40,7 +40,7 @@ TEST(BookToolVerify, tells_the_size_of_a_good_book) {
               texts_t{"0 entries, 0 positions"});
 }
 
-TEST(BookToolVerify, reports_stray_bytes) {
+TEST(BookToolVerify, ReportsStrayBytes) {
     std::string const bytes = book_bytes(good_entries());
     EXPECT_EQ(faults_of(BookFile(bytes + '\n')),
               (texts_t{"1 stray byte behind the last of 5 entries", "5 entries, 1 fault"}));
@@ -50,7 +50,7 @@ TEST(BookToolVerify, reports_stray_bytes) {
               (texts_t{"15 stray bytes behind the last of 0 entries", "0 entries, 1 fault"}));
 }
 
-TEST(BookToolVerify, reports_keys_out_of_order) {
+TEST(BookToolVerify, ReportsKeysOutOfOrder) {
     EXPECT_EQ(faults_of(BookFile({book_entry(5, e2e4, 1), book_entry(4, e2e4, 1),
                                   book_entry(9, e2e4, 1), book_entry(4, e2e4, 1)})),
               (texts_t{"entry 2: key 0000000000000004 behind the larger key 0000000000000005, not "
@@ -65,14 +65,14 @@ TEST(BookToolVerify, reports_keys_out_of_order) {
         texts_t{"2 entries, 2 positions"});
 }
 
-TEST(BookToolVerify, reports_a_move_that_is_twice_in_a_key) {
+TEST(BookToolVerify, ReportsAMoveThatIsTwiceInAKey) {
     EXPECT_EQ(
         faults_of(BookFile({book_entry(1, e2e4, 1), book_entry(2, e2e4, 1), book_entry(2, d2d4, 1),
                             book_entry(2, e2e4, 7)})),
         (texts_t{"entry 4: same move e2e4 of the same key as in entry 2", "4 entries, 1 fault"}));
 }
 
-TEST(BookToolVerify, reports_a_key_without_weight) {
+TEST(BookToolVerify, ReportsAKeyWithoutWeight) {
     EXPECT_EQ(
         faults_of(BookFile({book_entry(1, e2e4, 0), book_entry(2, e2e4, 0), book_entry(2, d2d4, 1),
                             book_entry(3, e2e4, 0), book_entry(3, d2d4, 0)})),
@@ -80,7 +80,7 @@ TEST(BookToolVerify, reports_a_key_without_weight) {
                  "entry 4: all weights of the key 0000000000000003 are 0", "5 entries, 2 faults"}));
 }
 
-TEST(BookToolVerify, reports_unknown_promotions_and_entries_without_a_move) {
+TEST(BookToolVerify, ReportsUnknownPromotionsAndEntriesWithoutAMove) {
     EXPECT_EQ(faults_of(BookFile({book_entry(1, move_word(52, 60, 5), 1),
                                   book_entry(2, move_word(52, 60, 7), 1),
                                   book_entry(3, 0x8000 | e2e4, 1), book_entry(4, 0, 1)})),
@@ -90,7 +90,7 @@ TEST(BookToolVerify, reports_unknown_promotions_and_entries_without_a_move) {
                        "4 entries, 4 faults"}));
 }
 
-TEST(BookToolVerify, of_rubbish_stops_listing_but_counts_on) {
+TEST(BookToolVerify, OfRubbishStopsListingButCountsOn) {
     std::string bytes;
     for (int i = 0; i < 3200; ++i) {
         bytes += static_cast<char>(255 - i / 16);

@@ -59,18 +59,18 @@ class CheckedLeafCounterTest : public testing::Test {
 
 }  // namespace
 
-TEST_F(CheckedLeafCounterTest, a_right_move_is_no_fault) {
+TEST_F(CheckedLeafCounterTest, ARightMoveIsNoFault) {
     EXPECT_EQ(fault(pinned_knight, move_of("e1", "d1", white_king)), "");
     EXPECT_EQ(position_.fen(), pinned_knight);
 }
 
-TEST_F(CheckedLeafCounterTest, tells_a_check_bit_that_is_missing) {
+TEST_F(CheckedLeafCounterTest, TellsACheckBitThatIsMissing) {
     EXPECT_EQ(fault("7k/8/8/8/8/8/8/R3K3 w - - 0 1", move_of("a1", "a8", white_rook)),
               "fault in 7k/8/8/8/8/8/8/R3K3 w - - 0 1 at a1a8: it gives check without the check "
               "bit");
 }
 
-TEST_F(CheckedLeafCounterTest, tells_a_check_bit_that_is_not_true) {
+TEST_F(CheckedLeafCounterTest, TellsACheckBitThatIsNotTrue) {
     Move move = move_of("a1", "a7", white_rook);
     move.check(true);
     EXPECT_EQ(fault("7k/8/8/8/8/8/8/R3K3 w - - 0 1", move),
@@ -78,27 +78,27 @@ TEST_F(CheckedLeafCounterTest, tells_a_check_bit_that_is_not_true) {
               "check");
 }
 
-TEST_F(CheckedLeafCounterTest, tells_a_move_that_leaves_the_king_in_check) {
+TEST_F(CheckedLeafCounterTest, TellsAMoveThatLeavesTheKingInCheck) {
     EXPECT_EQ(fault(pinned_knight, move_of("e2", "c3", white_knight)),
               "fault in 4r2k/8/8/8/8/8/4N3/4K3 w - - 3 9 at e2c3: it leaves its own king in "
               "check");
 }
 
-TEST_F(CheckedLeafCounterTest, tells_what_taking_back_does_not_restore) {
+TEST_F(CheckedLeafCounterTest, TellsWhatTakingBackDoesNotRestore) {
     // The word captures a pawn where none stands, so that taking it back sets one.
     EXPECT_EQ(fault(pinned_knight, move_of("e1", "d1", white_king, black_pawn)),
               "fault in 4r2k/8/8/8/8/8/4N3/4K3 w - - 3 9 at e1d1: taking it back leaves another "
               "FEN 4r2k/8/8/8/8/8/4N3/3pK3 w - - 3 9");
 }
 
-TEST_F(CheckedLeafCounterTest, writes_castling_by_the_given_rule) {
+TEST_F(CheckedLeafCounterTest, WritesCastlingByTheGivenRule) {
     std::string const fen = "5k2/8/8/8/8/8/8/4K2R w K - 0 1";
     Move const castle(Square("e1"), Square("h1"), castling, white_king, no_piece);
     EXPECT_NE(fault(fen, castle, false).find(" at e1g1: "), std::string::npos);
     EXPECT_NE(fault(fen, castle, true).find(" at e1h1: "), std::string::npos);
 }
 
-TEST_F(CheckedLeafCounterTest, counts_as_a_plain_counter_does) {
+TEST_F(CheckedLeafCounterTest, CountsAsAPlainCounterDoes) {
     tools::CheckedLeafCounter checked(shared_tables(), false);
     tools::LeafCounter plain(shared_tables());
     position_.newgame();
@@ -107,7 +107,7 @@ TEST_F(CheckedLeafCounterTest, counts_as_a_plain_counter_does) {
     EXPECT_EQ(plain.count(position_, 3), 8902U);
 }
 
-TEST_F(CheckedLeafCounterTest, makes_the_last_moves_too) {
+TEST_F(CheckedLeafCounterTest, MakesTheLastMovesToo) {
     tools::CheckedLeafCounter checked(shared_tables(), false);
     tools::LeafCounter plain(shared_tables());
     position_.newgame();
@@ -117,7 +117,7 @@ TEST_F(CheckedLeafCounterTest, makes_the_last_moves_too) {
     EXPECT_EQ(position_.get_make_move_counter(), 20U);
 }
 
-TEST_F(CheckedLeafCounterTest, a_snapshot_tells_no_change) {
+TEST_F(CheckedLeafCounterTest, ASnapshotTellsNoChange) {
     EXPECT_EQ(difference_after([] {}), "");
     EXPECT_EQ(difference_after([&] {
                   position_.make_move(move_of("a2", "a3", white_pawn));
@@ -126,12 +126,12 @@ TEST_F(CheckedLeafCounterTest, a_snapshot_tells_no_change) {
               "");
 }
 
-TEST_F(CheckedLeafCounterTest, a_snapshot_tells_another_fen) {
+TEST_F(CheckedLeafCounterTest, ASnapshotTellsAnotherFen) {
     EXPECT_EQ(difference_after([&] { position_.set_castlingrights(0); }),
               "FEN rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w - - 0 1");
 }
 
-TEST_F(CheckedLeafCounterTest, a_snapshot_tells_another_hash) {
+TEST_F(CheckedLeafCounterTest, ASnapshotTellsAnotherHash) {
     EXPECT_EQ(difference_after([&] {
                   position_.fen("rnbqkbnr/pppppppp/8/8/8/8/1PPPPPPP/RNBQKBNR w KQkq - 0 1");
                   position_.set_piece_on(Square("a2"), Piece(white_pawn));
@@ -139,7 +139,7 @@ TEST_F(CheckedLeafCounterTest, a_snapshot_tells_another_hash) {
               "hash");
 }
 
-TEST_F(CheckedLeafCounterTest, a_snapshot_tells_another_material) {
+TEST_F(CheckedLeafCounterTest, ASnapshotTellsAnotherMaterial) {
     EXPECT_EQ(difference_after([&] {
                   position_.remove_piece_from(Square("a2"), Piece(white_pawn));
                   position_.compute_materialindex();
@@ -148,21 +148,21 @@ TEST_F(CheckedLeafCounterTest, a_snapshot_tells_another_material) {
               "material");
 }
 
-TEST_F(CheckedLeafCounterTest, a_snapshot_tells_another_number_of_records) {
+TEST_F(CheckedLeafCounterTest, ASnapshotTellsAnotherNumberOfRecords) {
     play({"g1f3", "g8f6", "f3g1", "f6g8"});
     tools::PositionSnapshot const snapshot(position_);
     position_.fen(std::string(position_.fen()));
     EXPECT_EQ(snapshot.difference(position_), "number of records");
 }
 
-TEST_F(CheckedLeafCounterTest, a_snapshot_tells_another_record) {
+TEST_F(CheckedLeafCounterTest, ASnapshotTellsAnotherRecord) {
     play({"g1f3", "g8f6", "f3g1", "f6g8"});
     tools::PositionSnapshot const snapshot(position_);
     play({"b1c3", "b8c6", "c3b1", "c6b8"});
     EXPECT_EQ(snapshot.difference(position_), "record");
 }
 
-TEST_F(CheckedLeafCounterTest, a_snapshot_tells_another_repetition_record) {
+TEST_F(CheckedLeafCounterTest, ASnapshotTellsAnotherRepetitionRecord) {
     play({"g1f3", "g8f6", "b1c3", "b8c6"});
     tools::PositionSnapshot const snapshot(position_);
     play({"b1c3", "g8f6", "g1f3", "b8c6"});

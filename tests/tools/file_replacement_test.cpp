@@ -54,20 +54,20 @@ class FileReplacementTest : public testing::Test {
 
 }  // namespace
 
-TEST_F(FileReplacementTest, writes_a_new_file) {
+TEST_F(FileReplacementTest, WritesANewFile) {
     std::string const text("one\0two\n", 8);
     tools::write_file(path("new"), text);
     EXPECT_EQ(content("new"), text);
     EXPECT_EQ(files(), 1);
 }
 
-TEST_F(FileReplacementTest, a_new_file_has_the_permissions_of_any_new_file) {
+TEST_F(FileReplacementTest, ANewFileHasThePermissionsOfAnyNewFile) {
     create("other", "");
     tools::write_file(path("new"), "");
     EXPECT_EQ(mode("new"), mode("other"));
 }
 
-TEST_F(FileReplacementTest, a_relative_name_is_one_in_the_working_directory) {
+TEST_F(FileReplacementTest, ARelativeNameIsOneInTheWorkingDirectory) {
     fs::path const old = fs::current_path();
     fs::current_path(directory_.path());
     tools::write_file("new", "text");
@@ -75,7 +75,7 @@ TEST_F(FileReplacementTest, a_relative_name_is_one_in_the_working_directory) {
     EXPECT_EQ(content("new"), "text");
 }
 
-TEST_F(FileReplacementTest, replaces_a_file_and_keeps_its_permissions) {
+TEST_F(FileReplacementTest, ReplacesAFileAndKeepsItsPermissions) {
     create("file", "a longer old text");
     fs::permissions(path("file"), fs::perms(0751));
     tools::write_file(path("file"), "new");
@@ -84,7 +84,7 @@ TEST_F(FileReplacementTest, replaces_a_file_and_keeps_its_permissions) {
     EXPECT_EQ(files(), 1);
 }
 
-TEST_F(FileReplacementTest, the_target_is_untouched_before_commit) {
+TEST_F(FileReplacementTest, TheTargetIsUntouchedBeforeCommit) {
     create("file", "old");
     tools::FileReplacement replacement(path("file"));
     std::ofstream(replacement.path()) << "new";
@@ -94,7 +94,7 @@ TEST_F(FileReplacementTest, the_target_is_untouched_before_commit) {
     EXPECT_EQ(content("file"), "new");
 }
 
-TEST_F(FileReplacementTest, without_commit_the_temporary_file_goes_and_the_target_stays) {
+TEST_F(FileReplacementTest, WithoutCommitTheTemporaryFileGoesAndTheTargetStays) {
     create("file", "old");
     {
         tools::FileReplacement const replacement(path("file"));
@@ -104,7 +104,7 @@ TEST_F(FileReplacementTest, without_commit_the_temporary_file_goes_and_the_targe
     EXPECT_EQ(files(), 1);
 }
 
-TEST_F(FileReplacementTest, two_replacements_of_one_file_do_not_meet) {
+TEST_F(FileReplacementTest, TwoReplacementsOfOneFileDoNotMeet) {
     tools::FileReplacement first(path("file"));
     tools::FileReplacement second(path("file"));
     std::ofstream(first.path()) << "first";
@@ -115,7 +115,7 @@ TEST_F(FileReplacementTest, two_replacements_of_one_file_do_not_meet) {
     EXPECT_EQ(files(), 1);
 }
 
-TEST_F(FileReplacementTest, a_symbolic_link_stays_and_its_file_is_replaced) {
+TEST_F(FileReplacementTest, ASymbolicLinkStaysAndItsFileIsReplaced) {
     fs::create_directory(path("folder"));
     create("folder/file", "old");
     fs::create_symlink("folder/file", path("link"));
@@ -124,7 +124,7 @@ TEST_F(FileReplacementTest, a_symbolic_link_stays_and_its_file_is_replaced) {
     EXPECT_EQ(content("folder/file"), "new");
 }
 
-TEST_F(FileReplacementTest, refuses_what_is_no_file) {
+TEST_F(FileReplacementTest, RefusesWhatIsNoFile) {
     fs::create_directory(path("folder"));
     EXPECT_EQ(write_fault(path("folder"), "text"),
               "cannot write " + path("folder") + ": not a regular file");
@@ -132,12 +132,12 @@ TEST_F(FileReplacementTest, refuses_what_is_no_file) {
     EXPECT_EQ(files(), 1);
 }
 
-TEST_F(FileReplacementTest, refuses_a_folder_that_is_not_there) {
+TEST_F(FileReplacementTest, RefusesAFolderThatIsNotThere) {
     EXPECT_EQ(write_fault(path("none/file"), "text"),
               "cannot write " + path("none/file") + ": No such file or directory");
 }
 
-TEST_F(FileReplacementTest, respects_write_protection) {
+TEST_F(FileReplacementTest, RespectsWriteProtection) {
     create("file", "old");
     fs::permissions(path("file"), fs::perms(0444));
     std::string const fault = write_fault(path("file"), "new");
@@ -147,7 +147,7 @@ TEST_F(FileReplacementTest, respects_write_protection) {
     EXPECT_EQ(content("file"), root ? "new" : "old");
 }
 
-TEST_F(FileReplacementTest, a_full_disk_leaves_the_old_file) {
+TEST_F(FileReplacementTest, AFullDiskLeavesTheOldFile) {
     create("file", "old");
     std::string fault;
     {
@@ -159,7 +159,7 @@ TEST_F(FileReplacementTest, a_full_disk_leaves_the_old_file) {
     EXPECT_EQ(files(), 1);
 }
 
-TEST_F(FileReplacementTest, a_commit_that_fails_leaves_no_temporary_file) {
+TEST_F(FileReplacementTest, ACommitThatFailsLeavesNoTemporaryFile) {
     {
         tools::FileReplacement replacement(path("file"));
         fs::create_directory(path("file"));

@@ -23,7 +23,7 @@ class LeafCounterTest : public testing::Test {
 
 }  // namespace
 
-TEST_F(LeafCounterTest, divide_calls_before_and_after_each_root_move) {
+TEST_F(LeafCounterTest, DivideCallsBeforeAndAfterEachRootMove) {
     std::vector<std::string> events;
     std::uint64_t sum = 0;
     std::uint64_t const total = counter_.divide(
@@ -44,7 +44,7 @@ TEST_F(LeafCounterTest, divide_calls_before_and_after_each_root_move) {
     EXPECT_EQ(sum, total);
 }
 
-TEST_F(LeafCounterTest, divide_at_depth_0_has_no_root_moves) {
+TEST_F(LeafCounterTest, DivideAtDepth0HasNoRootMoves) {
     int calls = 0;
     std::uint64_t const total = counter_.divide(
         position_, 0, [&](tools::root_move_t const&) { ++calls; },
@@ -53,7 +53,7 @@ TEST_F(LeafCounterTest, divide_at_depth_0_has_no_root_moves) {
     EXPECT_EQ(calls, 0);
 }
 
-TEST_F(LeafCounterTest, the_position_comes_back) {
+TEST_F(LeafCounterTest, ThePositionComesBack) {
     std::string const fen = position_.fen();
     EXPECT_EQ(counter_.count(position_, 3), 8902U);
     EXPECT_EQ(position_.fen(), fen);

@@ -9,7 +9,7 @@ namespace orvelin::test {
 using std::chrono_literals::operator""h;
 using std::chrono_literals::operator""ms;
 
-TEST(Progress, plain_output_has_a_line_for_each_text) {
+TEST(Progress, PlainOutputHasALineForEachText) {
     std::ostringstream out;
     {
         tools::Progress progress(out, {false, 0ms, 0ms});
@@ -20,7 +20,7 @@ TEST(Progress, plain_output_has_a_line_for_each_text) {
     EXPECT_EQ(out.str(), "one\ntwo\n");
 }
 
-TEST(Progress, a_terminal_has_one_line_that_is_overwritten_and_cleared) {
+TEST(Progress, ATerminalHasOneLineThatIsOverwrittenAndCleared) {
     std::ostringstream out;
     {
         tools::Progress progress(out, {true, 0ms, 0ms});
@@ -31,7 +31,7 @@ TEST(Progress, a_terminal_has_one_line_that_is_overwritten_and_cleared) {
     EXPECT_EQ(out.str(), "\r\033[Kone\r\033[Ktwo\r\033[K");
 }
 
-TEST(Progress, a_line_is_cleared_once) {
+TEST(Progress, ALineIsClearedOnce) {
     std::ostringstream out;
     tools::Progress progress(out, {true, 0ms, 0ms});
     progress.clear();
@@ -42,7 +42,7 @@ TEST(Progress, a_line_is_cleared_once) {
     EXPECT_EQ(out.str(), "\r\033[Kone\r\033[K");
 }
 
-TEST(Progress, what_is_done_before_the_delay_is_over_tells_nothing) {
+TEST(Progress, WhatIsDoneBeforeTheDelayIsOverTellsNothing) {
     std::ostringstream out;
     {
         tools::Progress progress(out, {true, 1h, 0ms});
@@ -51,7 +51,7 @@ TEST(Progress, what_is_done_before_the_delay_is_over_tells_nothing) {
     EXPECT_EQ(out.str(), "");
 }
 
-TEST(Progress, texts_within_the_interval_are_left_out) {
+TEST(Progress, TextsWithinTheIntervalAreLeftOut) {
     std::ostringstream out;
     tools::Progress progress(out, {false, 0ms, 1h});
     progress.show("one");

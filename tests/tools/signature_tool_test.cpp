@@ -12,7 +12,7 @@
 
 namespace orvelin::test {
 
-TEST(SignatureTool, prints_the_signature_of_the_record_as_one_line) {
+TEST(SignatureTool, PrintsTheSignatureOfTheRecordAsOneLine) {
     const program_result_t result = run_program(signature_binary, {});
     EXPECT_EQ(result.signal, 0);
     EXPECT_EQ(result.status, 0) << result.errors;
@@ -22,13 +22,13 @@ TEST(SignatureTool, prints_the_signature_of_the_record_as_one_line) {
     EXPECT_EQ(result.output, line.str());
 }
 
-TEST(SignatureTool, prints_the_sessions_as_they_are_on_record) {
+TEST(SignatureTool, PrintsTheSessionsAsTheyAreOnRecord) {
     const program_result_t result = run_program(signature_binary, {"--print"});
     EXPECT_EQ(result.status, 0) << result.errors;
     EXPECT_EQ(result.output, session_text(read_sessions(signature_file)));
 }
 
-TEST(SignatureTool, fails_and_names_the_command_when_a_line_is_another) {
+TEST(SignatureTool, FailsAndNamesTheCommandWhenALineIsAnother) {
     const TemporaryDirectory directory;
     const std::filesystem::path record = directory.path() / "record.txt";
     std::ofstream(record) << "> new\n> perft 1\nperft 1 20\n> perft 2\nperft 2 401\n";
@@ -41,7 +41,7 @@ TEST(SignatureTool, fails_and_names_the_command_when_a_line_is_another) {
     EXPECT_EQ(printed.output, "> new\n> perft 1\nperft 1 20\n> perft 2\nperft 2 400\n\n");
 }
 
-TEST(SignatureTool, fails_without_its_record) {
+TEST(SignatureTool, FailsWithoutItsRecord) {
     const TemporaryDirectory directory;
     const std::string record = (directory.path() / "absent.txt").string();
     const program_result_t result = run_program(signature_binary, {record});
@@ -50,14 +50,14 @@ TEST(SignatureTool, fails_without_its_record) {
     EXPECT_EQ(result.errors, "orvelin-signature: cannot read test data " + record + "\n");
 }
 
-TEST(SignatureTool, tells_its_usage) {
+TEST(SignatureTool, TellsItsUsage) {
     const program_result_t result = run_program(signature_binary, {"--help"});
     EXPECT_EQ(result.status, 0);
     EXPECT_TRUE(result.output.starts_with("Usage: orvelin-signature [--print] [FILE]\n"))
         << result.output;
 }
 
-TEST(SignatureTool, refuses_other_arguments) {
+TEST(SignatureTool, RefusesOtherArguments) {
     const program_result_t unknown = run_program(signature_binary, {"--nonsense"});
     EXPECT_EQ(unknown.status, 2);
     EXPECT_EQ(unknown.output, "");

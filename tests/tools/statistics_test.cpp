@@ -86,7 +86,7 @@ int width_for(char const* columns) {
 
 }  // namespace
 
-TEST_F(StatisticsTest, counts_keys_by_winner_distance_and_side_to_move) {
+TEST_F(StatisticsTest, CountsKeysByWinnerDistanceAndSideToMove) {
     load(made_up_byte);
     tools::Statistics const statistics(table_);
     EXPECT_EQ(printed([&](std::ostream& out) { statistics.print_distances(out); }), distances);
@@ -98,7 +98,7 @@ TEST_F(StatisticsTest, counts_keys_by_winner_distance_and_side_to_move) {
                   table_.fen(300) + "\n");
 }
 
-TEST_F(StatisticsTest, a_table_without_wins_has_no_bars) {
+TEST_F(StatisticsTest, ATableWithoutWinsHasNoBars) {
     load([](unsigned int) { return 253; });
     tools::Statistics const statistics(table_);
     EXPECT_EQ(printed([&](std::ostream& out) { statistics.print_histogram(out, 80); }), "");
@@ -106,7 +106,7 @@ TEST_F(StatisticsTest, a_table_without_wins_has_no_bars) {
               "\nlongest win of White: none\nlongest win of Black: none\n");
 }
 
-TEST_F(StatisticsTest, no_line_is_longer_than_the_terminal) {
+TEST_F(StatisticsTest, NoLineIsLongerThanTheTerminal) {
     load([](unsigned int key) { return static_cast<int>(key % 101); });
     tools::Statistics const statistics(table_);
     for (int const width : {40, 61, 80, 400}) {
@@ -120,7 +120,7 @@ TEST_F(StatisticsTest, no_line_is_longer_than_the_terminal) {
     }
 }
 
-TEST(TerminalWidth, comes_from_the_environment) {
+TEST(TerminalWidth, ComesFromTheEnvironment) {
     unsetenv("COLUMNS");
     EXPECT_EQ(tools::terminal_width(), 80);
     EXPECT_EQ(width_for("100"), 100);

@@ -90,7 +90,7 @@ class DamagedTableFileTest : public TableFileTest, public testing::WithParamInte
 
 }  // namespace
 
-TEST_P(DamagedTableFileTest, is_refused_and_changes_nothing) {
+TEST_P(DamagedTableFileTest, IsRefusedAndChangesNothing) {
     std::string text = mated_text();
     GetParam().apply(text);
     write(text);
@@ -139,7 +139,7 @@ INSTANTIATE_TEST_SUITE_P(
                          "damaged: something stands behind end{KRKN}")),
     [](auto const& damage) { return std::string(damage.param.name); });
 
-TEST_F(TableFileTest, a_whole_file_is_loaded) {
+TEST_F(TableFileTest, AWholeFileIsLoaded) {
     write(table_file_text("KRKN", [](unsigned int key) { return key == 3 ? 228 : 100; }));
     EXPECT_EQ(load_fault(), "");
     EXPECT_TRUE(values_.ready());
@@ -148,7 +148,7 @@ TEST_F(TableFileTest, a_whole_file_is_loaded) {
     EXPECT_EQ(values_[table_keys - 1], 100);
 }
 
-TEST_F(TableFileTest, blanks_of_other_kinds_do_not_matter) {
+TEST_F(TableFileTest, BlanksOfOtherKindsDoNotMatter) {
     std::string text = mated_text();
     for (std::size_t at = text.find('\n'); at < 4000; at = text.find('\n', at + 3)) {
         text.replace(at, 1, "\r\n\t");
@@ -158,7 +158,7 @@ TEST_F(TableFileTest, blanks_of_other_kinds_do_not_matter) {
     EXPECT_EQ(values_[table_keys - 1], 0);
 }
 
-TEST_F(TableFileTest, the_first_word_tells_the_ending) {
+TEST_F(TableFileTest, TheFirstWordTellsTheEnding) {
     EXPECT_STREQ(tools::ending_of_file(write("begin{KBNK}")).name, "KBNK");
     EXPECT_STREQ(tools::ending_of_file(write("begin{KQKR}\n254 ")).name, "KQKR");
     EXPECT_STREQ(tools::ending_of_file(write(" begin{KRKN} ?")).name, "KRKN");
@@ -166,7 +166,7 @@ TEST_F(TableFileTest, the_first_word_tells_the_ending) {
               path_ + ": " + no_table);
 }
 
-TEST_F(TableFileTest, a_source_is_an_ending_before_it_is_a_file) {
+TEST_F(TableFileTest, ASourceIsAnEndingBeforeItIsAFile) {
     EXPECT_STREQ(tools::ending_of_source("kQkR").name, "KQKR");
     EXPECT_STREQ(tools::ending_of_source(write("begin{KRKN}")).name, "KRKN");
     std::string const missing = directory_.file("missing");
@@ -174,7 +174,7 @@ TEST_F(TableFileTest, a_source_is_an_ending_before_it_is_a_file) {
               missing + " is neither a file nor KBNK, KQKR or KRKN");
 }
 
-TEST_F(TableFileTest, what_is_no_regular_file_is_not_read) {
+TEST_F(TableFileTest, WhatIsNoRegularFileIsNotRead) {
     for (std::string const& path : {directory_.path().string(), std::string("/dev/zero")}) {
         EXPECT_EQ(fault_of([&] { tools::ending_of_file(path); }),
                   path + ": cannot be read: not a regular file");
@@ -183,17 +183,17 @@ TEST_F(TableFileTest, what_is_no_regular_file_is_not_read) {
     }
 }
 
-TEST_F(TableFileTest, a_missing_file_is_told) {
+TEST_F(TableFileTest, AMissingFileIsTold) {
     EXPECT_EQ(load_fault(), path_ + ": cannot be read: No such file or directory");
 }
 
-TEST_F(TableFileTest, a_file_far_too_large_is_refused) {
+TEST_F(TableFileTest, AFileFarTooLargeIsRefused) {
     write("begin{KRKN}\n");
     fs::resize_file(path_, 70U << 20U);
     EXPECT_EQ(load_fault(), path_ + ": too large for a table file");
 }
 
-TEST_F(TableFileTest, saves_what_it_loads) {
+TEST_F(TableFileTest, SavesWhatItLoads) {
     std::string const text = mated_text();
     write(text);
     ASSERT_EQ(load_fault(), "");
@@ -204,7 +204,7 @@ TEST_F(TableFileTest, saves_what_it_loads) {
     EXPECT_EQ(files(), 2);
 }
 
-TEST_F(TableFileTest, a_save_that_fails_leaves_the_old_file) {
+TEST_F(TableFileTest, ASaveThatFailsLeavesTheOldFile) {
     write("old");
     {
         FileSizeLimit const limit(100000);
@@ -216,7 +216,7 @@ TEST_F(TableFileTest, a_save_that_fails_leaves_the_old_file) {
     EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), "old");
 }
 
-TEST_F(TableFileTest, a_save_into_a_missing_folder_is_a_fault) {
+TEST_F(TableFileTest, ASaveIntoAMissingFolderIsAFault) {
     std::string const target = directory_.file("missing/table.txt");
     EXPECT_EQ(fault_of([&] { tools::save_table(values_, target); }),
               "cannot write " + target + ": No such file or directory");

@@ -159,7 +159,7 @@ void TablesToolBuildTest::check_files(std::string const& good) const {
 
 }  // namespace
 
-TEST_F(TablesToolBuildTest, builds_a_file_that_holds_the_right_table) {
+TEST_F(TablesToolBuildTest, BuildsAFileThatHoldsTheRightTable) {
     tools::ending_t const& ending = *tools::find_ending("KRKN");
     std::string const file = path("krkn.txt");
     write_text(file, "old");
@@ -181,7 +181,7 @@ TEST_F(TablesToolBuildTest, builds_a_file_that_holds_the_right_table) {
     }
 }
 
-TEST_P(TablesToolSourceTest, evaluates_by_a_table_that_it_builds) {
+TEST_P(TablesToolSourceTest, EvaluatesByATableThatItBuilds) {
     record_t record = record_of(*tools::find_ending(GetParam()));
     for (probe_t& probe : record.probes) {
         // The class reads a lone white rook as Black's, which the tool does not.
@@ -200,7 +200,7 @@ TEST_P(TablesToolSourceTest, evaluates_by_a_table_that_it_builds) {
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(TablesToolSourceTest);
 INSTANTIATE_TEST_SUITE_P(Ending, TablesToolSourceTest, testing::ValuesIn(unless_short("KQKR")));
 
-TEST_P(TablesToolPassTest, tells_each_pass_of_a_build) {
+TEST_P(TablesToolPassTest, TellsEachPassOfABuild) {
     tools::EndingTable table(*tools::find_ending(GetParam()));
     std::ostringstream told;
     tools::Progress progress(told, {false, milliseconds(0), milliseconds(0)});

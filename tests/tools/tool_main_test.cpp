@@ -56,13 +56,13 @@ outcome_t run(std::vector<char const*> arguments, std::function<int()> const& bo
 
 }  // namespace
 
-TEST(ToolMain, hands_on_the_code_of_the_body) {
+TEST(ToolMain, HandsOnTheCodeOfTheBody) {
     EXPECT_EQ(run({}, [] { return tools::exit_success; }).code, 0);
     EXPECT_EQ(run({}, [] { return tools::exit_failure; }).code, 1);
     EXPECT_EQ(run({"--number", "5"}, [] { return 7; }).code, 7);
 }
 
-TEST(ToolMain, help_is_printed_and_the_body_not_run) {
+TEST(ToolMain, HelpIsPrintedAndTheBodyNotRun) {
     bool ran = false;
     outcome_t const outcome = run({"--help"}, [&] {
         ran = true;
@@ -76,14 +76,14 @@ TEST(ToolMain, help_is_printed_and_the_body_not_run) {
     EXPECT_EQ(outcome.errors, "");
 }
 
-TEST(ToolMain, help_of_a_subcommand_is_its_own) {
+TEST(ToolMain, HelpOfASubcommandIsItsOwn) {
     outcome_t const outcome = run({"sub", "--help"}, [] { return 0; });
     EXPECT_EQ(outcome.code, 0);
     EXPECT_NE(outcome.output.find("Does only that."), std::string::npos);
     EXPECT_EQ(outcome.output.find("Does this and that."), std::string::npos);
 }
 
-TEST(ToolMain, bad_arguments_are_told_and_the_body_not_run) {
+TEST(ToolMain, BadArgumentsAreToldAndTheBodyNotRun) {
     for (std::vector<char const*> const& arguments :
          {std::vector<char const*>{"--none"}, {"--number"}, {"--number", "x"}, {"word"}}) {
         bool ran = false;
@@ -100,13 +100,13 @@ TEST(ToolMain, bad_arguments_are_told_and_the_body_not_run) {
     }
 }
 
-TEST(ToolMain, an_argument_that_the_body_refuses_is_bad_usage) {
+TEST(ToolMain, AnArgumentThatTheBodyRefusesIsBadUsage) {
     outcome_t const outcome = run({}, []() -> int { throw tools::UsageError("no such square"); });
     EXPECT_EQ(outcome.code, 2);
     EXPECT_EQ(outcome.errors, "orvelin-x: no such square\n");
 }
 
-TEST(ToolMain, any_other_exception_is_a_failure) {
+TEST(ToolMain, AnyOtherExceptionIsAFailure) {
     outcome_t const outcome = run({}, []() -> int {
         std::cout << "begun";
         throw std::logic_error("it broke");
@@ -116,7 +116,7 @@ TEST(ToolMain, any_other_exception_is_a_failure) {
     EXPECT_EQ(outcome.errors, "orvelin-x: it broke\n");
 }
 
-TEST(ToolMain, output_that_cannot_be_written_is_a_failure) {
+TEST(ToolMain, OutputThatCannotBeWrittenIsAFailure) {
     FullDisk disk;
     outcome_t const outcome = run({}, [&] {
         std::cout.rdbuf(&disk);

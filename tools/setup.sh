@@ -27,7 +27,8 @@ for argument in "$@"; do
 done
 unset argument
 
-# install_packages PACKAGE...: installs those Debian packages that are missing.
+# install_packages PACKAGE...: installs those Debian packages that are missing. One process at a
+# time: the package manager waits for no other.
 install_packages() {
     local missing=() package
     for package in "$@"; do
@@ -36,6 +37,13 @@ install_packages() {
         fi
     done
     [ ${#missing[@]} -eq 0 ] && return 0
+    (
+        flock 8 && install_now "${missing[@]}"
+    ) 8>"${TMPDIR:-/tmp}/orvelin-packages.$(id -u)" || exit 1
+}
+
+install_now() {
+    local missing=("$@")
     command -v apt-get >/dev/null || fail "these packages are missing and there is no apt-get to install them: ${missing[*]}"
     local as_root=()
     if [ "$(id -u)" -ne 0 ]; then

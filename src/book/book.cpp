@@ -96,7 +96,7 @@ std::vector<Book_record> Book::collect(std::uint64_t key, std::int64_t start) {
     return entries;
 }
 
-/// The clock is the only source of chance. Kept: the number drawn is negative about half of the
+/// The clock is the only source of chance. By design the number drawn is negative about half of the
 /// time, which always falls to the first entry.
 BKmove Book::draw(std::vector<Book_record> const& entries) {
     std::uint32_t sum = 0;

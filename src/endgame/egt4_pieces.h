@@ -19,7 +19,7 @@ class Attacks;
 /// arise from it by capture, and the retrograde analysis that fills it.
 ///
 /// Keeps a small position of its own, made of four sets, on which it makes and unmakes moves; the
-/// men of that position, the side to move and the sign are what the text tools read and set. The
+/// pieces of that position, the side to move and the sign are what the text tools read and set. The
 /// table is one byte for each key, from White's point of view: 0 Black is mated, 1 to 100 White
 /// mates in so many plies, 128 White is mated, 129 to 228 Black mates in (byte - 128) plies, 253
 /// draw, 254 illegal, 255 not known. Its memory is either this object's own or borrowed, and then
@@ -88,7 +88,7 @@ class Egt4Pieces {
     /// The key with the squares of bits 1 to 18 reflected in the diagonal a1-h8. Equal in value
     /// when the white king stands on that diagonal.
     static unsigned int get_mirror_key(unsigned int key);
-    /// No two men of the key share a square, but for captured pieces.
+    /// No two pieces of the key share a square, but for captured pieces.
     static bool is_legal_key(unsigned int key);
     /// One king each, not adjacent, and the side not to move is not in check.
     /// @throws std::logic_error for piece ids that a table cannot have.
@@ -146,8 +146,8 @@ class Egt4Pieces {
     // Texts.
 
     /// Sets the position from the placement and side fields of a FEN text. A first piece of Black's
-    /// is read with the colours exchanged. Men off the board are left out.
-    /// @throws std::logic_error on a letter that is no man of a table.
+    /// is read with the colours exchanged. Pieces off the board are left out.
+    /// @throws std::logic_error on a letter that is no piece of a table.
     void fen(std::string const& text);
     /// The FEN text of the position.
     std::string fen() const;
@@ -172,15 +172,15 @@ class Egt4Pieces {
     void release();
 
     BitBoard occupied() const { return white_king_ | black_king_ | piece1_ | piece2_; }
-    BitBoard own_men() const;
-    BitBoard& men_of(int id);
-    /// Squares that a man attacks from the square; none from no square, or for no man.
+    BitBoard own_pieces() const;
+    BitBoard& pieces_of(int id);
+    /// Squares that a piece attacks from the square; none from no square, or for no piece.
     BitBoard attacks_of(piece_t id, BitBoard const& square) const;
     /// Throws std::logic_error with one of the texts if the ids are none that a table can have.
     void require_pieces(char const* piece1_error, char const* piece2_error) const;
     bool king_attacked(side_t side) const;
     void add_moves(std::vector<Move>& moves, piece_t id, BitBoard const& from) const;
-    /// `lost` names the men that may have been captured; no_piece stands for none.
+    /// `lost` names the pieces that may have been captured; no_piece stands for none.
     void add_previous_moves(std::vector<Move>& moves, piece_t id, BitBoard const& to,
                             std::array<piece_t, 2> const& lost) const;
 
@@ -193,8 +193,8 @@ class Egt4Pieces {
     bool successors_agree(unsigned int key);
     bool report_fault(std::string const& test, std::string const& fault, Move const& move);
 
-    /// Puts a man of the FEN letter on the square; false when the letter is none of a table's.
-    bool put_man(char letter, BitBoard const& square);
+    /// Puts a piece of the FEN letter on the square; false when the letter is none of a table's.
+    bool put_piece(char letter, BitBoard const& square);
     static char letter_of(piece_t id);
     char letter_on(BitBoard const& square) const;
 

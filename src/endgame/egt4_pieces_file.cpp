@@ -52,8 +52,8 @@ void Egt4Pieces::load(std::string const& path) {
         piece2_id_ = black_rook;
         name_ = "KQKR";
     } else if (contains(word, "KBNK")) {
-        // Kept: not the pair that the table is built with. The values can be looked up by key, but
-        // no position with these men is legal here.
+        // By design not the pair that the table is built with. The values can be looked up by key,
+        // but no position with these pieces is legal here.
         piece1_id_ = black_knight;
         piece2_id_ = white_bishop;
         name_ = "KBNK";

@@ -192,7 +192,7 @@ BitBoard Egt4Pieces::attacks_of(piece_t id, BitBoard const& square) const {
 
 // The pieces are told apart by their ids, so the order of the tests matters only for two equal
 // ones, which a table cannot have.
-BitBoard& Egt4Pieces::men_of(int id) {
+BitBoard& Egt4Pieces::pieces_of(int id) {
     if (id == piece1_id_) {
         return piece1_;
     }
@@ -204,7 +204,7 @@ BitBoard& Egt4Pieces::men_of(int id) {
 
 void Egt4Pieces::make_move(Move const& move) {
     ++moves_made_;
-    men_of(move.piece_id()) ^= move.from().bitboard() | move.to().bitboard();
+    pieces_of(move.piece_id()) ^= move.from().bitboard() | move.to().bitboard();
     if (move.capture_id() == piece1_id_) {
         piece1_.clear();
     } else if (move.capture_id() == piece2_id_) {
@@ -214,7 +214,7 @@ void Egt4Pieces::make_move(Move const& move) {
 }
 
 void Egt4Pieces::unmake_move(Move const& move) {
-    men_of(move.piece_id()) ^= move.from().bitboard() | move.to().bitboard();
+    pieces_of(move.piece_id()) ^= move.from().bitboard() | move.to().bitboard();
     if (move.capture_id() == piece1_id_) {
         piece1_ = move.to().bitboard();
     } else if (move.capture_id() == piece2_id_) {

@@ -30,7 +30,7 @@ void require_piece(char const* function, piece_t id, int number, char const* no_
         case black_king:
             text += piece + "==black_king";
             break;
-        // What is no man at all moves nowhere.
+        // What is no piece at all moves nowhere.
         default:
             return;
     }
@@ -68,7 +68,7 @@ void Egt4Pieces::generate_moves(std::vector<Move>& moves) const {
     }
 }
 
-BitBoard Egt4Pieces::own_men() const {
+BitBoard Egt4Pieces::own_pieces() const {
     auto const own = [this](piece_t id, BitBoard const& piece) {
         return (stm_ == white ? white_id(id) : black_id(id)) ? piece : BitBoard();
     };
@@ -78,7 +78,7 @@ BitBoard Egt4Pieces::own_men() const {
 
 void Egt4Pieces::add_moves(std::vector<Move>& moves, piece_t id, BitBoard const& from) const {
     Square const origin = from.get_first_square();
-    std::uint64_t targets = to_ull(attacks_of(id, from) & ~own_men());
+    std::uint64_t targets = to_ull(attacks_of(id, from) & ~own_pieces());
     while (targets != 0) {
         Square const to(BitBoard::get_reset_square(targets));
         piece_t captured = no_piece;

@@ -14,10 +14,11 @@ namespace orvelin {
 
 namespace {
 
-/// The men's letters by id; ids that are no man have a question mark.
+/// The pieces' letters by id; ids that are no piece have a question mark.
 constexpr std::string_view letters = "?PNBRQK??pnbrqk?";
 
-/// The white id of the man of a letter of either case; no_piece for a pawn and for no man.
+/// The white id of the piece of a letter of either case; no_piece for a pawn and for any other
+/// letter.
 piece_t white_id_of(char letter) {
     switch (letter) {
         case 'N':
@@ -68,7 +69,7 @@ void Egt4Pieces::fen(std::string const& text) {
         } else {
             BitBoard const square =
                 rank >= 0 && file < 8 ? Square(8 * rank + file).bitboard() : BitBoard();
-            if (!put_man(letter, square)) {
+            if (!put_piece(letter, square)) {
                 throw std::logic_error("Egt4Pieces::fen(" + text + ") \nwrong piece");
             }
             ++file;
@@ -81,7 +82,7 @@ void Egt4Pieces::fen(std::string const& text) {
     }
 }
 
-bool Egt4Pieces::put_man(char letter, BitBoard const& square) {
+bool Egt4Pieces::put_piece(char letter, BitBoard const& square) {
     if (letter == 'K') {
         white_king_ |= square;
         return true;

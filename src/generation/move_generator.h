@@ -16,14 +16,14 @@ class ChessPosition;
 class Connections;
 struct Tables;
 
-/// For each from square the set of squares its man reaches; own men are not excluded.
+/// For each from square the set of squares its piece reaches; own pieces are not excluded.
 using movetable_t = std::array<std::uint64_t, 64>;
 
 /// Strictly legal move generation, with the check bit of every move found before it is made.
 ///
 /// First a move table is built, then it is serialised into a list: captures and promotions, then
 /// quiet moves. Nothing is made and unmade. The object owns only the working state of the
-/// generation that runs (own men, pins, check squares, ...), which the serialisers fill before
+/// generation that runs (own pieces, pins, check squares, ...), which the serialisers fill before
 /// any test is called; table and list are the caller's. One object serves one thread.
 /// The template parameter is the side to move, 1 White and 0 Black, as `stm()` gives it.
 class MoveGenerator {
@@ -35,7 +35,8 @@ class MoveGenerator {
 
     /// Zeroes `table` and fills it for the side to move.
     void create_movetable(ChessPosition const& position, movetable_t& table);
-    /// Adds the men of `Side` to a zeroed table, at the occupancy that `create_movetable` cached.
+    /// Adds the pieces of `Side` to a zeroed table, at the occupancy that `create_movetable`
+    /// cached.
     template <int Side>
     void generate_movetable(ChessPosition const& position, movetable_t& table);
 
@@ -48,7 +49,7 @@ class MoveGenerator {
     /// `create_movetable` on a table of its own, then `serialize_moves`.
     void generate_moves(ChessPosition const& position, MoveList& list);
 
-    /// The two stages; called by the serialisers only. Captures come sorted by captured man.
+    /// The two stages; called by the serialisers only. Captures come sorted by victim.
     template <int Side>
     void generate_captures(ChessPosition const& position, movetable_t& table, MoveList& list);
     template <int Side>
@@ -94,7 +95,7 @@ class MoveGenerator {
     void en_passant_capture(ChessPosition const& position, Square from, MoveList& list);
     template <int Side>
     void promotions(ChessPosition const& position, Square from, BitBoard to_set, MoveList& list);
-    /// Appends the moves of one man other than the king to squares that were found legal.
+    /// Appends the moves of one piece other than the king to squares that were found legal.
     template <int Side, int PieceId>
     void append_moves(ChessPosition const& position, Square from, BitBoard to_set,
                       BitBoard check_squares, MoveList& list);
@@ -104,7 +105,7 @@ class MoveGenerator {
     template <int Side, typename Reach>
     void king_moves(ChessPosition const& position, Reach const& reach, BitBoard to_mask,
                     MoveList& list);
-    /// What a man on `from` reaches at the cached occupancy; `enemies` are for pawns.
+    /// What a piece on `from` reaches at the cached occupancy; `enemies` are for pawns.
     template <int Side, int PieceId>
     BitBoard reached_from(Square from, BitBoard enemies) const;
     template <int Side>
@@ -122,18 +123,18 @@ class MoveGenerator {
     template <int Side>
     bool slider_reaches_king(ChessPosition const& position, BitBoard const& occupied) const;
 
-    /// The squares to which a man on `from`, the king excepted, may go without leaving the own king
-    /// in check: the common form of the tests of legality, for all targets at once.
+    /// The squares to which a piece on `from`, the king excepted, may go without leaving the own
+    /// king in check: the common form of the tests of legality, for all targets at once.
     BitBoard legal_targets(ChessPosition const& position, Square from) const;
-    /// The squares from which a man of this type, in either colour, gives check directly.
-    BitBoard direct_check_squares(Piece man) const;
+    /// The squares from which a piece of this type, in either colour, gives check directly.
+    BitBoard direct_check_squares(Piece piece) const;
     template <int PieceId>
     BitBoard direct_check_squares() const;
     bool en_passant_keeps_king_safe(Move const& move) const;
     /// Appends a move. What a list cannot hold is dropped: no game reaches 256 moves, only a
     /// position made by hand does.
     void store(MoveList& list, Move const& move);
-    void sort_by_captured_man(MoveList& list) const;
+    void sort_by_victim(MoveList& list) const;
 
     Connections const* connections_;
     Attacks const* attacks_;
@@ -150,8 +151,8 @@ class MoveGenerator {
     BitBoard bishop_check_squares_;
     BitBoard knight_check_squares_;
     BitBoard pawn_check_squares_;
-    /// Enemy men that attack the own king or stand on one of its lines. Filled when a move can
-    /// need them: in check, with men pinned, or where an en passant capture is possible.
+    /// Enemy pieces that attack the own king or stand on one of its lines. Filled when a move can
+    /// need them: in check, with pieces pinned, or where an en passant capture is possible.
     std::vector<Square> potential_checkers_;
 };
 

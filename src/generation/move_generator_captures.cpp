@@ -28,7 +28,7 @@ void MoveGenerator::captures(ChessPosition const& position, Reach const& reach, 
     piece_moves<Side, Own::rook>(position, reach, targets_, list);
     piece_moves<Side, Own::queen>(position, reach, targets_, list);
     king_moves<Side>(position, reach, targets_, list);
-    sort_by_captured_man(list);
+    sort_by_victim(list);
 }
 
 template <int Side, typename Reach>
@@ -39,7 +39,7 @@ void MoveGenerator::pawn_captures(ChessPosition const& position, Reach const& re
     BitBoard const check_squares = direct_check_squares<Own::pawn>();
     BitBoard pawns = position.piece(Own::pawn);
     // Only those that stand so that they can capture or promote. Where sets overlap, the table can
-    // hold what another man reaches, and all are asked.
+    // hold what another piece reaches, and all are asked.
     if (!position.board_is_inconsistent()) {
         pawns &= pawn_attacks<enemy_of<Side>>(targets_ | position.ep().bitboard()) |
                  ahead<enemy_of<Side>>(last_rank, 1);
@@ -95,7 +95,7 @@ void MoveGenerator::promotions(ChessPosition const& position, Square from, BitBo
 }
 
 /// Stable, so that of two moves with equal victims the lower attacker stays in front.
-void MoveGenerator::sort_by_captured_man(MoveList& list) const {
+void MoveGenerator::sort_by_victim(MoveList& list) const {
     for (int i = 1; i < move_count_; ++i) {
         Move const move = list[i];
         int const value = move.capture().abs_value();

@@ -62,20 +62,20 @@ bool MoveGenerator::slider_reaches_king(ChessPosition const& position,
            meets(attacks_->bishop(king, occupied), SideOf<Side>::bishops_and_queens(position));
 }
 
-BitBoard MoveGenerator::direct_check_squares(Piece man) const {
-    if (man.queen()) {
+BitBoard MoveGenerator::direct_check_squares(Piece piece) const {
+    if (piece.queen()) {
         return direct_check_squares<white_queen>();
     }
-    if (man.rook()) {
+    if (piece.rook()) {
         return direct_check_squares<white_rook>();
     }
-    if (man.bishop()) {
+    if (piece.bishop()) {
         return direct_check_squares<white_bishop>();
     }
-    if (man.knight()) {
+    if (piece.knight()) {
         return direct_check_squares<white_knight>();
     }
-    if (man.pawn()) {
+    if (piece.pawn()) {
         return direct_check_squares<white_pawn>();
     }
     return BitBoard();
@@ -85,17 +85,17 @@ template <int Side>
 bool MoveGenerator::checks_by_normal_move(ChessPosition const& position, Move const& move) const {
     BitBoard const from = move.from().bitboard();
     BitBoard const to = move.to().bitboard();
-    Piece const man = move.piece();
+    Piece const piece = move.piece();
     if (meets(discovering_, from)) {
-        // A pawn or king may stay on the line; any other man leaves it when it moves.
-        if (!man.pawn() && !man.king()) {
+        // A pawn or king may stay on the line; any other piece leaves it when it moves.
+        if (!piece.pawn() && !piece.king()) {
             return true;
         }
         if (slider_reaches_king<Side>(position, (occupied_ & ~from) | to)) {
             return true;
         }
     }
-    return meets(direct_check_squares(man), to);
+    return meets(direct_check_squares(piece), to);
 }
 
 template <int Side>

@@ -18,7 +18,7 @@ BitBoard MoveGenerator::legal_targets(ChessPosition const& position, Square from
     BitBoard targets = ~BitBoard();
     BitBoard const from_bit = from.bitboard();
     bool const check = position.check();
-    // Outside check a man that is not pinned may go anywhere, a pinned one along its line only.
+    // Outside check a piece that is not pinned may go anywhere, a pinned one along its line only.
     if (!check && !(pinned_ & from_bit)) {
         return targets;
     }

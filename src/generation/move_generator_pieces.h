@@ -12,20 +12,20 @@ namespace orvelin {
 
 template <int PieceId>
 BitBoard MoveGenerator::direct_check_squares() const {
-    constexpr Piece man(PieceId);
-    if constexpr (man.queen()) {
+    constexpr Piece piece(PieceId);
+    if constexpr (piece.queen()) {
         return rook_check_squares_ | bishop_check_squares_;
     }
-    if constexpr (man.rook()) {
+    if constexpr (piece.rook()) {
         return rook_check_squares_;
     }
-    if constexpr (man.bishop()) {
+    if constexpr (piece.bishop()) {
         return bishop_check_squares_;
     }
-    if constexpr (man.knight()) {
+    if constexpr (piece.knight()) {
         return knight_check_squares_;
     }
-    if constexpr (man.pawn()) {
+    if constexpr (piece.pawn()) {
         return pawn_check_squares_;
     }
     return BitBoard();
@@ -34,23 +34,24 @@ BitBoard MoveGenerator::direct_check_squares() const {
 template <int Side, int PieceId>
 void MoveGenerator::append_moves(ChessPosition const& position, Square from, BitBoard to_set,
                                  BitBoard check_squares, MoveList& list) {
-    constexpr Piece man(PieceId);
+    constexpr Piece piece(PieceId);
     int count = move_count_;
-    Move move(from, Square(0), normal_move, man, Piece());
-    // A man that leaves the line of a slider behind it gives check wherever it goes, but a pawn
+    Move move(from, Square(0), normal_move, piece, Piece());
+    // A piece that leaves the line of a slider behind it gives check wherever it goes, but a pawn
     // may stay on the line.
     bool const discovers = static_cast<bool>(discovering_ & from.bitboard());
-    if (discovers && !man.pawn()) {
+    if (discovers && !piece.pawn()) {
         check_squares = ~BitBoard();
     }
     while (to_set && count < MoveList::capacity) {
         BitBoard const to_bit = to_set.get_reset_square();
         Square const to = to_bit.get_unique_square();
         move.to(to);
-        // Asked on free squares too: an illegal promotion can leave a man there who is in no set.
+        // Asked on free squares too: an illegal promotion can leave a piece there that is in no
+        // set.
         move.capture_id(position[to.id()].id());
         move.check(static_cast<bool>(to_bit & check_squares));
-        if (discovers && man.pawn()) {
+        if (discovers && piece.pawn()) {
             set_checkstatus<Side>(position, move);
         }
         list[count++] = move;
@@ -68,23 +69,23 @@ BitBoard pawn_targets(BitBoard pawn, BitBoard free, BitBoard enemies) {
 
 template <int Side, int PieceId>
 BitBoard MoveGenerator::reached_from(Square from, BitBoard enemies) const {
-    constexpr Piece man(PieceId);
-    if constexpr (man.pawn()) {
+    constexpr Piece piece(PieceId);
+    if constexpr (piece.pawn()) {
         return pawn_targets<Side>(from.bitboard(), ~occupied_, enemies);
     }
-    if constexpr (man.knight()) {
+    if constexpr (piece.knight()) {
         return attacks_->knight(from);
     }
-    if constexpr (man.bishop()) {
+    if constexpr (piece.bishop()) {
         return attacks_->bishop(from, occupied_);
     }
-    if constexpr (man.rook()) {
+    if constexpr (piece.rook()) {
         return attacks_->rook(from, occupied_);
     }
-    if constexpr (man.queen()) {
+    if constexpr (piece.queen()) {
         return attacks_->queen(from, occupied_);
     }
-    if constexpr (man.king()) {
+    if constexpr (piece.king()) {
         return attacks_->king(from);
     }
 }
@@ -119,9 +120,9 @@ void MoveGenerator::piece_moves(ChessPosition const& position, Reach const& reac
                                 MoveList& list) {
     BitBoard const check_squares = direct_check_squares<PieceId>();
     BitBoard const held = position.check() ? ~BitBoard() : pinned_;
-    BitBoard men = position.piece(PieceId);
-    while (men) {
-        BitBoard const from_bit = men.get_reset_square();
+    BitBoard pieces = position.piece(PieceId);
+    while (pieces) {
+        BitBoard const from_bit = pieces.get_reset_square();
         Square const from = from_bit.get_unique_square();
         BitBoard to_set = to_mask & reach.template reached_from<Side, PieceId>(from);
         if (!to_set) {
@@ -138,9 +139,9 @@ template <int Side, typename Reach>
 void MoveGenerator::king_moves(ChessPosition const& position, Reach const& reach, BitBoard to_mask,
                                MoveList& list) {
     Piece const king(SideOf<Side>::king);
-    BitBoard men = position.piece(SideOf<Side>::king);
-    while (men) {
-        Square const from = men.get_reset_square().get_unique_square();
+    BitBoard pieces = position.piece(SideOf<Side>::king);
+    while (pieces) {
+        Square const from = pieces.get_reset_square().get_unique_square();
         BitBoard to_set = to_mask & reach.template reached_from<Side, SideOf<Side>::king>(from);
         while (to_set) {
             Square const to = to_set.get_reset_square().get_unique_square();

@@ -46,7 +46,7 @@ void MoveGenerator::castlings(ChessPosition const& position, MoveList& list) {
     }
 }
 
-/// Neither man may be stopped on its way and the king may neither stand on nor cross an attacked
+/// Neither piece may be stopped on its way and the king may neither stand on nor cross an attacked
 /// square, its own included.
 template <int Side>
 bool MoveGenerator::castling_allowed(ChessPosition const& position, Square king,

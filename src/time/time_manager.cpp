@@ -72,7 +72,7 @@ bool TimeManager::time_to_move(std::uint64_t elapsed) const {
     if (movetime == 0) {
         return false;
     }
-    // Kept: a time per move below the lag wraps around and so is never stopped here, but
+    // By design a time per move below the lag wraps around and so is never stopped here, but
     // softly by percentage().
     if (movetime - sign_extended(get(lag_)) <= elapsed) {
         return true;

@@ -211,7 +211,7 @@ TEST_F(BKmoveConversionTest, KingAndRookOfChess960CastleFromAnySquare) {
     EXPECT_EQ(convert(book_move("b8", "h8")).code(), castling);
 }
 
-TEST_F(BKmoveConversionTest, CastlingAsksForMenNotForRights) {
+TEST_F(BKmoveConversionTest, CastlingAsksForPiecesNotForRights) {
     position.fen("4k3/8/8/3kr3/3KR3/8/8/4K3 w - - 0 1");
     EXPECT_EQ(convert(book_move("d4", "e4")).code(), castling);
     EXPECT_EQ(convert(book_move("d5", "e5")).code(), castling);
@@ -243,7 +243,7 @@ TEST_F(BKmoveConversionTest, IllegalMovesComeBackAllTheSame) {
     EXPECT_EQ(convert(book_move("d1", "e1")),
               Move(Square("d1"), Square("e1"), normal_move, white_queen, white_king));
     EXPECT_EQ(text(book_move("b1", "b1")), "b1b1");
-    // Kept: a promotion stays on any man.
+    // By design a promotion stays on any piece.
     EXPECT_EQ(text(book_move("g1", "f3", 4)), "g1f3q");
     EXPECT_EQ(convert(book_move("g1", "f3", 4)).piece_id(), white_knight);
 }

@@ -226,7 +226,7 @@ TEST_F(Egt4PiecesKey, SideNotToMoveMustNotStandInCheckByAWhitePiece) {
         EXPECT_TRUE(kbnk_.is_legal()) << placement;
     }
     kbnk_.fen("8/6k1/8/8/4K3/3B4/8/8 b");
-    EXPECT_TRUE(kbnk_.is_legal()) << "a man gives his own king no check";
+    EXPECT_TRUE(kbnk_.is_legal()) << "a piece gives its own king no check";
     kqkr_.fen("8/Q5k1/8/8/4K3/8/8/8 w");
     EXPECT_FALSE(kqkr_.is_legal());
     kqkr_.fen("8/Q2r2k1/8/8/4K3/8/8/8 w");
@@ -298,7 +298,7 @@ TEST_F(Egt4PiecesKey, CapturesReturnOnTheTargetSquare) {
     EXPECT_EQ(kqkr_.fen(), "8/8/8/8/3Q4/2k5/r7/K7 b - - 0 1");
 }
 
-TEST_F(Egt4PiecesKey, AnyOtherManMovesTheBlackKing) {
+TEST_F(Egt4PiecesKey, AnyOtherPieceMovesTheBlackKing) {
     kqkr_.fen("8/6k1/8/8/3Q4/8/r1K5/8 w - - 0 1");
     kqkr_.make_move(move("g7", "g8", white_pawn));
     EXPECT_EQ(kqkr_.fen(), "6k1/8/8/8/3Q4/8/r1K5/8 b - - 0 1");

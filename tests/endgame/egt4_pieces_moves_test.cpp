@@ -184,7 +184,7 @@ TEST_F(Egt4PiecesMoves, BlackKingMayHaveTakenPiece1OrAWhitePiece2) {
               "kg7h8 kg7h8xB kh7h8 kh7h8xB kg8h8 kg8h8xB");
 }
 
-TEST_F(Egt4PiecesMoves, BlackMenMayHaveTakenPiece1) {
+TEST_F(Egt4PiecesMoves, BlackPiecesMayHaveTakenPiece1) {
     EXPECT_EQ(previous_moves_of(krkn_, "7k/8/8/8/8/8/8/K6n w"),
               "kg7h8 kg7h8xR kh7h8 kh7h8xR kg8h8 kg8h8xR "
               "nf2h1 nf2h1xR ng3h1 ng3h1xR");
@@ -282,7 +282,7 @@ TEST_F(Egt4PiecesMoves, RefusesImpossiblePiecesOfPreviousMovesByTheirPlace) {
     }
 }
 
-TEST_F(Egt4PiecesMoves, IdsThatAreNoManDoNotMove) {
+TEST_F(Egt4PiecesMoves, IdsThatAreNoPieceDoNotMove) {
     for (int const id : {7, 8, 15}) {
         Egt4Pieces table(shared_attacks(), static_cast<piece_t>(id), static_cast<piece_t>(id));
         for (unsigned int const side : {0U, 1U}) {

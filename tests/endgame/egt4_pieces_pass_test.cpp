@@ -25,7 +25,7 @@ TEST(Egt4PiecesPass, ClassifiesOneKey) {
     EXPECT_EQ(classify("k7/1Q6/1r6/8/8/8/8/K7 b"), 255) << "the rook takes";
 }
 
-TEST(Egt4PiecesPass, ClassifiesKeysWithMenOnOneSquareAsIllegal) {
+TEST(Egt4PiecesPass, ClassifiesKeysWithPiecesOnOneSquareAsIllegal) {
     LentTable lent(white_queen, black_rook, Egt4Pieces::unknown);
     constexpr unsigned int black_king_h8 = 63U << 13;
     for (unsigned int const key :

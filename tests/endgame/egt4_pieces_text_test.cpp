@@ -50,7 +50,7 @@ class Egt4PiecesText : public testing::Test {
     Egt4Pieces kqkr_{shared_attacks(), white_queen, black_rook};
 };
 
-TEST_F(Egt4PiecesText, WritesTheFourMen) {
+TEST_F(Egt4PiecesText, WritesTheFourPieces) {
     EXPECT_EQ(kqkr_.fen(), "8/8/8/8/8/8/8/8 w - - 0 1");
     EXPECT_EQ(rewritten(kqkr_, "r6k/8/8/3Q4/8/8/8/K7 b"), "r6k/8/8/3Q4/8/8/8/K7 b - - 0 1");
     EXPECT_EQ(rewritten(kbnk_, "k7/8/2K1BN2/8/8/8/8/8 w"), "k7/8/2K1BN2/8/8/8/8/8 w - - 0 1");
@@ -120,7 +120,7 @@ TEST_F(Egt4PiecesText, LowerCaseLettersExchangeTheColours) {
     EXPECT_EQ(kqkr_.stm(), 0);
 }
 
-TEST_F(Egt4PiecesText, BlackManOfPiece1sTypeIsPiece2WhenThatIsItsCode) {
+TEST_F(Egt4PiecesText, BlackPieceOfPiece1sTypeIsPiece2WhenThatIsItsCode) {
     Egt4Pieces rooks(shared_attacks(), white_rook, black_rook);
     rooks.fen("7k/8/8/8/8/r7/8/K6R w");
     EXPECT_EQ(rooks.sign(), 1);
@@ -144,7 +144,7 @@ TEST_F(Egt4PiecesText, AnySideFieldButWIsBlack) {
     EXPECT_EQ(kqkr_.stm(), 1);
 }
 
-TEST_F(Egt4PiecesText, RefusesALetterThatIsNoManOfATable) {
+TEST_F(Egt4PiecesText, RefusesALetterThatIsNoPieceOfATable) {
     for (std::string const letter : {"p", "P", "x", "0", "9", "-", "\xFF"}) {
         std::string const fen = "7k/8/8/8/8/8/8/KQ4" + letter + "1 w - - 0 1";
         EXPECT_EQ(error(fen), "Egt4Pieces::fen(" + fen + ") \nwrong piece") << letter;
@@ -152,7 +152,7 @@ TEST_F(Egt4PiecesText, RefusesALetterThatIsNoManOfATable) {
     EXPECT_EQ(error("7k/8/8/8/8/8/8/KQ5r w"), "no exception");
 }
 
-TEST_F(Egt4PiecesText, MenOffTheBoardAreLeftOut) {
+TEST_F(Egt4PiecesText, PiecesOffTheBoardAreLeftOut) {
     EXPECT_EQ(rewritten(kqkr_, "7kQ/8/8/8/8/8/8/K7/Q7/Q w"), "7k/8/8/8/8/8/8/K7 w - - 0 1");
     EXPECT_EQ(rewritten(kqkr_, "KkQr"), "KkQr4/8/8/8/8/8/8/8 b - - 0 1");
     EXPECT_EQ(rewritten(kqkr_, "8888Q/7k/K7 w"), "8/7k/K7/8/8/8/8/8 w - - 0 1");
@@ -174,7 +174,7 @@ TEST_F(Egt4PiecesText, SurvivesAnyText) {
     int texts = short_tests ? 5000 : 50000;
     for (int i = 0; i < texts; ++i) {
         std::string text(random() % 90, ' ');
-        // The men's letters alone in most texts.
+        // The pieces' letters alone in most texts.
         std::size_t const used = letters.size() - (i % 4 == 0 ? 0 : 4);
         std::generate(text.begin(), text.end(), [&] { return letters.at(random() % used); });
         try {

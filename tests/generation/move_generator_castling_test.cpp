@@ -30,7 +30,7 @@ TEST_F(CastlingTest, NeedsTheRight) {
     EXPECT_EQ(castlings("r3k2r/8/8/8/8/8/8/R3K2R b KQ - 0 1"), texts_t{});
 }
 
-TEST_F(CastlingTest, NeedsAFreeWayForBothMen) {
+TEST_F(CastlingTest, NeedsAFreeWayForKingAndRook) {
     EXPECT_EQ(castlings("4k3/8/8/8/8/8/8/RN2K1NR w KQ - 0 1"), texts_t{});
     EXPECT_EQ(castlings("4k3/8/8/8/8/8/8/R1B1K2R w KQ - 0 1"), texts_t{"e1h1"});
 }
@@ -102,7 +102,7 @@ TEST_F(CastlingTest, RightsWithoutAKingGiveNoMove) {
 }
 
 TEST_F(CastlingTest, RightsWithAKingOffItsRankAreTakenByTheSquares) {
-    // Kept: the rights name rook files only, so such a king castles by the comparison of the
+    // By design the rights name rook files only, so such a king castles by the comparison of the
     // squares. No game reaches this.
     EXPECT_EQ(castlings("7k/8/8/8/4K3/8/8/R7 w Q - 0 1"), texts_t{"e4a1"});
     EXPECT_FALSE(checks("3k4/8/8/8/4K3/8/8/R7 w Q - 0 1", "e4a1"));

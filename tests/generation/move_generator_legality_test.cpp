@@ -59,7 +59,7 @@ TEST_F(LegalityTest, KingTakesAnUndefendedCheckerOnly) {
 
 TEST_F(LegalityTest, SingleCheckIsMetByCaptureInterpositionOrFlight) {
     EXPECT_EQ(moves_from("4r2k/8/8/8/Q7/8/8/4K3 w - - 0 1", "a4"), (texts_t{"a4e8", "a4e4"}));
-    // No man comes between a knight and the king.
+    // No piece comes between a knight and the king.
     EXPECT_EQ(moves_from("7k/8/8/8/8/3n4/8/R3K2Q w - - 0 1", "a1"), texts_t{});
 }
 
@@ -105,7 +105,7 @@ TEST_F(LegalityTest, DirectChecksOfEachMan) {
     EXPECT_FALSE(checks("k7/8/8/8/8/7p/8/K7 b - - 0 1", "h3h2"));
 }
 
-TEST_F(LegalityTest, PromotionChecksByTheNewManAndThroughTheVacatedSquare) {
+TEST_F(LegalityTest, PromotionChecksByTheNewPieceAndThroughTheVacatedSquare) {
     std::string const fen = "8/2P1k3/8/8/8/8/8/K7 w - - 0 1";
     EXPECT_FALSE(checks(fen, "c7c8q"));
     EXPECT_FALSE(checks(fen, "c7c8r"));

@@ -110,7 +110,7 @@ TEST_F(MoveGeneratorTest, CheckmateAndStalemateGiveAnEmptyList) {
     EXPECT_TRUE(moves("R5k1/5ppp/8/8/8/8/8/K7 b - - 0 1").empty());
 }
 
-TEST_F(MoveGeneratorTest, TableHoldsOwnMenButNeitherStageListsThem) {
+TEST_F(MoveGeneratorTest, TableHoldsOwnPiecesButNeitherStageListsThem) {
     position_.fen(start);
     movetable_t table;
     generator_.create_movetable(position_, table);
@@ -122,7 +122,7 @@ TEST_F(MoveGeneratorTest, TableHoldsOwnMenButNeitherStageListsThem) {
     }
 }
 
-TEST_F(MoveGeneratorTest, TableIsZeroWhereNoOwnManStands) {
+TEST_F(MoveGeneratorTest, TableIsZeroWhereNoOwnPieceStands) {
     position_.fen("r3k2r/8/8/8/8/8/P7/4K2R w K - 0 1");
     movetable_t table;
     table.fill(~std::uint64_t{0});
@@ -222,7 +222,7 @@ std::string random_fen(std::mt19937& random) {
 
 }  // namespace
 
-TEST_F(MoveGeneratorTest, PositionsMadeByHandGiveMovesOfTheirOwnMen) {
+TEST_F(MoveGeneratorTest, PositionsMadeByHandGiveMovesOfTheirOwnPieces) {
     std::mt19937 random(77);
     for (int i = 0; i < 3000; ++i) {
         std::string const fen = random_fen(random);

@@ -12,7 +12,7 @@ namespace orvelin::test {
 
 namespace {
 
-/// The tests of one move, which the generator makes for all targets of a man at once.
+/// The tests of one move, which the generator makes for all targets of a piece at once.
 class MoveTests : public testing::Test {
  protected:
     bool is_legal(Move const& move) const {
@@ -63,7 +63,7 @@ TEST_F(MoveTests, SayOfEachGeneratedMoveWhatItsWordSays) {
     EXPECT_GT(checks, 300);
 }
 
-// A pinned rook may go along its line, up to the man that pins it.
+// A pinned rook may go along its line, up to the piece that pins it.
 TEST_F(MoveTests, RefuseWhatLeavesTheLineOfAPin) {
     position_.fen("4r2k/8/8/8/8/8/4R3/4K3 w - - 0 1");
     MoveList list;

@@ -32,9 +32,9 @@ class EnginesTest(ScratchTest):
         self.assertEqual(default_engine(tools), beside)
 
     def test_no_engine(self):
-        run = self.file("run")
-        with self.assertRaisesRegex(ToolError, f"^no engine found: .* or build {run}$"):
-            built_engine(self.directory)
+        run, beside = self.file("run"), self.file("tools/orvelin")
+        with self.assertRaisesRegex(ToolError, f"^no engine found: there is no {beside}; name "):
+            default_engine(self.file("tools"))
         self.program("run", "exit 1")
         with self.assertRaisesRegex(ToolError, f"^{run} could not build the engine$"):
             built_engine(self.directory)

@@ -29,7 +29,10 @@ def default_engine(folder):
     beside = os.path.join(folder, "orvelin")
     if os.path.isfile(beside) and os.access(beside, os.X_OK):
         return beside
-    return built_engine(os.path.dirname(folder))
+    root = os.path.dirname(folder)
+    if not os.path.exists(os.path.join(root, "run")):
+        raise ToolError(f"no engine found: there is no {beside}; name one with --engine")
+    return built_engine(root)
 
 
 def built_engine(root):
@@ -45,10 +48,8 @@ def built_engine(root):
                 engine = os.readlink(f"/proc/{process.pid}/exe")
             process.stdin.write(b"quit\n")
             process.stdout.read()
-    except FileNotFoundError:
-        raise ToolError(f"no engine found: name one with --engine, or build {run}") from None
     except OSError:
-        # It ended before it was told anything.
+        # It cannot be started, or ended before it was told anything.
         pass
     if engine is None:
         raise ToolError(f"{run} could not build the engine")

@@ -147,14 +147,14 @@ class RefusalTest(ToolTest):
         for arguments in (["--startpos"], ["--pgn", game]):
             with open("/dev/full", "w", encoding="ascii") as full:
                 run = self.explain(*arguments, status=1, output=full)
-            message = "orvelin-explain: cannot write to standard output: No space left on device\n"
-            self.assertEqual(run.stderr, message)
+            message = "orvelin-explain: cannot write to standard output: No space left on device"
+            self.assertEqual(run.stderr.splitlines()[-1], message)
             reading, writing = os.pipe()
             os.close(reading)
             with open(writing, "wb") as closed:
                 run = self.explain(*arguments, status=1, output=closed)
-            message = "orvelin-explain: cannot write to standard output: Broken pipe\n"
-            self.assertEqual(run.stderr, message)
+            message = "orvelin-explain: cannot write to standard output: Broken pipe"
+            self.assertEqual(run.stderr.splitlines()[-1], message)
 
     def test_output_that_is_closed(self):
         command = [sys.executable, "-B", TOOL, "--engine", ENGINE, "--startpos"]
@@ -200,7 +200,8 @@ class RefusalTest(ToolTest):
                     stdin=source.stdout,
                     limit=little_memory(1 << 28),
                 )
-            self.assertEqual(run.stderr, f"orvelin-explain: {reason}\n")
+            # A busy machine shows progress before.
+            self.assertEqual(run.stderr.splitlines()[-1], f"orvelin-explain: {reason}")
 
     def test_bad_input(self):
         missing = self.file("none.pgn")

@@ -134,7 +134,7 @@ class Evaluation {
     void find_phase_and_material();
     void find_mobility_terms();
     void find_pst_terms();
-    /// Makes the record of the position's pawn key the current one, from the table or anew.
+    /// Makes the record of the position's pawn key the current one, from the table or computed.
     void find_pawn_record();
     void find_pawn_terms();
     void find_development();

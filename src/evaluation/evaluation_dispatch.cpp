@@ -7,7 +7,7 @@ namespace orvelin {
 
 namespace {
 
-// One man of each kind in one half of a material word.
+// One piece of each kind in one half of a material word.
 constexpr std::uint64_t pawn = 1ULL;
 constexpr std::uint64_t knight = 1ULL << 4;
 constexpr std::uint64_t bishop = 1ULL << 8;
@@ -15,7 +15,7 @@ constexpr std::uint64_t rook = 1ULL << 12;
 constexpr std::uint64_t queen = 1ULL << 16;
 
 /// The bits of all sides in the list below.
-constexpr std::uint64_t men =
+constexpr std::uint64_t all_bits =
     2 * knight | (knight + bishop) | 2 * bishop | (bishop + pawn) | (rook + pawn) | queen;
 
 constexpr std::uint64_t material_key(std::uint64_t white, std::uint64_t black) {
@@ -26,7 +26,7 @@ constexpr std::uint64_t material_key(std::uint64_t white, std::uint64_t black) {
 
 // Comes after the whole blend, so that the endgame functions can use the score as a base.
 void Evaluation::dispatch_endgame() {
-    static_assert(endgame_material_bits == material_key(men, men));
+    static_assert(endgame_material_bits == material_key(all_bits, all_bits));
     switch (position_.materialindex().index()) {
         case material_key(2 * knight, 0):
         case material_key(0, 2 * knight):

@@ -52,7 +52,7 @@ mating_side_t mating_side(ChessPosition const& position, bool white) {
     return {false, position.black_king(), position.white_king()};
 }
 
-/// The men of a pawn ending, mirrored until the pawn is White's.
+/// The pieces of a pawn ending, mirrored until the pawn is White's.
 struct pawn_ending_t {
     bool flipped;
     BitBoard pawn;

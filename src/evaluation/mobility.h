@@ -46,7 +46,8 @@ class Mobility {
     void compute(ChessPosition const& position);
 
     // The steps of compute(), one by one. The order matters: the safe squares of rooks and queens
-    // depend on the lighter enemy pieces of the same pass. The pawn attacks start a side's union.
+    // depend on the lighter enemy pieces of the same position. The pawn attacks start a side's
+    // union.
     /// White: the 3 by 3 block around the king and the battlefield made from it.
     void compute_white_king_neighbourhood(ChessPosition const& position);
     /// Black: the 3 by 3 block around the king and the battlefield made from it.
@@ -177,9 +178,9 @@ class Mobility {
 
     /// Safe queen check squares, white minus black.
     int safe_queen_checks() const;
-    /// Men that no friend defends, black minus white.
+    /// Pieces that no friend defends, black minus white.
     int undefended_pieces(ChessPosition const& position) const;
-    /// Men attacked and not defended or attacked by a lesser man, black minus white.
+    /// Pieces attacked and not defended or attacked by a lesser one, black minus white.
     int hanging_pieces(ChessPosition const& position) const;
 
     /// Weight in 1/256 of the black attack on the white king, by the attacking types.

@@ -12,7 +12,7 @@
 #include "position/set_steps.h"
 #include "position/side.h"
 
-/// What the pawns are worth beside the other men.
+/// What the pawns are worth beside the other pieces.
 namespace orvelin::pawn_terms {
 
 /// Penalty for the enemy king's distance to the nearest passed pawn, 0 to 8.
@@ -63,7 +63,7 @@ inline int passed_pawn_score(ChessPosition const& position, passers_t const& pas
 
     int score = passers.score;
     score -= king_near_passer[static_cast<std::size_t>(distance(enemy_king, passers.passed))];
-    // Every enemy man blocks, the king included, except a rook.
+    // Every enemy piece blocks, the king included, except a rook.
     score -= 50 * count(passers.stop & enemy::pieces(position) & ~enemy_rooks);
     score -= 50 * count(passers.stop & enemy_attacks & ~own_attacks);
     if (!(enemy::knights(position) | enemy::bishops(position) | enemy_rooks |
@@ -80,7 +80,7 @@ inline int passed_pawn_score(ChessPosition const& position, passers_t const& pas
     return std::max(score, 0);
 }
 
-/// Pawns with any man directly in front.
+/// Pawns with any piece directly in front.
 template <int Side>
 int blocked_pawns(ChessPosition const& position) {
     return count(ahead<Side>(SideOf<Side>::pawns(position), 1) & position.pieces());

@@ -21,7 +21,7 @@ class PieceSquareTables {
  public:
     /// Middle-game value first, end-game value second.
     using pair_t = std::pair<float, float>;
-    /// Values of one kind of man by square id, a1 = 0.
+    /// Values of one kind of piece by square id, a1 = 0.
     using table_t = std::array<float, 64>;
 
     /// Builds the tables; all sums are zero and no position is bound.
@@ -32,10 +32,10 @@ class PieceSquareTables {
 
     /// Follows a move that is made; the null move changes nothing.
     void make_move(Move const& move);
-    /// Follows a move that is taken back.
+    /// Follows a move that is unmade.
     void unmake_move(Move const& move);
 
-    /// Sum over all men of the board, White's view.
+    /// Sum over all pieces of the board, White's view.
     pair_t get_score() const;
     /// White's pawns plus Black's (whose values are negative); the five others likewise.
     pair_t get_pawn_score() const { return both(1); }
@@ -68,7 +68,7 @@ class PieceSquareTables {
     static constexpr std::size_t piece_ids = 16;
     /// By piece id, and a spare entry of 0.
     using sums_t = std::array<pair_t, piece_ids + 1>;
-    /// Both values of a man on a square lie side by side, so that one addition does for both.
+    /// Both values of a piece on a square lie side by side, so that one addition does for both.
     using row_t = std::array<pair_t, 64>;
     using rows_t = std::array<row_t, piece_ids>;
 

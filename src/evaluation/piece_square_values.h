@@ -4,7 +4,7 @@
 
 namespace orvelin {
 
-/// Base values of one kind of man as a diagram: rank 8 first, files a to h.
+/// Base values of one kind of piece as a diagram: rank 8 first, files a to h.
 using base_table_t = std::array<std::array<float, 8>, 8>;
 
 inline constexpr base_table_t pawn_mg_values = {{

@@ -9,7 +9,7 @@ namespace {
 float development(char const* fen) {
     test::FreshEvaluation at(fen);
     at.evaluation().compute_development();
-    return at.evaluation().variable_vector()[6];
+    return at.evaluation().variable_vector()[term::development];
 }
 
 TEST(EvaluationDevelopmentTest, StartPositionCancels) {
@@ -56,7 +56,7 @@ TEST(EvaluationDevelopmentTest, BlackCentrePawnsThatAreBlocked) {
 TEST(EvaluationDevelopmentTest, ABoardWithoutPawnsHasOnlyOpenFiles) {
     test::FreshEvaluation at("4k3/8/8/8/8/8/8/R3K3 w - - 0 1");
     at.score();
-    EXPECT_EQ(at.evaluation().variable_vector()[6], 20.0F);
+    EXPECT_EQ(at.evaluation().variable_vector()[term::development], 20.0F);
 }
 
 }  // namespace

@@ -30,12 +30,12 @@ TEST(EvaluationEndgames, QueenOrRookAddsByRingToTheSizeOfTheBlend) {
     // The strong king stands on e1; 10 less for each step between the kings.
     for (Row const row : {Row{"k7/8/8/8/8/8/8/", 1000 - 70}, Row{"8/1k6/8/8/8/8/8/", 900 - 60},
                           Row{"8/8/2k5/8/8/8/8/", 800 - 50}, Row{"8/8/8/3k4/8/8/8/", 0 - 40}}) {
-        for (std::string const man : {"Q", "R"}) {
-            FreshEvaluation at(row.weak_king + std::string("4K2") + man + " w - - 0 1");
+        for (std::string const piece : {"Q", "R"}) {
+            FreshEvaluation at(row.weak_king + std::string("4K2") + piece + " w - - 0 1");
             int const score = at.score();
-            EXPECT_EQ(score, blend(at) + row.added) << row.weak_king << man;
+            EXPECT_EQ(score, blend(at) + row.added) << row.weak_king << piece;
             // Called once more, the function builds on the score it left.
-            int const again = man == "Q" ? at.evaluation().KQK() : at.evaluation().KRK();
+            int const again = piece == "Q" ? at.evaluation().KQK() : at.evaluation().KRK();
             EXPECT_EQ(again, score + row.added);
         }
     }
@@ -207,10 +207,10 @@ TEST(EvaluationEndgames, DistanceBetweenIsTheKingDistance) {
 }
 
 TEST(EvaluationEndgames, BoardsWithoutKingsAreHarmless) {
-    for (std::string const men : {"Q7", "R7", "NN6", "BN6", "BB6", "BP6", "P7", "RPr5", "Qr6", "q7",
-                                  "r7", "nn6", "bn6", "bb6", "bp6", "p7", "rpR5", "qR6"}) {
+    for (std::string const pieces : {"Q7", "R7", "NN6", "BN6", "BB6", "BP6", "P7", "RPr5", "Qr6",
+                                     "q7", "r7", "nn6", "bn6", "bb6", "bp6", "p7", "rpR5", "qR6"}) {
         for (std::string fen : {"8/8/8/8/8/8/8/@", "8/8/8/@/8/8/8/8"}) {
-            fen.replace(fen.find('@'), 1, men);
+            fen.replace(fen.find('@'), 1, pieces);
             FreshEvaluation evaluated(fen + " w - - 0 1");
             EXPECT_LT(std::abs(evaluated.score()), 30000) << fen;
         }

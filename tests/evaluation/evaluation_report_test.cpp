@@ -15,7 +15,7 @@ std::string expected_report(Evaluation const& evaluation) {
     std::string text;
     int total = 0;
     Weight const weight;
-    for (std::size_t i = 0; i < 47; ++i) {
+    for (std::size_t i = 0; i < term::count; ++i) {
         float const v = evaluation.variable_vector()[i];
         float const volatile mg = v * weight.mg[i];
         float const volatile eg = v * weight.eg[i];
@@ -29,7 +29,8 @@ std::string expected_report(Evaluation const& evaluation) {
         sum = sum + eg_part;
         total = static_cast<int>(sum);
     }
-    double const bishops = static_cast<double>(evaluation.variable_vector()[45]);
+    double const bishops =
+        static_cast<double>(evaluation.variable_vector()[term::opposite_colored_bishops]);
     return text + "\n\nTotal score: " + std::to_string(static_cast<int>(total / (bishops + 1.0))) +
            "     (white's point of view)\n";
 }
@@ -70,7 +71,7 @@ TEST(EvaluationReportTest, BlanksDoNotAccumulate) {
     EXPECT_EQ(second, first);
     std::istringstream lines(second);
     std::string line;
-    for (int i = 0; i < 47; ++i) {
+    for (std::size_t i = 0; i < term::count; ++i) {
         ASSERT_TRUE(std::getline(lines, line));
         EXPECT_EQ(line.size(), 75U);
     }

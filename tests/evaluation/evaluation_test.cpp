@@ -25,7 +25,7 @@ constexpr char const* kiwi_fen =
 TEST(EvaluationTest, ANewObjectHasZeroTermsAndTheMiddleGamePhase) {
     ChessPosition const position(shared_tables());
     Evaluation const evaluation(position, shared_tables());
-    ASSERT_EQ(evaluation.variable_vector().size(), 47U);
+    ASSERT_EQ(evaluation.variable_vector().size(), term::count);
     for (float const v : evaluation.variable_vector()) {
         EXPECT_EQ(v, 0.0F);
     }
@@ -98,7 +98,7 @@ TEST(EvaluationTest, OppositeBishopsHalveTheWholeSum) {
                             "rnbqk1nr/pppppppp/8/8/8/8/PPPPPPPP/RNBQK1NR w KQkq - 0 1"}) {
         FreshEvaluation at(fen);
         int const score = at.score();
-        EXPECT_EQ(at.evaluation().variable_vector()[45], 1.0F) << fen;
+        EXPECT_EQ(at.evaluation().variable_vector()[term::opposite_colored_bishops], 1.0F) << fen;
         float const half = static_cast<float>(static_cast<double>(blended(at.evaluation())) / 2.0);
         EXPECT_EQ(score, static_cast<int>(std::round(half))) << fen;
         EXPECT_NE(score, static_cast<int>(std::round(blended(at.evaluation())))) << fen;
@@ -111,7 +111,7 @@ TEST(EvaluationTest, OtherBishopsDoNotHalve) {
                             "r2qk2r/pppp1ppp/8/8/8/8/PPP2PPP/RNBQK2R w KQkq - 0 1"}) {
         FreshEvaluation at(fen);
         int const score = at.score();
-        EXPECT_EQ(at.evaluation().variable_vector()[45], 0.0F) << fen;
+        EXPECT_EQ(at.evaluation().variable_vector()[term::opposite_colored_bishops], 0.0F) << fen;
         EXPECT_EQ(score, static_cast<int>(std::round(blended(at.evaluation())))) << fen;
     }
 }
@@ -129,7 +129,8 @@ TEST(EvaluationTest, AMirroredPositionHasTheSameScore) {
         FreshEvaluation at(fen);
         FreshEvaluation twin(mirrored);
         EXPECT_NEAR(at.score(), twin.score(), 1) << fen;
-        EXPECT_EQ(at.evaluation().variable_vector()[46], -twin.evaluation().variable_vector()[46]);
+        EXPECT_EQ(at.evaluation().variable_vector()[term::stm],
+                  -twin.evaluation().variable_vector()[term::stm]);
     }
 }
 
@@ -140,8 +141,8 @@ TEST(EvaluationTest, TheBonusOfOppositeBishopsIsAlwaysWhites) {
     // scores would be 9.
     EXPECT_EQ(at.score(), 9);
     EXPECT_EQ(twin.score(), 5);
-    EXPECT_EQ(at.evaluation().variable_vector()[45], 1.0F);
-    EXPECT_EQ(twin.evaluation().variable_vector()[45], 1.0F);
+    EXPECT_EQ(at.evaluation().variable_vector()[term::opposite_colored_bishops], 1.0F);
+    EXPECT_EQ(twin.evaluation().variable_vector()[term::opposite_colored_bishops], 1.0F);
 }
 
 TEST(EvaluationTest, TheSideToMoveIsWorthFourteen) {
@@ -149,14 +150,14 @@ TEST(EvaluationTest, TheSideToMoveIsWorthFourteen) {
     FreshEvaluation black("4k3/pppp4/8/8/8/8/PPPP4/4K3 b - - 0 1");
     EXPECT_EQ(white.score(), 14);
     EXPECT_EQ(black.score(), 14);
-    EXPECT_EQ(white.evaluation().variable_vector()[46], 1.0F);
-    EXPECT_EQ(black.evaluation().variable_vector()[46], -1.0F);
+    EXPECT_EQ(white.evaluation().variable_vector()[term::stm], 1.0F);
+    EXPECT_EQ(black.evaluation().variable_vector()[term::stm], -1.0F);
 }
 
 TEST(EvaluationTest, SpaceMeasuresNothing) {
     FreshEvaluation at(kiwi_fen);
     at.score();
-    EXPECT_EQ(at.evaluation().variable_vector()[7], 0.0F);
+    EXPECT_EQ(at.evaluation().variable_vector()[term::space], 0.0F);
 }
 
 TEST(EvaluationTest, PieceSquareTermsAreBlendedByThePhase) {
@@ -169,19 +170,19 @@ TEST(EvaluationTest, PieceSquareTermsAreBlendedByThePhase) {
         volatile float const eg = sum.second * evaluation.eg_phase();
         EXPECT_EQ(evaluation.variable_vector()[index], mg + eg) << index;
     };
-    expect(8, tables.get_pawn_score());
-    expect(9, tables.get_knight_score());
-    expect(10, tables.get_bishop_score());
-    expect(11, tables.get_rook_score());
-    expect(12, tables.get_queen_score());
-    expect(13, tables.get_king_score());
-    EXPECT_NE(evaluation.variable_vector()[8], 0.0F);
+    expect(term::pst_pawn, tables.get_pawn_score());
+    expect(term::pst_knight, tables.get_knight_score());
+    expect(term::pst_bishop, tables.get_bishop_score());
+    expect(term::pst_rook, tables.get_rook_score());
+    expect(term::pst_queen, tables.get_queen_score());
+    expect(term::pst_king, tables.get_king_score());
+    EXPECT_NE(evaluation.variable_vector()[term::pst_pawn], 0.0F);
 }
 
 TEST(EvaluationTest, MaterialTermIsTheTableValue) {
     FreshEvaluation at("4k3/pppp4/8/8/8/8/PPPPP3/4K3 w - - 0 1");
     at.score();
-    EXPECT_EQ(at.evaluation().variable_vector()[0], 145.0F);
+    EXPECT_EQ(at.evaluation().variable_vector()[term::material], 145.0F);
     EXPECT_EQ(at.evaluation().material(), 145);
 }
 

@@ -94,7 +94,7 @@ void expect_same_zone(ChessPosition const& position, Mobility const& maps) {
     }
 }
 
-/// A king on every square, with men of all kinds around.
+/// A king on every square, with pieces of all kinds around.
 TEST(FastForms, ZonesAreCountedAlikeForEveryKing) {
     std::mt19937_64 random(3);
     for (int square = 0; square < 64; ++square) {
@@ -107,7 +107,7 @@ TEST(FastForms, ZonesAreCountedAlikeForEveryKing) {
             }
             position.set_piece_on(Square(square), Piece(white_king));
             position.set_piece_on(other, Piece(black_king));
-            for (int man = 0; man < 24; ++man) {
+            for (int piece = 0; piece < 24; ++piece) {
                 Square const at(static_cast<int>(random() % 64));
                 if (position.get_piece_id_from(at) != 0) {
                     continue;

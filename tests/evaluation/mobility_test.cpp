@@ -201,8 +201,8 @@ TEST(Mobility, HangingPiecesAttackedAndNotDefended) {
     EXPECT_EQ(defended.mobility.hanging_pieces(defended.position), 0);
 }
 
-TEST(Mobility, HangingPiecesAttackedByALesserMan) {
-    // Each white piece is defended by a pawn and attacked by one lesser man.
+TEST(Mobility, HangingPiecesAttackedByALesserPiece) {
+    // Each white piece is defended by a pawn and attacked by one lesser piece.
     Maps const knight("7k/8/8/1p6/N7/1P6/8/7K w - - 0 1");
     EXPECT_EQ(knight.mobility.hanging_pieces(knight.position), -1);
     Maps const bishop("7k/8/p7/1p6/B7/1P6/8/7K w - - 0 1");
@@ -275,7 +275,7 @@ TEST(Mobility, EachStepByItselfGivesTheMapsOfTheWhole) {
     EXPECT_EQ(steps.black_attacks(), maps.mobility.black_attacks());
     EXPECT_EQ(steps.safe_queen_checks(), maps.mobility.safe_queen_checks());
     EXPECT_EQ(steps.king_safety(), maps.mobility.king_safety());
-    // A second pass over the same object starts afresh.
+    // A second call of the same object starts afresh.
     maps.mobility.compute(position);
     EXPECT_EQ(steps.safe_mobility(), maps.mobility.safe_mobility());
     EXPECT_EQ(steps.white_queen_safe_squares(), maps.mobility.white_queen_safe_squares());

@@ -14,7 +14,7 @@ struct row_t {
 };
 
 // Kept as text and read with strtof, so that a slip in a literal of the code shows.
-constexpr std::array<row_t, 47> rows{{
+constexpr std::array<row_t, term::count> rows{{
     {"material", "2.50148", "2.05895"},
     {"mobility", "1.04707", "9.96812e-07"},
     {"knight_mobility", "0.581864", "1.63203e-06"},
@@ -64,12 +64,11 @@ constexpr std::array<row_t, 47> rows{{
     {"stm", "14", "14"},
 }};
 
-TEST(WeightTest, HoldsThreeParallelVectorsOfFortySevenTerms) {
+TEST(WeightTest, HoldsThreeParallelVectorsOfAllTerms) {
     Weight const weight;
-    EXPECT_EQ(weight.names.size(), 47U);
-    EXPECT_EQ(weight.mg.size(), 47U);
-    EXPECT_EQ(weight.eg.size(), 47U);
-    EXPECT_EQ(term::count, 47U);
+    EXPECT_EQ(weight.names.size(), term::count);
+    EXPECT_EQ(weight.mg.size(), term::count);
+    EXPECT_EQ(weight.eg.size(), term::count);
 }
 
 TEST(WeightTest, EveryNameAndWeightIsTheTunedOne) {

@@ -124,7 +124,7 @@ class PictureTest(unittest.TestCase):
         self.assertTrue(text.startswith("<!DOCTYPE html>"))
         root = ET.fromstring(text)
         rows = [[cell.text for cell in row] for row in root.find(".//tbody")]
-        self.assertEqual(len(rows), 47)
+        self.assertEqual(len(rows), len(TERMS))
         self.assertEqual(rows[0][::2], ["material", "+100.0", "+100.0"])
         self.assertEqual(rows[1][0], "king_attack")
         self.assertEqual(rows[1][2:5], [typeset("-80.0"), "0.0", typeset("-40.0")])

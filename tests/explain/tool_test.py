@@ -8,6 +8,7 @@ import unittest
 import xml.etree.ElementTree as ET
 
 from limits import little_memory, small_files
+from explain_lib.terms import TERMS
 from support import ENGINE, PATIENCE, ROOT, START, SVG, TOOL, ToolTest, table
 
 PICTURE = "5rk1/1b3ppp/1q2p3/p1bpP1N1/1p3P2/3B2Q1/PPP3PP/5R1K w - - 0 21"
@@ -47,7 +48,7 @@ class OutputTest(ToolTest):
         self.assertEqual(ET.fromstring(self.read("a.svg")).tag, SVG + "svg")
         page = ET.fromstring(self.read("a.html"))
         self.assertEqual(page.find(".//code").text, PICTURE)
-        self.assertEqual(len(page.find(".//tbody")), 47)
+        self.assertEqual(len(page.find(".//tbody")), len(TERMS))
 
     def test_the_picture_of_the_document_is_that_of_its_command(self):
         with open(os.path.join(ROOT, "docs", "explain.md"), encoding="utf-8") as file:
@@ -133,7 +134,7 @@ class EngineTest(ToolTest):
                 ["--startpos"],
                 "status 4",
             ),
-            (self.fake("poor", good[2:]), ["--startpos"], "2 of 47 terms are missing"),
+            (self.fake("poor", good[2:]), ["--startpos"], f"2 of {len(TERMS)} terms are missing"),
             (self.fake("still", good), ["--pgn", game, "--depth", "2"], "gives no score"),
         ):
             run = self.explain("--patience", "5", *arguments, engine=engine, status=1)
@@ -242,7 +243,7 @@ class RefusalTest(ToolTest):
             run = self.explain(*arguments, status=2)
             self.assertEqual(len(run.stderr.splitlines()), 1)
             self.assertTrue(run.stderr.endswith("; see --help\n"), run.stderr)
-        self.assertIn("47 terms", self.explain("--help").stdout)
+        self.assertIn(f"{len(TERMS)} terms", self.explain("--help").stdout)
 
 
 if __name__ == "__main__":

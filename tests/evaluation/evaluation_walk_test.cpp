@@ -150,8 +150,20 @@ TEST(EvaluationWalk, EveryStepGivesTheTermsOfThePlainEvaluation) {
     EXPECT_GT(walk.scores(), 1000);
 }
 
-// The sums of squares are the last one's until init(), by design; everything else is new.
-TEST(EvaluationWalk, APositionSetUpBehindItsBackIsEvaluatedAnew) {
+/// All terms but the sums of squares, which follow only what the evaluation is told.
+void expect_the_plain_other_terms(Evaluation& evaluation, ChessPosition const& position) {
+    evaluation.static_eval();
+    PlainEvaluation plain(position);
+    plain.score();
+    for (std::size_t i = 0; i < term::count; ++i) {
+        if (i < term::pst_pawn || i > term::pst_king) {
+            ASSERT_EQ(evaluation.variable_vector()[i], plain.terms()[i])
+                << position.fen() << ' ' << Weight().names[i];
+        }
+    }
+}
+
+TEST(EvaluationWalk, APositionSetUpBehindItsBackIsSeen) {
     for (std::string const& first : starts) {
         ChessPosition position(shared_tables());
         position.fen(first);
@@ -159,15 +171,24 @@ TEST(EvaluationWalk, APositionSetUpBehindItsBackIsEvaluatedAnew) {
         for (std::string const& second : starts) {
             evaluation.static_eval();
             position.fen(second);
-            evaluation.static_eval();
-            PlainEvaluation plain(position);
-            plain.score();
-            for (std::size_t i = 0; i < term::count; ++i) {
-                if (i < term::pst_pawn || i > term::pst_king) {
-                    ASSERT_EQ(evaluation.variable_vector()[i], plain.terms()[i])
-                        << first << " to " << second << ' ' << Weight().names[i];
-                }
-            }
+            ASSERT_NO_FATAL_FAILURE(expect_the_plain_other_terms(evaluation, position)) << first;
+        }
+    }
+}
+
+TEST(EvaluationWalk, AMoveMadeBehindItsBackIsSeen) {
+    MoveGenerator generator(shared_tables());
+    for (std::string const& start : starts) {
+        ChessPosition position(shared_tables());
+        position.fen(start);
+        Evaluation evaluation(position, shared_tables());
+        MoveList list;
+        generator.generate_moves(position, list);
+        for (Move const& move : list) {
+            ASSERT_NO_FATAL_FAILURE(expect_the_plain_other_terms(evaluation, position));
+            position.make_move(move);
+            ASSERT_NO_FATAL_FAILURE(expect_the_plain_other_terms(evaluation, position));
+            position.unmake_move();
         }
     }
 }

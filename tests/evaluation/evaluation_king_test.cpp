@@ -123,7 +123,7 @@ TEST(EvaluationKing, BattlefieldAttacksCountSquaresWhiteMinusBlack) {
     EXPECT_EQ(term_of("k4r2/8/8/8/8/8/8/6K1 w - - 0 1", term::rook_battlefield_attack), -5.0F);
 }
 
-TEST(EvaluationKing, AManBesideTheEnemyKingIsInBothContactsOfItsType) {
+TEST(EvaluationKing, APieceBesideTheEnemyKingIsInBothContactsOfItsType) {
     struct Row {
         char const* white;
         char const* black;

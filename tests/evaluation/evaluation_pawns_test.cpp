@@ -98,7 +98,7 @@ TEST(EvaluationPawns, PassedPawnsOfBothSides) {
               Square("a7").bitboard() | Square("h2").bitboard());
 }
 
-TEST(EvaluationPawns, BlockedPawnsCountAnyManInFront) {
+TEST(EvaluationPawns, BlockedPawnsCountAnyPieceInFront) {
     EXPECT_EQ(term_of("4k3/8/4p3/4P3/8/8/8/4K3 w - - 0 1", term::blocked_pawns), 0.0F);
     EXPECT_EQ(term_of("4k3/4p3/4R3/8/8/8/8/4K3 w - - 0 1", term::blocked_pawns), 1.0F);
     EXPECT_EQ(term_of("4k3/8/8/8/8/4K3/4P3/8 w - - 0 1", term::blocked_pawns), -1.0F);

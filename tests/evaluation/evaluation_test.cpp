@@ -85,6 +85,9 @@ TEST(EvaluationTest, AHalfIsRoundedAwayFromZero) {
                     -2327},
              half_t{"r3kb2/p1pn2rp/P2pp3/1p2qnpP/3PPpP1/B1P2P2/P2N2B1/3RK1NR b Kq - 1 21", -1658.5F,
                     1659},
+             // With the two addends of the side to move added one by one this is below the half.
+             half_t{"3r1b2/p7/n1p1pBkp/pb1p3p/Q1P2pr1/1P1PnN2/5P2/RNK3R1 b - - 1 31", 1017.5F,
+                    -1018},
          }) {
         FreshEvaluation at(half.fen);
         EXPECT_EQ(at.score(), half.score) << half.fen;

@@ -151,14 +151,18 @@ TEST(FastForms, AWholeEvaluationHasTheTermsOfTheSeparateSteps) {
 
 /// Boards with two kings of a colour can be set up; their zones are joined.
 TEST(FastForms, SeveralKingsAreCountedOverAllTheirZones) {
-    FreshEvaluation at("K1K1k1k1/8/8/3p4/4P3/8/8/2K2k2 w - - 0 1");
-    at.score();
-    EXPECT_EQ(at.term(term::open_files_on_king), [&] {
+    for (char const* fen :
+         {"K1K1k1k1/8/8/3p4/4P3/8/8/2K2k2 w - - 0 1", "K1K3k1/8/8/3p4/4P3/8/8/2K5 w - - 0 1",
+          "K3k1k1/8/8/3p4/4P3/8/8/5k2 w - - 0 1"}) {
+        FreshEvaluation at(fen);
+        at.score();
         Mobility const& maps = at.evaluation().mobility_maps();
         BitBoard const black = maps.black_king_neighbourhood() & ~e_file;
         BitBoard const white = maps.white_king_neighbourhood() & ~d_file;
-        return static_cast<float>((black.popcount() - white.popcount()) * 15);
-    }());
+        EXPECT_EQ(at.term(term::open_files_on_king),
+                  static_cast<float>((black.popcount() - white.popcount()) * 15))
+            << fen;
+    }
 }
 
 }  // namespace

@@ -58,6 +58,7 @@ TEST_F(FenTest, KingSideLetterWithoutARookFallsToTheBFile) {
     EXPECT_EQ(rights_of("4k3/8/8/8/8/8/8/R3K3", "K"), 0x0002);
     EXPECT_EQ(rights_of("4k3/8/8/8/8/8/7R/4K3", "K"), 0x0002);
     EXPECT_EQ(rights_of("4k3/8/8/8/8/8/8/4K3", "k"), 0x0200);
+    EXPECT_EQ(rights_of("4k3/7r/8/8/8/8/8/4K3", "k"), 0x0200);
 }
 
 TEST_F(FenTest, QueenSideLetterTakesTheOutermostRook) {
@@ -68,6 +69,8 @@ TEST_F(FenTest, QueenSideLetterTakesTheOutermostRook) {
 }
 
 TEST_F(FenTest, QueenSideLetterWithoutARookFallsToTheGFile) {
+    EXPECT_EQ(rights_of("4k3/r7/8/8/8/8/8/4K3", "q"), 0x4000);
+    EXPECT_EQ(rights_of("4k3/8/8/8/8/8/R7/4K3", "Q"), 0x0040);
     EXPECT_EQ(rights_of("4k3/8/8/8/8/8/8/4K1RR", "Q"), 0x0040);
     EXPECT_EQ(rights_of("4k3/8/8/8/8/8/8/4K3", "Q"), 0x0040);
     EXPECT_EQ(rights_of("4k3/8/8/8/8/8/8/4K3", "q"), 0x4000);
@@ -255,6 +258,14 @@ TEST_F(FenTest, ReferencePositionsHaveTheirKeysAndSets) {
         EXPECT_EQ(position.check(), reference.check) << reference.fen;
         EXPECT_EQ(position.pinned_pieces(), BitBoard(reference.pinned)) << reference.fen;
         EXPECT_EQ(position.discovering_pieces(), BitBoard(reference.discovering)) << reference.fen;
+    }
+}
+
+TEST_F(FenTest, IdsThatAreNoPieceAreWrittenAsBlanks) {
+    for (int const id : {7, 8, 15}) {
+        position.fen("4k3/8/8/8/8/8/8/4K3 w - - 0 1");
+        position.set_piece_on(Square("c3"), Piece(id));
+        EXPECT_EQ(position.fen(), "4k3/8/8/8/8/2 5/8/4K3 w - - 0 1") << id;
     }
 }
 

@@ -179,7 +179,9 @@ TEST_F(MakeMoveTest, TheRecordHoldsTheCounterOfItsPush) {
     position.make_move(Move());
     position.unmake_move();
     position.make_move(Move());
-    EXPECT_EQ(position.history().back().make_move_counter, 2U);
+    position.unmake_move();
+    position.make_move(Move());
+    EXPECT_EQ(position.history().back().make_move_counter, 3U);
     EXPECT_EQ(position.history().front().make_move_counter, 0U);
 }
 
@@ -235,6 +237,18 @@ TEST_F(MakeMoveTest, UnmakingMoreThanWasMadeKeepsTheFirstRecord) {
     EXPECT_FALSE(position.draw_by_threefold_repetition());
     position.unmake_move();
     EXPECT_TRUE(position.repetition_filter() == Rep3filter());
+}
+
+// The history grows while the move is made; the address sanitizer sees a word that is read too
+// late.
+TEST_F(MakeMoveTest, AMoveMayBeOneOfTheHistory) {
+    position.newgame();
+    position.make_move(Move());
+    for (int ply = 0; ply < 3000; ++ply) {
+        position.make_move(position.history().back().last_move);
+    }
+    EXPECT_EQ(position.history().size(), 3002U);
+    EXPECT_EQ(position.last_move(), Move());
 }
 
 TEST_F(MakeMoveTest, ACapturedKingLeavesADefinedPosition) {

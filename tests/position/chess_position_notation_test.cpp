@@ -153,6 +153,43 @@ TEST_F(NotationTest, CastlingTextWithTheRookElsewhereIsAKingMove) {
     EXPECT_EQ(text("e1g1").to(), Square("g1"));
 }
 
+TEST_F(NotationTest, CastlingTextLooksAtTheKingsTargetOnly) {
+    struct case_t {
+        char const* fen;
+        char const* text;
+        move_t code;
+    };
+    const case_t cases[] = {{"4k3/8/8/8/8/8/8/4KB1R w K - 0 1", "e1g1", castling},
+                            {"4k3/8/8/8/8/8/8/4K1NR w K - 0 1", "e1g1", normal_move},
+                            {"4k3/8/8/8/8/8/8/RN1QK3 w Q - 0 1", "e1c1", castling},
+                            {"4k3/8/8/8/8/8/8/R1B1K3 w Q - 0 1", "e1c1", normal_move},
+                            {"4kb1r/8/8/8/8/8/8/4K3 b k - 0 1", "e8g8", castling},
+                            {"4k1nr/8/8/8/8/8/8/4K3 b k - 0 1", "e8g8", normal_move},
+                            {"rn1qk3/8/8/8/8/8/8/4K3 b q - 0 1", "e8c8", castling},
+                            {"r1b1k3/8/8/8/8/8/8/4K3 b q - 0 1", "e8c8", normal_move}};
+    for (case_t const& c : cases) {
+        position.fen(std::string(c.fen));
+        EXPECT_EQ(text(c.text).code(), c.code) << c.fen;
+    }
+}
+
+TEST_F(NotationTest, CastlingTextNeedsAnOwnRook) {
+    struct case_t {
+        char const* fen;
+        char const* text;
+    };
+    const case_t cases[] = {{"4k3/8/8/8/8/8/8/4K2r w - - 0 1", "e1g1"},
+                            {"4k3/8/8/8/8/8/8/B3K3 w - - 0 1", "e1c1"},
+                            {"4k2R/8/8/8/8/8/8/4K3 b - - 0 1", "e8g8"},
+                            {"b3k3/8/8/8/8/8/8/4K3 b - - 0 1", "e8c8"}};
+    for (case_t const& c : cases) {
+        position.fen(std::string(c.fen));
+        const Move move = text(c.text);
+        EXPECT_EQ(move.code(), normal_move) << c.fen;
+        EXPECT_EQ(move.algebraic(true), c.text);
+    }
+}
+
 TEST_F(NotationTest, CastlingTextNeedsKingRookAndAnEmptySquare) {
     position.fen("4k3/8/8/8/8/8/8/4K1NR w - - 0 1");
     EXPECT_EQ(text("e1g1").code(), normal_move);

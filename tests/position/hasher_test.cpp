@@ -157,6 +157,9 @@ TEST_F(HasherTest, PromotionReadsTheColourFromTheSenseOfTheMove) {
          piece_key(9, "b8") ^ piece_key(13, "b7") ^ piece_key(9, "b7"), piece_key(9, "b8")},
         {Move(b1, a2, promo_bishop, black_pawn, no_piece), piece_key(1, "b1") ^ piece_key(3, "a2"),
          piece_key(1, "b1")},
+        // Nowhere is not upwards.
+        {Move(b7, b7, promo_queen, white_pawn, white_pawn),
+         piece_key(9, "b7") ^ piece_key(13, "b7") ^ piece_key(1, "b7"), piece_key(9, "b7")},
         // Pieces that are no pawns: as if a pawn had moved.
         {Move(b1, b7, promo_knight, white_king, no_piece), piece_key(1, "b1") ^ piece_key(2, "b7"),
          piece_key(1, "b1")},

@@ -268,6 +268,42 @@ TEST(MaterialValue, TradeDownNeedsMoreThanSeventyAndAPawn) {
     EXPECT_EQ(value_of("KQPkrrp"), 1000 - 1050);
 }
 
+TEST(MaterialValue, TradeDownBeginsBeyondSeventy) {
+    EXPECT_EQ(value_of("KNNPPPPkq"), 70);
+    EXPECT_EQ(value_of("KQknnpppp"), -70);
+    EXPECT_EQ(value_of("KQRPkqnpp"), 70);
+}
+
+TEST(MaterialValue, MarginOfFourHundredWithoutPawnsIsWhole) {
+    EXPECT_EQ(value_of("KNNkn"), 400);
+    EXPECT_EQ(value_of("KNknn"), -400);
+    EXPECT_EQ(value_of("KNNkr"), 12);
+    EXPECT_EQ(value_of("KRknn"), -12);
+}
+
+TEST(MaterialValue, QueenAgainstRookIsSpecialOnlyWithEqualNumbersOfMajorsAlone) {
+    EXPECT_EQ(value_of("KQNkrn"), 475);
+    EXPECT_EQ(value_of("KRNkqn"), -475);
+    EXPECT_EQ(value_of("KQRkr"), 1000);
+    EXPECT_EQ(value_of("KRkqr"), -1000);
+}
+
+TEST(MaterialValue, PawnAndMinorAgainstARookAndNothingElse) {
+    EXPECT_EQ(value_of("KNPkrn"), -495);
+    EXPECT_EQ(value_of("KNPkrp"), -275);
+    EXPECT_EQ(value_of("KNPkq"), -645);
+    EXPECT_EQ(value_of("KRNPkr"), 430);
+    EXPECT_EQ(value_of("KNBPkr"), 230);
+    EXPECT_EQ(value_of("KNPPkr"), -65);
+    EXPECT_EQ(value_of("KPkr"), -420);
+    EXPECT_EQ(value_of("KRNkbp"), 495);
+    EXPECT_EQ(value_of("KRPkbp"), 275);
+    EXPECT_EQ(value_of("KQkbp"), 645);
+    EXPECT_EQ(value_of("KRkrbp"), -430);
+    EXPECT_EQ(value_of("KRkbnp"), -230);
+    EXPECT_EQ(value_of("KRkbpp"), 65);
+}
+
 TEST(MaterialValue, MajorsOnlyAndEqualInNumberKeepTheSum) {
     EXPECT_EQ(value_of("KQQkqr"), 475);
     EXPECT_EQ(value_of("KQRkrr"), 475);

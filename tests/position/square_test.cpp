@@ -77,9 +77,19 @@ TEST(Square, RefusesTextOfWrongLength) {
 
 TEST(Square, RefusesTextOutsideTheBoard) {
     const std::string expected = "Square::Square(string)  out of range";
-    for (char const* text : {"a0", "a9", "i8", "`1", "\xff\xff", "\x80\x7f"}) {
+    for (char const* text : {"a0", "a9", "i8", "`1", "\xff\xff", "\x80\x7f",
+                             "\x80"
+                             "1"}) {
         EXPECT_EQ(logic_error_text([&] { Square{std::string(text)}; }), expected) << text;
     }
+}
+
+// Characters count as signed numbers, whatever the machine takes a char for.
+TEST(Square, TextBeyondAsciiIsReadInSignedArithmetic) {
+    EXPECT_EQ(Square("\xe1"
+                     "A")
+                  .id(),
+              0);
 }
 
 TEST(Square, RefusesToNameIdsOutsideTheTable) {

@@ -58,6 +58,42 @@ TEST_F(MateSizedEvaluation, IsReturnedAsItIsByAnOpenWindowNode) {
     }
 }
 
+TEST_F(MateSizedEvaluation, BeginsBehind29898ForNodesAndBehind29897ForQuiescence) {
+    struct row_t {
+        char const* fen;
+        int value;
+        bool ends_node;
+        int in_quiescence;
+    };
+    for (row_t const& row :
+         {row_t{"kppppppp/ppppppp1/1N1Q3R/2Q5/7Q/QQQ5/1R2N3/Q1QQNQ1K w - - 0 1", 29897, false,
+                29897},
+          row_t{"kppppppp/ppppppp1/1N6/2RRR2R/1Q2QR2/3R3Q/1RQQ2Q1/2QQ3K w - - 0 1", 29898, false,
+                29894},
+          row_t{"kppppppp/ppppppp1/1QQ4Q/4QQ2/QN4Q1/3Q4/Q4QQ1/Q6K w - - 0 1", 29899, true, 29895},
+          row_t{"kppppppp/ppppppp1/Q1Q1NQQQ/Q7/Q7/7N/N3Q1Q1/R1NQ2NK b - - 0 1", -29897, false,
+                -29897},
+          row_t{"kppppppp/ppppppp1/1Q2R2N/Q1R1Q2Q/6N1/Q4Q2/1QRQ1Q2/5Q1K b - - 0 1", -29898, false,
+                -29894},
+          row_t{"kppppppp/ppppppp1/Q7/Q3QQ2/6Q1/Q3NQQR/N2Q3Q/4Q2K b - - 0 1", -29899, true,
+                -29895}}) {
+        set_node(row.fen);
+        ASSERT_EQ(eval(), row.value);
+        PrincipalVariation line;
+        EXPECT_EQ(
+            nodes_of([&] { analysis_.pv_search(1, -infinite_score, infinite_score, line); }) == 1,
+            row.ends_node)
+            << row.value;
+        set_node(row.fen);
+        EXPECT_EQ(nodes_of([&] { analysis_.nullwindow_search(1, 20000, 20001); }) == 1,
+                  row.ends_node)
+            << row.value;
+        set_node(row.fen);
+        analysis_.set_action(stop_action);
+        EXPECT_EQ(analysis_.quiescence(-beyond_all, beyond_all, 0), row.in_quiescence);
+    }
+}
+
 // As a real mate's it is told from the root on. The stop keeps the captures out.
 TEST_F(MateSizedEvaluation, LosesThePlyInQuiescence) {
     set_node(winning);

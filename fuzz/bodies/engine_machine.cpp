@@ -75,7 +75,7 @@ void EngineMachine::report() {
     }
 }
 
-// In this order: the thread raises the status in the moment in which it takes the action.
+// In this order: the thread announces its search before it clears the action.
 bool EngineMachine::searching() {
     return engine_.analysis().get_action() == think_action ||
            engine_.analysis().get_status() == searching_status;

@@ -12,8 +12,10 @@ enum action_t : std::int32_t {
 };
 
 /// What the analysis thread is doing.
-inline constexpr int ready_status = 0;      ///< nothing to report
-inline constexpr int searching_status = 1;  ///< a search runs
-inline constexpr int finished_status = 2;   ///< a search has ended, or a stop was taken while idle
+enum status_t : std::int32_t {
+    ready_status = 0,      ///< nothing to report
+    searching_status = 1,  ///< a search runs
+    finished_status = 2    ///< a search has ended, or a stop was taken while idle
+};
 
 }  // namespace orvelin

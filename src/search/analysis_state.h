@@ -55,11 +55,11 @@ class AnalysisState {
     /// Takes back a think action that the thread has not yet taken; true when there was one.
     bool withdraw_think();
     action_t get_action() const { return action_.load(); }
-    void set_status(int status) {
+    void set_status(status_t status) {
         std::lock_guard const lock(control_mutex_);
         status_.store(status);
     }
-    int get_status() const { return status_.load(); }
+    status_t get_status() const { return status_.load(); }
     /// Sets the quit flag; a running search must be stopped by an action.
     void quit() { quit_.store(true); }
 
@@ -183,10 +183,11 @@ class AnalysisState {
     Timer search_timer_;
     std::atomic<unsigned int> max_threads_{1};
     std::atomic<action_t> action_{no_action};
-    std::atomic<int> status_{ready_status};
+    std::atomic<status_t> status_{ready_status};
     std::atomic<bool> quit_{false};
-    /// Held while action and status change as a pair, so that neither thread ever sees an
-    /// action taken whose search is not yet announced.
+    /// Held while action and status change as a pair, so that no stop is lost between the two.
+    /// They are read without it: the thread announces its search before it clears the action, so
+    /// whoever reads the action first and then the status always sees one of the two words set.
     std::mutex control_mutex_;
     mutable std::mutex analysis_mutex_;
     int id_ = 0;

@@ -8,7 +8,7 @@ void Analysis::operator()() {
         if (take_think_action()) {
             iterative_search();
             // The action is left alone: a stop that ended this search stays until the next
-            // pass, which reports it a second time.
+            // tick, which reports it a second time.
             set_status(finished_status);
         } else {
             take_stop_action();
@@ -25,8 +25,9 @@ bool Analysis::take_think_action() {
     if (action_.load() != think_action) {
         return false;
     }
-    action_.store(no_action);
+    // In this order, for those who read the two words without the lock.
     status_.store(searching_status);
+    action_.store(no_action);
     return true;
 }
 

@@ -1,3 +1,4 @@
+#include <atomic>
 #include <chrono>
 #include <functional>
 #include <string>
@@ -30,8 +31,8 @@ class AnalysisThread : public AnalysisFixture {
         thread_.join();
     }
 
-    /// One pass of the thread body, run here: the quit flag ends it behind the first step.
-    void run_one_pass() {
+    /// One tick of the thread body, run here: the quit flag ends it behind the first step.
+    void run_one_tick() {
         probe_.quit(true);
         analysis_();
     }
@@ -54,6 +55,44 @@ class AnalysisThread : public AnalysisFixture {
     std::thread thread_;
 };
 
+/// Reads action and status without the lock while searches begin, and counts the moments in which
+/// neither word told of the search.
+class HandOverReader {
+ public:
+    explicit HandOverReader(Analysis const& analysis)
+        : analysis_(analysis), thread_([this] { read(); }) {}
+    ~HandOverReader() { stop(); }
+    HandOverReader(HandOverReader const&) = delete;
+    HandOverReader& operator=(HandOverReader const&) = delete;
+
+    /// Odd while a search is asked for and taken up.
+    std::atomic<int> phase{0};
+    std::atomic<int> gaps{0};
+
+    void stop() {
+        done_.store(true);
+        if (thread_.joinable()) {
+            thread_.join();
+        }
+    }
+
+ private:
+    void read() {
+        while (!done_.load()) {
+            int const before = phase.load();
+            bool const asked = analysis_.get_action() == think_action;
+            bool const announced = analysis_.get_status() != ready_status;
+            if (before % 2 == 1 && before == phase.load() && !asked && !announced) {
+                ++gaps;
+            }
+        }
+    }
+
+    Analysis const& analysis_;
+    std::atomic<bool> done_{false};
+    std::thread thread_;
+};
+
 }  // namespace
 
 TEST_F(AnalysisThread, StopWhileIdleGivesAFinishedStatusAndNoSearch) {
@@ -68,19 +107,19 @@ TEST_F(AnalysisThread, StopWhileIdleGivesAFinishedStatusAndNoSearch) {
     EXPECT_EQ(node_count(), 0U);
 }
 
-TEST_F(AnalysisThread, StopWhileIdleIsTakenInOnePass) {
+TEST_F(AnalysisThread, StopWhileIdleIsTakenInOneTick) {
     set(start);
     unsigned char const date = probe_.date();
     analysis_.set_action(stop_action);
-    run_one_pass();
+    run_one_tick();
     EXPECT_EQ(analysis_.get_status(), finished_status);
     EXPECT_EQ(analysis_.get_action(), no_action);
     EXPECT_EQ(probe_.date(), date);
 }
 
-TEST_F(AnalysisThread, IdlePassChangesNothing) {
+TEST_F(AnalysisThread, IdleTickChangesNothing) {
     set(start);
-    run_one_pass();
+    run_one_tick();
     EXPECT_EQ(analysis_.get_status(), ready_status);
     EXPECT_EQ(analysis_.get_action(), no_action);
 }
@@ -101,22 +140,22 @@ TEST_F(AnalysisThread, SearchThatEndsByItselfLeavesNoAction) {
     set(start);
     analysis_.set_depth(2);
     analysis_.set_action(think_action);
-    run_one_pass();
+    run_one_tick();
     EXPECT_EQ(analysis_.get_status(), finished_status);
     EXPECT_EQ(analysis_.get_action(), no_action);
     EXPECT_EQ(analysis_.get_iteration(), 2);
 }
 
-TEST_F(AnalysisThread, StopStaysUntilTheNextPassWhichReportsItAgain) {
+TEST_F(AnalysisThread, StopStaysUntilTheNextTickWhichReportsItAgain) {
     set(start);
     analysis_.set_nodes(100);
     analysis_.set_action(think_action);
-    run_one_pass();
+    run_one_tick();
     EXPECT_EQ(analysis_.get_status(), finished_status);
     EXPECT_EQ(analysis_.get_action(), stop_action);
-    // The driver has reported the move; the next pass brings the status back.
+    // The driver has reported the move; the next tick brings the status back.
     analysis_.set_status(ready_status);
-    run_one_pass();
+    run_one_tick();
     EXPECT_EQ(analysis_.get_status(), finished_status);
     EXPECT_EQ(analysis_.get_action(), no_action);
     EXPECT_EQ(node_count(), 100U);
@@ -146,7 +185,7 @@ TEST_F(AnalysisThread, QuitDuringASearchWaitsForItsEnd) {
     analysis_.set_action(stop_action);
     thread_.join();
     EXPECT_EQ(analysis_.get_status(), finished_status);
-    // The thread ended before another pass could take the stop.
+    // The thread ended before another tick could take the stop.
     EXPECT_EQ(analysis_.get_action(), stop_action);
 }
 
@@ -168,6 +207,23 @@ TEST_F(AnalysisThread, StopFromAnotherThreadLeavesPositionAndBestMove) {
     EXPECT_EQ(position_.get_hash(), before.get_hash());
     EXPECT_EQ(analysis_.ply(), 0);
     EXPECT_EQ(move(analysis_.best_move().algebraic(true)), analysis_.best_move());
+}
+
+TEST_F(AnalysisThread, SearchIsAlwaysAskedForOrAnnounced) {
+    set(start);
+    HandOverReader reader(analysis_);
+    // Long enough for the two threads to run side by side on a loaded machine.
+    auto const end = std::chrono::steady_clock::now() + std::chrono::seconds(2);
+    while (reader.gaps.load() == 0 && std::chrono::steady_clock::now() < end) {
+        analysis_.set_action(think_action);
+        analysis_.set_status(ready_status);
+        ++reader.phase;
+        ASSERT_TRUE(probe_.take_think_action());
+        ++reader.phase;
+    }
+    analysis_.set_status(ready_status);
+    reader.stop();
+    EXPECT_EQ(reader.gaps.load(), 0);
 }
 
 TEST_F(AnalysisThread, ReportsCanBeReadDuringASearch) {

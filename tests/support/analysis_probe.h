@@ -20,6 +20,10 @@ class AnalysisProbe {
     void date(unsigned char date) { analysis_.counters_.date = date; }
     unsigned char date() const { return analysis_.counters_.date; }
     void best_score(int score) { analysis_.root_.best_score.store(score); }
+    void best_moves(Move best, Move ponder) {
+        analysis_.root_.best_move.store(best);
+        analysis_.root_.ponder_move.store(ponder);
+    }
     void seldepth(int ply) { analysis_.counters_.seldepth.store(ply); }
     void leaf_count(std::uint64_t count) { analysis_.counters_.leaf_count = count; }
     void quit(bool quit) { analysis_.quit_.store(quit); }
@@ -41,6 +45,7 @@ class AnalysisProbe {
     bool log_on() const { return analysis_.log_on_; }
     std::vector<Move> const& searchmoves() const { return analysis_.limits_.searchmoves; }
 
+    bool take_think_action() { return analysis_.take_think_action(); }
     void start_clock() { analysis_.time_manager_.start(); }
     bool iteration_wanted() const { return analysis_.iteration_wanted(); }
     bool aspiration_retry(SearchWindow& window, int score) {

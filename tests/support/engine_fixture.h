@@ -12,13 +12,14 @@
 #include "position/chess_position.h"
 #include "protocol/communicator.h"
 #include "protocol/engine.h"
+#include "search/action.h"
 #include "search/analysis.h"
 
 namespace orvelin::test {
 
 inline const std::string start_fen = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
 
-/// An engine without the process around it: the test hands it lines and steps its passes.
+/// An engine without the process around it: the test hands it lines and steps its ticks.
 class EngineFixture : public ::testing::Test {
  protected:
     EngineFixture() : engine(std::make_unique<Engine>(communicator, log)) {}
@@ -38,7 +39,7 @@ class EngineFixture : public ::testing::Test {
         engine->from_console();
     }
 
-    /// All lines that wait for the interface.
+    /// All lines that wait for the GUI.
     std::vector<std::string> replies() {
         std::vector<std::string> lines;
         for (std::string line = communicator.from_engine(); !line.empty();
@@ -49,7 +50,7 @@ class EngineFixture : public ::testing::Test {
     }
 
     /// Waits for a status without reporting anything; false when it does not come in time.
-    bool wait_for_status(int status) {
+    bool wait_for_status(status_t status) {
         return wait_for([&] { return engine->analysis().get_status() == status; });
     }
 
@@ -74,7 +75,7 @@ class EngineFixture : public ::testing::Test {
         return false;
     }
 
-    /// Steps passes until the `bestmove` line is queued; returns all lines queued since.
+    /// Steps ticks until the `bestmove` line is queued; returns all lines queued since.
     std::vector<std::string> search_to_end() {
         std::vector<std::string> lines;
         wait_for([&] {

@@ -3,10 +3,11 @@
 #include <chrono>
 #include <utility>
 
+#include "protocol/clock_id.h"
+
 namespace orvelin {
 
-Communicator::Communicator()
-    : id_(static_cast<int>(std::chrono::system_clock::now().time_since_epoch().count() & 0x1ff)) {}
+Communicator::Communicator() : id_(clock_id(std::chrono::system_clock::now())) {}
 
 void Communicator::to_engine(std::string line) {
     push(interface_to_engine_lock_, interface_to_engine_, std::move(line),

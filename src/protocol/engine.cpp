@@ -11,6 +11,7 @@
 
 #include "evaluation/evaluation.h"
 #include "protocol/arguments.h"
+#include "protocol/clock_id.h"
 
 namespace orvelin {
 
@@ -19,7 +20,7 @@ Engine::Engine(Communicator& communicator, std::ofstream& log)
       position_(tables_),
       analysis_(position_, tables_),
       hasher_(tables_),
-      id_(static_cast<int>(std::chrono::system_clock::now().time_since_epoch().count() & 0x1ff)),
+      id_(clock_id(std::chrono::system_clock::now())),
       log_(log) {
     open_book();
     position_.newgame();
@@ -36,18 +37,6 @@ bool Engine::equal_options(std::string first, std::string second) {
     std::transform(first.begin(), first.end(), first.begin(), upper);
     std::transform(second.begin(), second.end(), second.begin(), upper);
     return first == second;
-}
-
-void Engine::set_action(char action) {
-    if (action == 1) {
-        analysis_.set_action(think_action);
-        while (analysis_.get_status() != searching_status) {
-        }
-    } else if (action == 2) {
-        analysis_.set_action(stop_action);
-        while (analysis_.get_status() == searching_status) {
-        }
-    }
 }
 
 Engine::handler_t Engine::find_handler(std::string const& word) {
@@ -81,8 +70,21 @@ void Engine::from_console() {
     }
 }
 
+void Engine::to_console() {
+    status_t const status = analysis_.get_status();
+    if (status == ready_status) {
+        return;
+    }
+    report_lines(status);
+    if (status == finished_status && engine_state_ == thinking) {
+        answer_search();
+    }
+}
+
 bool Engine::dispatch() {
-    catch_up_in_idleness();
+    if (engine_state_ == idle) {
+        gate_.catch_up_in_idleness();
+    }
     std::istringstream line(command_);
     std::string const word = read_token(line);
     if (!word.empty()) {
@@ -94,11 +96,11 @@ bool Engine::dispatch() {
 
 // The report goes straight to the standard output, ahead of queued lines and without a flush.
 bool Engine::command_eval(std::istringstream&) {
-    if (!search_runs_or_waits()) {
+    if (!gate_.search_runs_or_waits()) {
         std::cout << analysis_.static_eval_report();
         return true;
     }
-    ChessPosition const root = searched_position();
+    ChessPosition const root = gate_.searched_position();
     Evaluation evaluation(root, tables_);
     evaluation.static_eval();
     std::cout << evaluation.report();

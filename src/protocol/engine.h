@@ -2,17 +2,17 @@
 
 #include <cstddef>
 #include <fstream>
-#include <functional>
 #include <sstream>
 #include <string>
 #include <thread>
-#include <vector>
 
 #include "book/book.h"
 #include "generation/tables.h"
 #include "position/chess_position.h"
 #include "position/hasher.h"
 #include "protocol/communicator.h"
+#include "protocol/search_gate.h"
+#include "search/action.h"
 #include "search/analysis.h"
 #include "search/multi_pv.h"
 
@@ -23,9 +23,9 @@ namespace orvelin {
 /// All members run on the main thread; the analysis thread, which the constructor starts, runs the
 /// one `Analysis` of this object and shares with the driver the control words, the counters and,
 /// under its mutex, the lines of `Analysis`. Two state words meet here: the status of `Analysis`
-/// says what the search does, the engine state says what the interface waits for. Keeping the two
-/// apart is what lets `bestmove` wait while pondering and under `infinite`. The position belongs
-/// to the search while one runs; nothing guards it, because an interface leaves it alone then.
+/// says what the search does, the engine state says what the GUI waits for. Keeping the two apart
+/// is what lets `bestmove` wait while pondering and under `infinite`. The position belongs to the
+/// search while one runs: what a command does to it then waits behind the search gate.
 class Engine {
  public:
     /// Builds the tables, opens the opening book if one is found, sets the start position and
@@ -44,7 +44,7 @@ class Engine {
     void from_console();
 
     /// Reports what the search has found since the last call, and sends `bestmove` when the search
-    /// has ended and the interface waits for it.
+    /// has ended and the GUI waits for it.
     void to_console();
 
     /// Queues one `info` line for each line of the last copy taken from the search. Nothing is
@@ -59,7 +59,7 @@ class Engine {
 
     /// 1 starts the search and spins until it runs; 2 stops it and spins while it runs. Any other
     /// value does nothing.
-    void set_action(char action);
+    void set_action(char action) { gate_.set_action(static_cast<action_t>(action)); }
 
     // Parts and state, for tests and tools.
 
@@ -72,13 +72,13 @@ class Engine {
     int engine_state() const { return engine_state_; }
 
  private:
-    /// Acts on the rest of one command line; false ends the work on the queue for this pass.
+    /// Acts on the rest of one command line; false ends the work on the queue for this tick.
     using handler_t = bool (Engine::*)(std::istringstream& arguments);
 
     /// The handler of a command word, or null for a word that is none.
     static handler_t find_handler(std::string const& word);
 
-    /// What the interface waits for.
+    /// What the GUI waits for.
     enum engine_state_t : int {
         idle = 0,
         thinking = 1,   ///< `bestmove` goes out as soon as the search has ended
@@ -119,32 +119,20 @@ class Engine {
 
     bool dispatch();
     void parse_position(std::istringstream& arguments);
-    bool search_runs_or_waits() const;
-    /// Hands the position over to the search.
-    void begin_search();
-    /// The position that the running search began from; the game position is the search's own.
-    ChessPosition searched_position() const;
-    /// Does the work now, or as soon as the running search has ended and been answered, behind
-    /// all that was put off before.
-    void do_between_searches(std::function<void()> work);
-    /// Does the work that was put off.
-    void catch_up();
-    /// The same behind a search whose end nothing is printed for.
-    void catch_up_in_idleness();
-    /// Ends the process if a search runs: the command is none to be sent then.
-    void require_no_search();
     void make_text_move(std::string const& text);
     void reset_go_limits();
     bool read_limit(std::string const& token, std::istringstream& arguments);
     void set_movestogo(int moves);
     void read_searchmoves(std::istringstream& arguments);
+    void answer_search();
+    std::string bestmove_line(Move const& best_move) const;
 
+    void report_lines(status_t status);
     void take_lines();
     void take_last_lines();
     void send(std::string const& line);
     void write_log(std::string const& line);
     std::string info_line(int index, std::string const& head, std::string const& counts) const;
-    std::string bestmove_line(Move const& best_move) const;
     void prepare_bench(std::string const& fen);
 
     Communicator& communicator_;
@@ -168,10 +156,7 @@ class Engine {
     int engine_state_ = idle;
     /// The position has a move that the position line lacks.
     bool position_line_lags_ = false;
-    std::vector<std::function<void()>> put_off_;
-    /// Where the last search began, for what must be known of it while it has the position.
-    std::string searched_fen_;
-    std::size_t searched_records_ = 0;
+    SearchGate gate_{analysis_, position_, tables_};
 };
 
 }  // namespace orvelin

@@ -37,7 +37,7 @@ int rounded_rate(std::uint64_t nodes, std::uint64_t milliseconds) {
 // Runs wholly on the calling thread and writes straight to the standard output; the control words
 // of the analysis thread stay as they are.
 bool Engine::command_bench(std::istringstream&) {
-    require_no_search();
+    gate_.require_no_search();
     std::uint64_t total_nodes = 0;
     std::uint64_t total_milliseconds = 0;
     for (char const* const fen : bench_positions) {

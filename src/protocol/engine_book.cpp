@@ -29,10 +29,10 @@ bool Engine::answer_from_book() {
     if (!ownbook_) {
         return false;
     }
-    if (!search_runs_or_waits()) {
+    if (!gate_.search_runs_or_waits()) {
         return answer_from_book(position_, position_.history().size());
     }
-    return answer_from_book(searched_position(), searched_records_);
+    return answer_from_book(gate_.searched_position(), gate_.searched_records());
 }
 
 // By design the book's move leaves no other trace: no log line, no change of any state.

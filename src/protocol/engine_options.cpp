@@ -52,7 +52,7 @@ void Engine::option_hash(std::istringstream& value) {
     if (hash_value_ <= 0) {
         return;
     }
-    do_between_searches([this, size = hash_value_] { analysis_.set_hash_size(size); });
+    gate_.do_between_searches([this, size = hash_value_] { analysis_.set_hash_size(size); });
 }
 
 // Numbers below 0 count as very large, here and for the lines.

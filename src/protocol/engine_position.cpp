@@ -1,6 +1,5 @@
 #include <iostream>
 #include <stdexcept>
-#include <utility>
 
 #include "protocol/arguments.h"
 #include "protocol/engine.h"
@@ -38,7 +37,7 @@ std::string read_fen(std::istringstream& arguments) {
 
 // A running search is not stopped, so the new game begins behind it.
 bool Engine::command_ucinewgame(std::istringstream&) {
-    do_between_searches([this] {
+    gate_.do_between_searches([this] {
         position_.newgame();
         analysis_.clear_hash();
         analysis_.clear_killer();
@@ -49,14 +48,14 @@ bool Engine::command_ucinewgame(std::istringstream&) {
     return true;
 }
 
-// In a running game the interface appends its move to the line that the engine already holds, so
+// In a running game the GUI appends its move to the line that the engine already holds, so
 // only that move is made; anything else is parsed in full. After a stopped search the position has
 // a move that the line lacks, so that the next line is parsed in full whatever it says.
 bool Engine::command_position(std::istringstream& arguments) {
-    if (search_runs_or_waits()) {
+    if (gate_.search_runs_or_waits()) {
         set_action(2);
     }
-    catch_up();
+    gate_.catch_up();
     command_.erase(command_.find_last_not_of(' ') + 1);
     split_line_t const split = split_at_last_blank(command_);
     bool const one_move_more = split.head == position_line_ && !position_line_lags_;
@@ -70,50 +69,6 @@ bool Engine::command_position(std::istringstream& arguments) {
     analysis_.init(position_);
     analysis_.reset();
     return true;
-}
-
-// In this order: the thread raises the status in the moment in which it takes the action.
-bool Engine::search_runs_or_waits() const {
-    return analysis_.get_action() == think_action || analysis_.get_status() == searching_status;
-}
-
-void Engine::begin_search() {
-    searched_fen_ = position_.fen();
-    searched_records_ = position_.history().size();
-    analysis_.set_action(think_action);
-}
-
-ChessPosition Engine::searched_position() const {
-    ChessPosition position(tables_);
-    position.fen(searched_fen_);
-    return position;
-}
-
-void Engine::do_between_searches(std::function<void()> work) {
-    if (search_runs_or_waits() || !put_off_.empty()) {
-        put_off_.push_back(std::move(work));
-    } else {
-        work();
-    }
-}
-
-void Engine::catch_up() {
-    for (auto const& work : std::exchange(put_off_, {})) {
-        work();
-    }
-}
-
-void Engine::catch_up_in_idleness() {
-    if (engine_state_ == idle && !search_runs_or_waits()) {
-        catch_up();
-    }
-}
-
-void Engine::require_no_search() {
-    analysis_.withdraw_think();
-    if (analysis_.get_status() == searching_status) {
-        analysis_.init(position_);
-    }
 }
 
 void Engine::parse_position(std::istringstream& arguments) {
@@ -138,7 +93,7 @@ void Engine::make_text_move(std::string const& text) {
 }
 
 bool Engine::command_usermove(std::istringstream& arguments) {
-    require_no_search();
+    gate_.require_no_search();
     std::string const text = read_token(arguments);
     Move move;
     try {

@@ -17,44 +17,16 @@ std::string score_text(int score) {
 
 }  // namespace
 
-void Engine::to_console() {
-    int const status = analysis_.get_status();
-    if (status != searching_status && status != finished_status) {
+void Engine::report_lines(status_t status) {
+    if (multipv_.version() >= analysis_.mpv_version()) {
         return;
     }
-    bool const news = multipv_.version() < analysis_.mpv_version();
     if (status == searching_status) {
-        if (news) {
-            take_lines();
-            send_info(analysis_);
-        }
-        return;
-    }
-    if (news) {
+        take_lines();
+    } else {
         take_last_lines();
-        send_info(analysis_);
     }
-    if (engine_state_ != thinking) {
-        return;
-    }
-    // A `go` that waits is held off until the old move is made: its search must not begin on a
-    // position that is being changed. If it has begun already, its own end brings the move.
-    bool const go_waits = analysis_.withdraw_think();
-    if (analysis_.get_status() != finished_status) {
-        return;
-    }
-    engine_state_ = idle;
-    analysis_.set_status(ready_status);
-    send_hashfull(analysis_);
-    command_.clear();
-    Move const best_move = analysis_.best_move();
-    position_line_ += ' ' + best_move.algebraic(chess960_);
-    position_.make_move(best_move);
-    send(bestmove_line(best_move));
-    catch_up();
-    if (go_waits) {
-        begin_search();
-    }
+    send_info(analysis_);
 }
 
 // The assignment moves the reported version on by one only, so while a search runs the newest
@@ -102,15 +74,6 @@ std::string Engine::info_line(int index, std::string const& head, std::string co
 
 void Engine::send_hashfull(Analysis& analysis) {
     send("info hashfull " + std::to_string(analysis.get_hashfull()));
-}
-
-std::string Engine::bestmove_line(Move const& best_move) const {
-    std::string text = "bestmove " + best_move.algebraic(chess960_);
-    Move const ponder_move = analysis_.pondermove();
-    if (ponder_move.code() != 0) {
-        text += " ponder " + ponder_move.algebraic(chess960_);
-    }
-    return text;
 }
 
 }  // namespace orvelin

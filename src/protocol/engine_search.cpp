@@ -25,11 +25,7 @@ bool Engine::command_go(std::istringstream& arguments) {
     engine_state_ = thinking;
     while (read_limit(read_token(arguments), arguments)) {
     }
-    if (search_runs_or_waits()) {
-        analysis_.set_action(think_action);
-    } else {
-        begin_search();
-    }
+    gate_.begin_search();
     return true;
 }
 
@@ -43,7 +39,7 @@ void Engine::reset_go_limits() {
 // Under a running search the position is mid-line; the side that is to move at its root is what
 // the time manager already holds.
 void Engine::set_movestogo(int moves) {
-    if (search_runs_or_waits()) {
+    if (gate_.search_runs_or_waits()) {
         analysis_.time_manager().set_movestogo(moves);
     } else {
         analysis_.set_movestogo(moves);
@@ -88,8 +84,8 @@ bool Engine::read_limit(std::string const& token, std::istringstream& arguments)
 
 void Engine::read_searchmoves(std::istringstream& arguments) {
     std::optional<ChessPosition> root;
-    if (search_runs_or_waits()) {
-        root.emplace(searched_position());
+    if (gate_.search_runs_or_waits()) {
+        root.emplace(gate_.searched_position());
     }
     ChessPosition& position = root ? *root : position_;
     std::vector<Move> moves;
@@ -117,17 +113,44 @@ bool Engine::command_stop(std::istringstream&) {
     while (analysis_.get_status() == searching_status) {
         sleep_milliseconds(5);
     }
-    if (multipv_.version() < analysis_.mpv_version()) {
-        take_last_lines();
-        send_info(analysis_);
-    }
+    report_lines(finished_status);
     Move const best_move = analysis_.best_move();
     position_.make_move(best_move);
     position_line_lags_ = true;
     send(bestmove_line(best_move));
     analysis_.set_status(ready_status);
-    catch_up();
+    gate_.catch_up();
     return true;
+}
+
+// A `go` that waits is held off until the old move is made: its search must not begin on a position
+// that is being changed. If it has begun already, its own end brings the move.
+void Engine::answer_search() {
+    bool const go_waits = gate_.withdraw_search();
+    if (analysis_.get_status() != finished_status) {
+        return;
+    }
+    engine_state_ = idle;
+    analysis_.set_status(ready_status);
+    send_hashfull(analysis_);
+    command_.clear();
+    Move const best_move = analysis_.best_move();
+    position_line_ += ' ' + best_move.algebraic(chess960_);
+    position_.make_move(best_move);
+    send(bestmove_line(best_move));
+    gate_.catch_up();
+    if (go_waits) {
+        gate_.begin_search();
+    }
+}
+
+std::string Engine::bestmove_line(Move const& best_move) const {
+    std::string text = "bestmove " + best_move.algebraic(chess960_);
+    Move const ponder_move = analysis_.pondermove();
+    if (ponder_move.code() != 0) {
+        text += " ponder " + ponder_move.algebraic(chess960_);
+    }
+    return text;
 }
 
 }  // namespace orvelin

@@ -69,7 +69,7 @@ TEST_F(EngineWaitingGoTest, TheLastOfTwoHashSizesStands) {
     EXPECT_EQ(buckets(), 131072U);
 }
 
-TEST_F(EngineWaitingGoTest, WhatIsPutOffKeepsItsOrderBehindABestmoveThatIsHeldBack) {
+TEST_F(EngineWaitingGoTest, WhatIsDeferredKeepsItsOrderBehindABestmoveThatIsHeldBack) {
     command("go ponder");
     command("setoption name Hash value 16");
     end_silently();

@@ -8,6 +8,7 @@ import time
 import unittest
 
 from orvelin_lib.engine import EngineFailure, UciEngine
+from orvelin_lib.process import dies_with
 from project import ENGINE
 
 WEAK = ("UCI_LimitStrength", "true"), ("UCI_Elo", "1500")
@@ -53,7 +54,11 @@ class StatementsTest(unittest.TestCase):
 
     def test_the_end_of_input_without_quit_does_not_end_it_at_once(self):
         with subprocess.Popen(
-            [ENGINE], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, cwd=self.directory
+            [ENGINE],
+            stdin=subprocess.DEVNULL,
+            stdout=subprocess.PIPE,
+            cwd=self.directory,
+            preexec_fn=dies_with(os.getpid()),
         ) as process:
             with self.assertRaises(subprocess.TimeoutExpired):
                 process.wait(1)

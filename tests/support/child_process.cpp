@@ -4,8 +4,8 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <signal.h>
-#include <spawn.h>
 #include <stdexcept>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -70,37 +70,69 @@ std::vector<char*> pointers_to(std::vector<std::string>& texts) {
     return pointers;
 }
 
+/// All that the child needs between its beginning and the program: nothing may be allocated there.
+struct child_plan_t {
+    std::array<int, 3> streams;
+    char const* directory;
+    char const* binary;
+    char* const* arguments;
+    char* const* environment;
+    /// Where the child tells that it could not become the program.
+    int failure;
+    pid_t parent;
+};
+
+/// A child of a process that has died in the meantime gets no signal for it.
+bool dies_with_parent(pid_t parent) {
+    return prctl(PR_SET_PDEATHSIG, SIGKILL) == 0 && getppid() == parent;
+}
+
+bool take_streams(std::array<int, 3> const& streams) {
+    return dup2(streams[0], STDIN_FILENO) >= 0 && dup2(streams[1], STDOUT_FILENO) >= 0 &&
+           dup2(streams[2], STDERR_FILENO) >= 0;
+}
+
+/// The life of the child up to the program.
+[[noreturn]] void become_program(child_plan_t const& plan) {
+    if (dies_with_parent(plan.parent) && take_streams(plan.streams) && chdir(plan.directory) == 0) {
+        signal(SIGPIPE, SIG_DFL);
+        execve(plan.binary, plan.arguments, plan.environment);
+    }
+    char const word = 0;
+    // Without a parent nobody is left to be told.
+    [[maybe_unused]] ssize_t const told = write(plan.failure, &word, sizeof word);
+    _exit(127);
+}
+
 /// -1 when the program cannot be started.
 pid_t spawn(launch_t const& launch, int input, int output, int errors) {
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_adddup2(&actions, input, STDIN_FILENO);
-    posix_spawn_file_actions_adddup2(&actions, output, STDOUT_FILENO);
-    posix_spawn_file_actions_adddup2(&actions, errors, STDERR_FILENO);
-    if (!launch.directory.empty()) {
-        posix_spawn_file_actions_addchdir_np(&actions, launch.directory.c_str());
-    }
-
-    posix_spawnattr_t attributes;
-    posix_spawnattr_init(&attributes);
-    sigset_t defaults;
-    sigemptyset(&defaults);
-    sigaddset(&defaults, SIGPIPE);
-    posix_spawnattr_setsigdefault(&attributes, &defaults);
-    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF);
-
     std::vector<std::string> variables = child_environment();
     std::vector<char*> const environment = pointers_to(variables);
     std::vector<std::string> words{launch.binary};
     words.insert(words.end(), launch.arguments.begin(), launch.arguments.end());
     std::vector<char*> const arguments = pointers_to(words);
+    std::string const directory = launch.directory.empty() ? "." : launch.directory.string();
+    pipe_t failure;
+    child_plan_t const plan{{input, output, errors},
+                            directory.c_str(),
+                            launch.binary.c_str(),
+                            arguments.data(),
+                            environment.data(),
+                            failure.write_end,
+                            getpid()};
 
-    pid_t pid = -1;
-    int const error = posix_spawn(&pid, launch.binary.c_str(), &actions, &attributes,
-                                  arguments.data(), environment.data());
-    posix_spawnattr_destroy(&attributes);
-    posix_spawn_file_actions_destroy(&actions);
-    return error == 0 ? pid : -1;
+    pid_t const pid = fork();
+    if (pid == 0) {
+        become_program(plan);
+    }
+    close(std::exchange(failure.write_end, -1));
+    // The program's beginning closes the other end.
+    char word = 0;
+    if (pid < 0 || read(failure.read_end, &word, sizeof word) == 0) {
+        return pid;
+    }
+    waitpid(pid, nullptr, 0);
+    return -1;
 }
 
 }  // namespace

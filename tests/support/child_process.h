@@ -27,7 +27,8 @@ struct launch_t {
 };
 
 /// A child process and the ends of the pipes to its standard streams, which the object owns. The
-/// destructor kills a child that still runs.
+/// destructor kills a child that still runs, and the system one whose parent is killed. The thread
+/// that makes the object must outlive the child: the system takes its end for the parent's.
 class ChildProcess {
  public:
     /// Starts the binary, whose path must be absolute; throws std::runtime_error when that fails.
@@ -36,6 +37,7 @@ class ChildProcess {
     ChildProcess(ChildProcess const&) = delete;
     ChildProcess& operator=(ChildProcess const&) = delete;
 
+    pid_t id() const { return pid_; }
     /// Where the child's standard input is written; -1 after close_input().
     int input() const { return input_; }
     /// Where the child's standard output is read.

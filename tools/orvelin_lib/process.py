@@ -1,5 +1,6 @@
 """An engine process: its pipes, its lines and its end."""
 
+import ctypes
 import os
 import select
 import shutil
@@ -16,6 +17,24 @@ MAX_LINE = 1 << 16
 LONGEST_WAIT = 1000000
 # How long a process that has closed its output may take to end.
 END_SECONDS = 5
+
+
+# Found before any fork: between fork and exec as little as possible is done.
+_prctl = ctypes.CDLL(None).prctl
+_PR_SET_PDEATHSIG = 1
+
+
+def dies_with(parent):
+    """What a child calls first (preexec_fn) so that it is killed when its parent dies: an engine
+    whose input has ended would spin for minutes. Here the parent is the thread that starts it."""
+
+    def bind():
+        _prctl(_PR_SET_PDEATHSIG, int(signal.SIGKILL), 0, 0, 0)
+        # A parent that died before the call sends nothing.
+        if os.getppid() != parent:
+            os._exit(1)
+
+    return bind
 
 
 class EngineFailure(Exception):
@@ -49,6 +68,7 @@ class EngineProcess:
                 bufsize=0,
                 cwd=directory,
                 start_new_session=True,
+                preexec_fn=dies_with(os.getpid()),
             )
         except OSError as error:
             raise self.failure("start", f"cannot be started: {error.strerror}") from None

@@ -10,8 +10,8 @@
 
 #include "protocol/engine_directory_fixture.h"
 #include "protocol/stress_commands.h"
-#include "protocol/tracked_game.h"
 #include "support/data_file.h"
+#include "support/referee.h"
 
 namespace orvelin::test {
 
@@ -117,7 +117,7 @@ class ProcessStressTest : public EngineDirectoryFixture,
     }
 
     StressCommands commands{GetParam()};
-    TrackedGame game;
+    Referee game;
 };
 
 burst_t ProcessStressTest::make_burst() {

@@ -39,7 +39,7 @@ std::size_t stress_rounds(std::size_t rounds) {
     return rounds * (times == nullptr ? 1 : std::stoul(times)) / (short_tests ? 10 : 1);
 }
 
-stress_line_t StressCommands::line(TrackedGame& game) {
+stress_line_t StressCommands::line(Referee& game) {
     switch (below(13)) {
         case 0:
         case 1:
@@ -83,8 +83,8 @@ stress_line_t StressCommands::simple_line() {
     }
 }
 
-void StressCommands::begin_game(TrackedGame& game) {
-    game.start(one_in(3) ? TrackedGame().fen() : pick(start_fens()));
+void StressCommands::begin_game(Referee& game) {
+    game.start(one_in(3) ? Referee().fen() : pick(start_fens()));
     for (std::size_t left = one_in(4) ? 0 : below(6); left > 0 && !game.over(); --left) {
         game.play(pick(game.legal_moves()));
     }
@@ -93,7 +93,7 @@ void StressCommands::begin_game(TrackedGame& game) {
     }
 }
 
-stress_line_t StressCommands::position(TrackedGame& game) {
+stress_line_t StressCommands::position(Referee& game) {
     if (!game.known() || game.over() || game.length() >= longest_game || one_in(3)) {
         begin_game(game);
     } else if (!one_in(8)) {
@@ -105,7 +105,7 @@ stress_line_t StressCommands::position(TrackedGame& game) {
     return {game.command(), stress_kind::position};
 }
 
-stress_line_t StressCommands::go(TrackedGame const* game) {
+stress_line_t StressCommands::go(Referee const* game) {
     std::string line = "go";
     std::size_t const kind = below(10);
     stress_go_t go{.finite = kind < 8};

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "protocol/tracked_game.h"
+#include "support/referee.h"
 
 namespace orvelin::test {
 
@@ -50,20 +50,20 @@ class StressCommands {
     bool one_in(std::size_t n) { return below(n) == 0; }
 
     /// Any line. A position goes into the game, of which search moves are taken while it is known.
-    stress_line_t line(TrackedGame& game);
+    stress_line_t line(Referee& game);
     /// Any line but those that depend on the position: fit to follow others whose answers are not
     /// known yet.
     stress_line_t later_line();
     /// A `position` line: a new game, or a move more in one whose position is known.
-    stress_line_t position(TrackedGame& game);
+    stress_line_t position(Referee& game);
     /// A `go` line, with search moves of the game only if there is one and its position is known.
-    stress_line_t go(TrackedGame const* game);
+    stress_line_t go(Referee const* game);
 
  private:
     std::string option();
     std::string unknown();
     stress_line_t simple_line();
-    void begin_game(TrackedGame& game);
+    void begin_game(Referee& game);
     template <typename List>
     auto const& pick(List const& list) {
         return list[below(list.size())];

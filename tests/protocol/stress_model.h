@@ -5,11 +5,11 @@
 #include <vector>
 
 #include "protocol/stress_commands.h"
-#include "protocol/tracked_game.h"
+#include "support/referee.h"
 
 namespace orvelin::test {
 
-/// What the interface may expect of an engine that it sends lines to at random moments: the
+/// What a GUI may expect of an engine that it sends lines to at random moments: the
 /// engine state, which lines are answered at once, and whether a move answers the position.
 ///
 /// Moves are held against the rules as long as the position is known to be the one that was
@@ -23,10 +23,10 @@ class StressModel {
     /// Takes in a line that the engine works on; returns the beginnings of the lines with which
     /// it is answered at once, `info` lines apart.
     std::vector<std::string> act(stress_line_t const& line);
-    /// The last `go` was refused, which ends the work on the lines for a pass.
+    /// The last `go` was refused, which ends the work on the lines for a tick.
     bool refused() const { return refused_; }
 
-    /// The status that was seen between two passes.
+    /// The status that was seen between two ticks.
     void see_status(int status);
 
     /// Takes in the move of a `bestmove` that `stop` printed; false for a wrong one.
@@ -42,7 +42,7 @@ class StressModel {
     bool move_must_come() const { return state_ == 1 && ends_ && (by_clock_ || !weak_search_); }
     bool own_book() const { return own_book_; }
 
-    TrackedGame& game() { return game_; }
+    Referee& game() { return game_; }
 
  private:
     std::vector<std::string> act_go(stress_go_t const& go);
@@ -50,7 +50,7 @@ class StressModel {
     void act_option(stress_line_t const& line);
     bool takes_move(std::string const& move, bool nothing_allowed);
 
-    TrackedGame game_;
+    Referee game_;
     std::string book_fen_;
     int state_ = 0;
     bool refused_ = false;

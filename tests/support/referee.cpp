@@ -1,11 +1,34 @@
 #include "support/referee.h"
 
+#include <algorithm>
+
+#include "support/data_file.h"
 #include "support/shared_tables.h"
 
 namespace orvelin::test {
 
+namespace {
+
+std::string const start_position = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
+
+bool reads(Move const& move, std::string const& text) {
+    return move.algebraic(false) == text || move.algebraic(true) == text;
+}
+
+}  // namespace
+
+Referee::Referee() : Referee(start_position) {}
+
 Referee::Referee(std::string const& fen) : position_(shared_tables()), generator_(shared_tables()) {
+    start(fen);
+}
+
+void Referee::start(std::string const& fen) {
     position_.fen(fen);
+    start_ = fen;
+    played_.clear();
+    seen_.clear();
+    known_ = true;
     generate();
 }
 
@@ -15,15 +38,28 @@ void Referee::generate() {
     ++seen_[position_.get_hash()];
 }
 
+bool Referee::legal(std::string const& move) const {
+    return std::any_of(moves_.cbegin(), moves_.cend(),
+                       [&](Move const& legal) { return reads(legal, move); });
+}
+
 bool Referee::play(std::string const& move) {
     for (Move const& legal : moves_) {
-        if (legal.algebraic(false) == move) {
+        if (reads(legal, move)) {
             position_.make_move(Move(legal));
+            played_.push_back(move);
             generate();
             return true;
         }
     }
+    lose();
     return false;
+}
+
+std::string Referee::command() const {
+    std::string const line =
+        start_ == start_position ? "position startpos" : "position fen " + start_;
+    return played_.empty() ? line : line + " moves " + join_words(played_);
 }
 
 std::vector<std::string> Referee::legal_moves() const {
@@ -53,11 +89,11 @@ std::string Referee::verdict() const {
 bool Referee::insufficient_material() const {
     std::string const placement = fen().substr(0, fen().find(' '));
     int minors = 0;
-    for (char const man : placement) {
-        if (std::string("pPrRqQ").find(man) != std::string::npos) {
+    for (char const piece : placement) {
+        if (std::string("pPrRqQ").find(piece) != std::string::npos) {
             return false;
         }
-        if (std::string("nNbB").find(man) != std::string::npos) {
+        if (std::string("nNbB").find(piece) != std::string::npos) {
             ++minors;
         }
     }

@@ -45,16 +45,11 @@ class EnginePair {
         game_record_t record;
         record.start = start.fen;
         Referee referee(start.fen);
-        std::string line =
-            start.fen == start_fen ? "position startpos" : "position fen " + start.fen;
-        if (!start.moves.empty()) {
-            line += " moves " + join_words(start.moves);
-        }
         for (std::string const& move : start.moves) {
             referee.play(move);
         }
-        bool has_moves = !start.moves.empty();
         for (; (record.verdict = referee.verdict()).empty(); ++record.plies) {
+            std::string const line = referee.command();
             if (record.plies == max_plies) {
                 record.fault = "no end: " + line;
                 return record;
@@ -64,8 +59,6 @@ class EnginePair {
                 record.fault.append("illegal answer '").append(move).append("' to ").append(line);
                 return record;
             }
-            line += (has_moves ? " " : " moves ") + move;
-            has_moves = true;
         }
         return record;
     }

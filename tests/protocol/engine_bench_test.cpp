@@ -8,8 +8,10 @@
 #include <streambuf>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include "search/action.h"
+#include "support/analysis_probe.h"
 #include "support/engine_fixture.h"
 #include "support/text_pattern.h"
 
@@ -87,6 +89,50 @@ TEST_F(EngineBenchTest, ItsClocksLeaveTheTimeLimitsOutOfReach) {
     // 6000000 / 3 = 2000000: 2 * (2000000 - 500000 + 25000).
     EXPECT_EQ(engine->analysis().time_manager().hard_limit(), 3050000U);
     EXPECT_GT(engine->analysis().time_manager().remaining_time(0), 5000000);
+}
+
+/// What the benchmark writes, and the precision at which it wrote each character.
+class PrecisionRecorder : public std::streambuf {
+ public:
+    /// The precision at which the number behind each place of the name was written.
+    std::vector<std::streamsize> precisions_of(std::string const& name) const {
+        std::vector<std::streamsize> found;
+        for (std::size_t at = text_.find(name); at != std::string::npos;
+             at = text_.find(name, at + 1)) {
+            found.push_back(precisions_[at + name.size()]);
+        }
+        return found;
+    }
+
+ protected:
+    int_type overflow(int_type character) override {
+        text_ += traits_type::to_char_type(character);
+        precisions_.push_back(std::cout.precision());
+        return character;
+    }
+
+ private:
+    std::string text_;
+    std::vector<std::streamsize> precisions_;
+};
+
+TEST_F(EngineBenchTest, TimeHasFourDigitsAndTheBranchingFactorTwo) {
+    PrecisionRecorder output;
+    engine->analysis().set_max_nodes(100);
+    run_bench(output);
+    EXPECT_EQ(output.precisions_of("  time="), std::vector<std::streamsize>(3, 4));
+    EXPECT_EQ(output.precisions_of("  ebf="), std::vector<std::streamsize>(3, 2));
+}
+
+TEST_F(EngineBenchTest, ItLiftsTheLimitsOfAnEarlierGo) {
+    Analysis& analysis = engine->analysis();
+    analysis.set_searchmoves({Move()});
+    analysis.set_movetime(1234);
+    short_bench(100);
+    AnalysisProbe const limits(analysis);
+    EXPECT_TRUE(limits.searchmoves().empty());
+    EXPECT_EQ(limits.depth_limit(), 12);
+    EXPECT_GT(analysis.time_manager().remaining_time(0), 5000000);
 }
 
 /// Ends the waits of weakened searches by stops, which it sends again and again because the idle

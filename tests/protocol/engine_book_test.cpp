@@ -40,7 +40,7 @@ class EngineBookTest : protected WorkingDirectory, public EngineFixture {
         }
     }
 
-    /// Starts the engine anew with a book of these entries, sorted, and the book in use.
+    /// Starts the engine again with a book of these entries, sorted, and the book in use.
     void use(std::vector<Book_record> entries) {
         std::stable_sort(entries.begin(), entries.end());
         restart(book_bytes(entries));

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "search/action.h"
+#include "support/analysis_probe.h"
 #include "support/engine_fixture.h"
 #include "support/logic_error_text.h"
 
@@ -256,16 +257,32 @@ TEST_F(EnginePositionTest, UcinewgameMakesTheNextSearchLikeTheFirst) {
     EXPECT_NE(engine->analysis().get_node_count(), first);
 }
 
-// The status is written by hand: a real search would have its position pulled away.
-TEST_F(EnginePositionTest, UcinewgameNeitherStopsASearchNorReadiesForOne) {
-    engine->analysis().set_status(searching_status);
+TEST_F(EnginePositionTest, UcinewgameDoesNotReadyForASearch) {
+    Analysis& analysis = engine->analysis();
+    analysis.set_status(finished_status);
+    analysis.set_movetime(1234);
+    analysis.set_depth(3);
     command("ucinewgame");
-    EXPECT_EQ(engine->analysis().get_status(), searching_status);
-    EXPECT_EQ(engine->analysis().get_action(), no_action);
-    engine->analysis().set_status(ready_status);
+    EXPECT_EQ(analysis.get_status(), finished_status);
+    EXPECT_EQ(analysis.time_manager().remaining_time(0), 1234);
+    EXPECT_EQ(AnalysisProbe(analysis).depth_limit(), 3);
 }
 
-TEST_F(EnginePositionTest, UsermoveMakesAMoveAndResetsTheLimits) {
+TEST_F(EnginePositionTest, UsermoveResetsTheLimitsButThatOfNodes) {
+    Analysis& analysis = engine->analysis();
+    AnalysisProbe const limits(analysis);
+    analysis.set_depth(3);
+    analysis.set_movetime(1234);
+    analysis.set_searchmoves({Move()});
+    analysis.set_nodes(77);
+    command("usermove e2e4");
+    EXPECT_EQ(limits.depth_limit(), 101);
+    EXPECT_EQ(analysis.time_manager().remaining_time(0), TimeManager().remaining_time(0));
+    EXPECT_TRUE(limits.searchmoves().empty());
+    EXPECT_EQ(limits.max_nodes(), 77U);
+}
+
+TEST_F(EnginePositionTest, UsermoveMakesAMoveAndClearsTheStatus) {
     command("usermove e2e4");
     EXPECT_EQ(history(), "e2e4");
     EXPECT_EQ(engine->position_line(), "");

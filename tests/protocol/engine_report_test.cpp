@@ -51,7 +51,14 @@ std::string score_of(std::string const& line) {
     return words.end() - score < 3 ? "" : score[1] + " " + score[2];
 }
 
-TEST_F(EngineReportTest, NothingIsSaidWithoutASearch) {
+TEST_F(EngineReportTest, NothingIsSaidWhileTheSearchHasNothingToReport) {
+    engine->to_console();
+    EXPECT_EQ(replies(), lines_t{});
+    command("go infinite depth 4");
+    ASSERT_TRUE(wait_for_status(finished_status));
+    ASSERT_TRUE(wait_for_report_time());
+    ASSERT_GT(engine->analysis().mpv_version(), 0);
+    engine->analysis().set_status(ready_status);
     engine->to_console();
     EXPECT_EQ(replies(), lines_t{});
 }
@@ -99,15 +106,15 @@ TEST_F(EngineReportTest, AllReportsGoToTheLogBehindAnArrow) {
     EXPECT_EQ(log_text(), expected);
 }
 
-TEST_F(EngineReportTest, TheReportedVersionMovesUpByOneAPass) {
+TEST_F(EngineReportTest, TheReportedVersionMovesUpByOneATick) {
     command("go infinite");
     ASSERT_TRUE(wait_for([&] { return engine->analysis().mpv_version() >= 5; }));
     ASSERT_TRUE(wait_for_report_time());
     ASSERT_EQ(engine->analysis().get_status(), searching_status);
-    for (int pass = 0; pass < 5; ++pass) {
+    for (int tick = 0; tick < 5; ++tick) {
         engine->to_console();
         lines_t const lines = replies();
-        ASSERT_EQ(lines.size(), 1U) << "pass " << pass;
+        ASSERT_EQ(lines.size(), 1U) << "tick " << tick;
         // Already the first report shows the newest line: the fifth version is of iteration 3.
         EXPECT_GE(number_behind(lines[0], "depth"), 3U);
     }

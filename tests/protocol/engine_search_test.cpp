@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "search/action.h"
+#include "support/analysis_probe.h"
 #include "support/engine_fixture.h"
 #include "support/logic_error_text.h"
 #include "time/time_manager.h"
@@ -145,6 +146,8 @@ TEST_F(EngineSearchTest, NodesLimitsTheNodes) {
 TEST_F(EngineSearchTest, ANegativeNodeLimitIsNone) {
     EXPECT_TRUE(best_move_of("go nodes -1 depth 3").starts_with("bestmove "));
     EXPECT_EQ(engine->analysis().get_iteration(), 3);
+    EXPECT_EQ(AnalysisProbe(engine->analysis()).max_nodes(),
+              std::numeric_limits<std::uint64_t>::max());
 }
 
 TEST_F(EngineSearchTest, TheNodeLimitIsLiftedByTheNextGo) {
@@ -189,7 +192,7 @@ TEST_F(EngineSearchTest, GoAloneSearchesUntilStop) {
     EXPECT_EQ(engine->analysis().get_status() == searching_status, false);
 }
 
-TEST_F(EngineSearchTest, GoWhileThinkingIsRefusedAndLeavesTheRestForTheNextPass) {
+TEST_F(EngineSearchTest, GoWhileThinkingIsRefusedAndLeavesTheRestForTheNextTick) {
     open_log();
     command("go wtime 600000 btime 600000");
     ASSERT_TRUE(wait_for_status(searching_status));
@@ -234,7 +237,7 @@ TEST_F(EngineSearchTest, PonderHoldsBestmoveBackUntilPonderhit) {
     command("go ponder depth 2");
     EXPECT_EQ(engine->engine_state(), 2);
     ASSERT_TRUE(wait_for_status(finished_status));
-    for (int pass = 0; pass < 3; ++pass) {
+    for (int tick = 0; tick < 3; ++tick) {
         engine->to_console();
     }
     EXPECT_EQ(count_best_moves(replies()), 0);
@@ -256,6 +259,17 @@ TEST_F(EngineSearchTest, PonderhitLetsTheClockCountAgain) {
     command("ponderhit");
     EXPECT_TRUE(engine->analysis().time_manager().time_to_move(long_time));
     EXPECT_TRUE(search_to_end().back().starts_with("bestmove "));
+}
+
+TEST_F(EngineSearchTest, PonderhitDoesNotRestartTheClock) {
+    command("go ponder depth 1 movetime 60000");
+    ASSERT_TRUE(wait_for_status(finished_status));
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    TimeManager& clock = engine->analysis().time_manager();
+    int const left = clock.remaining_time();
+    EXPECT_LE(left, 60000 - 20);
+    command("ponderhit");
+    EXPECT_LE(clock.remaining_time(), left);
 }
 
 TEST_F(EngineSearchTest, StopReleasesAHeldBackBestmove) {

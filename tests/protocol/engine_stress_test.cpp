@@ -33,7 +33,7 @@ class StressSurroundings {
     std::streambuf* console_;
 };
 
-/// Sends an engine whatever may come during a search, a pass of the main loop at a time, at
+/// Sends an engine whatever may come during a search, a tick of the main loop at a time, at
 /// moments that chance decides.
 class EngineStressTest : protected StressSurroundings,
                          public EngineFixture,
@@ -44,15 +44,15 @@ class EngineStressTest : protected StressSurroundings,
     void run(std::size_t rounds);
     /// Moves have come, some of them waited for, and reports of `eval`.
     bool seen_enough() const { return best_moves > 10 && settled > 2 && !output_.view().empty(); }
-    void pass();
-    /// Passes until the search that ends by itself has been answered.
+    void tick();
+    /// Ticks until the search that ends by itself has been answered.
     void settle();
 
     void push(stress_line_t const& line);
     void push_some();
     void expect_answers();
     void expect_reports();
-    /// All lines that wait for the interface but the information about the search.
+    /// All lines that wait for the GUI but the information about the search.
     std::vector<std::string> answers();
     void wait_a_little();
     void note(std::string const& line);
@@ -159,7 +159,7 @@ void EngineStressTest::expect_reports() {
     EXPECT_TRUE(model.reported_move(split_words(lines[1]).at(1))) << where();
 }
 
-void EngineStressTest::pass() {
+void EngineStressTest::tick() {
     model.see_status(engine->analysis().get_status());
     engine->from_console();
     expect_answers();
@@ -174,7 +174,7 @@ void EngineStressTest::pass() {
 void EngineStressTest::settle() {
     ++settled;
     EXPECT_TRUE(wait_for([&] {
-        pass();
+        tick();
         return model.state() == 0 || HasFailure();
     })) << "no bestmove, "
         << where();
@@ -194,7 +194,7 @@ void EngineStressTest::run(std::size_t rounds) {
             push_some();
         }
         watchdog.feed(where());
-        pass();
+        tick();
         if (pending.empty() && model.move_must_come() && !commands.one_in(3)) {
             settle();
         }

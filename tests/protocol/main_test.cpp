@@ -90,7 +90,7 @@ TEST(MainTest, TheHandshakeDuringASearchComesAtOnceAndDisturbsNothing) {
     EXPECT_TRUE(engine.find("bestmove").starts_with("bestmove "));
 }
 
-TEST(MainTest, ThreeIsreadyAreAnsweredInThreePasses) {
+TEST(MainTest, ThreeIsreadyAreAnsweredInThreeTicks) {
     EngineProcess engine;
     engine.send("isready");
     ASSERT_EQ(engine.find("readyok"), "readyok");
@@ -110,7 +110,7 @@ TEST(MainTest, ThreeIsreadyAreAnsweredInThreePasses) {
     EXPECT_GE(longest.count(), 9.0);
 }
 
-TEST(MainTest, OneLineInAndOneLineOutAPass) {
+TEST(MainTest, OneLineInAndOneLineOutATick) {
     EngineProcess engine;
     engine.send("isready");
     ASSERT_EQ(engine.find("readyok"), "readyok");
@@ -125,7 +125,42 @@ TEST(MainTest, OneLineInAndOneLineOutAPass) {
     EXPECT_GE(span(lines).count(), (count - 1) * 5.0 * 0.8);
 }
 
-TEST(MainTest, ASearchIsReportedNoFasterThanALineAPass) {
+/// The time over which so many copies of a line are answered, each by a line that begins so.
+std::chrono::duration<double, std::milli> time_of(EngineProcess& engine, std::string const& line,
+                                                  std::string const& answer, std::size_t count) {
+    engine.send_all(lines_t(count, line));
+    timed_lines_t answers;
+    while (answers.size() < count) {
+        timed_lines_t const lines = engine.read_until(answer);
+        if (lines.empty()) {
+            ADD_FAILURE() << "no " << answer;
+            return {};
+        }
+        answers.push_back(lines.back());
+    }
+    return span(answers);
+}
+
+TEST(MainTest, ATickLastsAboutFiveMilliseconds) {
+    EngineProcess engine;
+    ASSERT_EQ(time_of(engine, "isready", "readyok", 1).count(), 0.0);
+    // A loaded machine makes ticks longer, but hardly all of them.
+    std::chrono::duration<double, std::milli> shortest{60000};
+    for (int attempt = 0; attempt < 40; ++attempt) {
+        shortest = std::min(shortest, time_of(engine, "isready", "readyok", 6));
+    }
+    EXPECT_GE(shortest.count(), 5 * 5.0 * 0.8);
+    EXPECT_LE(shortest.count(), 5 * 5.0 * 2);
+}
+
+TEST(MainTest, TheHandshakeCostsNoTick) {
+    EngineProcess engine;
+    ASSERT_EQ(time_of(engine, "isready", "readyok", 1).count(), 0.0);
+    // Each answer to `isready` takes a tick.
+    EXPECT_LT(time_of(engine, "uci", "uciok", 200), time_of(engine, "isready", "readyok", 200));
+}
+
+TEST(MainTest, ASearchIsReportedNoFasterThanALineATick) {
     EngineProcess engine;
     start_searching(engine);
     timed_lines_t const lines = engine.read_for(500ms);

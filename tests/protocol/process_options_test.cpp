@@ -47,7 +47,7 @@ class ProcessOptionsTest : public EngineDirectoryFixture {
     int deepest_iteration(int expected) {
         engine->send_all({"position fen " + locked_fen, "go depth 18 infinite"});
         lines_t lines = answers_until("info depth " + std::to_string(expected) + " ");
-        for (int pass = 0; pass < 3; ++pass) {
+        for (int tick = 0; tick < 3; ++tick) {
             append(lines, say({}));
         }
         append(lines, search({"stop"}));
@@ -163,7 +163,7 @@ TEST_F(ProcessOptionsTest, AsManyLinesAreReportedAsAreWanted) {
     struct {
         std::string fen;
         char const* wanted;
-        /// Low for many lines, which one a pass are written, and else high enough for a report.
+        /// Low for many lines, which one a tick are written, and else high enough for a report.
         int depth;
         int lines;
     } const rows[] = {

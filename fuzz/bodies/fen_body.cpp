@@ -10,7 +10,7 @@ namespace orvelin::fuzz {
 
 namespace {
 
-/// The men on the squares: the first field of the FEN text.
+/// The pieces on the squares: the first field of the FEN text.
 std::string placement(ChessPosition const& position) {
     std::string const fen = position.fen();
     return fen.substr(0, fen.find(' '));
@@ -23,19 +23,19 @@ void fuzz_fen(std::string_view input) {
     try {
         position.fen(std::string(input));
     } catch (std::logic_error const&) {
-        // By design: a character of the placement that is no man.
+        // By design: a character of the placement that is no piece.
         return;
     }
-    std::string const men = placement(position);
+    std::string const pieces = placement(position);
     ChessPosition other(small_tables());
     other.fen(position.fen());
-    require(placement(other) == men, "the men come back from the text that was written");
+    require(placement(other) == pieces, "the pieces come back from the text that was written");
     other.flip();
     other.flip();
-    require(placement(other) == men, "two flips bring the men back");
+    require(placement(other) == pieces, "two flips bring the pieces back");
     other.flop();
     other.flop();
-    require(placement(other) == men, "two flops bring the men back");
+    require(placement(other) == pieces, "two flops bring the pieces back");
 
     search_a_little(position);
     query(position);

@@ -48,8 +48,8 @@ void fuzz_move_text(std::string_view input) {
     try {
         play(input);
     } catch (std::logic_error const&) {
-        // By design: a text that is no move, or men that are none, made by a promotion letter on
-        // a man that is no pawn.
+        // By design: a text that is no move, or pieces that are none, made by a promotion letter on
+        // a piece that is no pawn.
         small_tables().transposition_table.clear();
     }
 }

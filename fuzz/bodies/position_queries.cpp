@@ -83,7 +83,7 @@ bool en_passant_is_sound(ChessPosition const& position) {
            position[square + (white ? -8 : 8)] == Piece(white ? black_pawn : white_pawn);
 }
 
-/// Squares and sets tell the same. A move that is not legal can leave a man in one of them only.
+/// Squares and sets tell the same. A move that is not legal can leave a piece in one of them only.
 bool board_is_sound(ChessPosition const& position) {
     BoardPosition written;
     written.fen(position.fen());

@@ -16,7 +16,7 @@ Tables& small_tables();
 void query(ChessPosition& position);
 
 /// Searches a few hundred nodes of the position and leaves it in peace.
-/// @throws std::logic_error for men that are none, which only an illegal promotion can make.
+/// @throws std::logic_error for pieces that are none, which only an illegal promotion can make.
 void search_a_little(ChessPosition const& position);
 
 }  // namespace orvelin::fuzz

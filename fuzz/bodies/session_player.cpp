@@ -77,8 +77,8 @@ void SessionPlayer::go(std::string const& line) {
     machine_.engine().analysis().set_nodes(nodes_of(line, node_limit));
 }
 
-// By design a promotion letter stays on any man and can make one that is no man at all, of which a
-// search asks the value: an exception that nothing can catch on the analysis thread.
+// By design a promotion letter stays on any piece and can make one that is no piece at all, of
+// which a search asks the value: an exception that nothing can catch on the analysis thread.
 bool SessionPlayer::board_is_playable() {
     ChessPosition const& position = machine_.engine().position();
     for (int square = 0; square < 64; ++square) {

@@ -16,11 +16,11 @@ class SessionPlayer {
  public:
     explicit SessionPlayer(EngineMachine& machine) : machine_(machine) {}
 
-    /// Hands over a line and steps one pass; an empty line waits for the end of the search. False
+    /// Hands over a line and steps one tick; an empty line waits for the end of the search. False
     /// when the session is over.
     /// @throws std::logic_error where the engine ends by design.
     bool play(std::string const& line);
-    /// Steps passes until no search runs and no answer is held back. One that goes on for long is
+    /// Steps ticks until no search runs and no answer is held back. One that goes on for long is
     /// stopped.
     void finish();
 

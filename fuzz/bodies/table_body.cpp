@@ -50,7 +50,7 @@ void query(Egt4Pieces& table, std::string const& position) {
     try {
         table.eval(position);
     } catch (std::logic_error const&) {
-        // By design: a letter that is no man of a table.
+        // By design: a letter that is no piece of a table.
     }
     unsigned int const key = table.get_key();
     require(key <= table.size(), "a key lies in the table or just behind it");

@@ -27,7 +27,7 @@ class Communicator {
 
     /// Appends `line` to the engine-to-interface queue.
     void to_interface(std::string line);
-    /// Removes and returns the oldest line for the interface; empty when there is none.
+    /// Removes and returns the oldest line for the GUI; empty when there is none.
     std::string from_engine();
 
     /// Empties both queues, one after the other.

@@ -9,8 +9,8 @@ void ConsoleInput::operator()() {
     while (line != "quit") {
         line.clear();
         // The failing read at end of input is not tested, by design: every further read fails at
-        // once, is counted all the same, and so the limit ends a process whose interface has gone
-        // away without a word.
+        // once, is counted all the same, and so the limit ends a process whose GUI has gone away
+        // without a word.
         std::getline(input_, line);
         ++line_counter_;
         if (line_counter_ > limit_) {

@@ -37,7 +37,7 @@ void write_handshake() {
     }
 }
 
-/// Polls until "quit": at most one line in and one line out per pass of 5 ms, so that nothing here
+/// Polls until "quit": at most one line in and one line out per tick of 5 ms, so that nothing here
 /// ever waits for the search.
 void dispatch_loop(Communicator& console, Communicator& engine_queues, Engine& engine,
                    std::string& input_line, std::string& output_line) {

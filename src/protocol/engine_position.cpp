@@ -19,7 +19,7 @@ struct split_line_t {
 
 split_line_t split_at_last_blank(std::string const& line) {
     std::size_t const blank = line.rfind(' ');
-    if (blank == std::string::npos || blank == 0) {
+    if (blank == std::string::npos) {
         return {"", line.substr(1)};
     }
     return {line.substr(0, blank), line.substr(blank + 1)};

@@ -178,6 +178,7 @@ TEST_F(CommunicatorLogTest, NothingIsTracedWhileTheLogIsOff) {
     Communicator communicator;
     communicator.set_id(2);
     communicator.to_engine("x");
+    communicator.set_log(false);
     EXPECT_FALSE(std::filesystem::exists("comm_2.log"));
     communicator.set_log(true);
     communicator.set_log(false);

@@ -1,4 +1,5 @@
 #include <chrono>
+#include <cmath>
 #include <cstdint>
 #include <functional>
 #include <gtest/gtest.h>
@@ -133,6 +134,18 @@ TEST_F(EngineBenchTest, ItLiftsTheLimitsOfAnEarlierGo) {
     EXPECT_TRUE(limits.searchmoves().empty());
     EXPECT_EQ(limits.depth_limit(), 12);
     EXPECT_GT(analysis.time_manager().remaining_time(0), 5000000);
+}
+
+TEST_F(EngineBenchTest, TheLastRateIsRounded) {
+    for (int round = 0; round < 4; ++round) {
+        std::string const text = short_bench(10000);
+        std::size_t const time = text.find("time: \t");
+        std::size_t const rate = text.find("nps:  \t");
+        ASSERT_NE(rate, std::string::npos);
+        double const milliseconds = std::stod(text.substr(time + 7));
+        ASSERT_GT(milliseconds, 0.0);
+        EXPECT_EQ(std::stol(text.substr(rate + 7)), std::lround(30000 * 1000.0 / milliseconds));
+    }
 }
 
 /// Ends the waits of weakened searches by stops, which it sends again and again because the idle

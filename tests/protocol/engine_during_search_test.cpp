@@ -88,6 +88,17 @@ TEST_F(EngineDuringSearchTest, ReadingSearchmovesLeavesThePositionToTheSearch) {
     EXPECT_EQ(engine->position().history_str(), "e2e4 d7d5 " + best);
 }
 
+// The status is written by hand, so that the position is not that of the clock for sure.
+TEST_F(EngineDuringSearchTest, MovestogoLeavesTheSideToMoveToTheSearch) {
+    command(kings_pawn);
+    TimeManager& limits = engine->analysis().time_manager();
+    limits.set_white_to_move(true);
+    engine->analysis().set_status(searching_status);
+    command("go wtime 60000 btime 1 depth 0 movestogo 20");
+    EXPECT_EQ(limits.remaining_time(0), 60000);
+    EXPECT_TRUE(wait_for_status(finished_status));
+}
+
 TEST_F(EngineDuringSearchTest, BenchIsRefused) {
     begin_search(kings_pawn);
     EXPECT_EQ(logic_error_text([&] { command("bench"); }),

@@ -238,6 +238,20 @@ TEST_F(EnginePositionTest, UcinewgameSetsTheStartPositionAndEmptiesLineAndTable)
     EXPECT_EQ(engine->analysis().get_hashfull(), 0);
 }
 
+TEST_F(EnginePositionTest, UcinewgameForgetsKillersAndAStoppedSearch) {
+    AnalysisProbe probe(engine->analysis());
+    command("position startpos");
+    command("go infinite");
+    ASSERT_TRUE(wait_for_iteration(2));
+    command("stop");
+    probe.killers().set_killer(3, engine->analysis().best_move());
+    command("ucinewgame");
+    EXPECT_EQ(probe.killers().get_killerA(3), Move());
+    // As for a position line that is empty and complete, the word's tail is taken for a move.
+    EXPECT_EQ(logic_error_text([&] { command("position"); }),
+              "ChessPosition::convert_to_move(const string& osition)");
+}
+
 TEST_F(EnginePositionTest, UcinewgameMakesTheNextSearchLikeTheFirst) {
     std::uint64_t first = 0;
     for (int game = 0; game < 2; ++game) {

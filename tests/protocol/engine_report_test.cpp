@@ -8,6 +8,7 @@
 
 #include "generation/tables.h"
 #include "search/action.h"
+#include "support/analysis_probe.h"
 #include "support/data_file.h"
 #include "support/engine_fixture.h"
 #include "support/shared_tables.h"
@@ -36,6 +37,25 @@ class EngineReportTest : public EngineFixture {
             }
         }
         return last;
+    }
+
+    /// Ends a search that nobody waits for, when reports are due.
+    void search_silently() {
+        engine->analysis().set_depth(1);
+        engine->analysis().set_action(think_action);
+        ASSERT_TRUE(wait_for_status(finished_status));
+        ASSERT_TRUE(wait_for_report_time());
+    }
+
+    /// Reports a line of this one move as found by a search that has ended.
+    void report_line(ChessPosition const& root, std::string const& move, int score) {
+        ChessPosition position = root;
+        PrincipalVariation line;
+        line[0] = position.convert_to_move(move);
+        line.set_score(score);
+        AnalysisProbe(engine->analysis()).lines().clear();
+        AnalysisProbe(engine->analysis()).lines().add(line);
+        engine->to_console();
     }
 };
 
@@ -174,6 +194,57 @@ TEST_F(EngineReportTest, MultiPvNumbersItsLines) {
         EXPECT_TRUE(line.starts_with("info depth 5 "));
     }
     EXPECT_EQ(number_behind(lines[0], "nodes"), number_behind(lines[2], "nodes"));
+}
+
+TEST_F(EngineReportTest, ASingleLineIsNumberedWhenMoreAreWanted) {
+    engine->analysis().set_multipv(3);
+    search_silently();
+    report_line(engine->position(), "e2e4", 5);
+    std::string const line = last_info(replies());
+    EXPECT_NE(line.find(" multipv 1 "), std::string::npos) << line;
+}
+
+TEST_F(EngineReportTest, ScoresAreMatesBeyondTheOrdinaryOnes) {
+    struct {
+        int score;
+        std::string text;
+    } const cases[] = {
+        {29897, "cp 29897"},   {29898, "mate 52"},   {29999, "mate 1"},  {30000, "mate 1"},
+        {-29897, "cp -29897"}, {-29898, "mate -51"}, {-29999, "mate 0"}, {-30000, "mate 0"},
+    };
+    search_silently();
+    for (auto const& item : cases) {
+        report_line(engine->position(), "e2e4", item.score);
+        EXPECT_EQ(score_of(last_info(replies())), item.text);
+    }
+}
+
+TEST_F(EngineReportTest, CastlingIsToldInTheNotationOfTheOption) {
+    command("position fen r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1");
+    search_silently();
+    ChessPosition const root = engine->position();
+    for (bool const chess960 : {false, true}) {
+        command(std::string("setoption name UCI_Chess960 value ") + (chess960 ? "true" : "false"));
+        report_line(root, "e1g1", 5);
+        std::string const line = last_info(replies());
+        EXPECT_TRUE(line.ends_with(chess960 ? " pv e1h1 " : " pv e1g1 ")) << line;
+    }
+}
+
+TEST_F(EngineReportTest, ThePonderMoveIsToldInTheNotationOfTheOption) {
+    for (bool const chess960 : {false, true}) {
+        command(std::string("setoption name UCI_Chess960 value ") + (chess960 ? "true" : "false"));
+        command("position fen r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1");
+        ChessPosition position = engine->position();
+        Move const best = position.convert_to_move("e1g1");
+        position.make_move(best);
+        AnalysisProbe(engine->analysis()).best_moves(best, position.convert_to_move("e8g8"));
+        engine->analysis().set_status(finished_status);
+        command("ponderhit");
+        engine->to_console();
+        EXPECT_EQ(replies().back(),
+                  chess960 ? "bestmove e1h1 ponder e8h8" : "bestmove e1g1 ponder e8g8");
+    }
 }
 
 TEST_F(EngineReportTest, OneLineIsNotNumbered) {

@@ -288,6 +288,19 @@ TEST_F(EngineSearchTest, StopReleasesAHeldBackBestmove) {
     }
 }
 
+// The analysis thread reports the stop later, as a rule: here it is enough that it once did.
+TEST_F(EngineSearchTest, StopLeavesNothingToReport) {
+    bool ready = false;
+    for (int round = 0; round < 50 && !ready; ++round) {
+        command("position startpos");
+        command("go ponder depth 1");
+        ASSERT_TRUE(wait_for_status(finished_status));
+        command("stop");
+        ready = engine->analysis().get_status() == ready_status;
+    }
+    EXPECT_TRUE(ready);
+}
+
 TEST_F(EngineSearchTest, TheLastOfInfiniteAndPonderDecidesOnTheState) {
     command("go infinite ponder");
     EXPECT_EQ(engine->engine_state(), 2);

@@ -35,6 +35,7 @@ BKmove::BKmove(Move const& move)
     : word_(static_cast<std::uint16_t>(move.to().id() | move.from().id() << from_shift |
                                        field_of_code(move.code()) << code_shift)) {}
 
+// Legality is not tested (oddity 34).
 Move BKmove::operator()(ChessPosition const& position) const {
     if (nomove()) {
         return Move();

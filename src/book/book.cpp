@@ -51,8 +51,8 @@ std::uint16_t Book::get_move(std::uint64_t key) {
     return draw(collect(key, find_start(key))).dump();
 }
 
-/// Binary search for an offset at or before the first entry of the key. By design it stops at the
-/// first hit with the lower bound as it is then, which may lie far before the key's entries.
+/// Binary search for an offset at or before the first entry of the key. It stops at the first hit
+/// with the lower bound as it is then, which may lie far before the key's entries (oddity 31).
 std::int64_t Book::find_start(std::uint64_t key) {
     std::int64_t low = 0;
     std::int64_t high = size_;
@@ -96,8 +96,8 @@ std::vector<Book_record> Book::collect(std::uint64_t key, std::int64_t start) {
     return entries;
 }
 
-/// The clock is the only source of chance. By design the number drawn is negative about half of the
-/// time, which always falls to the first entry.
+/// The clock is the only source of chance. The number drawn is negative about half of the time,
+/// which always falls to the first entry (oddity 32).
 BKmove Book::draw(std::vector<Book_record> const& entries) {
     std::uint32_t sum = 0;
     for (Book_record const& entry : entries) {

@@ -23,6 +23,7 @@ class Book {
     Book();
     /// Opens the file to see whether that works; `open()` must follow before any move is found.
     /// @throws std::logic_error as `open()`.
+    /// No move is found before open() (oddity 35).
     explicit Book(std::string name);
 
     /// Opens the file of the stored name, closing another that is open.

@@ -129,7 +129,7 @@ class Egt4Pieces {
         }
         return table_ == nullptr ? unknown : table_[key];
     }
-    /// Same first piece, size and bytes; the second piece is not compared, by design.
+    /// Same first piece, size and bytes; the second piece is not compared (oddity 122).
     bool operator==(Egt4Pieces const& other) const;
     /// Of the keys at which the tables differ the first with the lowest byte here; 0 for none.
     unsigned int diff(Egt4Pieces const& other) const;
@@ -154,8 +154,8 @@ class Egt4Pieces {
     /// The fields of a key as text, and of the position's key.
     std::string get_key_str(unsigned int key) const;
     std::string get_key_str() const { return get_key_str(get_key()); }
-    /// Prints one line for each key that has the byte `m`. By design each line shows the present
-    /// position, so that only the number of lines tells something.
+    /// Prints one line for each key that has the byte `m`. Each line shows the present position,
+    /// so that only the number of lines tells something (oddity 123).
     void mate_in(int m) const;
     /// Prints how often each byte value occurs.
     void stats() const;

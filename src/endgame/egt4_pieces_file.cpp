@@ -13,7 +13,7 @@ bool contains(std::string const& text, char const* part) {
     return text.find(part) != std::string::npos;
 }
 
-/// By design any one of the three letters in its place is enough.
+/// Any one of the three letters in its place is enough (oddity 121).
 bool is_end(std::string const& word) {
     auto const has = [&](std::size_t place, char letter) {
         return word.size() > place && word[place] == letter;
@@ -52,8 +52,8 @@ void Egt4Pieces::load(std::string const& path) {
         piece2_id_ = black_rook;
         name_ = "KQKR";
     } else if (contains(word, "KBNK")) {
-        // By design not the pair that the table is built with. The values can be looked up by key,
-        // but no position with these pieces is legal here.
+        // Not the pair that the table is built with (oddity 120). The values can be looked up by
+        // key, but no position with these pieces is legal here.
         piece1_id_ = black_knight;
         piece2_id_ = white_bishop;
         name_ = "KBNK";

@@ -129,7 +129,8 @@ float Evaluation::evaluate_terms() {
     return add_group<group::king_activity_to_bishops>(sum);
 }
 
-// Not clamped: with promoted pieces beyond the first set the end-game share turns negative.
+// Not clamped: with promoted pieces beyond the first set the end-game share turns negative
+// (oddity 103).
 void Evaluation::find_phase() {
     int const hundreds = 9 * count(position_.white_queen() | position_.black_queen()) +
                          5 * count(position_.white_rook() | position_.black_rook()) +
@@ -165,9 +166,9 @@ void Evaluation::find_mobility_terms() {
     terms[term::safe_queencheck] = mobility_.safe_queen_checks();
 }
 
-// Blended by the phase here and a second time with the weights, by design. With the two types more,
-// which no piece has, the compiler takes four at a time; the two places behind the kings get the 0
-// of these, and what belongs there is found later.
+// Blended by the phase here and a second time with the weights (oddity 101). With the two types
+// more, which no piece has, the compiler takes four at a time; the two places behind the kings get
+// the 0 of these, and what belongs there is found later.
 void Evaluation::find_pst_terms() {
     float const mg_phase = mg_phase_;
     float const eg_phase = eg_phase_;
@@ -233,6 +234,7 @@ void Evaluation::find_development() {
         development_terms::development_of<side::black>(position_, black_open_files);
 }
 
+// Weighted by the phase here and again by the weights (oddity 108).
 void Evaluation::find_king_activity() {
     int const difference = king_activity::difference(position_, *pawn_record_, distance_);
     terms_.set_float<term::king_activity>(static_cast<float>(difference) * eg_phase_);
@@ -270,6 +272,7 @@ float Evaluation::blend_stm(float score) {
     return score + (end_game + middle_game);
 }
 
+// Whatever else is on the board; the bonus of the term is White's for both sides (oddity 104).
 void Evaluation::scale_opposite_bishops() {
     // Halving is exact, so it needs neither double precision nor a division.
     bool const halved = terms_.integers[term::opposite_colored_bishops] != 0;

@@ -173,7 +173,7 @@ class Evaluation {
     Mobility mobility_;
     Distance distance_;
     /// The empty record that is the current one at first. A board without pawns has key 0 and finds
-    /// it as its own then, by design.
+    /// it as its own then (oddity 110).
     PHTrecord first_record_;
     /// The record of the last pawn structure seen: the first one or a slot of the table.
     PHTrecord const* pawn_record_ = &first_record_;

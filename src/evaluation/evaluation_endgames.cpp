@@ -191,6 +191,7 @@ int Evaluation::KBNK() {
                              distance_(weak, side.strong_square()));
 }
 
+// A rook pawn is worth the distance to its corner (oddity 115).
 int Evaluation::KPK() const {
     pawn_ending_t const ending = pawn_ending_on_left_half(position_);
     bool const strong_to_move = position_.white_to_move() != ending.flipped;

@@ -42,7 +42,7 @@ void Evaluation::compute_mobility() {
     publish(term::safe_queencheck);
 }
 
-// The term exists in the vectors but measures nothing; kept at 0.
+// The term exists in the vectors but measures nothing (oddity 102).
 void Evaluation::compute_space() {
     terms_.integers[term::space] = 0;
     publish(term::space);

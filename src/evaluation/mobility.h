@@ -22,7 +22,7 @@ class Attacks;
 class Mobility {
  public:
     /// Score for a number of safe squares: knight 0 to 8, bishop 0 to 13, rook 0 to 14 and queen
-    /// 0 to 27, one row after the other. The queen's row keeps its repeated 15.
+    /// 0 to 27, one row after the other. The queen's row keeps its repeated 15 (oddity 106).
     static constexpr std::array<std::int32_t, 66> mobility_table{
         // knight
         -68, -28, -12, 0, 12, 20, 28, 36, 44,
@@ -76,9 +76,9 @@ class Mobility {
     void compute_white_safe_queen_checks(ChessPosition const& position);
     /// Black: the safe squares from which a queen would check the enemy king.
     void compute_black_safe_queen_checks(ChessPosition const& position);
-    /// White: joins the king's attacks to the union; the king's own map stays empty, by design.
+    /// White: joins the king's attacks to the union; the king's own map stays empty (oddity 105).
     void compute_white_king_attacks(ChessPosition const& position);
-    /// Black: joins the king's attacks to the union; the king's own map stays empty, by design.
+    /// Black: joins the king's attacks to the union; the king's own map stays empty (oddity 105).
     void compute_black_king_attacks(ChessPosition const& position);
 
     /// Sum over all pieces, white minus black.

@@ -46,6 +46,7 @@ std::int32_t Mobility::attacks_on_black_king() const {
     return attacks_on_king<side::black>();
 }
 
+// One kind of attacker alone has weight 0 (oddity 107).
 std::int32_t Mobility::king_safety() const {
     return attackweight_black_king() * attacks_on_black_king() -
            attackweight_white_king() * attacks_on_white_king();

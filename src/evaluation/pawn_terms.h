@@ -48,7 +48,7 @@ int race_bonus(BitBoard passed, Square enemy_king, Distance const& distance) {
 }
 
 /// The score of one side's passed pawns against the pieces on the board, never below 0. A side
-/// whose passed pawns are all near home has score 0 and is skipped altogether, by design.
+/// whose passed pawns are all near home has score 0 and is skipped altogether (oddity 111).
 template <int Side>
 inline int passed_pawn_score(ChessPosition const& position, passers_t const& passers,
                              BitBoard own_attacks, BitBoard enemy_attacks,

@@ -58,7 +58,7 @@ BitBoard far_ahead(BitBoard const& passed) {
 }
 
 /// Pawns with a friend one to four ranks ahead on the file. Pawns five or six ranks apart are not
-/// doubled, by design.
+/// doubled (oddity 112).
 template <int Side>
 std::int32_t doubled_pawns(BitBoard const& pawns) {
     BitBoard const behind = ahead<enemy_of<Side>>(pawns, 1) | ahead<enemy_of<Side>>(pawns, 2) |
@@ -79,6 +79,7 @@ void PHTrecord::clear() {
     *this = PHTrecord();
 }
 
+// Passed pawns on adjacent files are connected at any rank (oddity 113).
 void PHTrecord::set_pawns(BitBoard const& white, BitBoard const& black) {
     BitBoard const white_files = file_fill(white);
     BitBoard const black_files = file_fill(black);

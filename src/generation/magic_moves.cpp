@@ -47,7 +47,7 @@ void MagicMoves::bind_look_ups() {
     }
 }
 
-/// The 0 of an index that no subset reaches is one of the distinct values, by design.
+/// The 0 of an index that no subset reaches is one of the distinct values (oddity 100).
 std::vector<BitBoard> MagicMoves::distinct_sets(std::vector<BitBoard> const& raw) {
     // A few dozen sets occur again and again. They are sorted out by a small hash table first, as
     // sorting all of them would be most of the time that the engine takes to start.

@@ -23,7 +23,7 @@ struct Tables {
     Connections connections;
     LmrTable lmr_table;
     HashKeys hash_keys;
-    /// Kept beside the first set although nothing reads it.
+    /// A second set of the same shape, which nothing reads (oddity 99).
     HashKeys hash_keys2;
 };
 

@@ -27,7 +27,7 @@ class BoardPosition {
     BoardPosition() = default;
 
     /// Empties the piece boards and the squares, White to move. The aggregates stay as they were
-    /// until compute_pieces(), by design.
+    /// until compute_pieces() (oddity 125).
     void clear();
     /// Puts a piece of id 0..14 on a square; no square takes none. The aggregates stay.
     void set_piece_on(Square const& square, int id);
@@ -92,7 +92,7 @@ class BoardPosition {
     void flop();
 
     /// Replaces the position by placement and side to move of a FEN text. Rank lengths are not
-    /// tested, and pieces beside the board are ignored, by design.
+    /// tested, and pieces beside the board are ignored (oddity 84).
     /// Any side but "w" means Black.
     /// @throws std::logic_error for a placement character other than a piece, a digit 1-8 or '/';
     /// the position is half filled then.
@@ -101,8 +101,8 @@ class BoardPosition {
     /// True when a side has not exactly one king or two piece boards overlap. The argument is
     /// ignored. For diagnosis.
     bool corrupt(std::uint64_t ignored) const;
-    /// Compares squares with piece boards, for diagnosis. By design an entry whose own board lacks
-    /// the square passes when no other board holds it.
+    /// Compares squares with piece boards, for diagnosis. An entry whose own board lacks the
+    /// square passes when no other board holds it (oddity 92).
     bool consistent() const;
     /// Side to move and the twelve boards as text.
     std::string dump() const;

@@ -74,6 +74,7 @@ void BoardPosition::flop() {
     compute_pieces();
 }
 
+// Rank lengths are not tested, and any side but `w` is Black (oddity 84).
 void BoardPosition::fen(std::string const& text) {
     clear();
     std::istringstream stream(text);
@@ -104,7 +105,7 @@ void BoardPosition::fen(std::string const& text) {
             ++square;
         }
     }
-    // Any other text than "w", or none, means Black, by design.
+    // Any other text than "w", or none, means Black (oddity 84).
     stm_ = side == "w" ? 1 : 0;
     compute_pieces();
 }
@@ -124,7 +125,7 @@ bool BoardPosition::corrupt(std::uint64_t /*unused*/) const {
 }
 
 // An entry whose own piece board lacks the square passes when no other board holds it, and once
-// its own board has been met the later ones are not looked at, by design.
+// its own board has been met the later ones are not looked at (oddity 92).
 bool BoardPosition::consistent() const {
     for (int square = 0; square < 64; ++square) {
         int const id = (*this)[square].id();

@@ -12,7 +12,7 @@ struct CastlingTargets {
 };
 
 /// The targets of a king and the rook of its castling, given by their squares before the move.
-/// `home_rank` is the id of a1 or a8. The squares alone tell the wing, by design: a rook on a
+/// `home_rank` is the id of a1 or a8. The squares alone tell the wing (oddity 94): a rook on a
 /// higher square means g and f file, however close the pieces stand.
 constexpr CastlingTargets castling_targets(Square const& king, Square const& rook, int home_rank) {
     if (rook > king) {

@@ -40,8 +40,8 @@ class ChessPosition {
     /// A cleared position with the next id.
     explicit ChessPosition(Tables const& tables);
     /// A position with a new id, read from the FEN text of `other`, with the history, the initial
-    /// position, the repetition record and the logging flag of `other`. By design the key stacks
-    /// hold the current keys only and the make-move counter is 0.
+    /// position, the repetition record and the logging flag of `other`. The key stacks hold the
+    /// current keys only and the make-move counter is 0 (oddity 91).
     ChessPosition(ChessPosition const& other);
     /// As the copy constructor, but the id stays.
     ChessPosition& operator=(ChessPosition const& other);
@@ -54,7 +54,7 @@ class ChessPosition {
     /// The start position of standard chess, stored as the initial position.
     void newgame();
     /// Sets up Chess960 array `n`, or a random one when `n` is not in 0..959. The numbering is not
-    /// the published one. By design 384 of the arrays have one knight and one empty square.
+    /// the published one, and 384 of the arrays have one knight and one empty square (oddity 93).
     void newgame960(int n);
     /// Exchanges the colours and mirrors top to bottom, side to move included. The result is a new
     /// game that begins with itself.
@@ -187,13 +187,13 @@ class ChessPosition {
     /// Sets the check flag of the current record from the board.
     void look_for_check();
 
-    /// True at the first recurrence of a position since the last irreversible move, by design.
+    /// True at the first recurrence of a position since the last irreversible move (oddity 65).
     bool draw_by_threefold_repetition() const { return repetition_filter_.repetition(); }
     /// True from 100 half-moves without capture or pawn move on.
     bool draw_by_fifty_move_rule() const { return record().dfz > 99; }
 
     /// Replaces the whole position by a FEN text. Missing fields read as Black to move, no
-    /// rights, no en passant, 0 and 1, by design. Neither ranks nor kings are tested.
+    /// rights, no en passant, 0 and 1 (oddity 84). Neither ranks nor kings are tested.
     /// @throws std::logic_error on a placement character other than a piece, a digit 1-8 or '/'.
     void fen(std::string const& text);
     /// The FEN text of the position.

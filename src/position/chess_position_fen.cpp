@@ -56,7 +56,8 @@ Number read_number(std::string const& text, Number otherwise) {
 }
 
 /// File of the rook nearest to the edge that `letter` stands for, among the rooks of a first
-/// rank. When there is none the b-file or the g-file is taken, whatever stands there, by design.
+/// rank. When there is none the b-file or the g-file is taken, whatever stands there
+/// (oddity 85).
 int rook_file(BitBoard const& rooks_on_rank1, bool king_side) {
     if (king_side) {
         for (int file = 7; file > 1; --file) {
@@ -74,7 +75,8 @@ int rook_file(BitBoard const& rooks_on_rank1, bool king_side) {
     return 6;
 }
 
-/// The square on rank 3 or, by design for whatever is no '3', on rank 6. No file letter, no square.
+/// The square on rank 3 or, for whatever is no '3', on rank 6 (oddity 86). No file letter, no
+/// square.
 Square read_en_passant(std::string const& field) {
     if (field.empty() || field[0] < 'a' || field[0] > 'h') {
         return Square();
@@ -106,6 +108,8 @@ std::uint16_t ChessPosition::read_castlingrights(std::string const& field) const
     return static_cast<std::uint16_t>(rights);
 }
 
+// `K` and `Q` without a rook give a right all the same (oddity 85), the rank of an en passant
+// square is 3 or 6 (oddity 86), and the half-move counter has 16 bits (oddity 87).
 void ChessPosition::fen(std::string const& text) {
     // The text may be this position's own initial position, which clear() overwrites.
     // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)

@@ -55,8 +55,8 @@ Square ChessPosition::ep_after(Move const& move) const {
     if (std::abs(to - from) != 16) {
         return Square();
     }
-    // By design no file mask, so a pawn on the a-file sees the h-file square of the rank below as
-    // its neighbour, and one on the h-file the a-file square of the rank above.
+    // No file mask, so a pawn on the a-file sees the h-file square of the rank below as its
+    // neighbour, and one on the h-file the a-file square of the rank above (oddity 88).
     const BitBoard neighbours = (move.to().bitboard() << 1) | (move.to().bitboard() >> 1);
     BitBoard const& enemy_pawns = move.piece().white_pawn() ? black_pawn() : white_pawn();
     return (neighbours & enemy_pawns) ? Square((from + to) / 2) : Square();

@@ -93,12 +93,14 @@ Move ChessPosition::convert_to_move(Square const& from, Square const& to, move_t
         ((to.bitboard() << 8) & white_pawn())) {
         return Move(from, to, en_passant, piece, Piece(1));
     }
-    // By design a promotion code stays on any piece, so a knight can become a king, and what a rook
-    // becomes is no piece at all.
+    // A promotion code stays on any piece, so a knight can become a king, and what a rook becomes
+    // is no piece at all (oddity 89).
     return Move(from, to, static_cast<unsigned int>(code), piece,
                 code == castling ? none : captured);
 }
 
+// Legality is not tested (oddity 17). Made and unmade, the move leaves the counter one higher
+// (oddity 90).
 Move ChessPosition::convert_to_move(std::string const& text) {
     if (!is_move_text(text)) {
         throw std::logic_error("ChessPosition::convert_to_move(const string& " + text + ")");

@@ -44,8 +44,8 @@ void put_on_free_file(first_rank_t& rank, int index, int piece) {
 }
 
 /// Puts the knights on the five files that bishops and queen leave free. The second index counts
-/// the four files left by the first knight, so 4 finds none and the second knight stays away,
-/// by design: the numbering of the arrays rests on it.
+/// the four files left by the first knight, so 4 finds none and the second knight stays away: the
+/// numbering of the arrays rests on it (oddity 93).
 void put_knights(first_rank_t& rank, int number) {
     static constexpr std::array<int, 10> first{0, 0, 0, 0, 1, 1, 1, 2, 2, 3};
     static constexpr std::array<int, 10> second{1, 2, 3, 4, 2, 3, 4, 3, 4, 4};

@@ -31,8 +31,8 @@ struct promotion_change_t {
     std::uint64_t pawn_key;
 };
 
-/// Kept: the sense of the move alone tells the pawn's colour, so that a backward promotion, which
-/// is illegal, changes the keys of the other side's men.
+/// The sense of the move alone tells the pawn's colour (oddity 95), so that a backward promotion,
+/// which is illegal, changes the keys of the other side's men.
 promotion_change_t promotion_change(HashKeys const& keys, Move const& move) {
     const Square from = move.from();
     const Square to = move.to();
@@ -78,6 +78,7 @@ void Hasher<KeySet>::init(ChessPosition const* position) {
     pawn_keys_.assign(1, pawn_key);
 }
 
+// Rights off the corners go in as the word itself (oddity 96).
 template <int KeySet>
 std::uint64_t Hasher<KeySet>::hash() const {
     std::uint64_t key = keys_.back();

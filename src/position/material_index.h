@@ -14,8 +14,7 @@ namespace orvelin {
 /// knights, bishops, rooks, queens from bit 0 up, White's in the same order from bit 32 up.
 ///
 /// A plain word, copied freely. A heavier piece is more significant within its half, so halves can
-/// be compared as numbers. By design more than 15 of one piece run into the next
-/// field.
+/// be compared as numbers. More than 15 of one piece run into the next field.
 class MaterialIndex {
  public:
     /// What one piece adds to the word, by piece id 0..14; the last entry, 0, is there so that
@@ -65,6 +64,7 @@ class MaterialIndex {
     /// Both sides have the same pieces.
     constexpr bool equal() const { return white_half() == black_half(); }
     /// Compares the halves as numbers, so a queen beats any number of rooks.
+    /// One queen beats any number of rooks (oddity 97).
     constexpr bool white_wins() const { return white_half() > black_half(); }
     constexpr bool black_wins() const { return black_half() > white_half(); }
 

@@ -117,6 +117,7 @@ int with_pawns(int r, counts_t const& white, counts_t const& black) {
 
 }  // namespace
 
+// Exactly two bishops are a pair (oddity 114).
 int MaterialIndex::value() const {
     counts_t const white{get_whitepawn(), get_whiteknight(), get_whitebishop(), get_whiterook(),
                          get_whitequeen()};

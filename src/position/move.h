@@ -92,6 +92,7 @@ class Move {
     constexpr std::uint32_t word() const { return word_; }
 
     /// Same move whatever the ordering class. The check bit counts.
+    /// The class does not count, the check bit does (oddity 83).
     constexpr bool operator==(Move const& other) const {
         return ((word_ ^ other.word_) & identity_mask) == 0;
     }
@@ -99,8 +100,8 @@ class Move {
     constexpr bool operator<(Move const& other) const { return word_ < other.word_; }
 
     /// The UCI text, "0000" for the empty move. With `chess960` castling stays written as the king
-    /// taking its own rook. Without, by design, so does castling with other squares than the
-    /// standard ones.
+    /// taking its own rook. Without, so does castling with other squares than the standard
+    /// ones (oddity 124).
     std::string algebraic(bool chess960) const;
     /// All fields in one line, for diagnosis.
     std::string dump() const;

@@ -43,7 +43,7 @@ class Piece {
     constexpr void set_id(int id) { id_ = id; }
 
     constexpr bool no_piece() const { return id_ == 0; }
-    /// Bit 3 is clear, so no piece counts as white, by design.
+    /// Bit 3 is clear, so no piece counts as white (oddity 82).
     constexpr bool white_piece() const { return (id_ & 8) == 0; }
     /// Bit 3 is set.
     constexpr bool black_piece() const { return (id_ & 8) != 0; }

@@ -20,6 +20,7 @@ bool Rep3filter::repetition() const {
     return false;
 }
 
+// Walls do not limit the count (oddity 98).
 std::string Rep3filter::result() const {
     if (keys_.size() < 3) {
         return "*";

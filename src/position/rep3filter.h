@@ -44,7 +44,7 @@ class Rep3filter {
     }
 
     /// True when the current key occurred before, since the last wall. One earlier occurrence is
-    /// enough by design, and both sides' positions are looked at (the side is in the key).
+    /// enough (oddity 65), and both sides' positions are looked at (the side is in the key).
     bool repetition() const;
 
     /// The game-level verdict: "1/2-1/2 {Draw by threefold repetition}" when one of the last two

@@ -24,7 +24,7 @@ class Square {
     /// Any id, stored as it is.
     constexpr explicit Square(int id) : square_(id) {}
     /// A square from a text such as "e4". Only the id that the two characters add up to is
-    /// tested: "i1" reads as a2, by design.
+    /// tested: "i1" reads as a2 (oddity 80).
     /// @throws std::logic_error when the length is not 2 or the id not in 0..63.
     explicit Square(std::string const& text);
 
@@ -101,7 +101,7 @@ constexpr int operator-(Square left, Square right) {
     return left.id() - right.id();
 }
 
-/// By design the square's id minus the integer, whatever the order of the operands suggests.
+/// The square's id minus the integer, whatever the order of the operands suggests (oddity 81).
 constexpr Square operator-(int steps, Square square) {
     return square -= steps;
 }

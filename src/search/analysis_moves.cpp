@@ -35,6 +35,7 @@ void Analysis::unmake_nullmove() {
     --counters_.ply;
 }
 
+// A screen and no test of legality (oddity 71).
 bool Analysis::is_legal(TTmove& ttmove) const {
     if (ttmove.nomove()) {
         return false;

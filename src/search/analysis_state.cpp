@@ -76,6 +76,7 @@ void AnalysisState::hashtable_enabled(bool on) {
     transposition_table_.set_enabled(on);
 }
 
+// Nothing is written to these logs (oddity 10).
 void AnalysisState::set_log(bool on) {
     log_on_ = on;
     std::string const name = "analysis_" + std::to_string(position_.id()) + ".log";
@@ -87,6 +88,7 @@ void AnalysisState::set_log(bool on) {
     evaluation_.set_log(on);
 }
 
+// Grows on behind the end of a search (oddity 45).
 std::uint64_t AnalysisState::get_running_time() const {
     return search_timer_.running_time().milliseconds();
 }

@@ -37,8 +37,8 @@ bool few_pieces(ChessPosition const& position) {
 
 }  // namespace
 
-// The tables are filled in the memory of the transposition table. Kept: nothing looks a finished
-// one up, so that it costs time and buckets and changes no score.
+// The tables are filled in the memory of the transposition table. Nothing looks a finished one
+// up, so that it costs time and buckets and changes no score (oddity 117).
 void Analysis::build_endgame_table() {
     if (few_pieces(position_)) {
         std::string const material = position_.materialindex().str();
@@ -57,6 +57,7 @@ void Analysis::build_endgame_table() {
 }
 
 /// Readies the memory for a table that is not finished; false when there is too little of it.
+/// The buckets are taken out of use also where no time is left to build (oddity 119).
 bool Analysis::lend_memory(Egt4Pieces& table) {
     if (transposition_table_.buckets() <= lent_buckets) {
         return false;
@@ -71,7 +72,7 @@ bool Analysis::lend_memory(Egt4Pieces& table) {
     return true;
 }
 
-// A stop does not end this, by design; no slice takes long.
+// A stop does not end this (oddity 118); no slice takes long.
 void Analysis::build_while_time_remains(Egt4Pieces& table, int time_floor) {
     while (time_manager_.remaining_time() > time_floor && !table.ready()) {
         table.create();

@@ -142,7 +142,7 @@ int Analysis::see(Square square) {
     if (move.capture().king()) {
         return king_capture_score;
     }
-    // A pawn that recaptures on the last rank stays a pawn here, by design.
+    // A pawn that recaptures on the last rank stays a pawn here (oddity 73).
     int const gain = gain_of(move);
     position_.force_move(move);
     int const result = gain - see(square);

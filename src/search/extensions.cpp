@@ -13,6 +13,7 @@ constexpr int ending_material = 1000;
 
 }  // namespace
 
+// Zones and passed pawns are those of the last evaluation, wherever that was (oddity 75).
 int Analysis::extend(MoveList const& list, Move const& move) {
     if (counters_.ply > counters_.iteration.load(std::memory_order_relaxed) + extension_margin) {
         return 0;
@@ -48,8 +49,8 @@ bool Analysis::extends_by_one(MoveList const& list, Move const& move) {
     if (move.piece().white_pawn() && to >= 56) {
         return true;
     }
-    // Not a mirror of the line above, by design: a black pawn reaching the third rank is
-    // extended, one that promotes is not.
+    // Not a mirror of the line above: a black pawn reaching the third rank is extended, one
+    // that promotes is not (oddity 74).
     if (move.piece().black_pawn() && to >= 16 && to <= 23) {
         return true;
     }

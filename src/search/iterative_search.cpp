@@ -61,6 +61,7 @@ void Analysis::begin_search() {
     counters_.begin_search();
 }
 
+// A root without moves has no mate score, and runs through all iterations (oddity 64).
 bool Analysis::iteration_wanted() const {
     int const iteration = counters_.iteration.load();
     if (iteration >= SearchLimits::maximum_iteration) {
@@ -73,13 +74,13 @@ bool Analysis::iteration_wanted() const {
     if (std::abs(root_.best_score.load()) >= mate_score - iteration) {
         return false;
     }
-    // Strictly below, so that a strength depth of d lets iteration d + 1 run, by design.
+    // Strictly below, so that a strength depth of d lets iteration d + 1 run (oddity 46).
     return !(strength_.limit_strength.load() && strength_.max_strength_depth.load() < iteration);
 }
 
 int Analysis::search_iteration(SearchWindow const& window) {
     counters_.iteration.fetch_add(1);
-    // Weakened play starts every iteration, a retry included, without hash memory.
+    // Weakened play starts every iteration, a retry included, without hash memory (oddity 47).
     if (strength_.limit_strength.load()) {
         clear_hash();
     }
@@ -128,7 +129,8 @@ bool Analysis::aspiration_retry(SearchWindow& window, int score) {
     return false;
 }
 
-// Picks among lines near the best, then spends the time that a thinking engine would spend.
+// Picks among lines near the best, then spends the time that a thinking engine would spend (oddity
+// 48).
 void Analysis::weaken() {
     {
         std::lock_guard const lock(analysis_mutex_);

@@ -12,7 +12,7 @@ namespace orvelin {
 
 namespace {
 
-/// The running values are kept in 32 bits, as the ranking has always been done.
+/// The running values of a ranking have 32 bits (oddity 50).
 std::int32_t low_word(std::int64_t value) {
     return static_cast<std::int32_t>(static_cast<std::uint32_t>(value));
 }
@@ -72,6 +72,7 @@ void give_class_to_all(MoveList& list, Move const wanted, xmove_t xcode) {
 
 }  // namespace
 
+// A list of one move keeps its class (oddity 55).
 void Analysis::localsort(MoveList& list, int depth, bool pv, Move hash_move) {
     int const size = static_cast<int>(list.size());
     if (size < 2) {
@@ -127,7 +128,7 @@ void Analysis::classify(MoveList& list) {
 }
 
 // All moves of the list take part in the rankings, captures included: one that has a class already
-// takes its place and keeps its class.
+// takes its place and keeps its class (oddity 54).
 void Analysis::promote_quiet_moves(MoveList& list) const {
     int const size = static_cast<int>(list.size());
     // Only a `searchmoves` limit can name a move more than once, and it holds at the root alone:
@@ -176,7 +177,7 @@ void Analysis::promote_quiet_moves(MoveList& list) const {
 
 // The opponent makes a null move and the moving side looks for a mate. A move that gives check is
 // not tested. The count of mate attacks is lowered by the class as it stands after the test: a move
-// marked here takes one off without having added one, by design, and the count drifts.
+// marked here takes one off without having added one, and the count drifts (oddity 51).
 void Analysis::test_mate_threat(Move& move, int depth) {
     make_move(move);
     if (!position_.check() &&

@@ -23,6 +23,7 @@ std::size_t class_of(Move const& move) {
 
 }  // namespace
 
+// What the exchanges leave decides nodes: not stable (oddity 49).
 void MoveSort::sort_by_class(MoveList& list) {
     if (list.size() <= most_masked) {
         sort_by_masks(list);

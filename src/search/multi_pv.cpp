@@ -36,8 +36,8 @@ void MultiPV::add(PrincipalVariation line) {
 
 void MultiPV::rank() {
     for (int i = 0; i < size(); ++i) {
-        // By design each candidate is compared with line i and not with the best so far, so
-        // the order is a rough one. The line numbers of the reports depend on it.
+        // Each candidate is compared with line i and not with the best so far, so the order is
+        // a rough one, on which the line numbers of the reports depend (oddity 61).
         int best = i;
         for (int j = i + 1; j < size(); ++j) {
             if ((*this)[j] > (*this)[i]) {

@@ -19,6 +19,8 @@ constexpr double fade_per_ply = 0.02;
 
 }  // namespace
 
+// A node limit keeps the clock out (oddity 42), which is looked at now and then, and away from the
+// root (oddity 43).
 void Analysis::new_node() {
     std::uint64_t const nodes = counters_.node_count.load(std::memory_order_relaxed);
     std::uint64_t const max_nodes = limits_.max_nodes.load(std::memory_order_relaxed);
@@ -83,7 +85,7 @@ int Analysis::fade(int value) const {
     if (dfz <= fade_start) {
         return value;
     }
-    // Past 100 the factor is negative and turns the sign of the value: by design.
+    // Past 100 the factor is negative and turns the sign of the value (oddity 67).
     double const factor =
         std::min(1.0, 1.0 - (static_cast<double>(dfz) - double{fade_start}) * fade_per_ply);
     return static_cast<int>(static_cast<double>(value) * factor);

@@ -83,7 +83,7 @@ int Analysis::nullwindow_search(int depth, int alpha, int beta) {
     movetable_t move_table;
     move_generator_.create_movetable(position_, move_table);
     if (node.hash_move.code() != nullmove) {
-        // Searched already. For a promotion all four moves leave the list: by design.
+        // Searched already. For a promotion all four moves leave the list (oddity 69).
         move_table[static_cast<std::size_t>(node.hash_move.from().id())] &=
             ~to_ull(node.hash_move.to().bitboard());
     }
@@ -134,7 +134,7 @@ std::optional<int> Analysis::table_cut(NullWindowNode& node, std::uint64_t key) 
     if (record->get_draft() >= node.depth) {
         int const score = record->get_score(counters_.ply);
         if (record->is_exact_value()) {
-            // Not clamped to the window, by design.
+            // Not clamped to the window (oddity 68).
             return score;
         }
         if (record->is_upperbound() && score <= node.alpha) {
@@ -152,8 +152,8 @@ std::optional<int> Analysis::table_cut(NullWindowNode& node, std::uint64_t key) 
     return hash_move_cut(node) ? std::optional<int>(node.beta) : std::nullopt;
 }
 
-// Neither reduced nor followed by a stop test: a stopped subtree can store its bound here,
-// by design. The ordering tables learn nothing from this cut-off.
+// Neither reduced nor followed by a stop test: a stopped subtree can store its bound here
+// (oddity 70). The ordering tables learn nothing from this cut-off.
 bool Analysis::hash_move_cut(NullWindowNode const& node) {
     MoveList const no_list(nullptr);
     int const extension = extend(no_list, node.hash_move);

@@ -72,8 +72,8 @@ class PrincipalVariation {
     Move const* cbegin() const { return begin(); }
     Move const* cend() const { return end(); }
 
-    /// By design compares the whole array of moves and nothing else: neither size nor score
-    /// nor depth counts, and what lies behind the line's end does.
+    /// Compares the whole array of moves and nothing else: neither size nor score nor depth
+    /// counts, and what lies behind the line's end does (oddity 62).
     bool operator==(PrincipalVariation const& other) const { return moves_ == other.moves_; }
     bool operator!=(PrincipalVariation const& other) const { return !(*this == other); }
 

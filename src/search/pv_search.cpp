@@ -29,7 +29,7 @@ int Analysis::pv_search(int const& depth, int alpha, int beta, PrincipalVariatio
         }
     }
     // The returns above come before this line is emptied, so a child that leaves through
-    // one of them keeps the previous sibling's moves in it: by design.
+    // one of them keeps the previous sibling's moves in it (oddity 63).
     line.clear();
     counters_.note_ply();
     if (stopped()) {
@@ -58,6 +58,7 @@ int Analysis::pv_search(int const& depth, int alpha, int beta, PrincipalVariatio
     return search_pv_moves(list, hash_move, depth, alpha, beta, line);
 }
 
+// The fifty-move rule is asked above 100, and here only (oddity 66).
 std::optional<int> Analysis::pv_early_return() {
     // One earlier occurrence is enough, in the tree and in the game before it.
     if (position_.draw_by_threefold_repetition()) {
@@ -148,6 +149,7 @@ int Analysis::search_pv_move(int index, int depth, int reduction, int alpha, int
     return -pv_search(depth, -beta, -alpha, child_line);
 }
 
+// A new best move late in the budget ends the search (oddity 37).
 void Analysis::raise_root(Move const& move, int depth, int alpha, PrincipalVariation& line) {
     root_.raise(move, depth, alpha, line);
     if (RootResult::is_late(time_manager_.percentage())) {

@@ -69,7 +69,7 @@ int Analysis::quiescence(int alpha, int beta, int qdepth) {
 }
 
 // A mate score has the ply taken off again at each level that it passes, beyond the ply
-// already in it: mates seen in quiescence are discounted, by design.
+// already in it: mates seen in quiescence are discounted (oddity 72).
 int Analysis::quiescence_move(Move const& move, int alpha, int beta, int qdepth) {
     make_move(move);
     int const reply = quiescence(-beta, -alpha, qdepth - 1);

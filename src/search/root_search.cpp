@@ -28,7 +28,7 @@ void Analysis::search_further_lines(int depth) {
     int const saved_score = root_.best_score.load();
     Move const saved_move = root_.best_move.load();
     MoveList list;
-    // The `searchmoves` limit holds for the first line only, by design.
+    // The `searchmoves` limit holds for the first line only (oddity 58).
     move_generator_.generate_moves(position_, list);
     remove(saved_move, list);
     PrincipalVariation pass_line;
@@ -37,7 +37,7 @@ void Analysis::search_further_lines(int depth) {
         if (list.size() > 0) {
             search_root_pass(list, depth, pass_line, pass_move);
         }
-        // The line is not emptied between passes: with no move left it is added again.
+        // The line is not emptied between passes: with no move left it is added again (oddity 60).
         publish(pass_line);
         if (list.size() > 0) {
             remove(pass_move, list);
@@ -47,9 +47,9 @@ void Analysis::search_further_lines(int depth) {
     root_.best_move.store(saved_move);
 }
 
-// The window is handed on as it stands, never flipped for the opponent's side: the lower
-// bound is the pass's best, the upper bound infinity. A later move can thus only improve on
-// a negative best. No stop test stands here: after a stop each search returns at once.
+// The window is handed on as it stands, never flipped for the opponent's side (oddity 57): the
+// lower bound is the pass's best, the upper bound infinity. A later move can thus only improve on
+// a negative best. No stop test stands here: after a stop each search returns at once (oddity 56).
 void Analysis::search_root_pass(MoveList& list, int depth, PrincipalVariation& pass_line,
                                 Move& pass_move) {
     int best = -infinite_score;

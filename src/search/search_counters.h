@@ -19,7 +19,7 @@ struct SearchCounters {
     /// Stamp of this search in the transposition table; wraps at 255.
     std::atomic<unsigned char> date{0};
     std::atomic<std::uint64_t> node_count{0};
-    /// Moves of class mate_attack on the line to this node. By design it drifts below 0.
+    /// Moves of class mate_attack on the line to this node. It drifts below 0 (oddity 51).
     int mate_attack_count = 0;
     /// Hand-overs from the main search to quiescence since the last finished iteration.
     std::uint64_t leaf_count = 0;

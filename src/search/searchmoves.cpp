@@ -6,11 +6,13 @@
 
 namespace orvelin {
 
+// Empties the table, for an empty list too (oddity 24).
 void AnalysisState::set_searchmoves(std::vector<Move> moves) {
     clear_hash();
     limits_.set_searchmoves(std::move(moves));
 }
 
+// A move given twice is listed twice (oddity 59).
 void Analysis::select_searchmoves(MoveList& list) {
     std::lock_guard const lock(limits_.searchmoves_mutex);
     if (counters_.ply != 0 || limits_.searchmoves.empty() || list.size() == 0) {

@@ -18,6 +18,7 @@ constexpr int widest_margin = 200;
 
 }  // namespace
 
+// The announced Elo limits nothing until it is sent (oddity 8).
 void StrengthLimits::set_limit_strength(bool on) {
     limit_strength.store(on);
     if (!on) {
@@ -29,7 +30,7 @@ void StrengthLimits::set_limit_strength(bool on) {
 void StrengthLimits::set_elo(int wanted) {
     int const clamped = std::clamp(wanted, min_elo, max_elo);
     elo.store(clamped);
-    // By design the strongest level leaves the depth at what it was.
+    // The strongest level leaves the depth at what it was (oddity 9).
     if (clamped < max_elo) {
         max_strength_depth.store(weakest_depth + plies_per_step * ((clamped - min_elo) / elo_step));
     }

@@ -19,7 +19,7 @@ struct StrengthLimits {
     std::atomic<bool> limit_strength{false};
     /// The strength asked for; stored and never read by the search.
     std::atomic<int> elo{2000};
-    /// By design the iteration behind this one still runs.
+    /// The iteration behind this one still runs (oddity 46).
     std::atomic<int> max_strength_depth{unlimited_depth};
     /// Score below the best line, in units of the evaluation.
     std::atomic<int> strength_margin{0};

@@ -24,6 +24,7 @@ namespace orvelin {
 /// Buckets are marked as written in groups of the size of a memory page, so that clear() costs
 /// what was written since the last one and not the size of the table. Every bucket above the
 /// threshold that is not empty lies in a marked group.
+/// Bucket 0 is never used (oddity 76).
 class TranspositionTable {
  public:
     /// Buckets of a new table: 128 MiB.
@@ -55,8 +56,9 @@ class TranspositionTable {
     std::uint64_t threshold_buckets() const { return threshold_; }
     void set_threshold_buckets(std::uint64_t index);
 
-    /// Per mille of the records that have this date, from the first 1000 buckets. Kept: the
-    /// sample counts bucket 0 and those below the threshold in, though they are not in use.
+    /// Per mille of the records that have this date, from the first 1000 buckets. The
+    /// sample counts bucket 0 and those below the threshold in, though they are not in use
+    /// (oddity 30).
     int hashfull(unsigned char date) const;
 
     /// Empties the buckets above the threshold; those at and below it keep their bytes. Takes as

@@ -53,7 +53,7 @@ class TTmove {
     Piece piece(ChessPosition const& position) const;
     /// The piece that the move captures: for en passant the pawn, otherwise what stands on the
     /// destination, which for castling is the own rook. No piece for a word without code and
-    /// check bit. By design an en passant word with the check bit is not told apart.
+    /// check bit. An en passant word with the check bit is not told apart (oddity 79).
     Piece capture(ChessPosition const& position) const;
 
     /// The whole move in this position, its class hashtable_move; the word 0 gives the empty

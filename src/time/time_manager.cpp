@@ -45,6 +45,7 @@ std::uint64_t TimeManager::slice() const {
     return (clock() + increment() * n) / (n + 2);
 }
 
+// About 2.5 shares, which is more than an increment brings (oddity 36).
 std::uint64_t TimeManager::hard_limit() const {
     std::uint64_t const q = slice();
     return 2 * (q - q / 4 + ((q / 2) * moves()) / 40);
@@ -72,8 +73,8 @@ bool TimeManager::time_to_move(std::uint64_t elapsed) const {
     if (movetime == 0) {
         return false;
     }
-    // By design a time per move below the lag wraps around and so is never stopped here, but
-    // softly by percentage().
+    // A time per move below the lag wraps around and so is never stopped here, but softly by
+    // percentage() (oddity 38).
     if (movetime - sign_extended(get(lag_)) <= elapsed) {
         return true;
     }
@@ -91,11 +92,11 @@ int TimeManager::percentage(std::uint64_t elapsed) const {
     if (!clock_counts()) {
         return 0;
     }
-    // By design a 32-bit product, which overflows after some six hours.
+    // A 32-bit product, which overflows after some six hours (oddity 41).
     auto const used = static_cast<std::int32_t>(static_cast<std::uint32_t>(elapsed) * 100U);
     std::uint64_t const budget = soft_budget();
     if (budget == 0) {
-        // The fault that a division by zero is on this machine, in defined form.
+        // The fault that a division by zero is on this machine, in defined form (oddity 39).
         std::raise(SIGFPE);
         return 0;
     }

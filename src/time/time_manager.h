@@ -8,7 +8,7 @@
 namespace orvelin {
 
 /// A signed number as the 64-bit word that unsigned arithmetic takes it for: limits arrive as
-/// `int` and are kept unsigned, so a negative one becomes enormous.
+/// `int` and are kept unsigned, so a negative one becomes enormous (oddity 40).
 constexpr std::uint64_t sign_extended(int number) {
     return static_cast<std::uint64_t>(static_cast<std::int64_t>(number));
 }

@@ -27,8 +27,8 @@ class Timer {
     /// Stops and forgets the intervals measured.
     void reset();
 
-    /// Sum of the intervals. By design a running interval is ended and a new one begun, so
-    /// that each call on a running timer counts as one interval.
+    /// Sum of the intervals. A running interval is ended and a new one begun, so that each
+    /// call on a running timer counts as one interval (oddity 44).
     Duration total_time();
     /// Total by number of intervals; 0 without any.
     Duration average_time() const;

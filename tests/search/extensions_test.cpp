@@ -84,6 +84,10 @@ TEST_F(Extensions, BlackPawnOnTheThirdRankIsExtendedAndAPromotionIsNot) {
     set("k2qr3/8/1p6/8/8/2p5/8/3Q2K1 b - - 0 1");
     EXPECT_EQ(extend("c3c2"), 0);
     EXPECT_EQ(extend("b6b5"), 0);
+    set("k2qr3/8/8/pp5p/8/8/8/3Q2K1 b - - 0 1");
+    EXPECT_EQ(extend("a5a4"), 0);
+    EXPECT_EQ(extend("b5b4"), 0);
+    EXPECT_EQ(extend("h5h4"), 0);
     // White pawns are not extended for the sixth rank, where Black's third rank mirrors to.
     set("3q2k1/8/8/1P6/8/8/8/K2QR3 w - - 0 1");
     EXPECT_EQ(extend("b5b6"), 0);

@@ -57,6 +57,23 @@ TEST_F(PvSearchMoves, LateQuietMovesAreReduced) {
     }
 }
 
+TEST_F(PvSearchMoves, ReducedMoveThatBeatsAlphaIsSearchedInFullBeforeItsWindowOpens) {
+    set(knights);
+    int const late = 13;
+    MoveList const list = sorted_list(3);
+    for (Move const& candidate : list) {
+        store_behind(candidate, exact_value, 9, 5000);
+    }
+    // Good enough for the reduced search, too shallow for the full one.
+    store_behind(list[late], exact_value, 1, -5000);
+    int const alpha = eval() + 2500;
+    EXPECT_EQ(search(3, alpha, alpha + 1000), alpha);
+    ASSERT_NE(record_behind(list[late]), nullptr);
+    EXPECT_EQ(record_behind(list[late])->get_draft(), 2);
+    // Only a null window learns from the answer that refutes the move.
+    EXPECT_NE(probe_.killers().get_killerA(1), Move());
+}
+
 TEST_F(PvSearchMoves, LateCheckIsNotReduced) {
     // The capture loses the queen: it comes last and is not extended, but it gives check.
     set("4k3/3p4/8/8/3Q4/8/PPP5/K7 w - - 0 1");

@@ -209,5 +209,18 @@ TEST(BitBoard, DumpAndWriteShowRankEightFirst) {
 
 static_assert(sizeof(BitBoard) == 8);
 
+// The whole word is multiplied, so that the answer for two kings is fixed too.
+TEST(BitBoard, UniqueSquareMultipliesTheWordAsItStands) {
+    int others = 0;
+    for (int low = 0; low < 63; ++low) {
+        const BitBoard pair({Square(low), Square(63)});
+        const std::uint64_t product = to_ull(pair) * 0x0DB8F3FB14C8C21D;
+        const Square unique = pair.get_unique_square();
+        EXPECT_EQ(unique.id(), BitBoard::m_first_square_id[product >> 57]) << low;
+        others += unique == pair.get_first_square() ? 0 : 1;
+    }
+    EXPECT_GT(others, 0);
+}
+
 }  // namespace
 }  // namespace orvelin

@@ -5,6 +5,7 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <string>
+#include <utility>
 
 #include "generation/tables.h"
 #include "support/shared_tables.h"
@@ -240,6 +241,29 @@ TEST_F(ChessPositionTest, SwitchColorChangesTheSideOnly) {
     EXPECT_TRUE(position.black_to_move());
     EXPECT_FALSE(position.white_to_move());
     EXPECT_EQ(position.history().size(), 1U);
+}
+
+TEST_F(ChessPositionTest, EveryChangeThatIsNoMoveIsCounted) {
+    position.newgame();
+    std::uint64_t counted = position.set_ups();
+    auto const changed = [&] {
+        return position.set_ups() != std::exchange(counted, position.set_ups());
+    };
+    position.make_move(position.convert_to_move("e2e4"));
+    position.unmake_move();
+    EXPECT_FALSE(changed());
+    position.switch_color_to_move();
+    EXPECT_TRUE(changed());
+    position.set_castlingrights(0);
+    EXPECT_TRUE(changed());
+    position.remove_piece_from(Square("e2"), Piece(white_pawn));
+    EXPECT_TRUE(changed());
+    position.set_piece_on(Square("e2"), Piece(white_pawn));
+    EXPECT_TRUE(changed());
+    position.clear();
+    EXPECT_TRUE(changed());
+    position.fen(start_fen);
+    EXPECT_TRUE(changed());
 }
 
 TEST_F(ChessPositionTest, NobelmenSumsBothSides) {

@@ -32,7 +32,7 @@ struct promotion_change_t {
 };
 
 /// The sense of the move alone tells the pawn's colour (oddity 95), so that a backward promotion,
-/// which is illegal, changes the keys of the other side's men.
+/// which is illegal, changes the keys of the other side's pieces.
 promotion_change_t promotion_change(HashKeys const& keys, Move const& move) {
     const Square from = move.from();
     const Square to = move.to();
@@ -70,9 +70,9 @@ void Hasher<KeySet>::init(ChessPosition const* position) {
     std::uint64_t pawn_key = 0;
     HashKeys const& keys = key_set_;
     for (int square = 0; square < 64; ++square) {
-        const std::size_t man = row((*position)[square].id());
-        key ^= keys.piece[man][index(square)];
-        pawn_key ^= keys.pawn[man][index(square)];
+        const std::size_t piece_row = row((*position)[square].id());
+        key ^= keys.piece[piece_row][index(square)];
+        pawn_key ^= keys.pawn[piece_row][index(square)];
     }
     keys_.assign(1, key);
     pawn_keys_.assign(1, pawn_key);
@@ -122,15 +122,15 @@ void Hasher<KeySet>::make_move(Move const& move) {
     HashKeys const& keys = key_set_;
     const std::size_t from = index(move.from().id() & 63);
     const std::size_t to = index(move.to().id() & 63);
-    const std::size_t man = row(move.piece_id());
+    const std::size_t moved = row(move.piece_id());
     const std::size_t captured = row(move.capture_id());
 
     switch (move.code()) {
         case nullmove:
             break;
         case normal_move:
-            key ^= keys.piece[man][from] ^ keys.piece[man][to] ^ keys.piece[captured][to];
-            pawn_key ^= keys.pawn[man][from] ^ keys.pawn[man][to] ^ keys.pawn[captured][to];
+            key ^= keys.piece[moved][from] ^ keys.piece[moved][to] ^ keys.piece[captured][to];
+            pawn_key ^= keys.pawn[moved][from] ^ keys.pawn[moved][to] ^ keys.pawn[captured][to];
             break;
         case promo_queen:
         case promo_rook:
@@ -147,9 +147,10 @@ void Hasher<KeySet>::make_move(Move const& move) {
         case en_passant: {
             // Masked, so that a word that is no en passant capture at all stays on the board.
             const std::size_t pawn_square = (to > from ? to - 8 : to + 8) & 63;
-            key ^= keys.piece[man][from] ^ keys.piece[man][to] ^ keys.piece[captured][pawn_square];
+            key ^=
+                keys.piece[moved][from] ^ keys.piece[moved][to] ^ keys.piece[captured][pawn_square];
             pawn_key ^=
-                keys.pawn[man][from] ^ keys.pawn[man][to] ^ keys.piece[captured][pawn_square];
+                keys.pawn[moved][from] ^ keys.pawn[moved][to] ^ keys.piece[captured][pawn_square];
             break;
         }
     }

@@ -15,8 +15,8 @@ struct Tables;
 ///
 /// `KeySet` tells which set of keys of the tables is read: 1, the only one in use, is the published
 /// book key set, so that the key of a standard position equals the key of the book file format. The
-/// top of the key stack holds the men's contribution only; rights, en passant and side to move are
-/// folded in when the key is asked for. One entry lies on each stack for each move made and one
+/// top of the key stack holds the pieces' contribution only; rights, en passant and side to move
+/// are folded in when the key is asked for. One entry lies on each stack for each move made and one
 /// below them, so neither stack is ever empty. Owned by one ChessPosition and used on its thread.
 template <int KeySet>
 class Hasher {
@@ -26,7 +26,8 @@ class Hasher {
     /// One 0 entry on each stack, no position bound.
     explicit Hasher(Tables const& tables);
 
-    /// Binds `position`, which must outlive the use of hash(), and builds both keys from its men.
+    /// Binds `position`, which must outlive the use of hash(), and builds both keys from its
+    /// pieces.
     void init(ChessPosition const* position);
 
     /// Pushes the keys after `move`, which is not tested.
@@ -42,7 +43,7 @@ class Hasher {
     }
 
     /// The position key, with the bound position's castling rights, en passant square and side to
-    /// move. Without a bound position the men's contribution alone.
+    /// move. Without a bound position the pieces' contribution alone.
     std::uint64_t hash() const;
 
     /// The pawn key: the pawns' contribution alone.

@@ -84,7 +84,7 @@ void add_check(CLI::App& app, arguments_t& arguments, command_t& command) {
 // Only the set-up of the arguments could throw: a fault of the program, which may end it.
 // NOLINTNEXTLINE(bugprone-exception-escape)
 int main(int argc, char** argv) {
-    CLI::App app("Distance-to-mate tables of endings with four men.", "orvelin-tables");
+    CLI::App app("Distance-to-mate tables of endings with four pieces.", "orvelin-tables");
     app.require_subcommand(1);
     arguments_t arguments;
     command_t command;

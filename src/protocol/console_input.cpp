@@ -8,7 +8,7 @@ void ConsoleInput::operator()() {
     std::string line;
     while (line != "quit") {
         line.clear();
-        // The failing read at end of input is not tested, by design: every further read fails at
+        // The failing read at end of input is not tested (oddity 3): every further read fails at
         // once, is counted all the same, and so the limit ends a process whose GUI has gone away
         // without a word.
         std::getline(input_, line);

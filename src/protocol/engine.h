@@ -149,7 +149,7 @@ class Engine {
     bool debug_ = false;
     bool ownbook_ = false;
     bool chess960_ = false;
-    bool ponder_ = true;  ///< kept for the option; `go ponder` works whatever it is
+    bool ponder_ = true;  ///< stored for the option; `go ponder` works whatever it is (oddity 6)
     int hash_value_ = 0;
     std::ofstream& log_;
     bool book_available_ = true;

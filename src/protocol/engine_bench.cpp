@@ -36,6 +36,7 @@ int rounded_rate(std::uint64_t nodes, std::uint64_t milliseconds) {
 
 // Runs wholly on the calling thread and writes straight to the standard output; the control words
 // of the analysis thread stay as they are.
+// Table and board stay as the last search left them (oddity 18).
 bool Engine::command_bench(std::istringstream&) {
     gate_.require_no_search();
     std::uint64_t total_nodes = 0;

@@ -35,7 +35,7 @@ bool Engine::answer_from_book() {
     return answer_from_book(gate_.searched_position(), gate_.searched_records());
 }
 
-// By design the book's move leaves no other trace: no log line, no change of any state.
+// The book's move leaves no other trace: no log line, no change of any state (oddity 33).
 bool Engine::answer_from_book(ChessPosition const& position, std::size_t records) {
     constexpr std::size_t first_record_without_book = 25;
     if (records >= first_record_without_book) {

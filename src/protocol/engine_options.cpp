@@ -9,6 +9,7 @@ namespace orvelin {
 
 // Only the name of the option matches in any case. A name of two words matches nothing, because
 // one word is read.
+// A number that is missing or cannot be read is 0 (oddity 7).
 bool Engine::command_setoption(std::istringstream& arguments) {
     static constexpr std::array<std::pair<std::string_view, option_t>, 9> options{{
         {"Hash", &Engine::option_hash},

@@ -25,6 +25,7 @@ split_line_t split_at_last_blank(std::string const& line) {
     return {line.substr(0, blank), line.substr(blank + 1)};
 }
 
+/// Six words, whatever they are (oddity 12).
 std::string read_fen(std::istringstream& arguments) {
     std::string fen = read_token(arguments);
     for (int field = 1; field < 6; ++field) {
@@ -51,6 +52,8 @@ bool Engine::command_ucinewgame(std::istringstream&) {
 // In a running game the GUI appends its move to the line that the engine already holds, so
 // only that move is made; anything else is parsed in full. After a stopped search the position has
 // a move that the line lacks, so that the next line is parsed in full whatever it says.
+// The last word is taken for a move also where it is none (oddity 11). A search ends without an
+// answer, and the state stays as it was (oddities 13 and 14).
 bool Engine::command_position(std::istringstream& arguments) {
     if (gate_.search_runs_or_waits()) {
         set_action(2);

@@ -30,7 +30,7 @@ void Engine::report_lines(status_t status) {
 }
 
 // The assignment moves the reported version on by one only, so while a search runs the newest
-// lines go out again until the reports have caught up with the search: by design.
+// lines go out again until the reports have caught up with the search (oddity 27).
 void Engine::take_lines() {
     multipv_ = analysis_.mpv();
 }
@@ -47,7 +47,7 @@ void Engine::send_info(Analysis& analysis) {
     if (time == 0) {
         return;
     }
-    // In whole thousands, by design.
+    // In whole thousands (oddity 28).
     std::uint64_t const nps = nodes / time * 1000;
     std::string const head = "info depth " + std::to_string(iteration) + " seldepth " +
                              std::to_string(analysis.get_seldepth());

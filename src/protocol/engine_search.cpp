@@ -12,7 +12,8 @@
 namespace orvelin {
 
 // The limits are reset even when the command is then refused, and also under a search that runs on
-// in the states of the held-back `bestmove`: by design. The opening book may answer all the same.
+// in the states of the held-back `bestmove` (oddities 19 and 20). The opening book may answer all
+// the same.
 bool Engine::command_go(std::istringstream& arguments) {
     reset_go_limits();
     if (answer_from_book()) {
@@ -46,6 +47,8 @@ void Engine::set_movestogo(int moves) {
     }
 }
 
+// What cannot be read is 0, and an unknown word ends the line (oddity 22); `mate` is another word
+// for `depth` (oddity 23).
 bool Engine::read_limit(std::string const& token, std::istringstream& arguments) {
     using setter_t = void (AnalysisState::*)(int);
     static constexpr std::array<std::pair<std::string_view, setter_t>, 7> numbers{{
@@ -95,7 +98,8 @@ void Engine::read_searchmoves(std::istringstream& arguments) {
     analysis_.set_searchmoves(std::move(moves));
 }
 
-// The clock is not restarted: the time spent pondering counts against the budget.
+// The clock is not restarted: the time spent pondering counts against the budget (oddity 26).
+// Without a search the state alone changes (oddity 25).
 bool Engine::command_ponderhit(std::istringstream&) {
     analysis_.ponderhit();
     engine_state_ = thinking;
@@ -103,7 +107,7 @@ bool Engine::command_ponderhit(std::istringstream&) {
 }
 
 // Neither hashfull nor the position line follow a stopped search, so that the next `position` is
-// parsed in full: by design.
+// parsed in full (oddity 16).
 bool Engine::command_stop(std::istringstream&) {
     if (engine_state_ == idle) {
         return true;

@@ -15,7 +15,7 @@ namespace orvelin {
 
 namespace {
 
-/// Fixed text. What the options really do differs from it in places, by design.
+/// Fixed text. What the options really do differs from it in places (oddity 5).
 constexpr std::array<std::string_view, 12> handshake{
     "id name Orvelin 0.40.1",
     "id author Kalvoorst",
@@ -37,8 +37,9 @@ void write_handshake() {
     }
 }
 
-/// Polls until "quit": at most one line in and one line out per tick of 5 ms, so that nothing here
-/// ever waits for the search.
+/// Polls until "quit": at most one line in and one line out per tick of 5 ms (oddity 2), so that
+/// nothing here ever waits for the search. "uci" and "quit" count only when they stand alone on
+/// their line (oddity 1).
 void dispatch_loop(Communicator& console, Communicator& engine_queues, Engine& engine,
                    std::string& input_line, std::string& output_line) {
     for (;;) {
@@ -68,7 +69,7 @@ void dispatch_loop(Communicator& console, Communicator& engine_queues, Engine& e
 }  // namespace orvelin
 
 /// Owns everything. The reader starts before the engine is built, so that it takes lines while the
-/// tables are being computed. Output still queued at "quit" is dropped.
+/// tables are being computed. Output still queued at "quit" is dropped (oddity 4).
 int main() {
     using namespace orvelin;
 

@@ -90,11 +90,19 @@ class OdditiesTest(unittest.TestCase):
                 self.assertNotEqual(oddity.tests, [])
                 self.assertEqual([name for name in oddity.tests if name not in known], [])
 
+    def test_the_code_names_each_oddity(self):
+        named = set().union(*map(named_numbers, CODE.values()))
+        self.assertEqual({oddity.number for oddity in ODDITIES} - named, set())
+
     def test_code_and_tests_name_no_other(self):
         known = {oddity.number for oddity in ODDITIES}
         for path, text in (CODE | TESTS).items():
             if path != "tests/documents/oddities_test.py":
                 self.assertEqual(named_numbers(text) - known, set(), path)
+
+    def test_the_code_says_by_design_by_number_only(self):
+        words = re.compile(r"\bby\s+(//+\s+)?design\b", re.IGNORECASE)
+        self.assertEqual([path for path, text in CODE.items() if words.search(text)], [])
 
 
 class GlossaryTest(unittest.TestCase):

@@ -78,6 +78,13 @@ class StatementsTest(unittest.TestCase):
         names = sorted(name.split("_")[0] for name in os.listdir(self.directory))
         self.assertEqual(names, ["analysis", "eval", "uci"])
 
+    def test_a_missing_value_counts_as_zero_and_a_missing_word_leaves_the_option(self):
+        for words, several in (("MultiPV value", False), ("MultiPV", True)):
+            self.start(("MultiPV", "3"))
+            self.say(f"setoption name {words}", "position startpos")
+            told = any(" multipv 3 " in answer for answer in self.answers("go depth 8"))
+            self.assertEqual(told, several, words)
+
     def test_several_lines_are_one_to_fifty(self):
         for value, lines in (("0", 0), ("text", 0), ("3", 3)):
             self.start(("MultiPV", "2"), ("MultiPV", value))

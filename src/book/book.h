@@ -21,9 +21,9 @@ class Book {
  public:
     /// No file. The timer that the choice among moves is drawn from runs from here on.
     Book();
-    /// Opens the file to see whether that works; `open()` must follow before any move is found.
+    /// Opens the file to see whether that works; `open()` must follow before any move is
+    /// found (oddity 35).
     /// @throws std::logic_error as `open()`.
-    /// No move is found before open() (oddity 35).
     explicit Book(std::string name);
 
     /// Opens the file of the stored name, closing another that is open.

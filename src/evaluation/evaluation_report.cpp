@@ -6,8 +6,8 @@
 namespace orvelin {
 
 // The running total is cut to an integer after every term, so it can differ a little from the
-// score of static_eval(); it also shows neither the endgame functions nor the side to move's sign.
-// The total is cut term by term, and knows no special endings (oddity 29).
+// score of static_eval(); it also shows neither the endgame functions nor the side to move's sign
+// (oddity 29).
 std::string Evaluation::report() {
     constexpr std::size_t name_width = 30;
     std::ostringstream text;

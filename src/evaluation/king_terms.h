@@ -18,8 +18,8 @@ namespace orvelin::king_terms {
 /// The attack weights are in 1/256.
 inline constexpr float king_attack_scale = 0.00390625F;
 
-/// 20 for White's rights, -20 for Black's; those of both sides cancel, however many there are.
-/// Rights of both sides cancel, however many (oddity 109).
+/// 20 for White's rights, -20 for Black's; those of both sides cancel, however many there are
+/// (oddity 109).
 inline int castling_rights(unsigned rights) {
     bool const white_keeps = (rights & 0x00FFU) != 0;
     bool const black_keeps = (rights & 0xFF00U) != 0;

@@ -16,8 +16,7 @@ class ChessPosition;
 /// sums follow the position only if `init()` was called on it and every move made or unmade since
 /// then was also passed to `make_move()` or `unmake_move()`. They are sums of floats and drift a
 /// little over a long run of moves; the order of the additions is therefore part of the behaviour
-/// and decides which nodes the search visits. Used by one thread at a time.
-/// The sums drift by the order of the moves, which decides nodes (oddity 116).
+/// and decides which nodes the search visits (oddity 116). Used by one thread at a time.
 class PieceSquareTables {
  public:
     /// Middle-game value first, end-game value second.

@@ -11,9 +11,8 @@ namespace orvelin {
 /// How often quiet moves gave a cut-off, by moving piece and destination.
 ///
 /// Owned by the search object and touched by the analysis thread only. The values grow by
-/// powers of two without a guard; they wrap around rather than overflow.
-/// Castling counts as a move to the square of the rook (oddity 52). Updates are powers of two of
-/// the depth modulo 64, and wrap around (oddity 53).
+/// powers of two, of the depth modulo 64, without a guard; they wrap around rather than overflow
+/// (oddity 53). Castling counts as a move to the square of the rook (oddity 52).
 class HistoryTable {
  public:
     /// Sets all values to 0.

@@ -129,8 +129,8 @@ bool Analysis::aspiration_retry(SearchWindow& window, int score) {
     return false;
 }
 
-// Picks among lines near the best, then spends the time that a thinking engine would spend (oddity
-// 48).
+// Picks among lines near the best, then spends the time that a thinking engine would spend
+// (oddity 48).
 void Analysis::weaken() {
     {
         std::lock_guard const lock(analysis_mutex_);

@@ -16,15 +16,14 @@ namespace orvelin {
 /// Owns one array of buckets, a power of two of them, indexed by the low bits of the key. A
 /// bucket is in use only when its index is above the threshold: the low end of the array is
 /// lent out as plain memory while an endgame table is built there, and bucket 0 is never
-/// used. The analysis thread alone reads and stores records during a search; the main thread
-/// may take hashfull() meanwhile, a snapshot, and clear(). The analysis thread may change the
-/// threshold, which waits for a clear() under way, so that lent memory is never cleared. Size and
-/// switch are changed between searches only.
+/// used (oddity 76). The analysis thread alone reads and stores records during a search; the main
+/// thread may take hashfull() meanwhile, a snapshot, and clear(). The analysis thread may change
+/// the threshold, which waits for a clear() under way, so that lent memory is never cleared. Size
+/// and switch are changed between searches only.
 ///
 /// Buckets are marked as written in groups of the size of a memory page, so that clear() costs
 /// what was written since the last one and not the size of the table. Every bucket above the
 /// threshold that is not empty lies in a marked group.
-/// Bucket 0 is never used (oddity 76).
 class TranspositionTable {
  public:
     /// Buckets of a new table: 128 MiB.

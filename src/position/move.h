@@ -91,8 +91,7 @@ class Move {
     /// The raw word.
     constexpr std::uint32_t word() const { return word_; }
 
-    /// Same move whatever the ordering class. The check bit counts.
-    /// The class does not count, the check bit does (oddity 83).
+    /// Same move whatever the ordering class. The check bit counts (oddity 83).
     constexpr bool operator==(Move const& other) const {
         return ((word_ ^ other.word_) & identity_mask) == 0;
     }

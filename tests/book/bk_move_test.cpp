@@ -10,6 +10,7 @@
 #include "position/move.h"
 #include "position/piece.h"
 #include "position/square.h"
+#include "support/positions.h"
 #include "support/shared_tables.h"
 
 namespace orvelin {
@@ -171,7 +172,7 @@ struct castling_case_t {
 };
 
 TEST_F(BKmoveConversionTest, KingOnE1WithRookOnH1Castles) {
-    position.fen("r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1");
+    position.fen(positions::all_castlings);
     const castling_case_t cases[] = {{"e1", "h1", "e1g1", white_king},
                                      {"e1", "a1", "e1c1", white_king},
                                      {"e8", "h8", "e8g8", black_king},
@@ -223,14 +224,14 @@ TEST_F(BKmoveConversionTest, CastlingAsksForPiecesNotForRights) {
 }
 
 TEST_F(BKmoveConversionTest, CastlingOverridesThePromotionField) {
-    position.fen("4k3/8/8/8/8/8/8/4K2R w K - 0 1");
+    position.fen(positions::white_short_castling);
     for (char field = 0; field <= 7; ++field) {
         EXPECT_EQ(convert(book_move("e1", "h1", field)).code(), castling);
     }
 }
 
 TEST_F(BKmoveConversionTest, KingsTwoStepsAreNoCastling) {
-    position.fen("4k3/8/8/8/8/8/8/4K2R w K - 0 1");
+    position.fen(positions::white_short_castling);
     EXPECT_EQ(convert(book_move("e1", "g1")),
               Move(Square("e1"), Square("g1"), normal_move, white_king, no_piece));
 }

@@ -15,6 +15,7 @@
 #include "book/book_record.h"
 #include "position/chess_position.h"
 #include "support/book_file.h"
+#include "support/positions.h"
 #include "support/shared_tables.h"
 #include "support/test_config.h"
 
@@ -276,7 +277,7 @@ TEST(BookSearchTest, PositionsOfTheBookFormatFindTheirMoves) {
         EXPECT_EQ(found(position).algebraic(false), c.answer) << position.fen();
         EXPECT_EQ(found(position).code(), position.convert_to_move(c.answer).code());
     }
-    position.fen("4k3/8/8/8/8/8/8/4K3 w - - 0 1");
+    position.fen(positions::bare_kings);
     EXPECT_EQ(look_up(file, position.get_hash()), 0);
 }
 

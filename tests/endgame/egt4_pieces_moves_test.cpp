@@ -11,6 +11,7 @@
 #include "endgame/egt4_pieces.h"
 #include "support/lent_table.h"
 #include "support/logic_error_text.h"
+#include "support/positions.h"
 #include "support/test_config.h"
 
 namespace orvelin::test {
@@ -194,7 +195,7 @@ TEST_F(Egt4PiecesMoves, BlackPiecesMayHaveTakenPiece1) {
 }
 
 TEST_F(Egt4PiecesMoves, TakingBackAnUncaptureReturnsThePiece) {
-    kbnk_.fen("7k/8/8/8/8/8/8/K7 w - - 0 1");
+    kbnk_.fen(positions::bare_kings_in_corners);
     moves_t moves;
     kbnk_.generate_previous_moves(moves);
     kbnk_.unmake_move(moves.at(2));

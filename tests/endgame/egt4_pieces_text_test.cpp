@@ -10,6 +10,7 @@
 #include "endgame/egt4_pieces.h"
 #include "support/lent_table.h"
 #include "support/logic_error_text.h"
+#include "support/positions.h"
 #include "support/squares.h"
 #include "support/test_config.h"
 
@@ -51,7 +52,7 @@ class Egt4PiecesText : public testing::Test {
 };
 
 TEST_F(Egt4PiecesText, WritesTheFourPieces) {
-    EXPECT_EQ(kqkr_.fen(), "8/8/8/8/8/8/8/8 w - - 0 1");
+    EXPECT_EQ(kqkr_.fen(), positions::empty_board);
     EXPECT_EQ(rewritten(kqkr_, "r6k/8/8/3Q4/8/8/8/K7 b"), "r6k/8/8/3Q4/8/8/8/K7 b - - 0 1");
     EXPECT_EQ(rewritten(kbnk_, "k7/8/2K1BN2/8/8/8/8/8 w"), "k7/8/2K1BN2/8/8/8/8/8 w - - 0 1");
     kqkr_.set_key(key("h8", "h8", "c3", 0));
@@ -153,7 +154,7 @@ TEST_F(Egt4PiecesText, RefusesALetterThatIsNoPieceOfATable) {
 }
 
 TEST_F(Egt4PiecesText, PiecesOffTheBoardAreLeftOut) {
-    EXPECT_EQ(rewritten(kqkr_, "7kQ/8/8/8/8/8/8/K7/Q7/Q w"), "7k/8/8/8/8/8/8/K7 w - - 0 1");
+    EXPECT_EQ(rewritten(kqkr_, "7kQ/8/8/8/8/8/8/K7/Q7/Q w"), positions::bare_kings_in_corners);
     EXPECT_EQ(rewritten(kqkr_, "KkQr"), "KkQr4/8/8/8/8/8/8/8 b - - 0 1");
     EXPECT_EQ(rewritten(kqkr_, "8888Q/7k/K7 w"), "8/7k/K7/8/8/8/8/8 w - - 0 1");
     EXPECT_EQ(rewritten(kqkr_, ""), "8/8/8/8/8/8/8/8 b - - 0 1");
@@ -161,7 +162,7 @@ TEST_F(Egt4PiecesText, PiecesOffTheBoardAreLeftOut) {
 
 TEST_F(Egt4PiecesText, FenTextSetsThePositionAnew) {
     EXPECT_EQ(rewritten(kqkr_, "7k/8/8/8/8/q7/8/K6R w"), "7K/8/8/8/8/Q7/8/k6r b - - 0 1");
-    EXPECT_EQ(rewritten(kqkr_, "7k/8/8/8/8/8/8/K7 w"), "7k/8/8/8/8/8/8/K7 w - - 0 1");
+    EXPECT_EQ(rewritten(kqkr_, "7k/8/8/8/8/8/8/K7 w"), positions::bare_kings_in_corners);
     EXPECT_EQ(kqkr_.sign(), 1);
 }
 

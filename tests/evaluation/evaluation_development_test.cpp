@@ -2,6 +2,7 @@
 
 #include "evaluation/evaluation.h"
 #include "support/fresh_evaluation.h"
+#include "support/positions.h"
 
 namespace orvelin {
 namespace {
@@ -13,7 +14,7 @@ float development(char const* fen) {
 }
 
 TEST(EvaluationDevelopmentTest, StartPositionCancels) {
-    EXPECT_EQ(development("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1"), 0.0F);
+    EXPECT_EQ(development(positions::start), 0.0F);
 }
 
 TEST(EvaluationDevelopmentTest, MinorsOnTheFirstRank) {

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "support/fresh_evaluation.h"
+#include "support/positions.h"
 
 namespace orvelin::test {
 
@@ -200,7 +201,7 @@ TEST(EvaluationEndgames, QueenAgainstRook) {
 }
 
 TEST(EvaluationEndgames, DistanceBetweenIsTheKingDistance) {
-    FreshEvaluation evaluated("7k/8/8/8/8/8/8/K7 w - - 0 1");
+    FreshEvaluation evaluated(positions::bare_kings_in_corners);
     EXPECT_EQ(evaluated.evaluation().distance_between(Square("a1"), Square("c8")), 7);
     EXPECT_EQ(evaluated.evaluation().distance_between(Square("a1"), BitBoard()), 8);
     EXPECT_EQ(evaluated.evaluation().distance_between(Square("a1"), Square("d2").bitboard()), 3);

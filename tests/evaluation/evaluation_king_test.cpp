@@ -5,6 +5,7 @@
 #include <string>
 
 #include "support/fresh_evaluation.h"
+#include "support/positions.h"
 
 namespace orvelin::test {
 
@@ -22,7 +23,7 @@ by_type_t terms_by_type(std::string const& fen, std::size_t knight_term) {
 }
 
 TEST(EvaluationKing, KingsInTheFarCornersCancel) {
-    EXPECT_EQ(term_of("7k/8/8/8/8/8/8/K7 w - - 0 1", term::king_activity), 0.0F);
+    EXPECT_EQ(term_of(positions::bare_kings_in_corners, term::king_activity), 0.0F);
 }
 
 TEST(EvaluationKing, KingInTheCentreWithoutPawnsIsWorthTwo) {
@@ -163,7 +164,7 @@ TEST(EvaluationKing, BattlefieldAttacksOfEachTypeHaveASlotOfTheirOwn) {
 
 TEST(EvaluationKing, CastlingRightsOfBothSidesCancel) {
     EXPECT_EQ(term_of("r3k2r/8/8/8/8/8/8/R3K2R w Kkq - 0 1", term::castling_rights), 0.0F);
-    EXPECT_EQ(term_of("r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1", term::castling_rights), 0.0F);
+    EXPECT_EQ(term_of(positions::all_castlings, term::castling_rights), 0.0F);
     EXPECT_EQ(term_of("r3k2r/8/8/8/8/8/8/R3K2R w Q - 0 1", term::castling_rights), 20.0F);
     EXPECT_EQ(term_of("r3k2r/8/8/8/8/8/8/R3K2R w k - 0 1", term::castling_rights), -20.0F);
     EXPECT_EQ(term_of("r3k2r/8/8/8/8/8/8/R3K2R w - - 0 1", term::castling_rights), 0.0F);

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "support/fresh_evaluation.h"
+#include "support/positions.h"
 
 namespace orvelin::test {
 
@@ -47,8 +48,7 @@ TEST(EvaluationMobility, LockedUpRookIsAtMostOneForEachSide) {
 }
 
 TEST(EvaluationMobility, SharesAddUpToTheWhole) {
-    FreshEvaluation evaluated(
-        "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1");
+    FreshEvaluation evaluated(positions::kiwipete);
     evaluated.score();
     EXPECT_EQ(evaluated.term(term::mobility), 17.0F);
     EXPECT_EQ(evaluated.term(term::knight_mobility), 8.0F);

@@ -2,6 +2,7 @@
 
 #include "position/masks.h"
 #include "support/fresh_evaluation.h"
+#include "support/positions.h"
 
 namespace orvelin::test {
 
@@ -22,7 +23,7 @@ std::string fen_with_the_slot_of_no_pawns() {
                     continue;
                 }
                 ChessPosition position(shared_tables());
-                position.fen("7k/8/8/8/8/8/8/K7 w - - 0 1");
+                position.fen(positions::bare_kings_in_corners);
                 position.set_piece_on(Square(static_cast<int>(a)), Piece(1));
                 position.set_piece_on(Square(static_cast<int>(b)), Piece(1));
                 position.set_piece_on(Square(static_cast<int>(c)), Piece(9));

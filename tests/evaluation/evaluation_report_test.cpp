@@ -5,6 +5,7 @@
 
 #include "evaluation/evaluation.h"
 #include "support/fresh_evaluation.h"
+#include "support/positions.h"
 
 namespace orvelin {
 namespace {
@@ -36,9 +37,8 @@ std::string expected_report(Evaluation const& evaluation) {
 }
 
 TEST(EvaluationReportTest, ShowsEveryTermWithBothWeights) {
-    for (char const* fen : {"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",
-                            "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1",
-                            "4k3/2b2ppp/8/8/8/8/2B1PPPP/4K3 b - - 0 1"}) {
+    for (char const* fen :
+         {positions::start, positions::kiwipete, "4k3/2b2ppp/8/8/8/8/2B1PPPP/4K3 b - - 0 1"}) {
         FreshEvaluation at(fen);
         at.score();
         EXPECT_EQ(at.evaluation().report(), expected_report(at.evaluation())) << fen;
@@ -64,7 +64,7 @@ TEST(EvaluationReportTest, DoesNotEvaluate) {
 }
 
 TEST(EvaluationReportTest, BlanksDoNotAccumulate) {
-    FreshEvaluation at("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1");
+    FreshEvaluation at(positions::start);
     at.score();
     std::string const first = at.evaluation().report();
     std::string const second = at.evaluation().report();
@@ -88,7 +88,7 @@ TEST(EvaluationReportTest, ShowsNeitherEndgameNorSideToMove) {
 }
 
 TEST(EvaluationReportTest, StatsIsOneLine) {
-    FreshEvaluation at("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1");
+    FreshEvaluation at(positions::start);
     EXPECT_EQ(at.evaluation().stats(),
               "Evaluation::stats)  missed pht reads: 0   total evals: 0\n");
     at.score();

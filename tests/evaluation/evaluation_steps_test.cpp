@@ -8,6 +8,7 @@
 
 #include "evaluation/evaluation.h"
 #include "support/fresh_evaluation.h"
+#include "support/positions.h"
 
 namespace orvelin {
 namespace {
@@ -15,8 +16,7 @@ namespace {
 using test::FreshEvaluation;
 
 // The two differ in every term that the steps write, but for the one that measures nothing.
-constexpr char const* crowded_fen =
-    "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1";
+constexpr char const* crowded_fen = positions::kiwipete;
 constexpr char const* sparse_fen = "2b3k1/6r1/1n1q4/8/4P2P/2B5/5P2/3RK3 w - - 0 1";
 
 struct step_t {

@@ -9,6 +9,7 @@
 
 #include "position/chess_position.h"
 #include "support/fresh_evaluation.h"
+#include "support/positions.h"
 #include "support/shared_tables.h"
 
 namespace orvelin {
@@ -18,9 +19,8 @@ using test::blended;
 using test::FreshEvaluation;
 using test::shared_tables;
 
-constexpr char const* start_fen = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
-constexpr char const* kiwi_fen =
-    "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1";
+constexpr char const* start_fen = positions::start;
+constexpr char const* kiwi_fen = positions::kiwipete;
 
 TEST(EvaluationTest, ANewObjectHasZeroTermsAndTheMiddleGamePhase) {
     ChessPosition const position(shared_tables());
@@ -56,10 +56,8 @@ TEST(EvaluationTest, NineQueensGiveAPhaseBeyondTheMiddleGame) {
 }
 
 TEST(EvaluationTest, BlendRoundsEveryOperationInOrder) {
-    for (char const* fen :
-         {kiwi_fen, "8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 w - - 0 1",
-          "r4rk1/1pp1qppp/p1np1n2/2b1p1B1/2B1P1b1/P1NP1N2/1PP1QPPP/R4RK1 w - - 0 10",
-          "3r2k1/5ppp/8/1P6/8/2B5/5PPP/6K1 b - - 0 1"}) {
+    for (char const* fen : {kiwi_fen, positions::rook_ending, positions::quiet_middle_game,
+                            "3r2k1/5ppp/8/1P6/8/2B5/5PPP/6K1 b - - 0 1"}) {
         FreshEvaluation at(fen);
         int const score = at.score();
         int const sign = at.position().stm() == 1 ? 1 : -1;
@@ -123,9 +121,8 @@ TEST(EvaluationTest, AMirroredPositionHasTheSameScore) {
     std::vector<std::pair<char const*, char const*>> const twins{
         {start_fen, "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR b KQkq - 0 1"},
         {kiwi_fen, "r3k2r/pppbbppp/2n2q1P/1P2p3/3pn3/BN2PNP1/P1PPQPB1/R3K2R b KQkq - 0 1"},
-        {"8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 w - - 0 1", "8/4p1p1/8/1r3P1K/kp5R/3P4/2P5/8 b - - 0 1"},
-        {"r3k2r/Pppp1ppp/1b3nbN/nP6/BBP1P3/q4N2/Pp1P2PP/R2Q1RK1 w kq - 0 1",
-         "r2q1rk1/pP1p2pp/Q4n2/bbp1p3/Np6/1B3NBn/pPPP1PPP/R3K2R b KQ - 0 1"},
+        {positions::rook_ending, "8/4p1p1/8/1r3P1K/kp5R/3P4/2P5/8 b - - 0 1"},
+        {positions::promotions, "r2q1rk1/pP1p2pp/Q4n2/bbp1p3/Np6/1B3NBn/pPPP1PPP/R3K2R b KQ - 0 1"},
         {"8/8/8/3k4/8/8/3PK3/8 w - - 0 1", "8/3pk3/8/8/3K4/8/8/8 b - - 0 1"},
     };
     for (auto const& [fen, mirrored] : twins) {
@@ -164,7 +161,7 @@ TEST(EvaluationTest, SpaceMeasuresNothing) {
 }
 
 TEST(EvaluationTest, PieceSquareTermsAreBlendedByThePhase) {
-    FreshEvaluation at("8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 w - - 0 1");
+    FreshEvaluation at(positions::rook_ending);
     at.score();
     Evaluation const& evaluation = at.evaluation();
     PieceSquareTables const& tables = evaluation.piece_square_tables();
@@ -247,7 +244,7 @@ TEST(EvaluationTest, EveryCallIsCounted) {
 }
 
 TEST(EvaluationTest, ABoardWithoutKingsIsHarmless) {
-    FreshEvaluation at("8/8/8/8/8/8/8/8 w - - 0 1");
+    FreshEvaluation at(positions::empty_board);
     at.score();
     EXPECT_EQ(at.evaluation().mg_phase(), 0.0F);
     FreshEvaluation queens("QQQQQQQQ/QQQQQQQQ/QQQQQQQQ/QQQQQQQQ/qqqqqqqq/8/8/8 b - - 0 1");

@@ -12,6 +12,7 @@
 #include "generation/move_generator.h"
 #include "position/chess_position.h"
 #include "support/plain_evaluation.h"
+#include "support/positions.h"
 #include "support/shared_tables.h"
 
 namespace orvelin::test {
@@ -84,10 +85,10 @@ class Walk {
 };
 
 std::vector<std::string> const starts{
-    "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",
-    "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1",
-    "r3k2r/Pppp1ppp/1b3nbN/nP6/BBP1P3/q4N2/Pp1P2PP/R2Q1RK1 w kq - 0 1",
-    "8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 w - - 0 1",
+    positions::start,
+    positions::kiwipete,
+    positions::promotions,
+    positions::rook_ending,
     "2r3k1/1P3p1p/8/3p4/1B1P2b1/8/p4PPP/4R1K1 b - - 0 1",
     "4k2r/6pp/8/1P6/2P5/8/3p4/R3K3 w Qk - 0 1",
     "8/P5k1/8/2p5/5P2/1K6/6p1/8 w - - 0 1",

@@ -6,6 +6,7 @@
 
 #include "position/chess_position.h"
 #include "position/masks.h"
+#include "support/positions.h"
 #include "support/shared_tables.h"
 #include "support/squares.h"
 
@@ -142,7 +143,7 @@ TEST(Mobility, PawnAttacksDoNotWrapAroundTheBoard) {
 }
 
 TEST(Mobility, UnionsHoldTheKingButTheKingMapsStayEmpty) {
-    Maps const maps("7k/8/8/8/8/8/8/K7 w - - 0 1");
+    Maps const maps(positions::bare_kings_in_corners);
     EXPECT_EQ(maps.mobility.white_attacks(), squares({"a2", "b1", "b2"}));
     EXPECT_EQ(maps.mobility.black_attacks(), squares({"g8", "g7", "h7"}));
     EXPECT_FALSE(maps.mobility.white_king_attacks());
@@ -150,7 +151,7 @@ TEST(Mobility, UnionsHoldTheKingButTheKingMapsStayEmpty) {
 }
 
 TEST(Mobility, NeighbourhoodIsCutAtTheEdges) {
-    Maps const maps("7k/8/8/8/8/8/8/K7 w - - 0 1");
+    Maps const maps(positions::bare_kings_in_corners);
     EXPECT_EQ(maps.mobility.white_king_neighbourhood(), squares({"a1", "a2", "b1", "b2"}));
     EXPECT_EQ(maps.mobility.black_king_neighbourhood(), squares({"g8", "g7", "h8", "h7"}));
 }
@@ -217,7 +218,7 @@ TEST(Mobility, HangingPiecesAttackedByALesserPiece) {
 }
 
 TEST(Mobility, AttackOnAKingNeedsTwoAttackingTypes) {
-    Maps const none("7k/8/8/8/8/8/8/K7 w - - 0 1");
+    Maps const none(positions::bare_kings_in_corners);
     EXPECT_EQ(none.mobility.attackweight_black_king(), 0);
     EXPECT_EQ(none.mobility.attacks_on_black_king(), 0);
     Maps const queen("7k/8/5Q2/8/8/8/8/K7 w - - 0 1");
@@ -249,7 +250,7 @@ TEST(Mobility, AttacksOnAKingAreValuedByType) {
 }
 
 TEST(Mobility, EachStepByItselfGivesTheMapsOfTheWhole) {
-    std::string const fen = "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1";
+    std::string const fen = positions::kiwipete;
     Maps maps(fen);
     Mobility steps(shared_tables().attacks);
     ChessPosition const& position = maps.position;

@@ -7,6 +7,7 @@
 
 #include "position/chess_position.h"
 #include "position/move.h"
+#include "support/positions.h"
 #include "support/shared_tables.h"
 
 namespace orvelin {
@@ -50,8 +51,8 @@ std::vector<case_t> all_kinds() {
         {"4k3/8/8/8/8/8/2p5/4K3 b - - 0 1", move_of("c2", "c1", promo_knight, 9, 0)},
         {"4k3/8/8/3pP3/8/8/8/4K3 w - d6 0 1", move_of("e5", "d6", en_passant, 1, 9)},
         {"4k3/8/8/8/3pP3/8/8/4K3 b - e3 0 1", move_of("d4", "e3", en_passant, 9, 1)},
-        {"4k3/8/8/8/8/8/8/R3K2R w KQ - 0 1", move_of("e1", "h1", castling, 6, 0)},
-        {"4k3/8/8/8/8/8/8/R3K2R w KQ - 0 1", move_of("e1", "a1", castling, 6, 0)},
+        {positions::white_castlings, move_of("e1", "h1", castling, 6, 0)},
+        {positions::white_castlings, move_of("e1", "a1", castling, 6, 0)},
         {"r3k2r/8/8/8/8/8/8/4K3 b kq - 0 1", move_of("e8", "h8", castling, 14, 0)},
         {"r3k2r/8/8/8/8/8/8/4K3 b kq - 0 1", move_of("e8", "a8", castling, 14, 0)},
         // King and rook change places, or one of them stays where it is.
@@ -210,7 +211,7 @@ TEST(PieceSquareTablesTest, MakingAddsTheTargetBeforeItTakesTheOrigin) {
 }
 
 TEST(PieceSquareTablesTest, CastlingTakesTheOriginBeforeItAddsTheTarget) {
-    ChessPosition const position = position_of("4k3/8/8/8/8/8/8/R3K2R w KQ - 0 1");
+    ChessPosition const position = position_of(positions::white_castlings);
     PieceSquareTables tables;
     tables.init(position);
     float const king = tables.score(6).second;
@@ -232,7 +233,7 @@ TEST(PieceSquareTablesTest, CastlingTakesTheOriginBeforeItAddsTheTarget) {
 }
 
 TEST(PieceSquareTablesTest, APromotionThatDoesNotMoveUpIsBlacks) {
-    ChessPosition const position = position_of("4k3/8/8/8/8/8/8/4K3 w - - 0 1");
+    ChessPosition const position = position_of(positions::bare_kings);
     PieceSquareTables tables;
     tables.init(position);
     tables.make_move(move_of("c7", "c8", promo_queen, 1, 0));
@@ -299,7 +300,7 @@ void drift_in_the_end_game(PieceSquareTables& tables) {
 }
 
 TEST(PieceSquareTablesTest, VerifyToleratesAHundredthInEachHalf) {
-    ChessPosition const position = position_of("4k3/8/8/8/8/8/8/4K3 w - - 0 1");
+    ChessPosition const position = position_of(positions::bare_kings);
     for (auto const drift : {drift_in_the_middle_game, drift_in_the_end_game}) {
         PieceSquareTables tables;
         tables.init(position);
@@ -318,7 +319,7 @@ TEST(PieceSquareTablesTest, VerifyToleratesAHundredthInEachHalf) {
 
 // Where a king never castles from, in a word made by hand.
 TEST(PieceSquareTablesTest, CastlingFromAnyRankButTheFirstIsBlacks) {
-    ChessPosition const position = position_of("4k3/8/8/8/8/8/8/4K3 w - - 0 1");
+    ChessPosition const position = position_of(positions::bare_kings);
     for (char const* from : {"e2", "e4", "e7", "e8"}) {
         PieceSquareTables tables;
         tables.init(position);

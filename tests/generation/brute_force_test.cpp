@@ -7,6 +7,7 @@
 #include "generation/move_generator.h"
 #include "position/chess_position.h"
 #include "support/plain_board.h"
+#include "support/positions.h"
 #include "support/shared_tables.h"
 #include "support/test_config.h"
 
@@ -19,11 +20,11 @@ constexpr int plies_per_game = short_tests ? 30 : 80;
 
 /// Rich in castling, en passant, promotions, pins and checks; the last ones are Chess960.
 const std::string starts[] = {
-    "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",
-    "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1",
-    "8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 w - - 0 1",
-    "r3k2r/Pppp1ppp/1b3nbN/nP6/BBP1P3/q4N2/Pp1P2PP/R2Q1RK1 w kq - 0 1",
-    "rnbq1k1r/pp1Pbppp/2p5/8/2B5/8/PPP1NnPP/RNBQK2R w KQ - 1 8",
+    positions::start,
+    positions::kiwipete,
+    positions::rook_ending,
+    positions::promotions,
+    positions::promotion_by_capture,
     "n1n5/PPPk4/8/8/8/8/4Kppp/5N1N b - - 0 1",
     "4k3/pppppppp/8/8/8/8/PPPPPPPP/4K3 w - - 0 1",
     "r3k2r/8/8/8/8/8/8/R3K2R b KQkq - 0 1",

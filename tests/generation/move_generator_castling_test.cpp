@@ -1,4 +1,5 @@
 #include "generation/generator_fixture.h"
+#include "support/positions.h"
 
 namespace orvelin::test {
 
@@ -21,7 +22,7 @@ class CastlingTest : public GeneratorFixture {
 }  // namespace
 
 TEST_F(CastlingTest, BothSidesLowestRookFirst) {
-    EXPECT_EQ(castlings("r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1"), (texts_t{"e1a1", "e1h1"}));
+    EXPECT_EQ(castlings(positions::all_castlings), (texts_t{"e1a1", "e1h1"}));
     EXPECT_EQ(castlings("r3k2r/8/8/8/8/8/8/R3K2R b KQkq - 0 1"), (texts_t{"e8a8", "e8h8"}));
 }
 

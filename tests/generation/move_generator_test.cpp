@@ -8,12 +8,13 @@
 #include "generation/generator_fixture.h"
 #include "support/logic_error_text.h"
 #include "support/plain_board.h"
+#include "support/positions.h"
 
 namespace orvelin::test {
 
 namespace {
 
-const std::string start = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
+const std::string start = positions::start;
 
 using MoveGeneratorTest = GeneratorFixture;
 
@@ -36,8 +37,7 @@ TEST_F(MoveGeneratorTest, StartPositionHasTwentyMovesAndNoCaptures) {
 }
 
 TEST_F(MoveGeneratorTest, EveryMoveIsOfTheNormalClass) {
-    for (Move const& move :
-         moves("r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1")) {
+    for (Move const& move : moves(positions::kiwipete)) {
         EXPECT_EQ(move.xcode(), xnormal_move);
     }
 }

@@ -7,6 +7,7 @@
 
 #include "generation/tables.h"
 #include "position/chess_position.h"
+#include "support/positions.h"
 #include "support/session_player.h"
 #include "support/session_reader.h"
 #include "support/shared_tables.h"
@@ -25,24 +26,12 @@ struct perft_case_t {
 
 std::vector<perft_case_t> well_known_positions() {
     return {
-        {"start",
-         "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",
-         {20, 400, 8902, 197281, 4865609, 119060324}},
-        {"kiwipete",
-         "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1",
-         {48, 2039, 97862, 4085603, 193690690}},
-        {"rook_ending",
-         "8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 w - - 0 1",
-         {14, 191, 2812, 43238, 674624}},
-        {"promotions",
-         "r3k2r/Pppp1ppp/1b3nbN/nP6/BBP1P3/q4N2/Pp1P2PP/R2Q1RK1 w kq - 0 1",
-         {6, 264, 9467, 422333, 15833292}},
-        {"discovery",
-         "rnbq1k1r/pp1Pbppp/2p5/8/2B5/8/PPP1NnPP/RNBQK2R w KQ - 1 8",
-         {44, 1486, 62379, 2103487, 89941194}},
-        {"middle_game",
-         "r4rk1/1pp1qppp/p1np1n2/2b1p1B1/2B1P1b1/P1NP1N2/1PP1QPPP/R4RK1 w - - 0 10",
-         {46, 2079, 89890, 3894594, 164075551}},
+        {"start", positions::start, {20, 400, 8902, 197281, 4865609, 119060324}},
+        {"kiwipete", positions::kiwipete, {48, 2039, 97862, 4085603, 193690690}},
+        {"rook_ending", positions::rook_ending, {14, 191, 2812, 43238, 674624}},
+        {"promotions", positions::promotions, {6, 264, 9467, 422333, 15833292}},
+        {"discovery", positions::promotion_by_capture, {44, 1486, 62379, 2103487, 89941194}},
+        {"middle_game", positions::quiet_middle_game, {46, 2079, 89890, 3894594, 164075551}},
     };
 }
 

@@ -6,15 +6,15 @@
 
 #include "position/masks.h"
 #include "support/logic_error_text.h"
+#include "support/positions.h"
 
 namespace orvelin {
 namespace {
 
 using test::logic_error_text;
 
-const std::string start = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
-const std::string middle_game =
-    "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1";
+const std::string start = positions::start;
+const std::string middle_game = positions::kiwipete;
 
 BoardPosition board_of(std::string const& fen) {
     BoardPosition board;

@@ -5,6 +5,7 @@
 
 #include "generation/tables.h"
 #include "position/chess_position.h"
+#include "support/positions.h"
 #include "support/shared_tables.h"
 
 namespace orvelin {
@@ -179,7 +180,7 @@ TEST_F(AttackQueries, BlockedAttackersSeeThroughAWall) {
 }
 
 TEST_F(AttackQueries, WeakestAttackerGoesByKind) {
-    position.fen("8/8/8/8/8/8/8/8 w - - 0 1");
+    position.fen(positions::empty_board);
     const std::pair<int, char const*> white_pieces[] = {{6, "e6"}, {5, "d1"}, {4, "a5"},
                                                         {3, "a2"}, {2, "f6"}, {1, "c4"}};
     for (auto const& [type, name] : white_pieces) {

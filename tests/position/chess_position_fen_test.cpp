@@ -4,12 +4,13 @@
 
 #include "generation/tables.h"
 #include "position/chess_position.h"
+#include "support/positions.h"
 #include "support/shared_tables.h"
 
 namespace orvelin {
 namespace {
 
-const std::string start_fen = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
+const std::string start_fen = positions::start;
 
 class FenTest : public ::testing::Test {
  protected:
@@ -29,8 +30,8 @@ TEST_F(FenTest, StartPositionReadsAndWritesTheSameText) {
 }
 
 TEST_F(FenTest, EmptyBoardHasNoKingsAndNoPins) {
-    position.fen("8/8/8/8/8/8/8/8 w - - 0 1");
-    EXPECT_EQ(position.fen(), "8/8/8/8/8/8/8/8 w - - 0 1");
+    position.fen(positions::empty_board);
+    EXPECT_EQ(position.fen(), positions::empty_board);
     EXPECT_EQ(position.white_kingsfield().id(), 64);
     EXPECT_EQ(position.black_kingsfield().id(), 64);
     EXPECT_FALSE(position.pinned_pieces());
@@ -82,7 +83,7 @@ TEST_F(FenTest, RooksOfTheOtherColourDoNotCount) {
 
 TEST_F(FenTest, FileLettersReadLikeSideLettersInTheCorners) {
     EXPECT_EQ(rights_of("r3k2r/8/8/8/8/8/8/R3K2R", "AHah"), 0x8181);
-    EXPECT_EQ(position.fen(), "r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1");
+    EXPECT_EQ(position.fen(), positions::all_castlings);
 }
 
 TEST_F(FenTest, EveryFileLetterSetsItsBit) {
@@ -116,7 +117,7 @@ TEST_F(FenTest, WriterUsesFileLettersUnderTheChess960Flag) {
 
 TEST_F(FenTest, WriterKeepsTheOrderOfTheLetters) {
     position.fen("r3k2r/8/8/8/8/8/8/R3K2R w qkQK - 0 1");
-    EXPECT_EQ(position.fen(), "r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1");
+    EXPECT_EQ(position.fen(), positions::all_castlings);
     position.fen("r3k2r/8/8/8/8/8/8/R3K2R w kQ - 0 1");
     EXPECT_EQ(position.fen(), "r3k2r/8/8/8/8/8/8/R3K2R w Qk - 0 1");
 }
@@ -135,7 +136,7 @@ TEST_F(FenTest, MissingCountersReadAsZeroAndOne) {
     position.fen("4k3/8/8/8/8/8/8/4K3 w - -");
     EXPECT_EQ(position.get_dfz(), 0);
     EXPECT_EQ(position.move_number(), 1);
-    EXPECT_EQ(position.initial_position(), "4k3/8/8/8/8/8/8/4K3 w - - 0 1");
+    EXPECT_EQ(position.initial_position(), positions::bare_kings);
 }
 
 TEST_F(FenTest, MissingFieldsReadAsEmptyText) {
@@ -148,13 +149,13 @@ TEST_F(FenTest, MissingFieldsReadAsEmptyText) {
 
 TEST_F(FenTest, CountersThatAreNoNumberAreReplaced) {
     position.fen("4k3/8/8/8/8/8/8/4K3 w - - x y");
-    EXPECT_EQ(position.initial_position(), "4k3/8/8/8/8/8/8/4K3 w - - 0 1");
-    EXPECT_EQ(position.fen(), "4k3/8/8/8/8/8/8/4K3 w - - 0 1");
+    EXPECT_EQ(position.initial_position(), positions::bare_kings);
+    EXPECT_EQ(position.fen(), positions::bare_kings);
 }
 
 TEST_F(FenTest, CountersOutOfRangeAreReplaced) {
     position.fen("4k3/8/8/8/8/8/8/4K3 w - - 2147483648 99999999999999999999");
-    EXPECT_EQ(position.initial_position(), "4k3/8/8/8/8/8/8/4K3 w - - 0 1");
+    EXPECT_EQ(position.initial_position(), positions::bare_kings);
     EXPECT_EQ(position.get_dfz(), 0);
     EXPECT_EQ(position.move_number(), 1);
 }
@@ -238,8 +239,8 @@ struct reference_t {
 
 TEST_F(FenTest, ReferencePositionsHaveTheirKeysAndSets) {
     const reference_t references[] = {
-        {"r3k2r/Pppp1ppp/1b3nbN/nP6/BBP1P3/q4N2/Pp1P2PP/R2Q1RK1 w kq - 0 1", 0x297175BA443B0558,
-         0xB1FEC8C12DF81BF1, 0x0001222800012227, true, 0, 0},
+        {positions::promotions, 0x297175BA443B0558, 0xB1FEC8C12DF81BF1, 0x0001222800012227, true, 0,
+         0},
         {"7k/8/8/K1pP4/8/8/8/8 w - c6 0 1", 0xA508CEEFB4FA8F00, 0xFCE53E37373BD57A,
          0x0000000100000001, false, 0, 0},
         {"7k/8/8/8/8/8/8/rRK5 w B - 0 1", 0xED05C1512CD94267, 0, 0x0000100000001000, false, 2, 0},
@@ -263,7 +264,7 @@ TEST_F(FenTest, ReferencePositionsHaveTheirKeysAndSets) {
 
 TEST_F(FenTest, IdsThatAreNoPieceAreWrittenAsBlanks) {
     for (int const id : {7, 8, 15}) {
-        position.fen("4k3/8/8/8/8/8/8/4K3 w - - 0 1");
+        position.fen(positions::bare_kings);
         position.set_piece_on(Square("c3"), Piece(id));
         EXPECT_EQ(position.fen(), "4k3/8/8/8/8/2 5/8/4K3 w - - 0 1") << id;
     }

@@ -9,6 +9,7 @@
 #include "position/square.h"
 #include "support/chess960_positions.h"
 #include "support/perft.h"
+#include "support/positions.h"
 #include "support/shared_tables.h"
 
 namespace orvelin::test {
@@ -19,11 +20,10 @@ class MirrorTest : public SetupTest {
     /// Ordinary positions: rights of both notations, en passant, pins and a check.
     static std::vector<std::string> some_fens() {
         std::vector<std::string> fens = random_chess960_fens(shared_tables(), 20);
-        fens.insert(fens.end(),
-                    {start_fen, "r3k2r/Pppp1ppp/1b3nbN/nP6/BBP1P3/q4N2/Pp1P2PP/R2Q1RK1 w kq - 0 1",
-                     "rnbqkbnr/pppp2pp/8/4pp2/8/N3P3/PPPP1PPP/R1BQKBNR w KQkq e6 0 3",
-                     "7k/8/8/8/8/8/8/rRK5 w B - 0 1", "7k/6Q1/6K1/8/8/8/8/8 b - - 7 40",
-                     "1R3Qk1/5pp1/8/5P1p/n7/6P1/2P2P1P/6K1 b - - 0 29"});
+        fens.insert(fens.end(), {start_fen, positions::promotions,
+                                 "rnbqkbnr/pppp2pp/8/4pp2/8/N3P3/PPPP1PPP/R1BQKBNR w KQkq e6 0 3",
+                                 "7k/8/8/8/8/8/8/rRK5 w B - 0 1", "7k/6Q1/6K1/8/8/8/8/8 b - - 7 40",
+                                 "1R3Qk1/5pp1/8/5P1p/n7/6P1/2P2P1P/6K1 b - - 0 29"});
         return fens;
     }
 
@@ -74,7 +74,7 @@ TEST_F(FlipTest, MirrorsPiecesRightsAndEnPassantAndKeepsTheCounters) {
 }
 
 TEST_F(FlipTest, WhitesRightOnH1BecomesBlacksOnH8) {
-    position.fen("4k3/8/8/8/8/8/8/4K2R w K - 0 1");
+    position.fen(positions::white_short_castling);
     EXPECT_EQ(position.castlingrights(), 0x0080);
     position.flip();
     EXPECT_EQ(position.castlingrights(), 0x8000);
@@ -150,7 +150,7 @@ TEST_F(FlopTest, MirrorsPiecesRightsAndEnPassantAndKeepsTheCounters) {
 }
 
 TEST_F(FlopTest, WhitesRightOnH1BecomesHisRightOnA1) {
-    position.fen("4k3/8/8/8/8/8/8/4K2R w K - 0 1");
+    position.fen(positions::white_short_castling);
     position.flop();
     EXPECT_EQ(position.castlingrights(), 0x0001);
     EXPECT_EQ(position.fen(), "3k4/8/8/8/8/8/8/R2K4 w Q - 0 1");
@@ -219,7 +219,7 @@ TEST_F(MirrorTest, MirroringAnyTextTouchesNoForeignMemory) {
 // A king that promotes to a knight becomes an id that is no piece and has no letter.
 TEST_F(MirrorTest, MirroringAnIdThatIsNoPieceTouchesNoForeignMemory) {
     for (bool const top_to_bottom : {true, false}) {
-        position.fen("4k3/8/8/8/8/8/8/R3K2R w KQ - 0 1");
+        position.fen(positions::white_castlings);
         position.make_move(Square("e1"), Square("e2"), promo_knight);
         ASSERT_EQ(position.get_piece_id_from(Square("e2")), 7);
         if (top_to_bottom) {

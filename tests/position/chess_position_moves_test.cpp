@@ -6,12 +6,13 @@
 
 #include "generation/tables.h"
 #include "position/chess_position.h"
+#include "support/positions.h"
 #include "support/shared_tables.h"
 
 namespace orvelin {
 namespace {
 
-const std::string castling_fen = "r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1";
+const std::string castling_fen = positions::all_castlings;
 
 class MakeMoveTest : public ::testing::Test {
  protected:
@@ -268,7 +269,7 @@ TEST_F(MakeMoveTest, IllegalMovesTouchNoForeignMemory) {
     std::mt19937 random(20260101);
     auto const draw = [&random](unsigned limit) { return static_cast<int>(random() % limit); };
     const std::string fens[] = {
-        "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",
+        positions::start,
         "kkkkkkkk/pppppppp/qqqqqqqq/8/8/QQQQQQQQ/PPPPPPPP/KKKKKKKK b ABCabc "
         "h3 0 1",
         "pppppppp/8/8/8/8/8/8/PPPPPPPP w KQkq a6 65535 1"};

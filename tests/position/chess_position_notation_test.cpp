@@ -5,6 +5,7 @@
 
 #include "generation/tables.h"
 #include "position/chess_position.h"
+#include "support/positions.h"
 #include "support/shared_tables.h"
 
 namespace orvelin {
@@ -47,7 +48,7 @@ TEST_F(NotationTest, PairWithoutAPieceHasCodeZero) {
 }
 
 TEST_F(NotationTest, KingOnOwnRookIsCastling) {
-    position.fen("r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1");
+    position.fen(positions::all_castlings);
     EXPECT_EQ(pair("e1", "h1").code(), castling);
     EXPECT_EQ(pair("e1", "h1").capture_id(), 0);
     EXPECT_EQ(pair("e1", "a1").code(), castling);
@@ -127,7 +128,7 @@ TEST_F(NotationTest, OtherwiseTheCallersCodeStays) {
 }
 
 TEST_F(NotationTest, StandardCastlingTextIsRewritten) {
-    const std::string fen = "r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1";
+    const std::string fen = positions::all_castlings;
     const std::pair<char const*, char const*> texts[] = {
         {"e1g1", "h1"}, {"e1c1", "a1"}, {"e8g8", "h8"}, {"e8c8", "a8"}};
     for (auto const& [standard, rook] : texts) {
@@ -203,7 +204,7 @@ TEST_F(NotationTest, CastlingTextNeedsKingRookAndAnEmptySquare) {
 }
 
 TEST_F(NotationTest, CastlingTextWithAFifthLetterIsNotRewritten) {
-    position.fen("4k3/8/8/8/8/8/8/4K2R w K - 0 1");
+    position.fen(positions::white_short_castling);
     EXPECT_EQ(text("e1g1x").to(), Square("g1"));
 }
 
@@ -276,7 +277,7 @@ TEST_F(NotationTest, BadTextIsReported) {
 }
 
 TEST_F(NotationTest, HistoryListsTheMovesInOrder) {
-    position.fen("4k3/8/8/8/8/8/8/4K2R w K - 0 1");
+    position.fen(positions::white_short_castling);
     EXPECT_TRUE(position.moves_history().empty());
     EXPECT_EQ(position.history_str(), "");
     const Move castle = text("e1g1");

@@ -8,13 +8,14 @@
 #include <utility>
 
 #include "generation/tables.h"
+#include "support/positions.h"
 #include "support/shared_tables.h"
 
 namespace orvelin {
 namespace {
 
-const std::string start_fen = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
-const std::string castling_fen = "r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1";
+const std::string start_fen = positions::start;
+const std::string castling_fen = positions::all_castlings;
 
 class ChessPositionTest : public ::testing::Test {
  protected:
@@ -33,8 +34,8 @@ TEST_F(ChessPositionTest, EveryConstructorTakesTheNextId) {
 }
 
 TEST_F(ChessPositionTest, IsClearedWhenConstructed) {
-    EXPECT_EQ(position.initial_position(), "8/8/8/8/8/8/8/8 w - - 0 1");
-    EXPECT_EQ(position.fen(), "8/8/8/8/8/8/8/8 w - - 0 1");
+    EXPECT_EQ(position.initial_position(), positions::empty_board);
+    EXPECT_EQ(position.fen(), positions::empty_board);
     ASSERT_EQ(position.history().size(), 1U);
     EXPECT_EQ(position.ep().id(), 64);
     EXPECT_EQ(position.white_kingsfield().id(), 64);
@@ -53,7 +54,7 @@ TEST_F(ChessPositionTest, ClearForgetsTheGame) {
     play("e2e4");
     position.clear();
     EXPECT_EQ(position.stm(), 1);
-    EXPECT_EQ(position.fen(), "8/8/8/8/8/8/8/8 w - - 0 1");
+    EXPECT_EQ(position.fen(), positions::empty_board);
     EXPECT_EQ(position.history().size(), 1U);
     EXPECT_EQ(position.get_make_move_counter(), 0U);
     EXPECT_EQ(position.materialindex().index(), 0U);

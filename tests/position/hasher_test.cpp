@@ -6,12 +6,13 @@
 
 #include "generation/tables.h"
 #include "position/chess_position.h"
+#include "support/positions.h"
 #include "support/shared_tables.h"
 
 namespace orvelin {
 namespace {
 
-const std::string start_fen = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
+const std::string start_fen = positions::start;
 
 class HasherTest : public ::testing::Test {
  protected:
@@ -178,7 +179,7 @@ TEST_F(HasherTest, PromotionReadsTheColourFromTheSenseOfTheMove) {
 
 // Not the side to move, nor the colour of the pawn: only illegal words tell them apart.
 TEST_F(HasherTest, SenseOfTheMoveTellsWhereTheEnPassantVictimStands) {
-    for (char const* fen : {"4k3/8/8/8/8/8/8/4K3 w - - 0 1", "4k3/8/8/8/8/8/8/4K3 b - - 0 1"}) {
+    for (char const* fen : {positions::bare_kings, "4k3/8/8/8/8/8/8/4K3 b - - 0 1"}) {
         position.fen(std::string(fen));
         for (int const pawn : {int{white_pawn}, int{black_pawn}}) {
             int const victim = pawn ^ 8;
@@ -261,8 +262,8 @@ INSTANTIATE_TEST_SUITE_P(
         move_case_t{"WhiteRookPromotionWithCapture", "1n2k3/P7/8/8/8/8/8/4K3 w - - 0 1", "a7b8r"},
         move_case_t{"BlackBishopPromotion", "4k3/8/8/8/8/8/p7/4K3 b - - 0 1", "a2a1b"},
         move_case_t{"BlackKnightPromotionWithCapture", "4k3/8/8/8/8/8/p7/1N2K3 b - - 0 1", "a2b1n"},
-        move_case_t{"WhiteKingSide", "4k3/8/8/8/8/8/8/R3K2R w KQ - 0 1", "e1g1"},
-        move_case_t{"WhiteQueenSide", "4k3/8/8/8/8/8/8/R3K2R w KQ - 0 1", "e1c1"},
+        move_case_t{"WhiteKingSide", positions::white_castlings, "e1g1"},
+        move_case_t{"WhiteQueenSide", positions::white_castlings, "e1c1"},
         move_case_t{"BlackKingSide", "r3k2r/8/8/8/8/8/8/4K3 b kq - 0 1", "e8g8"},
         move_case_t{"BlackQueenSide", "r3k2r/8/8/8/8/8/8/4K3 b kq - 0 1", "e8c8"},
         move_case_t{"KingAndRookChangePlaces", "4k3/8/8/8/8/8/8/5KR1 w G - 0 1", "f1g1"},

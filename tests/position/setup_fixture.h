@@ -6,6 +6,7 @@
 #include "generation/tables.h"
 #include "position/chess_position.h"
 #include "position/move.h"
+#include "support/positions.h"
 #include "support/shared_tables.h"
 
 namespace orvelin::test {
@@ -13,8 +14,7 @@ namespace orvelin::test {
 /// A position, and the test that it stands as a new game.
 class SetupTest : public testing::Test {
  protected:
-    static inline const std::string start_fen =
-        "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
+    static inline const std::string start_fen = positions::start;
 
     void play(std::string const& text) { position.make_move(position.convert_to_move(text)); }
 

@@ -14,12 +14,13 @@
 #include "search/action.h"
 #include "support/analysis_probe.h"
 #include "support/engine_fixture.h"
+#include "support/positions.h"
 #include "support/text_pattern.h"
 
 namespace orvelin::test {
 namespace {
 
-constexpr char const* last_fen = "r2q2k1/pp1rbppp/4pn2/2P5/1P3B2/6P1/P3QPBP/1R3RK1 w - - 0 1";
+constexpr char const* last_fen = positions::last_of_bench;
 
 class EngineBenchTest : public EngineFixture {
  protected:

@@ -13,6 +13,7 @@
 #include "support/analysis_probe.h"
 #include "support/engine_fixture.h"
 #include "support/installed_book.h"
+#include "support/positions.h"
 #include "support/working_directory.h"
 
 namespace orvelin::test {
@@ -20,7 +21,7 @@ namespace {
 
 using lines_t = std::vector<std::string>;
 
-std::string const castling_fen = "r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1";
+std::string const castling_fen = positions::all_castlings;
 
 /// Knights that go out and back: after four moves the start position is on the board again.
 std::string knight_moves(int count) {

@@ -8,13 +8,14 @@
 #include "support/analysis_probe.h"
 #include "support/engine_fixture.h"
 #include "support/logic_error_text.h"
+#include "support/positions.h"
 
 namespace orvelin::test {
 namespace {
 
 using lines_t = std::vector<std::string>;
 
-constexpr char const* other_fen = "r2q2k1/pp1rbppp/4pn2/2P5/1P3B2/6P1/P3QPBP/1R3RK1 w - - 0 1";
+constexpr char const* other_fen = positions::last_of_bench;
 
 class EnginePositionTest : public EngineFixture {
  protected:

@@ -12,6 +12,7 @@
 #include "protocol/book_fixture.h"
 #include "protocol/engine_directory_fixture.h"
 #include "support/installed_book.h"
+#include "support/positions.h"
 #include "support/program.h"
 #include "support/test_config.h"
 
@@ -20,7 +21,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string const start_fen = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
+std::string const start_fen = positions::start;
 std::string const use_book = "setoption name OwnBook value true";
 
 /// The real engine in a directory of its own that may hold a book.
@@ -248,7 +249,7 @@ TEST_F(ProcessBookTest, TheAnswerIsNotLogged) {
 }
 
 TEST_F(ProcessBookTest, CastlingIsWrittenAsTheOptionSays) {
-    std::string const fen = "4k3/8/8/8/8/8/8/4K2R w K - 0 1";
+    std::string const fen = positions::white_short_castling;
     start(book_bytes({book_line(fen, "e1h1")}));
     engine->send_all({use_book, "position fen " + fen, "go"});
     EXPECT_EQ(engine->find("bestmove"), "bestmove e1g1");

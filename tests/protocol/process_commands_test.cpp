@@ -7,6 +7,7 @@
 
 #include "support/data_file.h"
 #include "support/engine_process.h"
+#include "support/positions.h"
 #include "support/referee.h"
 #include "support/test_config.h"
 #include "support/text_pattern.h"
@@ -17,7 +18,7 @@ namespace {
 using lines_t = std::vector<std::string>;
 using namespace std::chrono_literals;
 
-std::string const start_fen = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
+std::string const start_fen = positions::start;
 
 /// The position that the engine holds. A bad `usermove` prints it, and ends the process.
 std::string final_fen(EngineProcess& engine) {
@@ -296,12 +297,10 @@ TEST(ProcessBenchTest, TheReportIsWrittenToTheByteButForTheTimes) {
                tail;
     };
     lines_t const expected{
-        result("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1", "1172417",
-               "ebf=2.8  eval=74  bestmove e2e4"),
+        result(positions::start, "1172417", "ebf=2.8  eval=74  bestmove e2e4"),
         result("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w - - 0 1", "443654",
                "ebf=2.4  eval=32  bestmove d2d4"),
-        result("r2q2k1/pp1rbppp/4pn2/2P5/1P3B2/6P1/P3QPBP/1R3RK1 w - - 0 1", "414152",
-               "ebf=2.3  eval=313  bestmove c5c6"),
+        result(positions::last_of_bench, "414152", "ebf=2.3  eval=313  bestmove c5c6"),
         "-------------------------------------",
         "nodes: \t2030223",
         "time: \t\\d+",
@@ -311,7 +310,7 @@ TEST(ProcessBenchTest, TheReportIsWrittenToTheByteButForTheTimes) {
     for (std::size_t i = 0; i < expected.size(); ++i) {
         EXPECT_TRUE(matches(lines[i], expected[i])) << lines[i];
     }
-    EXPECT_EQ(final_fen(engine), "r2q2k1/pp1rbppp/4pn2/2P5/1P3B2/6P1/P3QPBP/1R3RK1 w - - 0 1");
+    EXPECT_EQ(final_fen(engine), positions::last_of_bench);
 }
 #endif
 

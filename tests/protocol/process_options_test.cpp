@@ -11,12 +11,13 @@
 
 #include "protocol/engine_directory_fixture.h"
 #include "support/data_file.h"
+#include "support/positions.h"
 #include "support/referee.h"
 
 namespace orvelin::test {
 namespace {
 
-std::string const start_fen = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
+std::string const start_fen = positions::start;
 /// Only the kings can move, so that deep iterations take no time.
 std::string const locked_fen = "4k3/8/8/p1p1p1p1/P1P1P1P1/8/8/4K3 w - - 0 1";
 /// White has more than fifty moves and no mate.

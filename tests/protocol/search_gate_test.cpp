@@ -6,12 +6,13 @@
 
 #include "support/analysis_fixture.h"
 #include "support/logic_error_text.h"
+#include "support/positions.h"
 
 namespace orvelin::test {
 
 namespace {
 
-std::string const start = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
+std::string const start = positions::start;
 
 /// A gate without an analysis thread: action and status change only where the test says so.
 class SearchGateTest : public AnalysisFixture {

@@ -3,6 +3,7 @@
 
 #include "search/tt_move.h"
 #include "support/analysis_fixture.h"
+#include "support/positions.h"
 
 namespace orvelin::test {
 
@@ -13,9 +14,9 @@ using AnalysisMoves = AnalysisFixture;
 /// Positions with castling on both sides, en passant, promotions, captures, checks and a start
 /// array of Chess960.
 std::array<char const*, 6> const positions = {
-    "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1",
+    positions::kiwipete,
     "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R b KQkq - 3 7",
-    "r3k2r/Pppp1ppp/1b3nbN/nP6/BBP1P3/q4N2/Pp1P2PP/R2Q1RK1 w kq - 0 1",
+    positions::promotions,
     "r2q1rk1/pP1p2pp/Q4n2/bbp1p3/Np6/1B3NBn/pPPP1PPP/R3K2R b KQ - 0 1",
     "8/8/8/1Ppp3r/1K3p1k/8/4P1P1/1R6 w - c6 0 3",
     "nqbrknbr/pppppppp/8/8/8/8/PPPPPPPP/NQBRKNBR w HDhd - 0 1"};
@@ -82,7 +83,7 @@ TEST_F(AnalysisMoves, UnmakeReadsTheClassOfItsArgument) {
 }
 
 TEST_F(AnalysisMoves, UnmakeTakesBackTheMoveOfThePosition) {
-    set("4k3/8/8/8/8/8/8/R3K2R w KQ - 0 1");
+    set(positions::white_castlings);
     ChessPosition const before = position_;
     analysis_.make_move(move("e1h1"));
     // Another word than the one made: the board follows the state stack, not the argument.

@@ -5,12 +5,13 @@
 #include <thread>
 
 #include "support/analysis_fixture.h"
+#include "support/positions.h"
 
 namespace orvelin::test {
 
 namespace {
 
-std::string const start = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
+std::string const start = positions::start;
 constexpr std::uint64_t no_limit = std::uint64_t{1} << 62;
 
 using AnalysisTest = AnalysisFixture;

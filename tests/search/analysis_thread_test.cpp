@@ -6,12 +6,13 @@
 #include <vector>
 
 #include "support/analysis_fixture.h"
+#include "support/positions.h"
 
 namespace orvelin::test {
 
 namespace {
 
-std::string const start = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
+std::string const start = positions::start;
 
 class AnalysisThread : public AnalysisFixture {
  protected:
@@ -190,7 +191,7 @@ TEST_F(AnalysisThread, QuitDuringASearchWaitsForItsEnd) {
 }
 
 TEST_F(AnalysisThread, StopFromAnotherThreadLeavesPositionAndBestMove) {
-    set("r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1");
+    set(positions::kiwipete);
     ChessPosition const before = position_;
     start_thread();
     for (std::uint64_t round = 0; round < 5; ++round) {

@@ -4,6 +4,7 @@
 #include "position/board_position.h"
 #include "support/analysis_fixture.h"
 #include "support/position_record.h"
+#include "support/positions.h"
 
 namespace orvelin::test {
 
@@ -194,7 +195,7 @@ TEST_F(Exchange, SquareGivesTheBestOfCapturingAndNot) {
 }
 
 TEST_F(Exchange, BoardComesBack) {
-    set("r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1");
+    set(positions::kiwipete);
     ChessPosition const before = position_;
     for (Move const& candidate : moves()) {
         analysis_.see(candidate);
@@ -205,7 +206,7 @@ TEST_F(Exchange, BoardComesBack) {
 }
 
 TEST_F(Exchange, CorruptSideToMoveFails) {
-    set("7k/8/8/8/8/8/8/K7 w - - 0 1");
+    set(positions::bare_kings_in_corners);
     BoardPosition& board = const_cast<BoardPosition&>(position_.board());
     for (int const side : {2, -1}) {
         board.*side_member() = side;

@@ -9,13 +9,14 @@
 #include <vector>
 
 #include "support/analysis_fixture.h"
+#include "support/positions.h"
 
 namespace orvelin::test {
 
 namespace {
 
-std::string const start = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
-std::string const kiwipete = "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1";
+std::string const start = positions::start;
+std::string const kiwipete = positions::kiwipete;
 
 class IterativeSearchLimits : public AnalysisFixture {
  protected:

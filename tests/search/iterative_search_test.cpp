@@ -4,14 +4,15 @@
 #include <vector>
 
 #include "support/analysis_fixture.h"
+#include "support/positions.h"
 #include "support/test_config.h"
 
 namespace orvelin::test {
 
 namespace {
 
-std::string const start = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
-std::string const kiwipete = "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1";
+std::string const start = positions::start;
+std::string const kiwipete = positions::kiwipete;
 std::string const stalemate = "7k/8/8/8/8/8/5q2/7K w - - 0 1";
 std::string const mated = "6k1/5ppp/8/8/8/8/5PPP/3r2K1 w - - 0 1";
 constexpr int infinity = 32000;
@@ -246,9 +247,8 @@ TEST_F(IterativeSearch, WindowsOfRealSearchesFollowTheRule) {
     int high = 0;
     int opened = 0;
     for (std::string const& fen :
-         {start, kiwipete,
-          std::string("r2q2k1/pp1rbppp/4pn2/2P5/1P3B2/6P1/P3QPBP/1R3RK1 w - - 0 1"),
-          std::string("8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 w - - 0 1"),
+         {start, kiwipete, std::string(positions::last_of_bench),
+          std::string(positions::rook_ending),
           std::string("r1bq1rk1/pp2bppp/2n1pn2/3p4/2PP4/2N1BN2/PP3PPP/R2QKB1R w KQ - 0 9"),
           std::string("4k3/8/8/3q4/8/8/3R4/3QK3 w - - 0 1")}) {
         set(fen);

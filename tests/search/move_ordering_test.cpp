@@ -3,12 +3,13 @@
 #include <utility>
 
 #include "support/analysis_fixture.h"
+#include "support/positions.h"
 
 namespace orvelin::test {
 
 namespace {
 
-std::string const start = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
+std::string const start = positions::start;
 /// Queen moves to f3 and h5 threaten mate by taking on f7.
 std::string const threat = "r1bqkbnr/pppp1ppp/2n5/4p3/2B1P3/8/PPPP1PPP/RNBQK1NR w KQkq - 0 1";
 
@@ -387,7 +388,7 @@ TEST_F(MoveOrdering, MarkedMovesLetTheCountDriftBelowZero) {
 }
 
 TEST_F(MoveOrdering, SortIsTheUnstableExchangeSort) {
-    set("r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1");
+    set(positions::kiwipete);
     raise("a2a3", 3);
     probe_.killers().set_killer(0, move("e5d3"));
     std::vector<Move> expected = moves();

@@ -6,12 +6,13 @@
 
 #include "search/tt_move.h"
 #include "support/analysis_fixture.h"
+#include "support/positions.h"
 
 namespace orvelin::test {
 
 namespace {
 
-std::string const start = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
+std::string const start = positions::start;
 
 using Node = AnalysisFixture;
 

@@ -5,12 +5,13 @@
 
 #include "search/tt_move.h"
 #include "support/analysis_fixture.h"
+#include "support/positions.h"
 
 namespace orvelin::test {
 
 namespace {
 
-std::string const start = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
+std::string const start = positions::start;
 std::string const knights = "4k3/pp3p2/2n5/8/8/2N5/PP3P2/4K3 w - - 0 1";
 /// White takes a queen for nothing.
 std::string const free_queen = "6k1/5ppp/8/3q4/4P3/8/5PPP/6K1 w - - ";

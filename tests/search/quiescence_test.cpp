@@ -2,6 +2,7 @@
 #include <string>
 
 #include "support/analysis_fixture.h"
+#include "support/positions.h"
 
 namespace orvelin::test {
 
@@ -143,7 +144,7 @@ TEST_F(Quiescence, NoLegalLineComesNearThePlyAtWhichItIsCut) {
 }
 
 TEST_F(Quiescence, StateComesBack) {
-    set("r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1");
+    set(positions::kiwipete);
     probe_.ply(3);
     ChessPosition const before = position_;
     analysis_.quiescence(-infinity, infinity, 0);

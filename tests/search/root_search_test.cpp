@@ -2,12 +2,13 @@
 #include <vector>
 
 #include "support/analysis_fixture.h"
+#include "support/positions.h"
 
 namespace orvelin::test {
 
 namespace {
 
-std::string const start = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
+std::string const start = positions::start;
 std::string const knights = "4k3/pp3p2/2n5/8/8/2N5/PP3P2/4K3 w - - 0 1";
 /// White is a queen down: scores are far below 0.
 std::string const lost = "3qk3/pp3p2/2n5/8/8/2N5/PP3P2/4K3 w - - 0 1";

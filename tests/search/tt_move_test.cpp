@@ -8,6 +8,7 @@
 #include "position/move.h"
 #include "position/piece.h"
 #include "position/square.h"
+#include "support/positions.h"
 #include "support/shared_tables.h"
 
 namespace orvelin {
@@ -93,7 +94,7 @@ TEST_F(TTmoveTest, ZeroWordMakesTheEmptyMove) {
 }
 
 TEST_F(TTmoveTest, CastlingCapturesNothing) {
-    ChessPosition const& here = position("4k3/8/8/8/8/8/8/4K2R w K - 0 1");
+    ChessPosition const& here = position(positions::white_short_castling);
     TTmove const castle = move_of("e1", "h1", castling);
     EXPECT_EQ(castle(here).piece_id(), white_king);
     EXPECT_EQ(castle(here).capture_id(), no_piece);

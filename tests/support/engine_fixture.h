@@ -14,10 +14,11 @@
 #include "protocol/engine.h"
 #include "search/action.h"
 #include "search/analysis.h"
+#include "support/positions.h"
 
 namespace orvelin::test {
 
-inline const std::string start_fen = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
+inline const std::string start_fen = positions::start;
 
 /// An engine without the process around it: the test hands it lines and steps its ticks.
 class EngineFixture : public ::testing::Test {

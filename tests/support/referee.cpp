@@ -3,13 +3,14 @@
 #include <algorithm>
 
 #include "support/data_file.h"
+#include "support/positions.h"
 #include "support/shared_tables.h"
 
 namespace orvelin::test {
 
 namespace {
 
-std::string const start_position = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
+std::string const start_position = positions::start;
 
 bool reads(Move const& move, std::string const& text) {
     return move.algebraic(false) == text || move.algebraic(true) == text;

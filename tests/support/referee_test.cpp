@@ -4,6 +4,8 @@
 #include <initializer_list>
 #include <string>
 
+#include "support/positions.h"
+
 namespace orvelin::test {
 
 namespace {
@@ -32,7 +34,7 @@ TEST(RefereeTest, TellsHowAGameEnds) {
 
 TEST(RefereeTest, TakesCastlingInEitherNotation) {
     for (char const* const castling : {"e1g1", "e1h1"}) {
-        Referee referee("4k3/8/8/8/8/8/8/4K2R w K - 0 1");
+        Referee referee(positions::white_short_castling);
         EXPECT_TRUE(referee.play(castling));
         EXPECT_TRUE(referee.fen().starts_with("4k3/8/8/8/8/8/8/5RK1 b "));
         EXPECT_TRUE(referee.known());
@@ -52,7 +54,7 @@ TEST(RefereeTest, LosesThePositionByAnIllegalMoveUntilTheNextStart) {
 }
 
 TEST(RefereeTest, TellsTheCommandThatLeadsToThePosition) {
-    Referee referee("4k3/8/8/8/8/8/8/4K2R w K - 0 1");
+    Referee referee(positions::white_short_castling);
     referee.play("e1g1");
     referee.play("e8e7");
     EXPECT_EQ(referee.command(), "position fen 4k3/8/8/8/8/8/8/4K2R w K - 0 1 moves e1g1 e8e7");

@@ -9,6 +9,7 @@
 #include "support/chess960_positions.h"
 #include "support/data_file.h"
 #include "support/engine_process.h"
+#include "support/positions.h"
 #include "support/referee.h"
 #include "support/shared_tables.h"
 
@@ -18,13 +19,13 @@ namespace {
 
 constexpr int max_plies = 2000;
 
-std::string const start_fen = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
+std::string const start_fen = positions::start;
 
 constexpr std::array<char const*, 12> phase_fens{
-    "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1",
-    "r2q2k1/pp1rbppp/4pn2/2P5/1P3B2/6P1/P3QPBP/1R3RK1 w - - 0 1",
-    "r4rk1/1pp1qppp/p1np1n2/2b1p1B1/2B1P1b1/P1NP1N2/1PP1QPPP/R4RK1 w - - 0 10",
-    "8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 w - - 0 1",
+    positions::kiwipete,
+    positions::last_of_bench,
+    positions::quiet_middle_game,
+    positions::rook_ending,
     "8/k7/3p4/p2P1p2/P2P1P2/8/8/K7 w - - 0 1",
     "4k3/8/8/8/8/8/4P3/4K3 w - - 0 1",
     "8/8/8/3k4/8/3K4/8/Q7 w - - 0 1",

@@ -13,6 +13,7 @@
 #include "search/transposition_table.h"
 #include "support/data_file.h"
 #include "support/perft.h"
+#include "support/positions.h"
 
 namespace orvelin::test {
 
@@ -23,9 +24,8 @@ constexpr int go_depth_limit = 102;
 constexpr int go_movestogo = 40;
 
 constexpr std::array<char const*, 3> bench_positions = {
-    "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",
-    "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w - - 0 1",
-    "r2q2k1/pp1rbppp/4pn2/2P5/1P3B2/6P1/P3QPBP/1R3RK1 w - - 0 1"};
+    positions::start, "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w - - 0 1",
+    positions::last_of_bench};
 constexpr int bench_depth = 12;
 constexpr int bench_clock = 6000000;
 constexpr int bench_megabytes = 128;

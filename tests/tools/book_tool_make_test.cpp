@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <string>
 
+#include "support/positions.h"
 #include "support/temporary_directory.h"
 #include "support/test_config.h"
 #include "tools/book_tool.h"
@@ -137,7 +138,7 @@ TEST(BookToolMake, LinesBeginInThePositionOfTheFen) {
 }
 
 TEST(BookToolMake, CastlingMayBeWrittenInBothWays) {
-    texts_t const fen{"--fen", "r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1"};
+    texts_t const fen{"--fen", positions::all_castlings};
     texts_t const one_way = made_of("e1g1 e8c8\ne1g1 e8c8\ne1c1 e8g8\ne1c1 e8g8", fen);
     EXPECT_EQ(one_way.size(), 4U);
     EXPECT_EQ(made_of("e1g1 e8a8\ne1h1 e8c8\ne1a1 e8h8\ne1c1 e8g8", fen), one_way);

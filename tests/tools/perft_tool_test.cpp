@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "support/data_file.h"
+#include "support/positions.h"
 #include "support/program.h"
 #include "support/session_reader.h"
 #include "support/test_config.h"
@@ -15,8 +16,7 @@ namespace orvelin::test {
 
 namespace {
 
-constexpr char const* kiwipete =
-    "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1";
+constexpr char const* kiwipete = positions::kiwipete;
 constexpr char const* bare_castling = "4k3/8/8/8/8/8/8/1RK4R w BH - 0 1";
 
 program_result_t perft(std::vector<std::string> const& arguments) {

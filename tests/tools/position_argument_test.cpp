@@ -6,6 +6,7 @@
 #include "position/chess_position.h"
 #include "support/chess960_positions.h"
 #include "support/position_record.h"
+#include "support/positions.h"
 #include "support/shared_tables.h"
 #include "support/test_config.h"
 #include "support/tool_main.h"
@@ -59,8 +60,8 @@ TEST(PositionArgument, TakesChess960Positions) {
 }
 
 TEST(PositionArgument, FillsInTheFieldsThatAreMissing) {
-    EXPECT_EQ(read_back("4k3/8/8/8/8/8/8/4K3 w"), "4k3/8/8/8/8/8/8/4K3 w - - 0 1");
-    EXPECT_EQ(read_back("4k3/8/8/8/8/8/8/4K2R w K"), "4k3/8/8/8/8/8/8/4K2R w K - 0 1");
+    EXPECT_EQ(read_back("4k3/8/8/8/8/8/8/4K3 w"), positions::bare_kings);
+    EXPECT_EQ(read_back("4k3/8/8/8/8/8/8/4K2R w K"), positions::white_short_castling);
     EXPECT_EQ(read_back("4k3/8/8/8/4Pp2/8/8/4K3 b - e3"), "4k3/8/8/8/4Pp2/8/8/4K3 b - e3 0 1");
     EXPECT_EQ(read_back("4k3/8/8/8/8/8/8/4K3 w - - 7"), "4k3/8/8/8/8/8/8/4K3 w - - 7 1");
 }

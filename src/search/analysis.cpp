@@ -21,11 +21,7 @@ void Analysis::init(ChessPosition const& position) {
     if (&position != &position_) {
         position_ = position;
     }
-    {
-        std::lock_guard const lock(control_mutex_);
-        action_.store(no_action);
-        status_.store(ready_status);
-    }
+    control_.reset();
     evaluation_.init();
     time_manager_.reset();
 }

@@ -100,9 +100,6 @@ class Analysis : public AnalysisState {
     /// State of one null-window node, shared by its stages.
     struct NullWindowNode;
 
-    bool take_think_action();
-    void take_stop_action();
-
     // Iterations, lines of the root, endgame tables.
     void begin_search();
     bool iteration_wanted() const;

@@ -13,6 +13,7 @@
 #include "generation/move_generator.h"
 #include "position/move.h"
 #include "search/action.h"
+#include "search/control_words.h"
 #include "search/counter_move.h"
 #include "search/history_table.h"
 #include "search/killer.h"
@@ -48,20 +49,14 @@ class AnalysisState {
 
     // The control words.
 
-    void set_action(action_t action) {
-        std::lock_guard const lock(control_mutex_);
-        action_.store(action);
-    }
+    void set_action(action_t action) { control_.set_action(action); }
     /// Takes back a think action that the thread has not yet taken; true when there was one.
-    bool withdraw_think();
-    action_t get_action() const { return action_.load(); }
-    void set_status(status_t status) {
-        std::lock_guard const lock(control_mutex_);
-        status_.store(status);
-    }
-    status_t get_status() const { return status_.load(); }
+    bool withdraw_think() { return control_.withdraw_think(); }
+    action_t get_action() const { return control_.action(); }
+    void set_status(status_t status) { control_.set_status(status); }
+    status_t get_status() const { return control_.status(); }
     /// Sets the quit flag; a running search must be stopped by an action.
-    void quit() { quit_.store(true); }
+    void quit() { control_.set_quit(); }
 
     // Limits of the next search; times in milliseconds.
 
@@ -165,7 +160,7 @@ class AnalysisState {
     AnalysisState(ChessPosition& position, Tables& tables);
     ~AnalysisState();
 
-    bool stopped() const { return action_.load() == stop_action; }
+    bool stopped() const { return control_.action() == stop_action; }
 
     ChessPosition& position_;
     Tables& tables_;
@@ -182,13 +177,7 @@ class AnalysisState {
     TimeManager time_manager_;
     Timer search_timer_;
     std::atomic<unsigned int> max_threads_{1};
-    std::atomic<action_t> action_{no_action};
-    std::atomic<status_t> status_{ready_status};
-    std::atomic<bool> quit_{false};
-    /// Held while action and status change as a pair, so that no stop is lost between the two.
-    /// They are read without it: the thread announces its search before it clears the action, so
-    /// whoever reads the action first and then the status always sees one of the two words set.
-    std::mutex control_mutex_;
+    ControlWords control_;
     mutable std::mutex analysis_mutex_;
     int id_ = 0;
     std::ofstream log_;

@@ -34,7 +34,7 @@ class AnalysisThread : public AnalysisFixture {
 
     /// One tick of the thread body, run here: the quit flag ends it behind the first step.
     void run_one_tick() {
-        probe_.quit(true);
+        probe_.quit();
         analysis_();
     }
 

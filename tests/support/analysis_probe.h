@@ -26,7 +26,7 @@ class AnalysisProbe {
     }
     void seldepth(int ply) { analysis_.counters_.seldepth.store(ply); }
     void leaf_count(std::uint64_t count) { analysis_.counters_.leaf_count = count; }
-    void quit(bool quit) { analysis_.quit_.store(quit); }
+    void quit() { analysis_.control_.set_quit(); }
 
     Killer& killers() { return analysis_.killers_; }
     HistoryTable& history() { return analysis_.history_table_; }
@@ -45,7 +45,7 @@ class AnalysisProbe {
     bool log_on() const { return analysis_.log_on_; }
     std::vector<Move> const& searchmoves() const { return analysis_.limits_.searchmoves; }
 
-    bool take_think_action() { return analysis_.take_think_action(); }
+    bool take_think_action() { return analysis_.control_.take_think(); }
     void start_clock() { analysis_.time_manager_.start(); }
     bool iteration_wanted() const { return analysis_.iteration_wanted(); }
     bool aspiration_retry(SearchWindow& window, int score) {

@@ -70,8 +70,6 @@ void Engine::from_console() {
     }
 }
 
-// The best move is made on the board (oddity 15). A status that a stop has left behind gives the
-// old move to the next `go` (oddity 21).
 void Engine::to_console() {
     status_t const status = analysis_.get_status();
     if (status == ready_status) {

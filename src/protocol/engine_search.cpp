@@ -1,5 +1,4 @@
 #include <array>
-#include <cstdint>
 #include <optional>
 #include <string_view>
 #include <utility>
@@ -10,6 +9,16 @@
 #include "time/sleep.h"
 
 namespace orvelin {
+
+namespace {
+
+/// Depth limit of a `go` that names none: above every iteration.
+constexpr int go_depth_limit = 102;
+
+/// Moves to the next time control for a `go` that names none.
+constexpr int go_movestogo = 40;
+
+}  // namespace
 
 // The limits are reset even when the command is then refused, and also under a search that runs on
 // in the states of the held-back `bestmove` (oddities 19 and 20). The opening book may answer all
@@ -32,9 +41,9 @@ bool Engine::command_go(std::istringstream& arguments) {
 
 void Engine::reset_go_limits() {
     analysis_.reset();
-    analysis_.set_depth(102);
+    analysis_.set_depth(go_depth_limit);
     analysis_.reset_max_nodes();
-    set_movestogo(40);
+    set_movestogo(go_movestogo);
 }
 
 // Under a running search the position is mid-line; the side that is to move at its root is what
@@ -128,7 +137,9 @@ bool Engine::command_stop(std::istringstream&) {
 }
 
 // A `go` that waits is held off until the old move is made: its search must not begin on a position
-// that is being changed. If it has begun already, its own end brings the move.
+// that is being changed. If it has begun already, its own end brings the move. The best move is
+// made on the board (oddity 15). A status that a stop has left behind gives the old move to the
+// next `go` (oddity 21).
 void Engine::answer_search() {
     bool const go_waits = gate_.withdraw_search();
     if (analysis_.get_status() != finished_status) {

@@ -29,8 +29,8 @@ class SearchGate {
     /// A search has the position, or gets it as soon as the analysis thread looks.
     bool search_runs_or_waits() const;
 
-    /// Asks for a search of the position without waiting for it. Behind a search that runs or
-    /// waits it is the next one.
+    /// Asks for a search of the position without waiting for it. Behind a search that runs
+    /// it is the next one; one that still waits stays the only one.
     void begin_search();
     /// Takes back a search that was asked for and has not begun; true when there was one.
     bool withdraw_search();

@@ -2,10 +2,7 @@
 
 #include <stdexcept>
 
-#include "generation/tables.h"
 #include "position/chess_position.h"
-#include "position/piece.h"
-#include "search/lmr_table.h"
 
 namespace orvelin {
 

@@ -4,6 +4,7 @@
 
 #include "generation/tables.h"
 #include "position/chess_position.h"
+#include "position/piece.h"
 #include "search/transposition_table.h"
 
 namespace orvelin {

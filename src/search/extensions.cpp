@@ -13,14 +13,13 @@ constexpr int ending_material = 1000;
 
 }  // namespace
 
-// Zones and passed pawns are those of the last evaluation, wherever that was (oddity 75).
 int Analysis::extend(MoveList const& list, Move const& move) {
     if (counters_.ply > counters_.iteration.load(std::memory_order_relaxed) + extension_margin) {
         return 0;
     }
     int const base = extends_by_one(list, move) ? 1 : 0;
     // King maps and passed pawns are those of the last position evaluated anywhere in the
-    // tree; they are not recomputed for this node.
+    // tree; they are not recomputed for this node (oddity 75).
     Move const last_move = position_.last_move();
     if (move.capture_id() != 0 && last_move.capture_id() != 0 && move.to() == last_move.to()) {
         Mobility const& maps = evaluation_.mobility_maps();

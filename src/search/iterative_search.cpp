@@ -54,11 +54,12 @@ void Analysis::begin_search() {
     evaluation_.init();
     time_manager_.start();
     search_timer_.start();
+    counters_.clear();
     root_.clear();
     history_table_.divide_by_8();
     counter_moves_->divide_by_8();
     clear_killer();
-    counters_.begin_search();
+    counters_.begin_iterations();
 }
 
 // A root without moves has no mate score, and runs through all iterations (oddity 64).

@@ -25,7 +25,6 @@ void Analysis::new_node() {
     std::uint64_t const nodes = counters_.node_count.load(std::memory_order_relaxed);
     std::uint64_t const max_nodes = limits_.max_nodes.load(std::memory_order_relaxed);
     if (max_nodes != SearchLimits::no_node_limit) {
-        // A node limit alone decides: no clock is polled beside it.
         if (max_nodes <= nodes) {
             set_action(stop_action);
             return;

@@ -1,5 +1,3 @@
-#include <algorithm>
-
 #include "position/chess_position.h"
 #include "position/move_buffer.h"
 #include "search/analysis.h"

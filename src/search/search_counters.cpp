@@ -4,11 +4,14 @@
 
 namespace orvelin {
 
-void SearchCounters::begin_search() {
+void SearchCounters::clear() {
     seldepth.store(0);
     node_count.store(0);
     leaf_count = 0;
     mate_attack_count = 0;
+}
+
+void SearchCounters::begin_iterations() {
     date.fetch_add(1);
     iteration.store(0);
 }

@@ -26,8 +26,11 @@ struct SearchCounters {
     /// Effective branching factor of the last finished iteration.
     std::atomic<float> ebf{0.0F};
 
-    /// Everything to 0 but the ply, the branching factor and the date, which steps on by one.
-    void begin_search();
+    /// Nodes, leaves, seldepth and mate attacks to 0. Before the tables are aged, which takes a
+    /// while: reporting reads these meanwhile.
+    void clear();
+    /// Before the first iteration: iteration 0, and the date steps on by one.
+    void begin_iterations();
 
     /// Raises seldepth to the current ply.
     void note_ply() {

@@ -21,7 +21,6 @@ void Analysis::select_searchmoves(MoveList& list) {
     std::array<Move, MoveList::capacity> chosen;
     std::size_t count = 0;
     for (Move const move : list) {
-        // A move entered twice comes out twice.
         for (Move const& wanted : limits_.searchmoves) {
             if (move == wanted && count < chosen.size()) {
                 chosen[count++] = move;

@@ -60,8 +60,8 @@ class TranspositionTable {
     /// (oddity 30).
     int hashfull(unsigned char date) const;
 
-    /// Empties the buckets above the threshold; those at and below it keep their bytes. Takes as
-    /// long as what was written since the last time asks for.
+    /// Empties the buckets above the threshold; those at and below it keep their bytes. Costs
+    /// what was written since the last clear, not the size of the table.
     void clear();
 
     bool enabled() const { return enabled_; }

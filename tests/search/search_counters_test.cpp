@@ -14,17 +14,20 @@ TEST(SearchCounters, SearchBeginsAtZeroWithTheNextDate) {
     counters.mate_attack_count = -4;
     counters.leaf_count = 50;
     counters.ebf = 2.5F;
-    counters.begin_search();
-    EXPECT_EQ(counters.iteration, 0);
+    counters.clear();
+    EXPECT_EQ(counters.iteration, 7);
     EXPECT_EQ(counters.seldepth, 0);
-    EXPECT_EQ(counters.date, 0);
+    EXPECT_EQ(counters.date, 255);
     EXPECT_EQ(counters.node_count, 0U);
     EXPECT_EQ(counters.mate_attack_count, 0);
     EXPECT_EQ(counters.leaf_count, 0U);
     // These two stay.
     EXPECT_EQ(counters.ply, 3);
     EXPECT_EQ(counters.ebf, 2.5F);
-    counters.begin_search();
+    counters.begin_iterations();
+    EXPECT_EQ(counters.iteration, 0);
+    EXPECT_EQ(counters.date, 0);
+    counters.begin_iterations();
     EXPECT_EQ(counters.date, 1);
 }
 

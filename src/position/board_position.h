@@ -40,6 +40,9 @@ class BoardPosition {
     void make_move(Move const& move);
     /// Undoes make_move() of the same word.
     void unmake_move(Move const& move);
+    /// To be called before make_move() of a word that was found on another board: what contradicts
+    /// this one makes it inconsistent. make_move() itself does not ask normal moves.
+    void note_foreign_move(Move const& move) { contradicted_ = contradicted_ || contradicts(move); }
 
     /// Side to move: 1 White, 0 Black.
     int stm() const { return stm_; }
@@ -76,7 +79,8 @@ class BoardPosition {
     /// brings it about. A move whose word alone is odd does, until it is unmade: one that stays on
     /// its square, or promotes what is no pawn. For good, until clear(), does a word that
     /// contradicts the board, since unmaking it leaves another board than before; a change by hand;
-    /// and a FEN text with two pieces on one square.
+    /// and a FEN text with two pieces on one square. A normal move with two squares is not asked
+    /// whether it contradicts the board, but by note_foreign_move().
     bool board_is_inconsistent() const { return contradicted_ || odd_moves_ != 0; }
     /// Makes it true for good, for a copy of such a board.
     void set_board_inconsistent() { contradicted_ = true; }

@@ -65,6 +65,11 @@ class ChessPosition {
 
     /// Makes a move of the generator; its check bit is believed.
     void make_move(Move const& move);
+    /// Makes a move that may have been found in another position. Its word need not be true here.
+    void make_foreign_move(Move const& move) {
+        board_.note_foreign_move(move);
+        make_move(move);
+    }
     /// Makes a move from outside the generator and finds out whether it gives check.
     void make_move(Square const& from, Square const& to, move_t code);
     /// Unmakes the last move.

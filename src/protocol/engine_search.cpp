@@ -128,7 +128,7 @@ bool Engine::command_stop(std::istringstream&) {
     }
     report_lines(finished_status);
     Move const best_move = analysis_.best_move();
-    position_.make_move(best_move);
+    position_.make_foreign_move(best_move);
     position_line_lags_ = true;
     send(bestmove_line(best_move));
     analysis_.set_status(ready_status);
@@ -151,7 +151,7 @@ void Engine::answer_search() {
     command_.clear();
     Move const best_move = analysis_.best_move();
     position_line_ += ' ' + best_move.algebraic(chess960_);
-    position_.make_move(best_move);
+    position_.make_foreign_move(best_move);
     send(bestmove_line(best_move));
     gate_.catch_up();
     if (go_waits) {

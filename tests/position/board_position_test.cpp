@@ -518,5 +518,38 @@ TEST(BoardPosition, WordThatContradictsTheBoardMakesItInconsistentForGood) {
     }
 }
 
+TEST(BoardPosition, ForeignNormalMoveThatContradictsTheBoardMakesItInconsistentForGood) {
+    const Move moves[] = {
+        // From a rook, from an empty square, and to a square that is not as the word says.
+        move_of("a1", "a3", normal_move, white_pawn),
+        move_of("a4", "a5", normal_move, white_pawn),
+        move_of("b1", "d2", normal_move, white_knight),
+        move_of("b1", "c3", normal_move, white_knight, black_pawn),
+    };
+    for (Move const& move : moves) {
+        BoardPosition board = board_of(start);
+        board.note_foreign_move(move);
+        board.make_move(move);
+        EXPECT_TRUE(board.board_is_inconsistent()) << move.dump();
+        board.unmake_move(move);
+        EXPECT_TRUE(board.board_is_inconsistent()) << move.dump();
+        // What is true does not make it good again.
+        board.note_foreign_move(Move());
+        EXPECT_TRUE(board.board_is_inconsistent()) << move.dump();
+        board.clear();
+        EXPECT_FALSE(board.board_is_inconsistent());
+    }
+}
+
+TEST(BoardPosition, ForeignMoveThatIsTrueLeavesTheBoardConsistent) {
+    BoardPosition board = board_of(middle_game);
+    for (Move const& move : {Move(), move_of("e2", "a6", normal_move, white_bishop, black_bishop),
+                             move_of("a1", "b1", normal_move, white_rook),
+                             move_of("e1", "h1", castling, white_king)}) {
+        board.note_foreign_move(move);
+        EXPECT_FALSE(board.board_is_inconsistent()) << move.dump();
+    }
+}
+
 }  // namespace
 }  // namespace orvelin

@@ -88,6 +88,25 @@ TEST_F(EngineDuringSearchTest, ReadingSearchmovesLeavesThePositionToTheSearch) {
     EXPECT_EQ(engine->position().history_str(), "e2e4 d7d5 " + best);
 }
 
+// The old best move puts a queen on the new board that the material word does not know, so that
+// what the first evaluation has found must not be taken for the second.
+TEST_F(EngineDuringSearchTest, EvalBehindTheOldBestMoveOnANewBoardForgetsTheEvalBeforeIt) {
+    auto const last_report = [&](bool eval_before) {
+        command("position fen 7k/8/6K1/8/8/8/8/Q7 w - - 0 1");
+        command("go infinite");
+        EXPECT_TRUE(wait_for_status(finished_status));
+        command("position fen 4k3/pppp4/8/8/8/8/PPPP4/4K3 w - - 0 1");
+        if (eval_before) {
+            output_of("eval");
+        }
+        command("stop");
+        return output_of("eval");
+    };
+    std::string const report = last_report(false);
+    EXPECT_NE(report.find("Total score: 316 "), std::string::npos) << report;
+    EXPECT_EQ(last_report(true), report);
+}
+
 // The status is written by hand, so that the position is not that of the clock for sure.
 TEST_F(EngineDuringSearchTest, MovestogoLeavesTheSideToMoveToTheSearch) {
     command(kings_pawn);

@@ -85,17 +85,24 @@ void Evaluation::prefetch_pawns() const {
 
 // After a null move, and when a node is entered once more, no piece has moved since the last
 // evaluation: all terms but the side to move still hold. A move made and unmade is not that, as it
-// can change the piece-square sums by their rounding.
+// can change the piece-square sums by their rounding. On an inconsistent board unmaking a move need
+// not restore what was evaluated.
 bool Evaluation::terms_are_current() {
     std::vector<history_t> const& history = position_.history();
     history_t const* record = &history.back();
     if (record->last_move == Move() && history.size() > 1) {
-        --record;
+        // A FEN text without one of the kings leaves kings and pins to be found with the first
+        // move.
+        history_t const* const before = record - 1;
+        if (record->white_kingsfield == before->white_kingsfield &&
+            record->black_kingsfield == before->black_kingsfield) {
+            record = before;
+        }
     }
     std::uint64_t const moves = record->make_move_counter;
     std::uint64_t const set_ups = position_.set_ups();
-    bool const same =
-        !terms_may_differ_ && moves == evaluated_moves_ && set_ups == evaluated_set_ups_;
+    bool const same = !terms_may_differ_ && moves == evaluated_moves_ &&
+                      set_ups == evaluated_set_ups_ && !position_.board_is_inconsistent();
     terms_may_differ_ = false;
     evaluated_moves_ = moves;
     evaluated_set_ups_ = set_ups;

@@ -194,6 +194,45 @@ TEST(EvaluationWalk, AMoveMadeBehindItsBackIsSeen) {
     }
 }
 
+/// As above, by an evaluation that has evaluated nothing else: it needs no kings.
+void expect_the_fresh_other_terms(Evaluation& evaluation, ChessPosition const& position) {
+    evaluation.static_eval();
+    Evaluation fresh(position, shared_tables());
+    fresh.static_eval();
+    for (std::size_t i = 0; i < term::count; ++i) {
+        if (i < term::pst_pawn || i > term::pst_king) {
+            EXPECT_EQ(evaluation.variable_vector()[i], fresh.variable_vector()[i])
+                << position.fen() << ' ' << Weight().names[i];
+        }
+    }
+}
+
+TEST(EvaluationWalk, ANullMoveAfterATextWithoutAKingIsSeen) {
+    for (char const* const fen : {"8/8/8/8/8/8/P7/K7 w - - 0 1", "8/8/8/8/3r4/8/3P4/3K4 w - - 0 1",
+                                  "k7/p7/8/8/8/8/8/8 b - - 0 1"}) {
+        ChessPosition position(shared_tables());
+        position.fen(fen);
+        Evaluation evaluation(position, shared_tables());
+        expect_the_fresh_other_terms(evaluation, position);
+        position.make_move(Move());
+        expect_the_fresh_other_terms(evaluation, position);
+        position.unmake_move();
+        expect_the_fresh_other_terms(evaluation, position);
+    }
+}
+
+// Such a move leaves another board behind it, with the count of moves that was evaluated.
+TEST(EvaluationWalk, AContradictingMoveMadeAndUnmadeIsSeen) {
+    ChessPosition position(shared_tables());
+    position.fen("r3k3/1p6/8/8/8/8/1P6/R3K3 w - - 0 1");
+    Evaluation evaluation(position, shared_tables());
+    evaluation.static_eval();
+    position.make_foreign_move(
+        Move(Square("a1"), Square("c2"), normal_move, Piece(white_knight), Piece()));
+    position.unmake_move();
+    expect_the_fresh_other_terms(evaluation, position);
+}
+
 }  // namespace
 
 }  // namespace orvelin::test

@@ -18,9 +18,13 @@ std::size_t promoted(Move const& move) {
 }
 
 /// True for a word that does what no legal move does, although it may tell the truth about the
-/// pieces: it stays on its square, or promotes what is no pawn. What it leaves is no piece at all,
-/// or not what the material word says.
+/// pieces: it stays on its square, promotes what is no pawn, or captures by a null move. What it
+/// leaves is no piece at all, or not what the material word says.
 bool odd_word(Move const& move) {
+    // What is captured leaves the material word and stays on the board.
+    if (move.code() == nullmove) {
+        return move.capture_id() != no_piece;
+    }
     bool const promotes = promotion_step[move.code()] != 0;
     return move.from() == move.to() || (promotes && !move.piece().pawn());
 }
@@ -109,6 +113,9 @@ void BoardPosition::make_move(Move const& move) {
     int const piece = move.piece_id();
     switch (move.code()) {
         case nullmove:
+            if (move != Move()) {
+                note_odd_move(move);
+            }
             break;
         case normal_move:
             if (from == to) {
@@ -153,6 +160,7 @@ void BoardPosition::unmake_move(Move const& move) {
     int const piece = move.piece_id();
     switch (move.code()) {
         case nullmove:
+            forget_odd_move(move);
             break;
         case normal_move:
             if (from == to) {
@@ -164,6 +172,7 @@ void BoardPosition::unmake_move(Move const& move) {
             place(index(to), static_cast<std::size_t>(move.capture_id()));
             break;
         case en_passant: {
+            forget_odd_move(move);
             lift(index(to), static_cast<std::size_t>(piece));
             place(index(from), static_cast<std::size_t>(piece));
             // The side to move is still the one after the move.
@@ -174,6 +183,7 @@ void BoardPosition::unmake_move(Move const& move) {
             break;
         }
         case castling: {
+            forget_odd_move(move);
             CastlingTargets const targets = castling_targets(move);
             lift(index(targets.king), static_cast<std::size_t>(piece));
             lift(index(targets.rook), static_cast<std::size_t>(castling_rook(move)));

@@ -433,11 +433,13 @@ TEST(BoardPosition, IsConsistentUntilItIsChangedByHandOrATextPutsTwoPiecesOnOneS
 
 TEST(BoardPosition, OddWordMakesTheBoardInconsistentUntilItIsUnmade) {
     BoardPosition board = board_of(start);
-    const std::array<Move, 4> odd_moves{
+    const std::array<Move, 5> odd_moves{
         move_of("d1", "d1", normal_move, white_queen, white_queen),
         move_of("e2", "e2", promo_queen, white_pawn, white_pawn),
         move_of("b1", "c3", promo_queen, white_knight),
         move_of("a1", "a7", promo_rook, white_rook, black_pawn),
+        // What the text e4d8 gives here.
+        move_of("e4", "d8", nullmove, no_piece, black_queen),
     };
     for (Move const& move : odd_moves) {
         board.make_move(move);
@@ -445,6 +447,35 @@ TEST(BoardPosition, OddWordMakesTheBoardInconsistentUntilItIsUnmade) {
         board.unmake_move(move);
         EXPECT_FALSE(board.board_is_inconsistent()) << move.dump();
         expect_same(board, board_of(start));
+    }
+}
+
+TEST(BoardPosition, OddCastlingAndEnPassantAreForgottenWhenUnmade) {
+    struct case_t {
+        char const* fen;
+        Move move;
+    };
+    const case_t cases[] = {
+        {"r3k3/8/8/8/8/8/8/4K3 b", move_of("a8", "a8", castling, black_rook)},
+        {"4k3/8/8/4p3/8/8/8/4K3 w", move_of("e6", "e6", en_passant, no_piece, black_pawn)},
+    };
+    for (case_t const& c : cases) {
+        BoardPosition board = board_of(c.fen);
+        board.make_move(c.move);
+        EXPECT_TRUE(board.board_is_inconsistent()) << c.move.dump();
+        board.unmake_move(c.move);
+        EXPECT_FALSE(board.board_is_inconsistent()) << c.move.dump();
+        expect_same(board, board_of(c.fen));
+    }
+}
+
+TEST(BoardPosition, NullMoveWithoutACaptureLeavesTheBoardConsistent) {
+    BoardPosition board = board_of(start);
+    for (Move const& move : {Move(), move_of("e4", "e5", nullmove, no_piece)}) {
+        board.make_move(move);
+        EXPECT_FALSE(board.board_is_inconsistent()) << move.dump();
+        board.unmake_move(move);
+        EXPECT_FALSE(board.board_is_inconsistent()) << move.dump();
     }
 }
 

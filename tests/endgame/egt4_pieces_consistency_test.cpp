@@ -96,6 +96,20 @@ TEST_F(Egt4PiecesConsistency, TellsOfAShorterWinOfBlack) {
                               -29989, black_after_, -29996));
 }
 
+TEST_F(Egt4PiecesConsistency, AWinShorterByTwoPliesInsteadOfOneIsAFault) {
+    set_with_previous(white_after_, 4);
+    lent_.byte(white_before_) = 6;
+    EXPECT_EQ(report(), fault("test1 for white winning\nnew eval > old eval + 1", white_before_,
+                              29994, white_after_, 29996));
+}
+
+TEST_F(Egt4PiecesConsistency, AWinOfBlackShorterByTwoPliesInsteadOfOneIsAFault) {
+    set_with_previous(black_after_, 132);
+    lent_.byte(black_before_) = 134;
+    EXPECT_EQ(report(), fault("test1 for black winning\nnew eval < old eval - 1", black_before_,
+                              -29994, black_after_, -29996));
+}
+
 TEST_F(Egt4PiecesConsistency, TellsOfAWinOfWhiteWithoutAWay) {
     lent_.byte(white_before_) = 11;
     EXPECT_EQ(report(), fault("test1 for white winning\nno new eval is one step from the old eval",

@@ -89,6 +89,32 @@ TEST(Timer, ResetStopsAndForgets) {
     EXPECT_EQ(timer.total_time(), none);
 }
 
+TEST(Timer, TheIntervalAfterAResetIsTheOnlyOne) {
+    Timer timer;
+    timer.start();
+    timer.stop();
+    timer.reset();
+    timer.start();
+    wait_milliseconds(2);
+    timer.stop();
+    EXPECT_NE(timer.total_time(), none);
+    EXPECT_EQ(timer.average_time(), timer.total_time());
+}
+
+TEST(Timer, PollsCountNoTimeTwice) {
+    Timer timer;
+    auto const before = std::chrono::system_clock::now();
+    timer.start();
+    for (int poll = 0; poll < 5; ++poll) {
+        wait_milliseconds(3);
+        timer.total_time();
+    }
+    timer.stop();
+    std::chrono::duration<double, std::nano> const outside =
+        std::chrono::system_clock::now() - before;
+    EXPECT_LT(static_cast<double>(timer.total_time().nanoseconds()), 1.5 * outside.count());
+}
+
 TEST(Timer, RunningTimeCountsFromTheLastStartAlsoWhenStopped) {
     Timer timer;
     timer.start();

@@ -96,7 +96,7 @@ class Egt4Pieces {
     /// The moves of the side to move, also those that leave its king in check.
     /// @throws std::logic_error for pieces that a table cannot have.
     void generate_moves(std::vector<Move>& moves) const;
-    /// The moves by which the other side can have come here: made last, not yet taken back.
+    /// The moves by which the other side can have come here: made last, not yet unmade.
     /// @throws std::logic_error for pieces that a table cannot have.
     void generate_previous_moves(std::vector<Move>& moves) const;
     void make_move(Move const& move);

@@ -25,7 +25,7 @@ struct Tables;
 /// Static evaluation of one position: a linear model of `term::count` terms.
 ///
 /// Owns the variable vector, the weights and all tables behind the terms; refers to the position,
-/// which must outlive it. An evaluation computes every term anew, unless nothing but the side to
+/// which must outlive it. An evaluation computes every term again, unless nothing but the side to
 /// move can differ from the last one, whose terms then hold; there is no early exit. The sum
 /// blends middle-game and end-game weights by the phase. The piece-square sums are the only part
 /// that follows the position move by move: after `init()` every move made or unmade must pass

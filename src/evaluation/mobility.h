@@ -195,7 +195,7 @@ class Mobility {
     std::int32_t king_safety() const;
 
  private:
-    // Sides and piece types as indices of the maps; a side has its number as side to move.
+    // Piece types as indices of the maps; those of a side lie at its number as side to move.
     static constexpr std::size_t knight = 0;
     static constexpr std::size_t bishop = 1;
     static constexpr std::size_t rook = 2;

@@ -105,7 +105,7 @@ void PieceSquareTables::change(int piece_id, int square_id) {
     }
 }
 
-// One addition at a time, in this order, and taking back keeps the order and turns each sign:
+// One addition at a time, in this order, and unmaking keeps the order and turns each sign:
 // the rounding of the running sums depends on it, and the search on the rounding.
 template <bool Make>
 inline void PieceSquareTables::follow(Move const& move) {

@@ -77,10 +77,10 @@ class BoardPosition {
     /// True while sets, squares and the material that is kept beside the board may disagree, so
     /// that what is found from the one need not be what is found from the other. No legal move
     /// brings it about. A move whose word alone is odd does, until it is unmade: one that stays on
-    /// its square, or promotes what is no pawn. For good, until clear(), does a word that
-    /// contradicts the board, since unmaking it leaves another board than before; a change by hand;
-    /// and a FEN text with two pieces on one square. A normal move with two squares is not asked
-    /// whether it contradicts the board, but by note_foreign_move().
+    /// its square, promotes what is no pawn, or captures by a null move. For good, until clear(),
+    /// does a word that contradicts the board, since unmaking it leaves another board than before;
+    /// a change by hand; and a FEN text with two pieces on one square. A normal move with two
+    /// squares is not asked whether it contradicts the board, but by note_foreign_move().
     bool board_is_inconsistent() const { return contradicted_ || odd_moves_ != 0; }
     /// Makes it true for good, for a copy of such a board.
     void set_board_inconsistent() { contradicted_ = true; }

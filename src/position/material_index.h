@@ -63,8 +63,7 @@ class MaterialIndex {
 
     /// Both sides have the same pieces.
     constexpr bool equal() const { return white_half() == black_half(); }
-    /// Compares the halves as numbers, so a queen beats any number of rooks.
-    /// One queen beats any number of rooks (oddity 97).
+    /// Compares the halves as numbers, so a queen beats any number of rooks (oddity 97).
     constexpr bool white_wins() const { return white_half() > black_half(); }
     constexpr bool black_wins() const { return black_half() > white_half(); }
 

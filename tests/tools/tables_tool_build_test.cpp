@@ -136,7 +136,7 @@ void TablesToolBuildTest::check_files(std::string const& good) const {
     std::string text = content(good);
     std::string const wrong = path("wrong.txt");
     std::string const cut = path("cut.txt");
-    tools::EndingTable const men(*tools::find_ending("KRKN"));
+    tools::EndingTable const ending(*tools::find_ending("KRKN"));
     write_text(cut, text.substr(0, text.size() / 2));
     std::size_t const at = text.find(" 253 ") + 1;
     text.replace(at, 3, "100");
@@ -150,7 +150,7 @@ void TablesToolBuildTest::check_files(std::string const& good) const {
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.output, good + ": right\nkrkn: right\n");
     std::string const difference = wrong + ": 1 key differs from the right table, the first at " +
-                                   std::to_string(key) + ", " + men.key_text(key) +
+                                   std::to_string(key) + ", " + ending.key_text(key) +
                                    ": 100 instead of 253\n";
     EXPECT_NE(result.errors.find(difference), std::string::npos) << result.errors;
     EXPECT_NE(result.errors.find(cut + ": damaged: it ends before key "), std::string::npos)

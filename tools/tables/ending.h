@@ -14,7 +14,7 @@ struct ending_t {
     piece_t piece1;
     piece_t piece2;
     /// The FEN letters of all four, in the order of the character set.
-    char const* men;
+    char const* pieces;
 };
 
 inline constexpr std::array<ending_t, 3> endings{{{"KBNK", white_knight, white_bishop, "BKNk"},

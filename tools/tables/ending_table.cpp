@@ -19,7 +19,7 @@ constexpr int passes = 101;
 EndingTable::EndingTable(ending_t const& ending)
     : ending_(ending),
       values_(attacks_, ending.piece1, ending.piece2),
-      men_(attacks_, ending.piece1, ending.piece2) {}
+      pieces_(attacks_, ending.piece1, ending.piece2) {}
 
 void EndingTable::build(Progress& progress) {
     auto const start = std::chrono::steady_clock::now();
@@ -45,16 +45,16 @@ void EndingTable::save(std::string const& path) const {
 }
 
 int EndingTable::eval(ending_position_t const& position) {
-    men_.fen(position.fen);
-    int const value = values_.eval(men_.get_key());
+    pieces_.fen(position.fen);
+    int const value = values_.eval(pieces_.get_key());
     // That a position is illegal has no sign.
     bool const negated = position.exchanged && value != Egt4Pieces::illegal;
     return negated ? -value : value;
 }
 
 std::string EndingTable::fen(unsigned int key) {
-    men_.set_key(key);
-    return men_.fen();
+    pieces_.set_key(key);
+    return pieces_.fen();
 }
 
 }  // namespace orvelin::tools

@@ -12,11 +12,11 @@ namespace orvelin::tools {
 class Progress;
 struct ending_position_t;
 
-/// A finished table of an ending, newly built or read from a file, and the men to ask it with.
+/// A finished table of an ending, newly built or read from a file, and the pieces to ask it with.
 ///
 /// Two objects of the engine's class stand behind it. One holds the bytes; having loaded a file it
 /// may have other piece ids than it was built with, and then knows no legal position. The other has
-/// no bytes and always the right men: it turns positions into keys and keys into positions.
+/// no bytes and always the right pieces: it turns positions into keys and keys into positions.
 class EndingTable {
  public:
     /// No values yet.
@@ -44,13 +44,13 @@ class EndingTable {
     /// FEN text of a key.
     std::string fen(unsigned int key);
     /// The squares of a key in words.
-    std::string key_text(unsigned int key) const { return men_.get_key_str(key); }
+    std::string key_text(unsigned int key) const { return pieces_.get_key_str(key); }
 
  private:
     ending_t const& ending_;
     Attacks attacks_;
     Egt4Pieces values_;
-    Egt4Pieces men_;
+    Egt4Pieces pieces_;
 };
 
 }  // namespace orvelin::tools

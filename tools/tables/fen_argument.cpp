@@ -29,7 +29,7 @@ std::string pieces_of(std::string placement) {
 
 /// The pieces are those of the ending or fewer, each in its colour.
 bool fits(std::string const& pieces, ending_t const& ending) {
-    std::string_view const all = ending.men;
+    std::string_view const all = ending.pieces;
     return std::includes(all.begin(), all.end(), pieces.begin(), pieces.end());
 }
 

@@ -52,7 +52,7 @@ void add_eval(CLI::App& app, arguments_t& arguments, command_t& command) {
         "number for it");
     eval->add_option("SOURCE", arguments.source, source_help)->required();
     eval->add_option("FEN", arguments.fens,
-                     "Positions, each in quotes, with the men of the ending or fewer in either "
+                     "Positions, each in quotes, with the pieces of the ending or fewer in either "
                      "colours; move counters are ignored")
         ->required();
     eval->callback(

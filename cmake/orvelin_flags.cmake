@@ -59,9 +59,10 @@ function(orvelin_link_plainly target)
 endfunction()
 
 # A compiler cache is used where there is one. What it has to be told of precompiled headers is told
-# here; CCACHE_DISABLE=1 in the environment turns it off.
+# here; CCACHE_DISABLE=1 in the environment turns it off. A build with profile guidance does without:
+# an object from elsewhere would count into a file from elsewhere.
 find_program(ORVELIN_CCACHE ccache)
-if(ORVELIN_CCACHE AND NOT DEFINED CMAKE_CXX_COMPILER_LAUNCHER
+if(ORVELIN_CCACHE AND NOT ORVELIN_PROFILE AND NOT DEFINED CMAKE_CXX_COMPILER_LAUNCHER
    AND NOT DEFINED ENV{CMAKE_CXX_COMPILER_LAUNCHER})
   set(CMAKE_CXX_COMPILER_LAUNCHER "${CMAKE_COMMAND}" -E env
     CCACHE_SLOPPINESS=pch_defines,time_macros "${ORVELIN_CCACHE}")

@@ -1,15 +1,13 @@
 """Reading by lines with little memory, and writing whole files or none."""
 
 import os
-import resource
-import signal
 import stat
 import subprocess
 import sys
 import threading
 import unittest
 
-from limits import little_memory
+from limits import limit_own_files, little_memory
 from orvelin_lib import files
 from orvelin_lib.tool_main import Console, ToolError
 from scratch import ScratchTest
@@ -104,14 +102,6 @@ class WriteTest(ScratchTest):
         """No other file is left in the folder."""
         self.assertEqual(os.listdir(self.directory), ["out"])
 
-    def limit(self, size):
-        """No file of this process can grow beyond the size."""
-        handler = signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
-        self.addCleanup(signal.signal, signal.SIGXFSZ, handler)
-        old = resource.getrlimit(resource.RLIMIT_FSIZE)
-        self.addCleanup(resource.setrlimit, resource.RLIMIT_FSIZE, old)
-        resource.setrlimit(resource.RLIMIT_FSIZE, (size, old[1]))
-
     def test_a_new_file_and_another_one(self):
         for text in ("first é\n", "second\n"):
             files.write_file(self.name, text)
@@ -120,7 +110,7 @@ class WriteTest(ScratchTest):
 
     def test_a_full_disk_leaves_what_was_there(self):
         files.write_file(self.name, "old")
-        self.limit(4096)
+        limit_own_files(self, 4096)
         # Below and above what is gathered before it is written.
         for size in (5000, 1 << 20):
             with self.assertRaises(ToolError) as refusal:
@@ -130,7 +120,7 @@ class WriteTest(ScratchTest):
             self.assert_alone()
 
     def test_a_full_disk_leaves_nothing_of_a_new_file(self):
-        self.limit(4096)
+        limit_own_files(self, 4096)
         with self.assertRaises(ToolError):
             files.write_file(self.name, "a" * 5000)
         self.assertEqual(os.listdir(self.directory), [])

@@ -1,10 +1,9 @@
 """The log of a run: whole lines only, whatever happens to it."""
 
 import os
-import resource
-import signal
 import unittest
 
+from limits import limit_own_files
 from orvelin_lib.journal import Journal
 from orvelin_lib.tool_main import ToolError, UsageError
 from scratch import ScratchTest
@@ -26,13 +25,6 @@ class JournalTest(ScratchTest):
         journal.close()
         return head, entries
 
-    def limit(self, size):
-        handler = signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
-        self.addCleanup(signal.signal, signal.SIGXFSZ, handler)
-        old = resource.getrlimit(resource.RLIMIT_FSIZE)
-        self.addCleanup(resource.setrlimit, resource.RLIMIT_FSIZE, old)
-        resource.setrlimit(resource.RLIMIT_FSIZE, (size, old[1]))
-
     def test_what_was_written_is_read_again(self):
         self.create({"a": 1}, {"b": "é"}).close()
         self.assertEqual(self.resumed(), ({"seed": 1}, [{"a": 1}, {"b": "é"}]))
@@ -49,7 +41,7 @@ class JournalTest(ScratchTest):
 
     def test_a_full_disk_leaves_whole_lines(self):
         journal = self.create({"a": 1})
-        self.limit(os.path.getsize(self.name) + 4)
+        limit_own_files(self, os.path.getsize(self.name) + 4)
         with self.assertRaisesRegex(ToolError, f"cannot write {self.name}: File too large"):
             journal.write({"b": 2})
         journal.close()
@@ -58,7 +50,7 @@ class JournalTest(ScratchTest):
         self.assertEqual(self.resumed()[1], [{"a": 1}])
 
     def test_a_head_that_does_not_fit_leaves_no_file(self):
-        self.limit(4)
+        limit_own_files(self, 4)
         with self.assertRaises(ToolError):
             self.create()
         self.assertEqual(os.listdir(self.directory), [])

@@ -27,11 +27,7 @@ std::string const use_book = "setoption name OwnBook value true";
 /// The real engine in a directory of its own that may hold a book.
 class ProcessBookTest : public EngineDirectoryFixture {
  protected:
-    void SetUp() override {
-        if (installed_book_in_sight()) {
-            GTEST_SKIP() << "another book is installed";
-        }
-    }
+    void SetUp() override { ASSERT_FALSE(installed_book_in_sight()) << book_in_the_way; }
 
     using EngineDirectoryFixture::start;
     void start(std::string const& bytes) {

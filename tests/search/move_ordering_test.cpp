@@ -13,14 +13,6 @@ std::string const start = positions::start;
 /// Queen moves to f3 and h5 threaten mate by taking on f7.
 std::string const threat = "r1bqkbnr/pppp1ppp/2n5/4p3/2B1P3/8/PPPP1PPP/RNBQK1NR w KQkq - 0 1";
 
-texts_t texts_of(std::vector<Move> const& list) {
-    texts_t texts;
-    for (Move const& move : list) {
-        texts.push_back(move.algebraic(true));
-    }
-    return texts;
-}
-
 class MoveOrdering : public AnalysisFixture {
  protected:
     void raise(std::string const& text, unsigned int depth) {

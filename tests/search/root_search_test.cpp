@@ -22,23 +22,6 @@ class RootSearch : public AnalysisFixture {
         MoveList unread;
         return analysis_.root_search(unread, depth, alpha, beta);
     }
-
-    texts_t texts_of(MoveList const& list) {
-        texts_t texts;
-        for (Move const& entry : list) {
-            texts.push_back(entry.algebraic(true));
-        }
-        return texts;
-    }
-
-    MoveList list_of(texts_t const& texts) {
-        MoveList list;
-        list.set_size(static_cast<int>(texts.size()));
-        for (std::size_t i = 0; i < texts.size(); ++i) {
-            list[static_cast<int>(i)] = move(texts[i]);
-        }
-        return list;
-    }
 };
 
 }  // namespace

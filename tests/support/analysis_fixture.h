@@ -6,6 +6,8 @@
 
 #include "generation/tables.h"
 #include "position/chess_position.h"
+#include "position/move.h"
+#include "position/move_list.h"
 #include "search/analysis.h"
 #include "search/tt_record.h"
 #include "support/analysis_probe.h"
@@ -13,6 +15,16 @@
 namespace orvelin::test {
 
 using texts_t = std::vector<std::string>;
+
+/// The texts of the moves of a list, in its order.
+template <typename Moves>
+texts_t texts_of(Moves const& moves) {
+    texts_t texts;
+    for (Move const& move : moves) {
+        texts.push_back(move.algebraic(true));
+    }
+    return texts;
+}
 
 /// The tables of the search tests; their transposition table is small, so that clearing it
 /// costs little.
@@ -65,6 +77,16 @@ class AnalysisFixture : public testing::Test {
         }
         ADD_FAILURE() << text << " is no legal move in " << position_.fen();
         return Move();
+    }
+
+    /// The legal moves with these texts, in their order.
+    MoveList list_of(texts_t const& texts) {
+        MoveList list;
+        for (std::string const& text : texts) {
+            list[static_cast<int>(list.size())] = move(text);
+            list.set_size(static_cast<int>(list.size()) + 1);
+        }
+        return list;
     }
 
     /// The legal moves with their classes, sorted as a node of the search sorts them.

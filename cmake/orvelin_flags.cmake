@@ -60,7 +60,7 @@ endfunction()
 
 # A compiler cache is used where there is one. What it has to be told of precompiled headers is told
 # here; CCACHE_DISABLE=1 in the environment turns it off. A build with profile guidance does without:
-# an object from elsewhere would count into a file from elsewhere.
+# an object names the file that it counts into, and one from another build names another file.
 find_program(ORVELIN_CCACHE ccache)
 if(ORVELIN_CCACHE AND NOT ORVELIN_PROFILE AND NOT DEFINED CMAKE_CXX_COMPILER_LAUNCHER
    AND NOT DEFINED ENV{CMAKE_CXX_COMPILER_LAUNCHER})

@@ -9,12 +9,12 @@ namespace orvelin {
 
 /// The words through which the analysis thread is asked, stopped and watched.
 ///
-/// Part of the search object. The main thread asks through the action and the quit flag and
-/// watches the status; the analysis thread takes the action and sets the status. Each word is
-/// atomic and may be read without a lock. Whoever changes the action and the status as a pair
-/// holds the lock, so that no stop is lost between the two; the thread announces a search before
-/// it clears the action, so that whoever reads the action first and then the status always sees
-/// one of the two words set.
+/// Part of the search object. The main thread asks through the action and the quit flag, watches
+/// the status, and sets it back when it has answered; the analysis thread takes the action, sets
+/// the status, and asks for its own stop at a limit. Each word is atomic and may be read without
+/// a lock; action and status are written under the lock, so that no stop is lost between the two.
+/// The thread announces a search before it clears the action, so that whoever reads the action
+/// first and then the status always sees one of the two words set.
 class ControlWords {
  public:
     void set_action(action_t action);

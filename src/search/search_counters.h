@@ -26,8 +26,7 @@ struct SearchCounters {
     /// Effective branching factor of the last finished iteration.
     std::atomic<float> ebf{0.0F};
 
-    /// Nodes, leaves, seldepth and mate attacks to 0. Before the tables are aged, which takes a
-    /// while: reporting reads these meanwhile.
+    /// Nodes, leaves, seldepth and mate attacks to 0.
     void clear();
     /// Before the first iteration: iteration 0, and the date steps on by one.
     void begin_iterations();

@@ -43,8 +43,8 @@ void TranspositionTable::allocate(std::uint64_t size) {
     if (size > std::numeric_limits<std::size_t>::max() / sizeof(Bucket)) {
         throw std::bad_array_new_length();
     }
-    memory_ = ZeroedPages(size * sizeof(Bucket));
     written_ = std::make_unique<std::atomic<unsigned char>[]>(size / buckets_per_group);
+    memory_ = ZeroedPages(size * sizeof(Bucket));
     buckets_ = static_cast<Bucket*>(memory_.data());
     size_ = size;
 }

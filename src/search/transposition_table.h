@@ -61,7 +61,7 @@ class TranspositionTable {
     int hashfull(unsigned char date) const;
 
     /// Empties the buckets above the threshold; those at and below it keep their bytes. Costs
-    /// what was written since the last clear, not the size of the table.
+    /// what was written since the last clear, and a look at one byte for each 4 KiB of the table.
     void clear();
 
     bool enabled() const { return enabled_; }

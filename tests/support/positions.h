@@ -12,7 +12,7 @@ inline constexpr char const* kiwipete =
 inline constexpr char const* all_castlings = "r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1";
 /// Pins along a rank and an en passant that opens it, from a perft suite.
 inline constexpr char const* rook_ending = "8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 w - - 0 1";
-/// Promotions with and without a capture, Black's king open to checks, from a perft suite.
+/// Promotions with and without a capture, White in check, from a perft suite.
 inline constexpr char const* promotions =
     "r3k2r/Pppp1ppp/1b3nbN/nP6/BBP1P3/q4N2/Pp1P2PP/R2Q1RK1 w kq - 0 1";
 /// A pawn that promotes by a capture, from a perft suite.

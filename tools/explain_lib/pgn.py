@@ -21,7 +21,7 @@ TOKEN = re.compile(
     re.VERBOSE,
 )
 # What is kept of the tags.
-TAGS = ("White", "Black", "Event", "Date", "Result", "FEN")
+TAGS = ("White", "Black", "Event", "Date", "Result", "FEN", "Variant")
 # No game comes near it, and a file that has nothing but moves ends here.
 MOST_MOVES = 20000
 

@@ -90,7 +90,7 @@ void Evaluation::prefetch_pawns() const {
 bool Evaluation::terms_are_current() {
     std::vector<history_t> const& history = position_.history();
     history_t const* record = &history.back();
-    if (record->last_move == Move() && history.size() > 1) {
+    if (record->last_move.word() == 0 && history.size() > 1) {
         // A FEN text without one of the kings leaves kings and pins to be found with the first
         // move.
         history_t const* const before = record - 1;

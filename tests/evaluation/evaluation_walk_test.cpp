@@ -221,6 +221,18 @@ TEST(EvaluationWalk, ANullMoveAfterATextWithoutAKingIsSeen) {
     }
 }
 
+// Its low bits are those of the null move, but it gives White's rights away.
+TEST(EvaluationWalk, AMoveThatStaysOnA1IsNoNullMove) {
+    ChessPosition position(shared_tables());
+    position.fen("4k3/8/8/8/8/8/8/4K3 w A - 0 1");
+    Evaluation evaluation(position, shared_tables());
+    evaluation.static_eval();
+    EXPECT_EQ(evaluation.variable_vector()[term::castling_rights], 20.0F);
+    position.make_move(position.convert_to_move("a1a1"));
+    evaluation.static_eval();
+    EXPECT_EQ(evaluation.variable_vector()[term::castling_rights], 0.0F);
+}
+
 // Such a move leaves another board behind it, with the count of moves that was evaluated.
 TEST(EvaluationWalk, AContradictingMoveMadeAndUnmadeIsSeen) {
     ChessPosition position(shared_tables());

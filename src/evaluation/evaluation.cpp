@@ -118,21 +118,22 @@ float Evaluation::evaluate_terms() {
     find_phase_and_material();
     find_pawn_record();
     find_pst_terms();
-    find_mobility_terms();
     find_development();
+    find_mobility_terms();
     find_opposite_colored_bishops();
     find_pinned_pieces();
-    find_king_activity();
-    find_pawn_terms();
     float sum = add_group<group::material_to_space>(0.0F);
+    sum = add_group<group::pst_of_pieces>(sum);
     // Turned zones are made for one king a side.
     if (several(position_.white_king()) || several(position_.black_king())) {
         king_terms::find<false>(terms_, position_, mobility_, *pawn_record_);
     } else {
         king_terms::find<true>(terms_, position_, mobility_, *pawn_record_);
     }
+    find_king_activity();
     sum = add_group<group::pst_to_king_attack>(sum);
     sum = add_group<group::castling_to_battlefield>(sum);
+    find_pawn_terms();
     return add_group<group::king_activity_to_bishops>(sum);
 }
 
@@ -179,7 +180,7 @@ void Evaluation::find_mobility_terms() {
 void Evaluation::find_pst_terms() {
     float const mg_phase = mg_phase_;
     float const eg_phase = eg_phase_;
-    std::array<float, group::pst_to_king_attack.size()> sums;
+    std::array<float, group::pst_of_pieces.size() + group::pst_to_king_attack.size()> sums;
     for (std::size_t type = 0; type < sums.size(); ++type) {
         PieceSquareTables::pair_t const sum = piece_square_tables_.both(type + 1);
         sums[type] = sum.first * mg_phase + sum.second * eg_phase;

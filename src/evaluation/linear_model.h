@@ -5,7 +5,6 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <utility>
 
 #include "evaluation/weight.h"
 
@@ -46,6 +45,14 @@ struct group_t {
     constexpr std::size_t terms() const { return last - first + 1; }
     /// The number of terms up to a multiple of four.
     constexpr std::size_t size() const { return (terms() + 3) / 4 * 4; }
+    /// The number of terms up to the last float among them, up to a multiple of four.
+    constexpr std::size_t joined() const {
+        std::size_t number = terms();
+        while (number > 0 && !is_float_term(first + number - 1)) {
+            --number;
+        }
+        return (number + 3) / 4 * 4;
+    }
     constexpr bool follows(group_t const& other) const { return first == other.last + 1; }
 };
 
@@ -53,20 +60,23 @@ struct group_t {
 namespace group {
 
 inline constexpr group_t material_to_space{term::material, term::space};
-inline constexpr group_t pst_to_king_attack{term::pst_pawn, term::king_attack};
+inline constexpr group_t pst_of_pieces{term::pst_pawn, term::pst_rook};
+inline constexpr group_t pst_to_king_attack{term::pst_queen, term::king_attack};
 inline constexpr group_t castling_to_battlefield{term::castling_rights,
                                                  term::queen_battlefield_attack};
 inline constexpr group_t king_activity_to_bishops{term::king_activity,
                                                   term::opposite_colored_bishops};
 
 static_assert(material_to_space.first == 0);
-static_assert(pst_to_king_attack.follows(material_to_space));
+static_assert(pst_of_pieces.follows(material_to_space));
+static_assert(pst_to_king_attack.follows(pst_of_pieces));
 static_assert(castling_to_battlefield.follows(pst_to_king_attack));
 static_assert(king_activity_to_bishops.follows(castling_to_battlefield));
 static_assert(term::stm == king_activity_to_bishops.last + 1 && term::count == term::stm + 1);
 static_assert(term::count <= Weight::padded && Weight::padded % 4 == 0);
 // Groups begin where four terms can be loaded at once, and find_pst_terms() stores eight from here.
-static_assert(pst_to_king_attack.first % 4 == 0 && pst_to_king_attack.size() == 8);
+static_assert(pst_of_pieces.first % 4 == 0 && pst_of_pieces.size() == 4);
+static_assert(pst_to_king_attack.first % 4 == 0 && pst_to_king_attack.size() == 4);
 static_assert(castling_to_battlefield.first % 4 == 0 && king_activity_to_bishops.first % 4 == 0);
 
 }  // namespace group
@@ -85,32 +95,18 @@ inline float rounded(float value) {
     return std::copysign(static_cast<float>(nearest), value);
 }
 
-/// The four terms from `First` on as floats. What is known of them when this is compiled is left
-/// out: there is nothing to join where all four are integers, or all floats.
-template <std::size_t First>
-[[gnu::always_inline]] inline void four_values(terms_t const& terms, float* values) {
-    constexpr int floats = (is_float_term(First) ? 1 : 0) + (is_float_term(First + 1) ? 1 : 0) +
-                           (is_float_term(First + 2) ? 1 : 0) + (is_float_term(First + 3) ? 1 : 0);
-    for (std::size_t i = 0; i < 4; ++i) {
-        if constexpr (floats == 0) {
-            values[i] = static_cast<float>(terms.integers[First + i]);
-        } else if constexpr (floats == 4) {
-            values[i] = std::bit_cast<float>(terms.float_bits[First + i]);
-        } else {
-            values[i] = terms.value(First + i);
-        }
-    }
-}
-
-/// The terms of a group as floats.
+/// The terms of a group as floats. Two plain loops, which the compiler takes four terms at a time;
+/// told term by term what it need not join, it stores some of them one by one, and what is stored
+/// so can be loaded by four only when it has reached the cache.
 template <group_t Group>
-[[gnu::always_inline]] inline std::array<float, Group.size()> values_of(terms_t const& terms) {
-    alignas(16) std::array<float, Group.size()> values;
-    [&]<std::size_t... Four>(std::index_sequence<Four...>) __attribute__((always_inline)) {
-        (four_values<Group.first + 4 * Four>(terms, values.data() + 4 * Four), ...);
+[[gnu::always_inline]] inline void find_values(terms_t const& terms, float* values) {
+    for (std::size_t i = 0; i < Group.size(); ++i) {
+        values[i] = static_cast<float>(terms.integers[Group.first + i]);
     }
-    (std::make_index_sequence<Group.size() / 4>());
-    return values;
+    for (std::size_t i = 0; i < Group.joined(); ++i) {
+        values[i] = std::bit_cast<float>(std::bit_cast<std::uint32_t>(values[i]) |
+                                         terms.float_bits[Group.first + i]);
+    }
 }
 
 /// Adds the blend of the terms of a group to the score and writes them to the variables.
@@ -123,7 +119,8 @@ template <group_t Group>
                                               float eg_phase, float* variables) {
     constexpr std::size_t size = Group.size();
     static_assert(Group.first + size <= Weight::padded);
-    alignas(16) std::array<float, size> const values = values_of<Group>(terms);
+    alignas(16) std::array<float, size> values;
+    find_values<Group>(terms, values.data());
     alignas(16) std::array<float, size> addends;
     for (std::size_t i = 0; i < size; ++i) {
         float const end_game = values[i] * Weight::eg_row[Group.first + i] * eg_phase;

@@ -99,31 +99,45 @@ void BoardPosition::note_odd_move(Move const& move) {
     }
 }
 
-// Called for the kinds of moves that can have an odd word. One that contradicted the board was not
-// counted, but then the count does not matter any more.
+// Called while odd moves are on the board. One that contradicted it was not counted, but then the
+// count does not matter any more.
 void BoardPosition::forget_odd_move(Move const& move) {
-    if (odd_moves_ != 0 && odd_word(move)) {
+    if (odd_word(move)) {
         --odd_moves_;
     }
 }
 
 void BoardPosition::make_move(Move const& move) {
+    if (move.code() == normal_move) {
+        make_normal_move(move);
+    } else {
+        make_special_move(move);
+    }
+    compute_pieces();
+    switch_color_to_move();
+}
+
+void BoardPosition::make_normal_move(Move const& move) {
+    Square const from = move.from();
+    Square const to = move.to();
+    if (from == to) {
+        note_odd_move(move);
+    }
+    lift(index(to), static_cast<std::size_t>(move.capture_id()));
+    lift(index(from), static_cast<std::size_t>(move.piece_id()));
+    place(index(to), static_cast<std::size_t>(move.piece_id()));
+}
+
+void BoardPosition::make_special_move(Move const& move) {
     Square const from = move.from();
     Square const to = move.to();
     int const piece = move.piece_id();
     switch (move.code()) {
         case nullmove:
-            if (move != Move()) {
-                note_odd_move(move);
+            // What else its word says moves nothing.
+            if (odd_word(move)) {
+                ++odd_moves_;
             }
-            break;
-        case normal_move:
-            if (from == to) {
-                note_odd_move(move);
-            }
-            lift(index(to), static_cast<std::size_t>(move.capture_id()));
-            lift(index(from), static_cast<std::size_t>(piece));
-            place(index(to), static_cast<std::size_t>(piece));
             break;
         case en_passant: {
             note_odd_move(move);
@@ -150,29 +164,37 @@ void BoardPosition::make_move(Move const& move) {
             place(index(to), promoted(move));
             break;
     }
+}
+
+void BoardPosition::unmake_move(Move const& move) {
+    if (odd_moves_ != 0) {
+        forget_odd_move(move);
+    }
+    if (move.code() == normal_move) {
+        unmake_normal_move(move);
+    } else {
+        unmake_special_move(move);
+    }
+    boards_[0].clear();
     compute_pieces();
     switch_color_to_move();
 }
 
-void BoardPosition::unmake_move(Move const& move) {
+void BoardPosition::unmake_normal_move(Move const& move) {
+    lift(index(move.to()), static_cast<std::size_t>(move.piece_id()));
+    place(index(move.from()), static_cast<std::size_t>(move.piece_id()));
+    // Without a capture this writes into board 0, which is emptied by the caller.
+    place(index(move.to()), static_cast<std::size_t>(move.capture_id()));
+}
+
+void BoardPosition::unmake_special_move(Move const& move) {
     Square const from = move.from();
     Square const to = move.to();
     int const piece = move.piece_id();
     switch (move.code()) {
         case nullmove:
-            forget_odd_move(move);
-            break;
-        case normal_move:
-            if (from == to) {
-                forget_odd_move(move);
-            }
-            lift(index(to), static_cast<std::size_t>(piece));
-            place(index(from), static_cast<std::size_t>(piece));
-            // Without a capture this writes into board 0, which is emptied below.
-            place(index(to), static_cast<std::size_t>(move.capture_id()));
             break;
         case en_passant: {
-            forget_odd_move(move);
             lift(index(to), static_cast<std::size_t>(piece));
             place(index(from), static_cast<std::size_t>(piece));
             // The side to move is still the one after the move.
@@ -183,7 +205,6 @@ void BoardPosition::unmake_move(Move const& move) {
             break;
         }
         case castling: {
-            forget_odd_move(move);
             CastlingTargets const targets = castling_targets(move);
             lift(index(targets.king), static_cast<std::size_t>(piece));
             lift(index(targets.rook), static_cast<std::size_t>(castling_rook(move)));
@@ -192,15 +213,11 @@ void BoardPosition::unmake_move(Move const& move) {
             break;
         }
         default:
-            forget_odd_move(move);
             lift(index(to), promoted(move));
             place(index(to), static_cast<std::size_t>(move.capture_id()));
             place(index(from), static_cast<std::size_t>(piece));
             break;
     }
-    boards_[0].clear();
-    compute_pieces();
-    switch_color_to_move();
 }
 
 }  // namespace orvelin

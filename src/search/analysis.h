@@ -140,7 +140,7 @@ class Analysis : public AnalysisState {
     bool reduced_search_cut(NullWindowNode const& node);
     std::optional<int> table_cut(NullWindowNode& node, std::uint64_t key);
     bool hash_move_cut(NullWindowNode const& node);
-    int search_null_window_moves(NullWindowNode const& node, MoveList const& list);
+    int search_null_window_moves(NullWindowNode const& node, MoveList& list);
     bool skip_late_move(NullWindowNode const& node, Move const& move, int index) const;
     int search_null_window_move(NullWindowNode const& node, MoveList const& list, Move const& move,
                                 int index);
@@ -149,6 +149,8 @@ class Analysis : public AnalysisState {
 
     // Order and depth of moves.
     Move move_before_last() const;
+    /// localsort() without the sort.
+    void give_classes(MoveList& list, int depth, bool pv, Move hash_move);
     void classify(MoveList& list);
     /// Gives the quiet moves that counters and history put forward their classes.
     void promote_quiet_moves(MoveList& list) const;

@@ -72,8 +72,13 @@ void give_class_to_all(MoveList& list, Move const wanted, xmove_t xcode) {
 
 }  // namespace
 
-// A list of one move keeps its class (oddity 55).
 void Analysis::localsort(MoveList& list, int depth, bool pv, Move hash_move) {
+    give_classes(list, depth, pv, hash_move);
+    MoveSort::sort_by_class(list);
+}
+
+// A list of one move keeps its class (oddity 55).
+void Analysis::give_classes(MoveList& list, int depth, bool pv, Move hash_move) {
     int const size = static_cast<int>(list.size());
     if (size < 2) {
         return;
@@ -94,7 +99,6 @@ void Analysis::localsort(MoveList& list, int depth, bool pv, Move hash_move) {
             }
         }
     }
-    MoveSort::sort_by_class(list);
 }
 
 Move Analysis::move_before_last() const {

@@ -1,24 +1,50 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+#include "position/move.h"
 #include "position/move_list.h"
 
 namespace orvelin {
 
-/// The sort of a move list by the ordering class of its moves.
+/// The sort of a move list by the ordering class of its moves, one place after the other.
 ///
 /// An exchange sort that is not stable. The order that it leaves within a class decides which
-/// moves are reduced and pruned by index, so the procedure itself is part of the search.
+/// moves are reduced and pruned by index, so the procedure itself is part of the search. Most nodes
+/// end after a few moves, so a place is filled when its move is wanted. Refers to the list, whose
+/// other moves nobody may touch meanwhile; lives on the stack of a node.
 class MoveSort {
  public:
-    /// Sorts by class, lowest first, into the order in which exchange_sort() leaves the list. The
-    /// classes are those of xmove_t.
+    /// The classes of the moves are those of xmove_t.
+    explicit MoveSort(MoveList& list);
+
+    /// Fills the place with its move. To be called for 0 to size() - 1, in this order.
+    void fill(int place) {
+        if (masked_) {
+            fill_by_masks(place);
+        } else {
+            fill_by_exchanges(list_, place);
+        }
+    }
+
+    /// Sorts the whole list, lowest class first, into the order in which exchange_sort() leaves it.
     static void sort_by_class(MoveList& list);
     /// The procedure as it is meant, in quadratic time: each place is compared with all places
     /// behind it, and exchanged with each that has a lower class.
     static void exchange_sort(MoveList& list);
 
  private:
-    static void sort_by_masks(MoveList& list);
+    static constexpr std::size_t classes = no_xmove_t + 1;
+
+    static void fill_by_exchanges(MoveList& list, int place);
+    void fill_by_masks(int place);
+
+    MoveList& list_;
+    bool masked_;
+    /// For each class the places of the moves of lower class.
+    std::array<std::uint64_t, classes + 1> lower_{};
 };
 
 }  // namespace orvelin

@@ -5,6 +5,7 @@
 #include "position/move_buffer.h"
 #include "search/analysis.h"
 #include "search/lmr_table.h"
+#include "search/move_sort.h"
 #include "search/transposition_table.h"
 
 namespace orvelin {
@@ -93,7 +94,7 @@ int Analysis::nullwindow_search(int depth, int alpha, int beta) {
     if (list.size() == 0 && node.hash_move == Move()) {
         return value_without_moves();
     }
-    localsort(list, node.depth, false, Move());
+    give_classes(list, node.depth, false, Move());
     return search_null_window_moves(node, list);
 }
 
@@ -167,10 +168,13 @@ bool Analysis::hash_move_cut(NullWindowNode const& node) {
     return true;
 }
 
-int Analysis::search_null_window_moves(NullWindowNode const& node, MoveList const& list) {
+int Analysis::search_null_window_moves(NullWindowNode const& node, MoveList& list) {
     int const size = static_cast<int>(list.size());
+    // Sorted as far as the moves are wanted.
+    MoveSort sort(list);
     // The index counts the skipped moves too.
     for (int i = 0; i < size; ++i) {
+        sort.fill(i);
         Move const move = list[i];
         if (move == node.hash_move) {
             continue;

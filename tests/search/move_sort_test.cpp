@@ -70,4 +70,24 @@ TEST(MoveSort, LeavesWhatTheExchangesLeaveForAnyLengthAndClasses) {
     }
 }
 
+// The search wants the moves one by one and may end behind any of them.
+TEST(MoveSort, EachPlaceHoldsItsLastMoveAsSoonAsItIsFilled) {
+    std::mt19937 random(8);
+    for (std::size_t const length : {2U, 30U, 64U, 65U, 70U}) {
+        std::vector<int> classes(length);
+        for (int& xcode : classes) {
+            xcode = static_cast<int>(random() % (no_xmove_t + 1U));
+        }
+        std::vector<Move> moves = moves_of(classes);
+        std::vector<std::uint32_t> const sorted = words_after(moves, MoveSort::exchange_sort);
+        MoveList list(moves.data());
+        list.set_size(static_cast<int>(length));
+        MoveSort sort(list);
+        for (std::size_t place = 0; place < length; ++place) {
+            sort.fill(static_cast<int>(place));
+            ASSERT_EQ(list[static_cast<int>(place)].word(), sorted[place]) << place;
+        }
+    }
+}
+
 }  // namespace orvelin::test

@@ -159,15 +159,12 @@ class WaitEnder : public std::streambuf {
     /// Body of a thread of its own; ends after the waits of three searches.
     void operator()() {
         for (waits_ended = 0; waits_ended < 3; ++waits_ended) {
-            while (analysis_.get_iteration() != 3) {
+            while (!begun() || analysis_.get_iteration() != 3) {
                 sleep();
             }
             std::this_thread::sleep_for(std::chrono::milliseconds(200));
             EXPECT_EQ(analysis_.get_iteration(), 3);
             while (stop_once()) {
-                sleep();
-            }
-            while (waits_ended < 2 && analysis_.get_iteration() == 3) {
                 sleep();
             }
         }
@@ -183,12 +180,23 @@ class WaitEnder : public std::streambuf {
         text_ += traits_type::to_char_type(character);
         if (character == '\n') {
             ++lines_;
+        } else if (character == '\t') {
+            ++searches_;
+            // The search begins behind this, on this thread. What the one before has left would
+            // be taken for its own.
+            AnalysisProbe(analysis_).iteration(0);
         }
         return character;
     }
 
  private:
     static void sleep() { std::this_thread::sleep_for(std::chrono::microseconds(100)); }
+
+    /// True once the search whose turn it is begins.
+    bool begun() {
+        std::lock_guard<std::mutex> const guard(mutex_);
+        return searches_ > waits_ended;
+    }
 
     /// False once the search whose turn it is has been reported.
     bool stop_once() {
@@ -204,6 +212,7 @@ class WaitEnder : public std::streambuf {
     std::mutex mutex_;
     std::string text_;
     int lines_ = 0;
+    int searches_ = 0;
 };
 
 TEST_F(EngineBenchTest, WeakenedItEndsItsIterationsEarlierAndStillPrintsDepthTwelve) {

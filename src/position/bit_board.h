@@ -113,9 +113,9 @@ class BitBoard {
     constexpr explicit operator bool() const { return word_ != 0; }
     constexpr bool operator==(BitBoard const& other) const = default;
     /// Compares the unsigned words.
-    // The defaulted comparison is mistaken for a null pointer.
-    // NOLINTNEXTLINE(modernize-use-nullptr)
-    constexpr auto operator<=>(BitBoard const& other) const = default;
+    constexpr std::strong_ordering operator<=>(BitBoard const& other) const {
+        return word_ <=> other.word_;
+    }
 
     constexpr BitBoard& operator&=(BitBoard const& other) { return *this &= other.word_; }
     constexpr BitBoard& operator|=(BitBoard const& other) { return *this |= other.word_; }

@@ -50,9 +50,9 @@ class Square {
 
     constexpr bool operator==(Square const& other) const = default;
     /// Compares the signed ids.
-    // The defaulted comparison is mistaken for a null pointer.
-    // NOLINTNEXTLINE(modernize-use-nullptr)
-    constexpr auto operator<=>(Square const& other) const = default;
+    constexpr std::strong_ordering operator<=>(Square const& other) const {
+        return square_ <=> other.square_;
+    }
 
     constexpr Square& operator+=(int steps) {
         square_ += steps;

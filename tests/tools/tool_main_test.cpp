@@ -4,6 +4,7 @@
 #include <functional>
 #include <gtest/gtest.h>
 #include <iostream>
+#include <memory>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -60,6 +61,30 @@ TEST(ToolMain, HandsOnTheCodeOfTheBody) {
     EXPECT_EQ(run({}, [] { return tools::exit_success; }).code, 0);
     EXPECT_EQ(run({}, [] { return tools::exit_failure; }).code, 1);
     EXPECT_EQ(run({"--number", "5"}, [] { return 7; }).code, 7);
+}
+
+TEST(ToolMain, TheBodyKeepsWhatTheSetUpMade) {
+    char const* const arguments[] = {"x", "--number", "5"};
+    auto const set_up = [](CLI::App& app) -> std::function<int()> {
+        auto const number = std::make_shared<int>(0);
+        app.add_option("--number", *number, "A number");
+        return [number] { return *number; };
+    };
+    EXPECT_EQ(tools::tool_main("orvelin-x", "Does this.", set_up, 3, arguments), 5);
+}
+
+TEST(ToolMain, AFaultOfTheSetUpIsToldAsAnyOther) {
+    char const* const arguments[] = {"x"};
+    auto const set_up = [](CLI::App& app) -> std::function<int()> {
+        app.add_flag("--twice");
+        app.add_flag("--twice");
+        return [] { return tools::exit_success; };
+    };
+    CapturedStream const errors(std::cerr);
+    EXPECT_EQ(tools::tool_main("orvelin-x", "Does this.", set_up, 1, arguments),
+              tools::exit_failure);
+    EXPECT_EQ(errors.text().find("orvelin-x: "), 0U);
+    EXPECT_NE(errors.text().find("twice"), std::string::npos);
 }
 
 TEST(ToolMain, HelpIsPrintedAndTheBodyNotRun) {

@@ -1,21 +1,33 @@
 // orvelin-book: reads, checks and writes opening books.
 
 #include <CLI/CLI.hpp>
+#include <functional>
+#include <memory>
 
 #include "book/commands.h"
 #include "support/tool_main.h"
 
-// Only the set-up of the arguments could throw: a fault of the program, which may end it.
-// NOLINTNEXTLINE(bugprone-exception-escape)
-int main(int argc, char** argv) {
-    using namespace orvelin::tools;
-    CLI::App app("Reads, checks and writes opening books in the Polyglot format.", "orvelin-book");
+namespace orvelin::tools {
+
+namespace {
+
+std::function<int()> set_up(CLI::App& app) {
     app.require_subcommand(1);
-    command_t command;
-    add_look_command(app, command);
-    add_print_command(app, command);
-    add_verify_command(app, command);
-    add_merge_command(app, command);
-    add_make_command(app, command);
-    return run_tool(app, argc, argv, [&] { return command(); });
+    auto const command = std::make_shared<command_t>();
+    add_look_command(app, *command);
+    add_print_command(app, *command);
+    add_verify_command(app, *command);
+    add_merge_command(app, *command);
+    add_make_command(app, *command);
+    return [command] { return (*command)(); };
+}
+
+}  // namespace
+
+}  // namespace orvelin::tools
+
+int main(int argc, char** argv) {
+    return orvelin::tools::tool_main(
+        "orvelin-book", "Reads, checks and writes opening books in the Polyglot format.",
+        orvelin::tools::set_up, argc, argv);
 }

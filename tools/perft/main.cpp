@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <iomanip>
 #include <iostream>
 #include <memory>
@@ -86,13 +87,15 @@ int count_leaves(arguments_t const& arguments) {
     return exit_success;
 }
 
+std::function<int()> set_up(CLI::App& app) {
+    auto const arguments = std::make_shared<arguments_t>();
+    add_arguments(app, *arguments);
+    return [arguments] { return count_leaves(*arguments); };
+}
+
 }  // namespace
 
-// Only the set-up of the arguments could throw: a fault of the program, which may end it.
-// NOLINTNEXTLINE(bugprone-exception-escape)
 int main(int argc, char** argv) {
-    CLI::App app("Counts the leaves of the legal game tree of a position.", "orvelin-perft");
-    arguments_t arguments;
-    add_arguments(app, arguments);
-    return run_tool(app, argc, argv, [&] { return count_leaves(arguments); });
+    return tool_main("orvelin-perft", "Counts the leaves of the legal game tree of a position.",
+                     set_up, argc, argv);
 }

@@ -9,9 +9,9 @@ namespace orvelin::tools {
 
 namespace {
 
-int fail(CLI::App const& app, std::string const& message, int code) {
+int fail(std::string const& name, std::string const& message, int code) {
     std::cout.flush();
-    std::cerr << app.get_name() << ": " << message << std::endl;
+    std::cerr << name << ": " << message << std::endl;
     return code;
 }
 
@@ -23,19 +23,30 @@ int run_tool(CLI::App& app, int argc, char const* const* argv, std::function<int
     } catch (CLI::Success const& request) {
         return app.exit(request);
     } catch (CLI::ParseError const& error) {
-        return fail(app, std::string(error.what()) + "\nRun with --help for more information.",
+        return fail(app.get_name(),
+                    std::string(error.what()) + "\nRun with --help for more information.",
                     exit_usage);
     }
     try {
         int const code = body();
         if (!std::cout.flush()) {
-            return fail(app, "cannot write to standard output", exit_failure);
+            return fail(app.get_name(), "cannot write to standard output", exit_failure);
         }
         return code;
     } catch (UsageError const& error) {
-        return fail(app, error.what(), exit_usage);
+        return fail(app.get_name(), error.what(), exit_usage);
     } catch (std::exception const& error) {
-        return fail(app, error.what(), exit_failure);
+        return fail(app.get_name(), error.what(), exit_failure);
+    }
+}
+
+int tool_main(char const* name, char const* description, set_up_t set_up, int argc,
+              char const* const* argv) {
+    try {
+        CLI::App app(description, name);
+        return run_tool(app, argc, argv, set_up(app));
+    } catch (std::exception const& error) {
+        return fail(name, error.what(), exit_failure);
     }
 }
 

@@ -30,4 +30,11 @@ class UsageError : public std::runtime_error {
 /// written; each is told on standard error as "name: message".
 int run_tool(CLI::App& app, int argc, char const* const* argv, std::function<int()> const& body);
 
+/// Adds the arguments of a tool to its app and makes the body, which owns what it needs.
+using set_up_t = std::function<int()> (*)(CLI::App& app);
+
+/// The whole main() of a tool. What the set-up throws is told and ends as any other exception.
+int tool_main(char const* name, char const* description, set_up_t set_up, int argc,
+              char const* const* argv);
+
 }  // namespace orvelin::tools

@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -79,18 +80,21 @@ void add_check(CLI::App& app, arguments_t& arguments, command_t& command) {
     check->callback([&] { command = [&] { return check_command(arguments.sources); }; });
 }
 
+std::function<int()> set_up(CLI::App& app) {
+    app.require_subcommand(1);
+    auto const arguments = std::make_shared<arguments_t>();
+    auto const command = std::make_shared<command_t>();
+    add_build(app, *arguments, *command);
+    add_eval(app, *arguments, *command);
+    add_stats(app, *arguments, *command);
+    add_check(app, *arguments, *command);
+    // The commands refer to the arguments, which the body keeps.
+    return [arguments, command] { return (*command)(); };
+}
+
 }  // namespace
 
-// Only the set-up of the arguments could throw: a fault of the program, which may end it.
-// NOLINTNEXTLINE(bugprone-exception-escape)
 int main(int argc, char** argv) {
-    CLI::App app("Distance-to-mate tables of endings with four pieces.", "orvelin-tables");
-    app.require_subcommand(1);
-    arguments_t arguments;
-    command_t command;
-    add_build(app, arguments, command);
-    add_eval(app, arguments, command);
-    add_stats(app, arguments, command);
-    add_check(app, arguments, command);
-    return run_tool(app, argc, argv, [&] { return command(); });
+    return tool_main("orvelin-tables", "Distance-to-mate tables of endings with four pieces.",
+                     set_up, argc, argv);
 }

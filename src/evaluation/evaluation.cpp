@@ -63,7 +63,8 @@ void Evaluation::set_log(bool on) {
 // The order of the steps is free as far as the terms go; here it serves the sum. That is taken in
 // the order of the terms, one addition after the other, and so it is begun while later terms are
 // still computed. A stretch of it does not follow at once upon the steps that write its terms:
-// what is stored one by one can be loaded by four only when it has reached the cache.
+// what is stored one by one can be loaded by four only when it has reached the cache. The pawn
+// terms come just before their stretch, as most of them stand from the last evaluation.
 int Evaluation::static_eval() {
     ++total_evals_;
     if (!terms_are_current()) {

@@ -41,8 +41,8 @@ class BoardPosition {
     /// Undoes make_move() of the same word.
     void unmake_move(Move const& move);
     /// To be called before make_move() of a word that was found on another board: what contradicts
-    /// this one makes it inconsistent. Of normal moves between two squares make_move() itself does
-    /// not find it out.
+    /// this one makes it inconsistent. Of normal moves between two squares and of null moves
+    /// make_move() itself does not find it out.
     void note_foreign_move(Move const& move) { contradicted_ = contradicted_ || contradicts(move); }
 
     /// Side to move: 1 White, 0 Black.
@@ -81,7 +81,7 @@ class BoardPosition {
     /// its square, promotes what is no pawn, or captures by a null move. For good, until clear(),
     /// does a word that contradicts the board, since unmaking it leaves another board than before;
     /// a change by hand; and a FEN text with two pieces on one square. Whether a normal move
-    /// between two squares contradicts the board only note_foreign_move() finds out.
+    /// between two squares or a null move contradicts the board only note_foreign_move() finds out.
     bool board_is_inconsistent() const { return contradicted_ || odd_moves_ != 0; }
     /// Makes it true for good, for a copy of such a board.
     void set_board_inconsistent() { contradicted_ = true; }
@@ -116,8 +116,8 @@ class BoardPosition {
     bool contradicts(Move const& move) const;
     void make_normal_move(Move const& move);
     void unmake_normal_move(Move const& move);
-    // Rare, and kept out of make_move() and unmake_move(), so that these stay small enough to be
-    // put in line.
+    // Rare, or, as null moves, little work, and kept out of make_move() and unmake_move(), so that
+    // these stay small enough to be put in line.
     [[gnu::noinline]] void make_special_move(Move const& move);
     [[gnu::noinline]] void unmake_special_move(Move const& move);
     [[gnu::noinline]] void note_odd_move(Move const& move);

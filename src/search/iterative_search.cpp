@@ -50,8 +50,8 @@ void Analysis::iterative_search(RootObserver const& observer) {
     search_timer_.stop();
 }
 
-// The counters are cleared before the tables are aged, which takes a while: reporting reads them
-// meanwhile.
+// Nodes, leaves and seldepth are cleared before the tables are aged, which takes a while: reporting
+// reads them meanwhile.
 void Analysis::begin_search() {
     evaluation_.init();
     time_manager_.start();

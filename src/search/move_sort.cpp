@@ -19,12 +19,6 @@ std::size_t class_of(Move const& move) {
 }  // namespace
 
 // What the exchanges leave decides nodes: not stable (oddity 49).
-void MoveSort::exchange_sort(MoveList& list) {
-    for (int place = 0; place < static_cast<int>(list.size()); ++place) {
-        fill_by_exchanges(list, place);
-    }
-}
-
 void MoveSort::sort_by_class(MoveList& list) {
     MoveSort sort(list);
     for (int place = 0; place < static_cast<int>(list.size()); ++place) {
@@ -45,11 +39,11 @@ MoveSort::MoveSort(MoveList& list) : list_(list), masked_(list.size() <= most_ma
     }
 }
 
-void MoveSort::fill_by_exchanges(MoveList& list, int place) {
-    int const size = static_cast<int>(list.size());
+void MoveSort::fill_by_exchanges(int place) {
+    int const size = static_cast<int>(list_.size());
     for (int j = place + 1; j < size; ++j) {
-        if (list[place].xcode() > list[j].xcode()) {
-            std::swap(list[place], list[j]);
+        if (list_[place].xcode() > list_[j].xcode()) {
+            std::swap(list_[place], list_[j]);
         }
     }
 }

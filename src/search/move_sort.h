@@ -20,30 +20,28 @@ class MoveSort {
     /// The classes of the moves are those of xmove_t.
     explicit MoveSort(MoveList& list);
 
-    /// Fills the place with its move. To be called for 0 to size() - 1, in this order.
+    /// Fills the place with its move: compares it with all places behind it, and exchanges it with
+    /// each that has a lower class. To be called for 0 to size() - 1, in this order.
     void fill(int place) {
         if (masked_) {
             fill_by_masks(place);
         } else {
-            fill_by_exchanges(list_, place);
+            fill_by_exchanges(place);
         }
     }
 
-    /// Sorts the whole list, lowest class first, into the order in which exchange_sort() leaves it.
+    /// Sorts the whole list, lowest class first.
     static void sort_by_class(MoveList& list);
-    /// The procedure as it is meant, in quadratic time: each place is compared with all places
-    /// behind it, and exchanged with each that has a lower class.
-    static void exchange_sort(MoveList& list);
 
  private:
     static constexpr std::size_t classes = no_xmove_t + 1;
 
-    static void fill_by_exchanges(MoveList& list, int place);
+    void fill_by_exchanges(int place);
     void fill_by_masks(int place);
 
     MoveList& list_;
     bool masked_;
-    /// For each class the places of the moves of lower class.
+    /// For each class the places of the moves of lower class, among those that are not filled.
     std::array<std::uint64_t, classes + 1> lower_{};
 };
 

@@ -22,7 +22,7 @@ namespace orvelin {
 /// and switch are changed between searches only.
 ///
 /// Buckets are marked as written in groups of the size of a memory page, so that clear() costs
-/// what was written since the last one and not the size of the table. Every bucket above the
+/// what was written since the last one, and little of the size of the table. Every bucket above the
 /// threshold that is not empty lies in a marked group.
 class TranspositionTable {
  public:

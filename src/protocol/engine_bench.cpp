@@ -1,10 +1,10 @@
-#include <array>
 #include <cmath>
 #include <cstdint>
 #include <iostream>
 #include <limits>
 
 #include "protocol/engine.h"
+#include "search/bench_positions.h"
 #include "time/timer.h"
 
 namespace orvelin {
@@ -12,14 +12,7 @@ namespace orvelin {
 namespace {
 
 constexpr int bench_depth = 12;
-constexpr int bench_hash_megabytes = 128;
 constexpr int bench_clock = 6000000;
-
-constexpr std::array<char const*, 3> bench_positions{
-    "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",
-    "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w - - 0 1",
-    "r2q2k1/pp1rbppp/4pn2/2P5/1P3B2/6P1/P3QPBP/1R3RK1 w - - 0 1",
-};
 
 /// Nodes a second, rounded. What no `int` can hold, as after no time at all, gives the smallest
 /// `int`, which is what the processor's own conversion makes of it.

@@ -94,6 +94,9 @@ int Analysis::search_pv_moves(MoveList& list, Move const& hash_move, int depth, 
     int const size = static_cast<int>(list.size());
     for (int i = 0; i < size; ++i) {
         Move const move = list[i];
+        if (counters_.ply == 0) {
+            root_.begin_move(move, i + 1);
+        }
         int const extension = extend(list, move);
         int const reduction = pv_reduction(move, depth, i, extension);
         make_move(move);

@@ -3,6 +3,7 @@
 namespace orvelin {
 
 void RootResult::clear() {
+    begin_move(Move(), 0);
     best_score.store(0);
     best_move.store(Move());
     ponder_move.store(Move());

@@ -20,11 +20,20 @@ struct RootResult {
     std::atomic<int> best_score{0};
     std::atomic<Move> best_move{};
     std::atomic<Move> ponder_move{};
+    /// The move of the root that is searched now, and its number in the list, from 1.
+    std::atomic<Move> current_move{};
+    std::atomic<int> current_number{0};
 
     /// Score 0, and neither line nor moves.
     void clear();
     /// Takes a new best move: `line` begins with it and is given depth and score.
     void raise(Move const& move, int depth, int score, PrincipalVariation& line);
+
+    /// A move of the root is searched from here on.
+    void begin_move(Move const& move, int number) {
+        current_move.store(move, std::memory_order_relaxed);
+        current_number.store(number, std::memory_order_relaxed);
+    }
 
     /// Whether a new best move ends a search that has used this part of its budget.
     static bool is_late(int percentage) { return percentage > late_percentage; }

@@ -53,7 +53,9 @@ void Analysis::search_further_lines(int depth) {
 void Analysis::search_root_pass(MoveList& list, int depth, PrincipalVariation& pass_line,
                                 Move& pass_move) {
     int best = -infinite_score;
+    int number = 0;
     for (Move const move : list) {
+        root_.begin_move(move, ++number);
         PrincipalVariation child_line;
         make_move(move);
         int const score = -pv_search(depth - 1, best, infinite_score, child_line);

@@ -1,0 +1,70 @@
+#include "play/output.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstddef>
+#include <poll.h>
+#include <unistd.h>
+
+namespace orvelin::play {
+
+void Output::line(std::string_view text) {
+    std::string bytes(text);
+    bytes += '\n';
+    std::lock_guard const lock(mutex_);
+    write(bytes);
+    if (log_.is_open()) {
+        log_ << "> " << bytes << std::flush;
+    }
+}
+
+void Output::remark(std::string_view text) {
+    std::string clean = "info string ";
+    std::transform(text.begin(), text.end(), std::back_inserter(clean), [](char letter) {
+        return static_cast<unsigned char>(letter) < ' ' || letter == '\x7f' ? ' ' : letter;
+    });
+    line(clean);
+}
+
+void Output::text(std::string_view lines) {
+    std::lock_guard const lock(mutex_);
+    write(lines);
+    if (log_.is_open()) {
+        log_ << lines << std::flush;
+    }
+}
+
+bool Output::set_log(std::string const& name) {
+    std::lock_guard const lock(mutex_);
+    log_.close();
+    log_.clear();
+    if (name.empty()) {
+        return true;
+    }
+    log_.open(name, std::ios::app);
+    return log_.is_open();
+}
+
+void Output::log_input(std::string_view text) {
+    std::lock_guard const lock(mutex_);
+    if (log_.is_open()) {
+        log_ << "< " << text << std::endl;
+    }
+}
+
+// A pipe that somebody else has set to non-blocking takes what it can hold.
+void Output::write(std::string_view bytes) {
+    while (!bytes.empty()) {
+        ssize_t const written = ::write(descriptor_, bytes.data(), bytes.size());
+        if (written >= 0) {
+            bytes.remove_prefix(static_cast<std::size_t>(written));
+        } else if (errno == EAGAIN || errno == EWOULDBLOCK) {
+            pollfd ready{descriptor_, POLLOUT, 0};
+            ::poll(&ready, 1, -1);
+        } else if (errno != EINTR) {
+            return;
+        }
+    }
+}
+
+}  // namespace orvelin::play

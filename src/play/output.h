@@ -1,0 +1,41 @@
+#pragma once
+
+#include <fstream>
+#include <mutex>
+#include <string>
+#include <string_view>
+
+namespace orvelin::play {
+
+/// The way out: every line is written whole and at once, whichever thread it comes from.
+///
+/// One lock for output and log, so that the log has the lines in the order in which they went out.
+/// When the reader is gone the lines are dropped; the input thread finds that out and ends the
+/// process.
+class Output {
+ public:
+    /// Writes to a file descriptor, which stays open.
+    explicit Output(int descriptor) : descriptor_(descriptor) {}
+
+    /// One line, without its end.
+    void line(std::string_view text);
+    /// An `info string` line. Characters that would end it or harm a terminal become blanks.
+    void remark(std::string_view text);
+    /// Several lines at once, each with its end.
+    void text(std::string_view lines);
+
+    /// Writes all lines that come and go to this file too; an empty name ends that. False when the
+    /// file cannot be opened.
+    bool set_log(std::string const& name);
+    /// A line that came in, for the log.
+    void log_input(std::string_view text);
+
+ private:
+    void write(std::string_view bytes);
+
+    int descriptor_;
+    std::mutex mutex_;
+    std::ofstream log_;
+};
+
+}  // namespace orvelin::play

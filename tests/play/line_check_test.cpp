@@ -1,0 +1,86 @@
+#include "play/line_check.h"
+
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+#include "play/position_reader.h"
+#include "support/positions.h"
+#include "support/shared_tables.h"
+
+namespace orvelin::play::test {
+
+namespace {
+
+using orvelin::test::shared_tables;
+
+/// A line of moves that are legal one behind the other.
+PrincipalVariation line_of(std::string const& fen, std::vector<std::string> const& moves) {
+    ChessPosition position(shared_tables());
+    position.fen(fen);
+    PrincipalVariation line;
+    for (std::string const& text : moves) {
+        Move const move = find_legal_move(position, shared_tables(), text);
+        EXPECT_NE(move, Move()) << text;
+        line[line.size()] = move;
+        position.make_move(move);
+    }
+    return line;
+}
+
+std::vector<Move> true_part(std::string const& fen, PrincipalVariation const& line) {
+    ChessPosition position(shared_tables());
+    position.fen(fen);
+    return LineCheck(shared_tables(), position).true_part(line);
+}
+
+TEST(LineCheck, KeepsATrueLineWhole) {
+    auto const line = line_of(positions::start, {"e2e4", "e7e5", "g1f3", "b8c6"});
+    EXPECT_EQ(true_part(positions::start, line).size(), 4U);
+}
+
+TEST(LineCheck, CutsAtTheFirstMoveThatIsNotLegal) {
+    auto line = line_of(positions::start, {"e2e4", "e7e5"});
+    line[2] = line[0];
+    line[3] = line[1];
+    EXPECT_EQ(true_part(positions::start, line).size(), 2U);
+}
+
+TEST(LineCheck, CutsAtARepetition) {
+    std::vector<std::string> const there_and_back{"g1f3", "g8f6", "f3g1", "f6g8"};
+    std::vector<std::string> moves;
+    for (int i = 0; i < 4; ++i) {
+        moves.insert(moves.end(), there_and_back.begin(), there_and_back.end());
+    }
+    EXPECT_LT(true_part(positions::start, line_of(positions::start, moves)).size(), 9U);
+}
+
+TEST(LineCheck, CutsWhereFiftyMovesWereMadeWithoutProgress) {
+    std::string const fen = "7k/8/8/8/8/8/8/K6R w - - 98 100";
+    auto const line = line_of(fen, {"h1g1", "h8h7", "g1g2", "h7h6", "g2g3"});
+    std::size_t const size = true_part(fen, line).size();
+    EXPECT_GE(size, 2U);
+    EXPECT_LE(size, 3U);
+}
+
+TEST(LineCheck, LeavesItsPositionForTheNextLine) {
+    ChessPosition position(shared_tables());
+    position.fen(positions::start);
+    LineCheck check(shared_tables(), position);
+    auto const line = line_of(positions::start, {"e2e4", "e7e5", "g1f3"});
+    EXPECT_EQ(check.true_part(line).size(), 3U);
+    EXPECT_EQ(check.true_part(line).size(), 3U);
+    EXPECT_EQ(position.fen(), positions::start);
+}
+
+TEST(LineCheck, KnowsTheMovesOfTheRoot) {
+    ChessPosition position(shared_tables());
+    position.fen(positions::start);
+    EXPECT_EQ(LineCheck(shared_tables(), position).root_moves().size(), 20U);
+    position.fen("7k/5Q2/6K1/8/8/8/8/8 b - - 0 1");
+    EXPECT_TRUE(LineCheck(shared_tables(), position).root_moves().empty());
+}
+
+}  // namespace
+
+}  // namespace orvelin::play::test

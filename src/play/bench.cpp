@@ -1,0 +1,42 @@
+#include "play/bench.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdint>
+
+#include "play/searcher.h"
+#include "search/bench_positions.h"
+
+namespace orvelin::play {
+
+std::string bench(Searcher& searcher, int depth, int hash_megabytes) {
+    Analysis& analysis = searcher.analysis();
+    ChessPosition& position = searcher.position();
+    std::string text;
+    std::uint64_t nodes = 0;
+    analysis.set_hash_size(bench_hash_megabytes);
+    auto const start = std::chrono::steady_clock::now();
+    for (char const* const fen : bench_positions) {
+        searcher.forget();
+        position.fen(fen);
+        analysis.init(position);
+        analysis.reset();
+        analysis.reset_max_nodes();
+        analysis.set_multipv(1);
+        analysis.set_infinite(true);
+        analysis.set_depth(depth);
+        analysis.iterative_search();
+        nodes += analysis.get_node_count();
+        text += std::string(fen) + "  nodes " + std::to_string(analysis.get_node_count()) +
+                "  bestmove " + analysis.best_move().algebraic(false) + '\n';
+    }
+    auto const time = std::chrono::duration_cast<std::chrono::milliseconds>(
+        std::chrono::steady_clock::now() - start);
+    auto const elapsed = static_cast<std::uint64_t>(std::max<std::int64_t>(time.count(), 1));
+    searcher.forget();
+    analysis.set_hash_size(hash_megabytes);
+    return text + "Nodes searched: " + std::to_string(nodes) +
+           "\nNodes/second: " + std::to_string(nodes * 1000 / elapsed) + '\n';
+}
+
+}  // namespace orvelin::play

@@ -6,6 +6,7 @@
 namespace orvelin::test {
 
 char const* const engine_binary = ORVELIN_BINARY;
+char const* const play_binary = ORVELIN_PLAY;
 char const* const perft_binary = ORVELIN_PERFT;
 char const* const book_binary = ORVELIN_BOOK;
 char const* const tables_binary = ORVELIN_TABLES;

@@ -11,6 +11,9 @@ inline constexpr bool short_tests = ORVELIN_SHORT_TESTS != 0;
 /// Path of the engine binary under test.
 extern char const* const engine_binary;
 
+/// Path of the program for players.
+extern char const* const play_binary;
+
 /// Paths of the command-line tools; empty where a tool is not built.
 extern char const* const perft_binary;
 extern char const* const book_binary;

@@ -1,0 +1,170 @@
+#include "play/front.h"
+
+#include <algorithm>
+#include <array>
+#include <exception>
+#include <utility>
+
+namespace orvelin::play {
+
+namespace {
+
+constexpr std::chrono::seconds report_interval{1};
+
+/// The first word and what follows it.
+std::pair<std::string_view, std::string_view> split(std::string_view line) {
+    constexpr std::string_view blanks = " \t\r\v\f";
+    std::size_t const begin = line.find_first_not_of(blanks);
+    if (begin == std::string_view::npos) {
+        return {};
+    }
+    line.remove_prefix(begin);
+    std::size_t const end = line.find_first_of(blanks);
+    if (end == std::string_view::npos) {
+        return {line, {}};
+    }
+    return {line.substr(0, end), line.substr(end + 1)};
+}
+
+/// As much of a text as fits into a remark.
+std::string cut(std::string_view text) {
+    constexpr std::size_t most = 40;
+    return text.size() <= most ? std::string(text) : std::string(text.substr(0, most)) + "...";
+}
+
+}  // namespace
+
+Front::Front(CommandQueue& queue, Output& output)
+    : queue_(queue), output_(output), searcher_(output), hasher_(searcher_.tables()) {
+    apply_book();
+}
+
+Front::handler_t Front::find_handler(std::string_view word) {
+    static constexpr std::array<std::pair<std::string_view, handler_t>, 17> commands{{
+        {"uci", &Front::command_uci},
+        {"isready", &Front::command_isready},
+        {"ucinewgame", &Front::command_ucinewgame},
+        {"setoption", &Front::command_setoption},
+        {"position", &Front::command_position},
+        {"go", &Front::command_go},
+        {"stop", &Front::command_stop},
+        {"ponderhit", &Front::command_ponderhit},
+        {"debug", &Front::command_debug},
+        {"register", &Front::command_register},
+        {"d", &Front::command_display},
+        {"eval", &Front::command_eval},
+        {"flip", &Front::command_flip},
+        {"bench", &Front::command_bench},
+        {"perft", &Front::command_perft},
+        {"help", &Front::command_help},
+        {"?", &Front::command_help},
+    }};
+    for (auto const& [name, handler] : commands) {
+        if (name == word) {
+            return handler;
+        }
+    }
+    return nullptr;
+}
+
+void Front::run() {
+    while (!quit_) {
+        std::optional<Command> const command = queue_.pop(next_look());
+        if (command) {
+            if (!act(*command)) {
+                return;
+            }
+        } else if (queue_.ended()) {
+            return;
+        }
+        look_at_search();
+    }
+}
+
+bool Front::act(Command const& command) {
+    output_.log_input(command.line);
+    if (!command.remark.empty()) {
+        output_.remark(command.remark);
+    }
+    arrival_ = command.arrival;
+    auto const [word, arguments] = split(command.line);
+    if (word.empty()) {
+        return true;
+    }
+    if (word == "quit") {
+        quit_ = true;
+        return false;
+    }
+    handler_t const handler = find_handler(word);
+    if (handler == nullptr) {
+        output_.remark("unknown command '" + cut(word) + "', help lists the known ones");
+        return true;
+    }
+    try {
+        (this->*handler)(arguments);
+    } catch (std::exception const& error) {
+        output_.remark(cut(word) + ": " + error.what());
+    }
+    return true;
+}
+
+bool Front::refused_while_searching(std::string_view what) {
+    // A GUI may send on behind its stop without waiting for the answer.
+    if (!searcher_.busy() || searcher_.stopping()) {
+        searcher_.wait_for_answer(patience);
+        return false;
+    }
+    output_.remark(std::string(what) + " is ignored while a search runs, stop it first");
+    return true;
+}
+
+void Front::remark(std::vector<std::string> const& lines) {
+    for (std::string const& line : lines) {
+        output_.remark(line);
+    }
+}
+
+std::optional<Front::time_point> Front::next_look() const {
+    if (!searcher_.busy()) {
+        return std::nullopt;
+    }
+    time_point next = report_at_;
+    if (stop_at_) {
+        next = std::min(next, *stop_at_);
+    }
+    if (force_at_) {
+        next = std::min(next, *force_at_);
+    }
+    return next;
+}
+
+void Front::look_at_search() {
+    if (!searcher_.busy()) {
+        return;
+    }
+    time_point const now = std::chrono::steady_clock::now();
+    if (stop_at_ && now >= *stop_at_) {
+        stop_at_.reset();
+        force_at_ = now + patience;
+        searcher_.stop();
+    }
+    if (force_at_ && now >= *force_at_) {
+        force_at_.reset();
+        searcher_.stop_at_once();
+    }
+    if (now >= report_at_) {
+        report_at_ = now + report_interval;
+        searcher_.tell_progress();
+    }
+}
+
+void Front::plan_looks(TimePlan const& plan, time_point start) {
+    stop_at_.reset();
+    force_at_.reset();
+    if (plan.limited) {
+        stop_at_ = start + plan.maximum;
+    }
+    report_at_ = std::chrono::steady_clock::now() + report_interval;
+}
+
+}  // namespace orvelin::play

@@ -1,0 +1,93 @@
+#pragma once
+
+#include <chrono>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "book/book.h"
+#include "play/command_queue.h"
+#include "play/options.h"
+#include "play/output.h"
+#include "play/position_reader.h"
+#include "play/searcher.h"
+#include "position/hasher.h"
+
+namespace orvelin::play {
+
+/// Acts on the commands of the GUI, one after the other, on the main thread.
+///
+/// Between two commands it sleeps until the next one, or until the search has to be stopped or
+/// looked at. Nothing that a GUI sends throws or ends the process: what cannot be done is told in
+/// one `info string`. While a search runs only what leaves it alone is done.
+class Front {
+ public:
+    Front(CommandQueue& queue, Output& output);
+
+    /// Until `quit` or the end of the input.
+    void run();
+    /// Acts on one line; false for `quit`.
+    bool act(Command const& command);
+
+ private:
+    using handler_t = void (Front::*)(std::string_view arguments);
+    using time_point = std::chrono::steady_clock::time_point;
+
+    /// After a stop that waits for the first iteration the search is stopped by force.
+    static constexpr std::chrono::milliseconds patience{10};
+
+    static handler_t find_handler(std::string_view word);
+
+    void command_uci(std::string_view arguments);
+    void command_isready(std::string_view arguments);
+    void command_ucinewgame(std::string_view arguments);
+    void command_setoption(std::string_view arguments);
+    void command_position(std::string_view arguments);
+    void command_go(std::string_view arguments);
+    void command_stop(std::string_view arguments);
+    void command_ponderhit(std::string_view arguments);
+    void command_debug(std::string_view arguments);
+    void command_register(std::string_view arguments);
+    void command_display(std::string_view arguments);
+    void command_eval(std::string_view arguments);
+    void command_flip(std::string_view arguments);
+    void command_bench(std::string_view arguments);
+    void command_perft(std::string_view arguments);
+    void command_help(std::string_view arguments);
+
+    /// Tells that the command has to wait for the end of the search; true when one runs.
+    bool refused_while_searching(std::string_view what);
+    /// The same, and where there is no position either.
+    bool nothing_to_show(std::string_view what);
+    void remark(std::vector<std::string> const& lines);
+    void apply_book();
+    void apply_log();
+    /// Answers with a move of the book, if that is wanted and there is one.
+    bool answer_from_book(GoLimits const& limits);
+
+    std::optional<time_point> next_look() const;
+    void look_at_search();
+    void plan_looks(TimePlan const& plan, time_point start);
+
+    CommandQueue& queue_;
+    Output& output_;
+    Options options_;
+    Searcher searcher_;
+    Book book_;
+    Hasher<1> hasher_;
+    /// What was wrong with the last `position`; a search is refused then.
+    Refusal refusal_;
+    /// Of the last `go`: limits, and the side that moves, which the running search hides.
+    GoLimits limits_;
+    bool white_moves_ = true;
+    int game_ply_ = 0;
+    time_point arrival_;
+    /// When the search has to be stopped, when it is stopped by force, and the next report.
+    std::optional<time_point> stop_at_;
+    std::optional<time_point> force_at_;
+    time_point report_at_;
+    bool quit_ = false;
+};
+
+}  // namespace orvelin::play

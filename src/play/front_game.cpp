@@ -1,0 +1,207 @@
+// The commands of a game: handshake, options, position, go and what ends it.
+
+#include <array>
+#include <exception>
+#include <utility>
+
+#include "book/bk_move.h"
+#include "play/clock.h"
+#include "play/front.h"
+#include "play/go_reader.h"
+#include "play/perft.h"
+
+namespace orvelin::play {
+
+void Front::command_uci(std::string_view) {
+    output_.line("id name Orvelin 0.40.1");
+    output_.line("id author Kalvoorst");
+    for (std::string const& line : option_lines()) {
+        output_.line(line);
+    }
+    output_.line("uciok");
+}
+
+void Front::command_isready(std::string_view) {
+    output_.line("readyok");
+}
+
+void Front::command_debug(std::string_view) {}
+
+void Front::command_register(std::string_view) {}
+
+void Front::command_ucinewgame(std::string_view) {
+    if (refused_while_searching("ucinewgame")) {
+        return;
+    }
+    searcher_.forget();
+    refusal_ = {};
+    game_ply_ = 0;
+}
+
+void Front::command_setoption(std::string_view arguments) {
+    Options wanted = options_;
+    OptionText const text = set_option(arguments, wanted);
+    if (!text.refusal.empty()) {
+        output_.remark(text.refusal);
+        return;
+    }
+    bool const memory = text.changed == option_t::hash || text.changed == option_t::clear_hash;
+    if (memory && refused_while_searching("the hash table")) {
+        return;
+    }
+    std::swap(options_, wanted);
+    switch (text.changed) {
+        case option_t::hash:
+            if (!searcher_.set_hash(options_.hash)) {
+                output_.remark("no memory for a hash table of " + std::to_string(options_.hash) +
+                               " MiB, it stays at " + std::to_string(wanted.hash));
+                options_.hash = wanted.hash;
+            }
+            break;
+        case option_t::clear_hash:
+            searcher_.clear_hash();
+            break;
+        case option_t::book:
+            apply_book();
+            break;
+        case option_t::log_file:
+            apply_log();
+            break;
+        default:
+            break;
+    }
+}
+
+void Front::apply_log() {
+    if (!output_.set_log(options_.log_file)) {
+        output_.remark("the log file cannot be opened");
+        options_.log_file.clear();
+    }
+}
+
+// A book that is not where it is expected is no fault until it is asked for.
+void Front::apply_book() {
+    static constexpr std::array<char const*, 3> places{
+        "/usr/local/games/orvelin.files/Orvelin.bin",
+        "/usr/games/orvelin.files/Orvelin.bin",
+        "Orvelin.bin",
+    };
+    book_.close();
+    std::vector<std::string> wanted{options_.book_file};
+    if (options_.book_file.empty()) {
+        wanted.assign(places.begin(), places.end());
+    }
+    for (std::string const& place : wanted) {
+        try {
+            book_.set_name(place);
+            book_.open();
+            return;
+        } catch (std::exception const&) {
+            continue;
+        }
+    }
+    if (!options_.book_file.empty()) {
+        output_.remark("the book file cannot be opened");
+    } else if (options_.own_book) {
+        output_.remark("no book is installed, moves are searched");
+    }
+}
+
+bool Front::answer_from_book(GoLimits const& limits) {
+    bool const wanted = options_.own_book && !options_.analyse_mode && !limits.infinite &&
+                        !limits.ponder && limits.searchmoves.empty();
+    if (!wanted || !book_.is_open()) {
+        return false;
+    }
+    ChessPosition& position = searcher_.position();
+    hasher_.init(&position);
+    BKmove const found(book_.get_move(hasher_.hash()));
+    if (found.nomove()) {
+        return false;
+    }
+    std::string const text = found(position).algebraic(true);
+    Move const move = find_legal_move(position, searcher_.tables(), text);
+    if (move == Move()) {
+        output_.remark("the book gives a move that is not legal here, it is searched instead");
+        return false;
+    }
+    output_.line("info depth 1 score cp 0 pv " + move.algebraic(options_.chess960));
+    output_.line("bestmove " + move.algebraic(options_.chess960));
+    return true;
+}
+
+void Front::command_position(std::string_view arguments) {
+    if (refused_while_searching("position")) {
+        return;
+    }
+    PositionText const text = read_position(arguments, searcher_.tables(), searcher_.position());
+    refusal_ = text.refusal;
+    game_ply_ = text.game_ply;
+    remark(text.remarks);
+    if (refusal_.refused()) {
+        output_.remark(refusal_.reason);
+        // Whatever is asked of the board meanwhile finds a whole one.
+        searcher_.position().newgame();
+    }
+}
+
+void Front::command_go(std::string_view arguments) {
+    if (refused_while_searching("go")) {
+        return;
+    }
+    if (refusal_.refused()) {
+        output_.remark("no position to search: " + refusal_.reason);
+        output_.line("bestmove 0000");
+        return;
+    }
+    GoText const text = read_go(arguments, searcher_.position(), searcher_.tables());
+    remark(text.remarks);
+    if (text.refusal.refused()) {
+        output_.remark(text.refusal.reason);
+        output_.line("bestmove 0000");
+        return;
+    }
+    limits_ = text.limits;
+    white_moves_ = searcher_.position().white_to_move();
+    if (limits_.perft) {
+        output_.text(perft_report(searcher_.position(), searcher_.tables(), *limits_.perft,
+                                  options_.chess960));
+        return;
+    }
+    if (answer_from_book(limits_)) {
+        return;
+    }
+    SearchOrder order;
+    order.limits = limits_;
+    order.options = options_;
+    order.start = arrival_;
+    order.game_ply = game_ply_;
+    order.plan = plan_time(limits_, white_moves_, game_ply_, milliseconds(options_.move_overhead));
+    plan_looks(order.plan, order.start);
+    searcher_.begin(std::move(order));
+}
+
+void Front::command_stop(std::string_view) {
+    if (!searcher_.busy()) {
+        return;
+    }
+    stop_at_.reset();
+    searcher_.stop();
+    if (!force_at_) {
+        force_at_ = std::chrono::steady_clock::now() + patience;
+    }
+}
+
+void Front::command_ponderhit(std::string_view) {
+    if (!searcher_.busy() || !limits_.ponder) {
+        output_.remark("ponderhit is ignored, nothing is pondered");
+        return;
+    }
+    limits_.ponder = false;
+    TimePlan const plan =
+        plan_time(limits_, white_moves_, game_ply_, milliseconds(options_.move_overhead));
+    plan_looks(plan, arrival_);
+    searcher_.ponderhit(plan, arrival_);
+}
+
+}  // namespace orvelin::play

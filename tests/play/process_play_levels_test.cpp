@@ -1,0 +1,94 @@
+// Weaker play: a level is the same on every machine.
+
+#include <chrono>
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+#include "play/play_process.h"
+#include "support/referee.h"
+
+namespace orvelin::play::test {
+
+namespace {
+
+using orvelin::test::Referee;
+using orvelin::test::short_tests;
+using clock = PlayProcess::clock;
+
+constexpr int plies = short_tests ? 4 : 10;
+
+/// Below five seconds no move is held back, and the last move before new time may take them all, so
+/// that the budget of nodes ends each search.
+constexpr char const* clock_limit = "go wtime 4900 btime 4900 movestogo 1";
+
+/// The moves of a game against itself, in one process.
+std::string game(int elo, int hash, std::string const& go) {
+    PlayProcess process;
+    process.set_option("UCI_LimitStrength", "true");
+    process.set_option("UCI_Elo", std::to_string(elo));
+    process.set_option("Hash", std::to_string(hash));
+    Referee referee;
+    std::string moves;
+    for (int i = 0; i < plies; ++i) {
+        process.send("position startpos" + (moves.empty() ? "" : " moves" + moves));
+        std::string const move = best_move(process.ask(go));
+        if (!referee.play(move)) {
+            ADD_FAILURE() << move << " behind" << moves;
+            return "";
+        }
+        moves += ' ' + move;
+    }
+    return moves;
+}
+
+class ProcessPlayLevels : public testing::TestWithParam<int> {};
+
+TEST_P(ProcessPlayLevels, PlayTheSameWhateverTheHashAndTheLimit) {
+    int const elo = GetParam();
+    std::string const expected = game(elo, 16, clock_limit);
+    EXPECT_EQ(game(elo, 1, clock_limit), expected);
+    EXPECT_EQ(game(elo, 256, clock_limit), expected);
+    EXPECT_EQ(game(elo, 16, "go nodes 100000000"), expected);
+    EXPECT_EQ(game(elo, 256, "go depth 60"), expected);
+    EXPECT_EQ(game(elo, 1, "go depth 4"), game(elo, 256, "go depth 4"));
+}
+
+TEST_P(ProcessPlayLevels, AnswerWithinTheClock) {
+    PlayProcess process;
+    process.set_option("UCI_LimitStrength", "true");
+    process.set_option("UCI_Elo", std::to_string(GetParam()));
+    process.send("position startpos");
+    for (std::string const go :
+         {"go wtime 60 btime 60", "go wtime 1 btime 1", "go movetime 20", "go depth 2",
+          "go nodes 20", "go wtime 20000 btime 20000", "go mate 2"}) {
+        clock::time_point const begin = clock::now();
+        std::vector<std::string> const answer = process.ask(go);
+        EXPECT_LT(clock::now() - begin, milliseconds(1500)) << go;
+        EXPECT_TRUE(Referee().legal(best_move(answer))) << go;
+        EXPECT_TRUE(latest_first_line(answer)) << go;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(play, ProcessPlayLevels, testing::Values(800, 1400, 2000),
+                         testing::PrintToStringParamName());
+
+TEST(ProcessPlayLevelsAnalysis, WaitForStopAndPonderhit) {
+    PlayProcess process;
+    process.set_option("UCI_LimitStrength", "true");
+    process.set_option("UCI_Elo", "800");
+    process.send_all({"position startpos", "go infinite"});
+    for (auto const& line : process.read_for(milliseconds(200))) {
+        EXPECT_FALSE(line.text.starts_with("bestmove"));
+    }
+    EXPECT_FALSE(best_move(process.ask("stop")).empty());
+    process.send("go ponder wtime 1000 btime 1000");
+    for (auto const& line : process.read_for(milliseconds(200))) {
+        EXPECT_FALSE(line.text.starts_with("bestmove"));
+    }
+    EXPECT_FALSE(best_move(process.ask("ponderhit")).empty());
+}
+
+}  // namespace
+
+}  // namespace orvelin::play::test

@@ -1,7 +1,7 @@
 # What `cmake --install` puts where; the engine and the C++ tools are installed where they are
 # built. Components: `licence` stays out of the Debian package, which states it in its own way;
 # `portable` is the folder of the tarball, where the programs lie on top.
-set(orvelin_programs orvelin)
+set(orvelin_programs orvelin orvelin-play)
 set(orvelin_scripts "")
 if(ORVELIN_BUILD_TOOLS)
   list(APPEND orvelin_programs orvelin-book orvelin-tables orvelin-perft)
@@ -31,13 +31,14 @@ install(FILES ${orvelin_packed_manuals} DESTINATION share/man/man6)
 # The documents for users, with a README of their own; those for developers stay with the sources.
 # They keep their places to each other, so that the links between them hold.
 set(orvelin_documents "${PROJECT_SOURCE_DIR}/packaging/README.md" "${PROJECT_SOURCE_DIR}/NEWS.md")
-set(orvelin_pages clocks evaluation explain interfaces packaging robustness suite tools uci)
+set(orvelin_pages clocks evaluation explain interfaces packaging play robustness suite tools uci)
 list(TRANSFORM orvelin_pages REPLACE "(.+)" "${PROJECT_SOURCE_DIR}/docs/\\1.md")
 install(FILES ${orvelin_documents} DESTINATION ${orvelin_doc_dir})
 install(FILES ${orvelin_pages} DESTINATION ${orvelin_doc_dir}/docs)
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs/images" DESTINATION ${orvelin_doc_dir}/docs)
 install(FILES "${PROJECT_SOURCE_DIR}/LICENSE" DESTINATION ${orvelin_doc_dir} COMPONENT licence)
-install(FILES "${PROJECT_SOURCE_DIR}/packaging/orvelin.eng" DESTINATION share/games/plugins/uci)
+install(FILES "${PROJECT_SOURCE_DIR}/packaging/orvelin-play.eng"
+  "${PROJECT_SOURCE_DIR}/packaging/orvelin.eng" DESTINATION share/games/plugins/uci)
 
 # All that an install needs, without the tests and the generators of tables.
 add_custom_target(installed_files DEPENDS ${orvelin_programs} manuals)

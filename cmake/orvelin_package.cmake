@@ -36,7 +36,8 @@ set(CPACK_DEBIAN_PACKAGE_DESCRIPTION "classical UCI chess engine
 Orvelin plays chess and Chess960 in any interface that speaks the Universal
 Chess Interface (UCI) protocol, such as XBoard with polyglot or PyChess. It
 ponders, reports several lines, answers from an opening book, and can weaken
-itself to a chosen Elo. Its evaluation is a sum of readable terms.
+itself to a chosen Elo. Its evaluation is a sum of readable terms. GUIs start
+it as orvelin-play; orvelin is the exact engine, whose every answer is fixed.
 
 With it come programs for opening books in the Polyglot format, for endgame
 tables, for test suites, and one that draws the evaluation of a position.")

@@ -9,7 +9,6 @@ from orvelin_lib.process import program
 from pychess.Utils.const import FISCHERRANDOMCHESS, NORMALCHESS
 from pychess_player import Player, add_engine, read_discovery_files
 
-ENGINE = program("orvelin")
 VIEW = os.environ["INTERFACE_VIEW"] != "0"
 # White wins the queen by castling alone.
 CASTLING = "3q4/7p/3k4/8/8/8/7P/RK6 w Q - 0 1"
@@ -21,9 +20,13 @@ asyncio.set_event_loop(LOOP)
 
 
 class PyChessTest(unittest.TestCase):
+    program = program("orvelin-play")
+    elo = 800, 2400
+    levels = range(1, 21)
+
     @classmethod
     def setUpClass(cls):
-        cls.parts = LOOP.run_until_complete(add_engine(ENGINE))
+        cls.parts = LOOP.run_until_complete(add_engine(cls.program))
 
     def play(self, *game, **settings):
         return LOOP.run_until_complete(self.play_in_loop(*game, **settings))
@@ -39,28 +42,39 @@ class PyChessTest(unittest.TestCase):
 
     def test_the_engine_is_added_with_its_options(self):
         discoverer, engine = self.parts
-        self.assertEqual((engine["command"], engine["protocol"]), (ENGINE, "uci"))
+        self.assertEqual((engine["command"], engine["protocol"]), (self.program, "uci"))
         self.assertFalse(engine["recheck"])
         options = {option["name"]: option for option in engine["options"]}
-        self.assertEqual((options["UCI_Elo"]["min"], options["UCI_Elo"]["max"]), (1500, 2200))
+        self.assertEqual((options["UCI_Elo"]["min"], options["UCI_Elo"]["max"]), self.elo)
         self.assertIn(FISCHERRANDOMCHESS, discoverer.getEngineVariants(engine))
         self.assertIn(engine, discoverer.getAnalyzers())
 
     def test_it_plays_and_ponders(self):
         self.assertEqual(len(self.play(4)), 4)
 
-    def test_it_plays_at_a_lower_level(self):
-        self.assertEqual(len(self.play(2, level=8)), 2)
+    def test_it_plays_at_the_levels(self):
+        for level in self.levels:
+            with self.subTest(level=level):
+                self.assertEqual(len(self.play(2, level=level)), 2)
 
     def test_it_castles_in_chess960(self):
         moves = self.play(3, FISCHERRANDOMCHESS, CASTLING, pondering=False)
         self.assertTrue(moves[0].castling)
 
 
+class ExactPyChessTest(PyChessTest):
+    program = program("orvelin")
+    elo = 1500, 2200
+    # With a level below 4 it answers on `stop` only.
+    levels = (8,)
+
+
 @unittest.skipUnless(VIEW, "no private view of the file system")
 class DiscoveryTest(unittest.TestCase):
-    def test_the_discovery_file_is_read(self):
-        self.assertEqual(read_discovery_files()["orvelin"]["protocol"], "uci")
+    def test_the_discovery_files_are_read(self):
+        known = read_discovery_files()
+        for name in ("orvelin-play", "orvelin"):
+            self.assertEqual(known[name]["protocol"], "uci")
 
 
 if __name__ == "__main__":

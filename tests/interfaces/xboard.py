@@ -11,8 +11,8 @@ import time
 
 from orvelin_lib.process import program
 
-ENGINE = program("orvelin")
-BOOK = os.path.join(os.path.dirname(ENGINE), "orvelin.files", "Orvelin.bin")
+ENGINES = [program("orvelin-play"), program("orvelin")]
+BOOK = os.path.join(os.path.dirname(ENGINES[0]), "orvelin.files", "Orvelin.bin")
 # polyglot writes the log NAME.log of the engine with this name.
 ADAPTER = 'polyglot -noini -ec "%fcp" -ed "%fd" -log true -lf %fcp.log'
 # Without sound, animation, and messages that somebody has to click away.
@@ -98,7 +98,7 @@ class XBoard:
         left = []
         for process in glob.glob("/proc/[0-9]*"):
             try:
-                if os.path.samefile(f"{process}/exe", ENGINE):
+                if any(os.path.samefile(f"{process}/exe", engine) for engine in ENGINES):
                     if os.readlink(f"{process}/cwd").startswith(self.folder):
                         left.append(process)
             except OSError:

@@ -1,4 +1,4 @@
-"""Whole games and analysis in XBoard, with the commands of docs/interfaces.md."""
+"""Whole games and analysis in XBoard, with the commands of docs/interfaces.md, of both engines."""
 
 import os
 import re
@@ -13,7 +13,7 @@ from xboard import MOVE, THINKING, XBoard
 # Enough for any game here on a busy machine.
 PATIENCE = 150
 # What takes a whole game to its end in a few seconds, far from the end of any clock.
-SHALLOW = ("-tc", "10", "-depth", "10")
+SHALLOW = ("-tc", "10", "-depth", "8")
 OPPONENT = ("-scp", "stockfish", "-sUCI", "-mg", "1", "-sgf", "game.pgn")
 # White wins the queen by castling, as the rook cannot pass its king otherwise.
 CASTLING = "3q4/7p/3k4/8/8/8/7P/RK6 w Q - 0 1"
@@ -21,6 +21,11 @@ VIEW = os.environ["INTERFACE_VIEW"] != "0"
 
 
 class XBoardTest(unittest.TestCase):
+    engine = "orvelin-play"
+
+    def documented(self, *needed):
+        return documented(*needed, engine=self.engine)
+
     def start(self, *words):
         board = XBoard(*words)
         self.addCleanup(board.__exit__)
@@ -47,13 +52,13 @@ class XBoardTest(unittest.TestCase):
 
     def told_engine(self, board):
         """What polyglot told the engine."""
-        lines = board.text("orvelin.log").split("\n")
+        lines = board.text(f"{self.engine}.log").split("\n")
         return [line.split("->Engine: ")[1] for line in lines if "->Engine: " in line]
 
 
 class GameTest(XBoardTest):
     def test_a_game_on_the_clock(self):
-        command = documented("-mg")
+        command = self.documented("-mg")
         try:
             board, game = self.play(*command, "-xponder")
         except AssertionError:
@@ -63,20 +68,20 @@ class GameTest(XBoardTest):
         self.assertGreater(len(game.moves), 20)
 
     def test_a_game_with_pondering(self):
-        board, _ = self.play(*documented("-mg"), *SHALLOW, "-ponder")
+        board, _ = self.play(*self.documented("-mg"), *SHALLOW, "-ponder")
         told = self.told_engine(board)
         self.assertTrue(any(line.startswith("go ") and line.endswith(" ponder") for line in told))
         self.assertIn("ponderhit", told)
 
     def test_a_game_of_chess960(self):
-        words = (*documented("-variant"), *OPPONENT)
+        words = (*self.documented("-variant"), *OPPONENT)
         board, game = self.play(*words, *SHALLOW, "-defaultFrcPosition", "300")
         self.assertEqual(game.tags["Variant"], "fischerandom")
         self.assertNotEqual(game.fen.split("/")[0], "rnbqkbnr")
         self.assertIn("setoption name UCI_Chess960 value true", self.told_engine(board))
 
     def test_castling_in_chess960(self):
-        words = (*documented("-variant"), *OPPONENT)
+        words = (*self.documented("-variant"), *OPPONENT)
         position = os.path.join(os.getcwd(), "castling.fen")
         with open(position, "w", encoding="ascii") as file:
             file.write(CASTLING + "\n")
@@ -85,26 +90,31 @@ class GameTest(XBoardTest):
         self.assertTrue(game.moves[0].move.castling, game.moves[0].san)
 
 
+class ExactGameTest(GameTest):
+    engine = "orvelin"
+
+
 class SessionTest(XBoardTest):
     def test_it_plays(self):
-        board = self.start(*documented("-fcp"), "-mode", "MachineWhite", "-tc", "0:10")
+        board = self.start(*self.documented("-fcp"), "-mode", "MachineWhite", "-tc", "0:10")
         board.wait_for(MOVE, 60)
         self.assertGreater(len(THINKING.findall(board.debug())), 3)
         board.close()
         self.assertEqual(board.engines_left(), [])
 
     def test_it_plays_with_the_book(self):
-        board = self.start(*documented("-firstOptions"), "-mode", "MachineWhite")
+        board = self.start(*self.documented("-firstOptions"), "-mode", "MachineWhite")
         board.wait_for(MOVE, 60)
         self.assertIn("setoption name OwnBook value true", self.told_engine(board))
         self.assertIn("setoption name UCI_Elo value 1700", self.told_engine(board))
-        # A move of the book comes without a line of thinking.
-        self.assertEqual(THINKING.findall(board.debug()), [])
+        # A move of the book comes without a search; where it has a line, polyglot tells one node.
+        thinking = THINKING.findall(board.debug())
+        self.assertEqual([line for line in thinking if not line.endswith(" 1 ")], [])
         board.close()
         self.assertEqual(board.engines_left(), [])
 
     def test_it_analyses(self):
-        board = self.start(*documented("-mode"))
+        board = self.start(*self.documented("-mode"))
         board.wait_for(THINKING, 60)
         time.sleep(1)
         self.assertEqual(MOVE.findall(board.debug()), [])
@@ -113,18 +123,24 @@ class SessionTest(XBoardTest):
         self.assertEqual(board.engines_left(), [])
 
 
+class ExactSessionTest(SessionTest):
+    engine = "orvelin"
+
+
 @unittest.skipUnless(VIEW, "no private view of the file system")
 class DiscoveryTest(XBoardTest):
     """The two starts of XBoard after an installation."""
 
-    def test_the_second_start_knows_the_engine(self):
+    def test_the_second_start_knows_both_engines(self):
         settings = os.environ["INTERFACE_SETTINGS"]
         first = self.start("-fcp", "stockfish", "-fUCI")
         first.wait_for(re.compile('feature myname="Stockfish'), 60)
         first.close()
         with open(settings, encoding="utf-8") as file:
-            self.assertIn("\norvelin -fUCI\n", file.read())
-        second = self.start(*documented("-fe"), "-mode", "MachineWhite")
+            known = file.read()
+        for engine in ("orvelin-play", "orvelin"):
+            self.assertIn(f"\n{engine} -fUCI\n", known)
+        second = self.start(*self.documented("-fe"), "-mode", "MachineWhite")
         second.wait_for(MOVE, 60)
         self.assertIn('feature myname="Orvelin', second.debug())
         second.close()

@@ -4,7 +4,7 @@ import os
 import tempfile
 import unittest
 
-from support import ENG, PROGRAMS, SCRIPTS, SOURCE, PackageTest, readelf, run, the_only
+from support import DISCOVERED, PROGRAMS, SCRIPTS, SOURCE, PackageTest, readelf, run, the_only
 
 
 def changelog_field(name):
@@ -46,22 +46,24 @@ class DebianPackageTest(PackageTest):
         version = self.field("Version")
         self.assertEqual(changelog_field("Version"), version)
         self.assertEqual(os.path.basename(self.package), f"orvelin_{version}_amd64.deb")
-        said = run(self.path("usr/games/orvelin"), input="uci\nquit\n")
-        self.assertIn(f"id name Orvelin {version.split('-')[0]}\n", said)
+        for engine in ("orvelin", "orvelin-play"):
+            said = run(self.path(f"usr/games/{engine}"), input="uci\nquit\n")
+            self.assertIn(f"id name Orvelin {version.split('-')[0]}\n", said)
 
     def test_the_publisher_is_the_same_in_the_changelog(self):
         self.assertEqual(changelog_field("Maintainer"), self.field("Maintainer"))
 
     def test_the_files_lie_where_debian_wants_them(self):
-        names = ["games/orvelin.files/Orvelin.bin", "share/games/plugins/uci/orvelin.eng"]
+        names = ["games/orvelin.files/Orvelin.bin", *DISCOVERED]
         names += [f"games/{name}" for name in PROGRAMS + SCRIPTS]
         names += [f"share/man/man6/{name}.6.gz" for name in PROGRAMS + SCRIPTS]
         names += ["share/doc/orvelin/copyright", "share/doc/orvelin/changelog.Debian.gz"]
         for name in names:
             self.assertTrue(os.path.isfile(self.path(f"usr/{name}")), name)
         self.assertEqual(os.listdir(self.root), ["usr"])
-        with open(self.path("usr/share/games/plugins/uci/orvelin.eng"), "rb") as file:
-            self.assertEqual(file.read(), ENG)
+        for name, text in DISCOVERED.items():
+            with open(self.path(f"usr/{name}"), "rb") as file:
+                self.assertEqual(file.read(), text)
         self.assert_links_hold(self.root)
         self.assert_document_links_hold(self.path("usr/share/doc/orvelin"))
 

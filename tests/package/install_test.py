@@ -5,7 +5,7 @@ import os
 import tempfile
 import unittest
 
-from support import BUILD, ENG, PROGRAMS, SCRIPTS, SOURCE, PackageTest, bench_nodes, run
+from support import BUILD, DISCOVERED, PROGRAMS, SCRIPTS, SOURCE, PackageTest, bench_nodes, run
 
 DOCUMENTS = ("README.md", "NEWS.md", "LICENSE", "docs/uci.md", "docs/images/xboard.png")
 
@@ -34,7 +34,7 @@ class InstallTest(PackageTest):
 
     def test_everything_is_installed_where_it_belongs(self):
         files = installed(self.prefix)
-        expected = {"games/orvelin.files/Orvelin.bin", "share/games/plugins/uci/orvelin.eng"}
+        expected = {"games/orvelin.files/Orvelin.bin", *DISCOVERED}
         for program in PROGRAMS + SCRIPTS:
             expected |= {f"games/{program}", f"share/man/man6/{program}.6.gz"}
         expected |= {f"share/doc/orvelin/{name}" for name in DOCUMENTS}
@@ -45,8 +45,14 @@ class InstallTest(PackageTest):
         self.assertEqual([file for file in files if not file.startswith(folders)], [])
         self.assertEqual([file for file in files if "__pycache__" in file], [])
 
-    def test_the_discovery_file_has_these_bytes(self):
-        self.assertEqual(read(self.prefix, "share/games/plugins/uci/orvelin.eng"), ENG)
+    def test_the_discovery_files_have_these_bytes(self):
+        for name, text in DISCOVERED.items():
+            self.assertEqual(read(self.prefix, name), text)
+
+    def test_both_engines_search_the_same(self):
+        said = run(os.path.join(self.games, "orvelin-play"), "bench")
+        nodes = sum(bench_nodes(os.path.join(self.games, "orvelin")))
+        self.assertIn(f"\nNodes searched: {nodes}\n", said)
 
     def test_the_installed_engine_searches_what_the_built_one_does(self):
         built = bench_nodes(os.path.join(BUILD, "orvelin"))
@@ -84,7 +90,7 @@ class InstallWithoutToolsTest(PackageTest):
         cls.addClassCleanup(run, "cmake", "-B", BUILD, "-DORVELIN_BUILD_TOOLS=ON", folder=SOURCE)
         run("cmake", "-B", BUILD, "-DORVELIN_BUILD_TOOLS=OFF", folder=SOURCE)
 
-    def test_engine_documents_and_manual_alone_are_installed(self):
+    def test_engines_documents_and_manuals_alone_are_installed(self):
         run("cmake", "--build", BUILD, "--target", "installed_files")
         with tempfile.TemporaryDirectory() as prefix:
             run("cmake", "--install", BUILD, "--prefix", prefix)
@@ -93,8 +99,10 @@ class InstallWithoutToolsTest(PackageTest):
                 files,
                 {
                     "games/orvelin",
+                    "games/orvelin-play",
                     "share/man/man6/orvelin.6.gz",
-                    "share/games/plugins/uci/orvelin.eng",
+                    "share/man/man6/orvelin-play.6.gz",
+                    *DISCOVERED,
                 },
             )
             self.assertIn("share/doc/orvelin/README.md", installed(prefix))
@@ -114,16 +122,17 @@ class ManualTest(PackageTest):
                 self.assertEqual(run("mandoc", "-T", "lint", "-W", "warning", page), "")
                 run("sh", "-c", 'test -z "$(man --warnings -l "$1" 2>&1 >/dev/null)"', "sh", page)
 
-    def test_the_manual_knows_every_option_of_the_engine(self):
-        replies = run(os.path.join(BUILD, "orvelin"), input="uci\nquit\n")
-        options = [
-            line.split(" type ")[0][len("option name ") :]
-            for line in replies.splitlines()
-            if line.startswith("option name ")
-        ]
-        page = read(SOURCE, "packaging/man/orvelin.6").decode()
-        self.assertIn("Hash", options)
-        self.assertEqual([name for name in options if f".It Cm {name}\n" not in page], [])
+    def test_the_manuals_know_every_option_of_their_engines(self):
+        for engine in ("orvelin", "orvelin-play"):
+            replies = run(os.path.join(BUILD, engine), input="uci\nquit\n")
+            options = [
+                line.split(" type ")[0][len("option name ") :]
+                for line in replies.splitlines()
+                if line.startswith("option name ")
+            ]
+            page = read(SOURCE, f"packaging/man/{engine}.6").decode()
+            self.assertIn("Hash", options)
+            self.assertEqual([name for name in options if f".It Cm {name}\n" not in page], [])
 
 
 if __name__ == "__main__":

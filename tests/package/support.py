@@ -14,13 +14,17 @@ OUTPUT = os.environ["PACKAGE_OUTPUT"]
 BOOK_TOOL = os.path.join(BUILD, "orvelin-book")
 # The machine may be busy with anything.
 PATIENCE = 120
-PROGRAMS = ("orvelin", "orvelin-book", "orvelin-perft", "orvelin-tables")
+PROGRAMS = ("orvelin", "orvelin-play", "orvelin-book", "orvelin-perft", "orvelin-tables")
 SCRIPTS = ("orvelin-explain", "orvelin-suite")
 # Code, in which nothing is a link, and links in Markdown to files.
 CODE = re.compile(r"`[^`]*`|^ {4,}.*$", re.MULTILINE)
 LINK = re.compile(r"\]\((?![a-z]+:)([^)#\s]+)")
 MATE_IN_ONE = '6k1/5ppp/8/8/8/8/8/R5K1 w - - dm 1; id "back rank";\n'
-ENG = b"plugin spec 0.0\norvelin\nchess,fischerandom\n"
+# The programs that GUIs discover, by their files.
+DISCOVERED = {
+    f"share/games/plugins/uci/{name}.eng": f"plugin spec 0.0\n{name}\nchess,fischerandom\n".encode()
+    for name in ("orvelin-play", "orvelin")
+}
 
 
 def run(*command, status=0, folder=None, text=True, **more):

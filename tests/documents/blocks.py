@@ -7,10 +7,11 @@ run      run by bash in a copy of the tree; must end with 0. The built programs 
          the files of given/, which stand for those of a reader
 check    not run, as it takes long or changes the machine: programs and options must exist
 session  lines for the engine and its answers, played again on the built engine
+play     the same with orvelin-play
 text     no command
 """
 
-KINDS = ("run", "check", "session", "text")
+KINDS = ("run", "check", "session", "play", "text")
 
 
 class Classification:

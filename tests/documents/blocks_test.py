@@ -7,7 +7,7 @@ import unittest
 
 from blocks import Classification, of_kind
 from commands import CommandChecker
-from project import DOCUMENTS, ENGINE, HERE, PROGRAMS, ROOT
+from project import DOCUMENTS, ENGINE, HERE, PLAY, PROGRAMS, ROOT
 from sandbox import Sandbox
 from sessions import Replay
 
@@ -75,6 +75,7 @@ class BlockTest(unittest.TestCase):
     def test_sessions_are_answered_as_written(self):
         with tempfile.TemporaryDirectory() as directory:
             self.hold("session", Replay(ENGINE, directory).faults, 5)
+            self.hold("play", Replay(PLAY, directory).faults, 5)
 
 
 if __name__ == "__main__":

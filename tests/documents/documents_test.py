@@ -174,6 +174,8 @@ class SandboxTest(unittest.TestCase):
             good.append("touch ~/x; test -e " + os.path.join(directory, "home", "x"))
             # Nothing is built: the engine is newer than its sources.
             good.append("printf 'uci\\nquit\\n' | ./run | grep uciok")
+            good.append("printf 'uci\\nquit\\n' | ./run play | grep 'Move Overhead'")
+            good.append("./run play --version | grep Orvelin && ./run play perft 2 | grep 400")
             bad = ["false", "false\ntrue", "$ echo a\nb", "orvelin-book gone"]
             for text in good:
                 self.assertEqual(list(sandbox.faults(textwrap.dedent(text))), [], text)

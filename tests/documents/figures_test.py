@@ -9,35 +9,48 @@ import tempfile
 import unittest
 
 from orvelin_lib.engine import UciEngine
-from project import DOCUMENTS, ENGINE, PROGRAMS, ROOT
+from project import DOCUMENTS, ENGINE, PLAY, PROGRAMS, ROOT
 
 UCI, BUILDING = DOCUMENTS["docs/uci.md"], DOCUMENTS["docs/building.md"]
-OPTION = re.compile(r"option name (\S+) type (\S+) default (\S+)(?: min (\S+) max (\S+))?$")
+PLAY_PAGE = DOCUMENTS["docs/play.md"]
+OPTION = re.compile(
+    r"option name (.+) type (\w+)(?: default (.+?))?(?: min (\S+) max (\S+)| var .*)?$"
+)
 
 
-def announced_options():
+def announced_options(program=ENGINE):
     """(name, type, default, min, max) as the engine tells them."""
     with tempfile.TemporaryDirectory() as directory:
-        with UciEngine([ENGINE], directory, patience=60.0) as engine:
+        with UciEngine([program], directory, patience=60.0) as engine:
             engine.send("uci")
             lines = [line for _, line in engine.wait_for("uciok")]
     return [OPTION.match(line).groups() for line in lines if line.startswith("option ")]
 
 
-def source(name):
-    """A file of the protocol."""
-    with open(os.path.join(ROOT, "src", "protocol", name), encoding="utf-8") as file:
+def announced_rows(program):
+    """The two first columns of a table of options."""
+    rows = []
+    for name, kind, default, least, most in announced_options(program):
+        limits = f", {least} to {most}" if least else ""
+        rows.append([f"`{name}`", f"{kind} {default or ''}".strip() + limits])
+    return rows
+
+
+def source(name, folder="protocol"):
+    """A file of one of the two engines."""
+    with open(os.path.join(ROOT, "src", folder, name), encoding="utf-8") as file:
         return file.read()
 
 
 class OptionsTest(unittest.TestCase):
     def test_the_page_on_uci_tells_what_the_engine_announces(self):
         written = [row[:2] for row in UCI.table("Option", "Announced")]
-        expected = []
-        for name, kind, default, least, most in announced_options():
-            limits = f", {least} to {most}" if least else ""
-            expected.append([f"`{name}`", f"{kind} {default}{limits}"])
-        self.assertEqual(written, expected)
+        self.assertEqual(written, announced_rows(ENGINE))
+
+    def test_the_page_on_orvelin_play_tells_what_that_announces(self):
+        rows = PLAY_PAGE.table("Option", "Announced")
+        written = [[name, announced.replace("\\", "")] for name, announced, _ in rows]
+        self.assertEqual(written, announced_rows(PLAY))
 
     def test_all_options_that_are_read_are_announced(self):
         read = re.findall(r'\{"(\w+)", &Engine::option_', source("engine_options.cpp"))
@@ -57,6 +70,47 @@ class CommandsTest(unittest.TestCase):
         self.assertGreater(len(words), 10)
         described = " ".join(row[0] for row in UCI.table("Word", "What it does"))
         self.assertEqual([word for word in words if f"`{word}`" not in described], [])
+
+
+class PlayTest(unittest.TestCase):
+    """The page on orvelin-play against its sources."""
+
+    def test_all_commands_are_described(self):
+        commands = re.findall(r'\{"(\S+)", &Front::command_', source("front.cpp", "play"))
+        self.assertGreater(len(commands), 10)
+        named = " ".join(row[0] for row in PLAY_PAGE.table("Command", "What it does"))
+        words = {span.split(" ")[0] for span in re.findall(r"`([^`]*)`", named)}
+        self.assertEqual(words, {*commands, "quit"})
+
+    def test_all_words_behind_go_are_described(self):
+        text = source("go_reader.cpp", "play")
+        words = re.findall(r'\{"(\w+)", *\d', text) + re.findall(r'word == "(\w+)"', text)
+        named = " ".join(row[0] for row in PLAY_PAGE.table("Word", "What it does"))
+        self.assertEqual(set(re.findall(r"`(\w+)`", named)), set(words))
+
+    def test_every_message_is_described(self):
+        """By its first words, those between two values."""
+        told = " ".join(row[0] for row in PLAY_PAGE.table("Message", "Meaning"))
+        texts = []
+        for name in glob.glob("front*.cpp", root_dir=os.path.join(ROOT, "src", "play")):
+            texts += re.findall(r'remark\(\s*(?:std::string\()?"([^"]+)"', source(name, "play"))
+        self.assertGreater(len(texts), 7)
+        parts = [re.split(r" $|'$", text)[0] for text in texts]
+        self.assertEqual([part for part in parts if part not in told], [])
+
+    def test_the_score_is_that_of_the_code(self):
+        header = source("win_chance.h", "play")
+        constants = re.findall(r"constexpr double \w+ = ([\d.]+);", header)
+        self.assertEqual(len(constants), 2)
+        self.assertIn("`a` is {} and `b` is {}.".format(*constants), text_of("docs", "play.md"))
+
+    def test_the_levels_are_those_of_the_code(self):
+        rows = re.findall(r"\{(\d+), \{(\d+), (\d+), \d+\}\}", source("strength.cpp", "play"))
+        written = numbers(
+            "docs/play.md", r"from (\d+) nodes and eight lines at (\d+) to (\d+) nodes and one"
+        )
+        self.assertEqual(written, [int(rows[0][1]), int(rows[0][0]), int(rows[-1][1])])
+        self.assertEqual((rows[0][2], rows[-1][2]), ("8", "1"))
 
 
 def text_of(*names):
@@ -133,6 +187,9 @@ class BuildTest(unittest.TestCase):
             version = re.search(r"project\(orvelin VERSION (\S+)", file.read()).group(1)
         self.assertIn(version, next(h for h in DOCUMENTS["NEWS.md"].headings if h[-1].isdigit()))
         self.assertIn(f'"id name Orvelin {version}"', source("main.cpp"))
+        self.assertIn(f'"id name Orvelin {version}"', source("front_game.cpp", "play"))
+        for name in ("main.cpp", "options.cpp"):
+            self.assertIn(f'"Orvelin {version}', source(name, "play"))
 
 
 if __name__ == "__main__":

@@ -8,7 +8,9 @@ import unittest
 from project import ROOT
 
 # From the bottom up: a folder uses those before it and itself.
-LAYERS = ["time", "position", "book", "generation", "endgame", "evaluation", "search", "protocol"]
+LAYERS = ["time", "position", "book", "generation", "endgame", "evaluation", "search"]
+# Two fronts on top, each a program.
+LAYERS += ["protocol", "play"]
 # The arrows upward that are meant. `Tables` holds everything that is made once, and so the
 # transposition table and the reductions; docs/architecture.md tells why.
 ARROWS_UPWARD = {
@@ -100,6 +102,15 @@ class LayersTest(unittest.TestCase):
 
     def test_no_other_arrow_goes_upward(self):
         self.assertEqual(arrows_upward(self.includes), ARROWS_UPWARD)
+
+    def test_the_two_engines_do_not_know_each_other(self):
+        arrows = {
+            (path, header)
+            for path, headers in self.includes.items()
+            for header in headers
+            if {path.split("/")[0], header.split("/")[0]} == {"protocol", "play"}
+        }
+        self.assertEqual(arrows, set())
 
     def test_nothing_below_the_search_knows_it(self):
         knowing = {

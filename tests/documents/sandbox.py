@@ -27,7 +27,8 @@ class Sandbox:
         # Copied last and without its old time: newer than all sources, so that nothing is built.
         built = os.path.join(self._tree, "build", "engine")
         os.makedirs(built)
-        shutil.copy(os.path.join(programs, "orvelin"), built)
+        for name in ("orvelin", "orvelin-play"):
+            shutil.copy(os.path.join(programs, name), built)
         os.mkdir(self._home)
         os.mkdir(self._path)
         for folder in (programs, os.path.join(self._tree, "tools")):

@@ -1,14 +1,15 @@
 """Sessions in documents: what is sent to the engine, and what it is said to answer.
 
-Lines with `> ` are sent. A block without any, which begins with `$ ./run` or `$ orvelin`, has the lines that begin
-with a command sent. `...` stands for any lines; times and speeds may differ."""
+Lines with `> ` are sent. A block without any, which begins with `$ ./run`, `$ orvelin` or with
+`$ orvelin-play`, has the lines that begin with a command sent. `...` stands for any lines; times
+and speeds may differ."""
 
 import re
 
 from orvelin_lib.engine import UciEngine
 
 COMMANDS = frozenset(
-    "uci isready ucinewgame position usermove go stop ponderhit setoption eval bench quit".split()
+    "uci isready ucinewgame position usermove go stop ponderhit setoption eval d bench quit".split()
 )
 CHANGING = re.compile(r"\b(time|nps)([=: ]\s*)[\d.]+")
 ANY_LINES = "..."
@@ -71,12 +72,13 @@ class Replay:
         if word == "quit":
             return []
         engine.send(line)
+        searches = word == "go" and "perft" not in rest
         waits = not {"infinite", "ponder"} & set(rest)
         if word == "uci":
             last = "uciok"
-        elif word in ("stop", "ponderhit") or (word == "go" and waits):
+        elif word in ("stop", "ponderhit") or (searches and waits):
             last = "bestmove"
-        elif word == "go":
+        elif searches:
             return []
         else:
             last = "readyok"

@@ -120,9 +120,7 @@ class AnalysisState {
     /// The move of the root that is searched now, and its number in the list, from 1. For whoever
     /// watches a long search; the two may be of neighbouring moves.
     Move current_root_move() const { return root_.current_move.load(std::memory_order_relaxed); }
-    int current_root_number() const {
-        return root_.current_number.load(std::memory_order_relaxed);
-    }
+    int current_root_number() const { return root_.current_number.load(std::memory_order_relaxed); }
     /// Use of the transposition table by the current search, 0 to 1000, from a sample.
     int get_hashfull() const;
     /// Copies of the ranked lines and of the first of them, empty when there is none.

@@ -186,7 +186,10 @@ setting_t split(std::string_view arguments) {
             setting.value = trimmed(arguments.substr(static_cast<std::size_t>(behind)));
             break;
         }
-        setting.name += (i > 1 ? " " : "") + lower_case(words[i]);
+        if (i > 1) {
+            setting.name += ' ';
+        }
+        setting.name += lower_case(words[i]);
         auto const end = words[i].data() + words[i].size();
         setting.sent_name = {words[1].data(), static_cast<std::size_t>(end - words[1].data())};
     }

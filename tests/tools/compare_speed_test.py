@@ -96,7 +96,7 @@ class RateTest(unittest.TestCase):
 
 class PositionTest(unittest.TestCase):
     def test_they_are_those_of_the_command_bench(self):
-        source = os.path.join(os.path.dirname(TOOLS), "src", "protocol", "engine_bench.cpp")
+        source = os.path.join(os.path.dirname(TOOLS), "src", "search", "bench_positions.h")
         with open(source, encoding="utf-8") as file:
             text = file.read()
         for _, fen in speed.POSITIONS:

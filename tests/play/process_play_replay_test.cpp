@@ -27,15 +27,6 @@ struct outcome_t {
     std::string best;
     std::uint64_t nodes = 0;
     int depth = 0;
-
-    friend bool operator==(outcome_t const&, outcome_t const&) = default;
-    friend void PrintTo(outcome_t const& outcome, std::ostream* stream) {
-        *stream << "best " << outcome.best << " nodes " << outcome.nodes << " depth "
-                << outcome.depth;
-        for (std::string const& line : outcome.lines) {
-            *stream << "\n  " << line;
-        }
-    }
 };
 
 constexpr int infinite = 32000;

@@ -1,6 +1,7 @@
 #include <array>
 #include <charconv>
 #include <cstdlib>
+#include <fcntl.h>
 #include <iostream>
 #include <string>
 #include <string_view>
@@ -79,8 +80,19 @@ int run_command(int number, char** words) {
     return fail("unknown argument " + std::string(word));
 }
 
+bool is_closed(int descriptor) {
+    return ::fcntl(descriptor, F_GETFD) < 0;
+}
+
 /// The reader may wait for input that never comes, so it is left alone at the end.
 [[noreturn]] void run_protocol() {
+    // Whatever is opened next would take their numbers.
+    if (is_closed(STDOUT_FILENO)) {
+        std::exit(1);
+    }
+    if (is_closed(STDIN_FILENO)) {
+        std::exit(0);
+    }
     LineReader::block_signals();
     CommandQueue queue;
     Output output(STDOUT_FILENO);
@@ -90,7 +102,7 @@ int run_command(int number, char** words) {
         Front front(queue, output);
         front.run();
     }
-    std::_Exit(0);
+    std::exit(0);
 }
 
 }  // namespace

@@ -15,6 +15,8 @@
 #include "play/play_process.h"
 #include "support/child_process.h"
 #include "support/positions.h"
+#include "support/program.h"
+#include "support/test_config.h"
 
 namespace orvelin::play::test {
 
@@ -177,6 +179,13 @@ TEST(ProcessPlayHostile, ALostOutputEndsIt) {
         EXPECT_LT(clock::now() - begin, at_once + milliseconds(500)) << text;
         EXPECT_EQ(std::string(buffer.data(), count), "1\n");
     }
+}
+
+TEST(ProcessPlayHostile, WithoutInputOrOutputItEnds) {
+    using orvelin::test::run_program;
+    std::string const& binary = orvelin::test::play_binary;
+    EXPECT_EQ(run_program("/bin/sh", {"-c", "exec \"$0\" <&-", binary}).status, 0);
+    EXPECT_EQ(run_program("/bin/sh", {"-c", "exec \"$0\" >&-", binary}).status, 1);
 }
 
 // The pipe is full, so that every thread that has to tell something waits.

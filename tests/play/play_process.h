@@ -14,10 +14,17 @@ namespace orvelin::play::test {
 
 using orvelin::test::milliseconds;
 
-/// The program for players behind pipes.
+/// The program for players behind pipes. At the end it is left to end by itself, as it does after a
+/// GUI is gone, so that what it went through is counted.
 class PlayProcess : public orvelin::test::EngineProcess {
  public:
     PlayProcess() : EngineProcess(orvelin::test::play_binary) {}
+    ~PlayProcess() {
+        close_input();
+        wait(milliseconds(2000));
+    }
+    PlayProcess(PlayProcess const&) = delete;
+    PlayProcess& operator=(PlayProcess const&) = delete;
 
     void set_option(std::string const& name, std::string const& value) {
         send("setoption name " + name + " value " + value);

@@ -154,13 +154,15 @@ void Searcher::ponderhit(TimePlan const& plan, std::chrono::steady_clock::time_p
 }
 
 void Searcher::tell_progress() {
-    std::string text = "info depth " + std::to_string(analysis_.get_iteration());
     Move const move = analysis_.current_root_move();
-    if (move != Move()) {
-        text += " currmove " + move.algebraic(order_.options.chess960) + " currmovenumber " +
-                std::to_string(analysis_.current_root_number());
+    // Before the first iteration there is nothing to tell.
+    if (move == Move()) {
+        return;
     }
-    text += use_text(use());
+    std::string const text = "info depth " + std::to_string(analysis_.get_iteration()) +
+                             " currmove " + move.algebraic(order_.options.chess960) +
+                             " currmovenumber " + std::to_string(analysis_.current_root_number()) +
+                             use_text(use());
     std::lock_guard const lock(mutex_);
     if (busy_) {
         output_.line(text);

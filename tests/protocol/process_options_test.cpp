@@ -139,16 +139,19 @@ TEST_F(ProcessOptionsTest, AWeakenedEngineSpendsItsTime) {
 
 // The table is emptied before every iteration of a weakened search.
 TEST_F(ProcessOptionsTest, StrengthDoesNotHangOnTheSizeOfTheTable) {
-    // Builds with sanitizers are slower, but not by the size of the table.
-    std::string const clock = short_tests ? "20000" : "1000";
+    // Builds with sanitizers are slower, but not by the size of the table. A busy machine may take
+    // the time away from a search or two, but never gives one more.
+    std::string const clock = short_tests ? "40000" : "2000";
     for (char const* const megabytes : {"6", "128", "256", "1024", "4096"}) {
-        start();
-        say({option("Hash", megabytes), option("UCI_LimitStrength", "true"),
-             option("UCI_Elo", "1500")});
         int deepest = 0;
-        for (std::string const& line :
-             search({"position startpos", "go wtime " + clock + " btime " + clock})) {
-            deepest = std::max(deepest, number_after("depth", line));
+        for (int tries = 0; tries < 5 && deepest < 3; ++tries) {
+            start();
+            say({option("Hash", megabytes), option("UCI_LimitStrength", "true"),
+                 option("UCI_Elo", "1500")});
+            for (std::string const& line :
+                 search({"position startpos", "go wtime " + clock + " btime " + clock})) {
+                deepest = std::max(deepest, number_after("depth", line));
+            }
         }
         EXPECT_EQ(deepest, 3) << megabytes;
     }

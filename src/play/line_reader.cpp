@@ -2,14 +2,12 @@
 
 #include <array>
 #include <cerrno>
-#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <poll.h>
 #include <pthread.h>
 #include <sys/signalfd.h>
 #include <unistd.h>
-#include <utility>
 
 namespace orvelin::play {
 
@@ -27,7 +25,7 @@ sigset_t ending_signals() {
 }  // namespace
 
 LineReader::LineReader(int input, int output, CommandQueue& queue)
-    : input_(input), output_(output), queue_(queue) {}
+    : input_(input), output_(output), lines_(queue) {}
 
 void LineReader::block_signals() {
     sigset_t const signals = ending_signals();
@@ -62,49 +60,12 @@ void LineReader::operator()() {
         }
         ssize_t const number = ::read(input_, buffer.data(), buffer.size());
         if (number > 0) {
-            take(buffer.data(), static_cast<std::size_t>(number));
+            lines_.take({buffer.data(), static_cast<std::size_t>(number)});
         } else if (number == 0 || (errno != EINTR && errno != EAGAIN)) {
-            // A last line may lack its end.
-            finish_line();
-            queue_.end();
+            lines_.end();
             input_ends = true;
         }
     }
-}
-
-void LineReader::take(char const* bytes, std::size_t number) {
-    for (std::size_t i = 0; i < number; ++i) {
-        if (bytes[i] == '\n') {
-            finish_line();
-        } else if (line_.size() == longest_line) {
-            too_long_ = true;
-        } else if (bytes[i] == '\0') {
-            had_nul_ = true;
-            line_ += ' ';
-        } else {
-            line_ += bytes[i];
-        }
-    }
-}
-
-void LineReader::finish_line() {
-    Command command{std::move(line_), std::chrono::steady_clock::now()};
-    if (too_long_) {
-        command.remark =
-            "a line of more than " + std::to_string(longest_line) + " characters is ignored";
-        command.line.clear();
-    } else if (had_nul_) {
-        command.remark = "NUL characters in a line are taken for blanks";
-    }
-    if (!command.line.empty() && command.line.back() == '\r') {
-        command.line.pop_back();
-    }
-    if (!command.line.empty() || !command.remark.empty()) {
-        queue_.push(std::move(command));
-    }
-    line_.clear();
-    too_long_ = false;
-    had_nul_ = false;
 }
 
 // Nothing is kept beyond the lines that are written already, so there is nothing to wait for.

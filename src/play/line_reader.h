@@ -1,23 +1,16 @@
 #pragma once
 
-#include <cstddef>
-#include <string>
-#include <vector>
-
-#include "play/command_queue.h"
+#include "play/line_buffer.h"
 
 namespace orvelin::play {
 
-/// The input thread: turns the bytes of standard input into lines for the queue, and watches for
+/// The input thread: makes lines for the queue of what comes in on standard input, and watches for
 /// what ends the process from outside.
 ///
 /// Waits in one place for input, signals and the loss of the output, so that none needs a tick.
 /// The signals must be blocked in all threads before the first is started, see block_signals().
 class LineReader {
  public:
-    /// The longest line that is taken; of a longer one only a remark is left.
-    static constexpr std::size_t longest_line = std::size_t{1} << 20;
-
     /// Never writes to the output itself: that may wait for a reader for ever.
     LineReader(int input, int output, CommandQueue& queue);
 
@@ -30,16 +23,11 @@ class LineReader {
     void operator()();
 
  private:
-    void take(char const* bytes, std::size_t number);
-    void finish_line();
     [[noreturn]] static void end_process(int status);
 
     int input_;
     int output_;
-    CommandQueue& queue_;
-    std::string line_;
-    bool too_long_ = false;
-    bool had_nul_ = false;
+    LineBuffer lines_;
 };
 
 }  // namespace orvelin::play

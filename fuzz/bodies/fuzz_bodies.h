@@ -30,4 +30,22 @@ void fuzz_table(std::string_view input);
 /// line waits for the end of the search.
 void fuzz_session(std::string_view input);
 
+// What orvelin-play reads. Nothing ends early there: no input is one that it may not survive.
+
+/// What follows the word `position`, and once more as a FEN alone. From what is accepted a game can
+/// be played on: moves, evaluation, a short search; and what was put right is accepted as it is.
+void fuzz_play_position(std::string_view input);
+
+/// Two letters that choose a position, the move overhead and the ply, then what follows `go`. The
+/// limits are in range, and no plan of time is negative or above the clock.
+void fuzz_play_go(std::string_view input);
+
+/// Lines of what follows `setoption`: each leaves all options in range, and a refused one as they
+/// were.
+void fuzz_play_options(std::string_view input);
+
+/// A letter that gives the size of the pieces in which the bytes behind it come in, another for the
+/// longest line: the lines are the same whatever the pieces, and fit for the front.
+void fuzz_play_lines(std::string_view input);
+
 }  // namespace orvelin::fuzz

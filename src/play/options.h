@@ -23,6 +23,8 @@ struct Options {
     bool analyse_mode = false;
     bool engine_units = false;  ///< `Score Unit` is `engine` and not `centipawn`
     std::string log_file;       ///< empty: none
+
+    bool operator==(Options const&) const = default;
 };
 
 /// Which option a line was about, for those that need more than their new value.

@@ -1,13 +1,48 @@
 #include "play/command_queue.h"
 
+#include <algorithm>
+#include <cstdint>
+#include <stdexcept>
+#include <sys/eventfd.h>
+#include <unistd.h>
 #include <utility>
 
+#include "play/reader_text.h"
+
 namespace orvelin::play {
+
+namespace {
+
+std::size_t bytes_of(Command const& command) {
+    return sizeof command + command.line.size() + command.remark.size();
+}
+
+bool is_stop(Command const& command) {
+    return first_word(command.line) == "stop";
+}
+
+}  // namespace
+
+CommandQueue::CommandQueue(std::size_t most)
+    : most_(most), room_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
+    if (room_ < 0) {
+        throw std::runtime_error("no descriptor is left");
+    }
+}
+
+CommandQueue::~CommandQueue() {
+    close(room_);
+}
 
 void CommandQueue::push(Command command) {
     {
         std::lock_guard const lock(mutex_);
+        waiting_ += bytes_of(command);
         commands_.push_back(std::move(command));
+        quit_ = quit_ || first_word(commands_.back().line) == "quit";
+        if (on_stop_ && is_stop(commands_.back())) {
+            on_stop_();
+        }
     }
     changed_.notify_one();
 }
@@ -18,6 +53,22 @@ void CommandQueue::end() {
         end_ = true;
     }
     changed_.notify_one();
+}
+
+bool CommandQueue::full() const {
+    std::lock_guard const lock(mutex_);
+    return is_full();
+}
+
+void CommandQueue::take_room() {
+    std::uint64_t count = 0;
+    // Nothing to read is no fault: it was taken already.
+    [[maybe_unused]] auto const taken = ::read(room_, &count, sizeof count);
+}
+
+bool CommandQueue::ending() const {
+    std::lock_guard const lock(mutex_);
+    return end_ || quit_;
 }
 
 std::optional<Command> CommandQueue::pop(
@@ -34,12 +85,26 @@ std::optional<Command> CommandQueue::pop(
     }
     Command command = std::move(commands_.front());
     commands_.pop_front();
+    bool const was_full = is_full();
+    waiting_ -= bytes_of(command);
+    if (was_full && !is_full()) {
+        std::uint64_t const one = 1;
+        [[maybe_unused]] auto const told = ::write(room_, &one, sizeof one);
+    }
     return command;
 }
 
 bool CommandQueue::ended() const {
     std::lock_guard const lock(mutex_);
     return end_ && commands_.empty();
+}
+
+void CommandQueue::on_stop(std::function<void()> call) {
+    std::lock_guard const lock(mutex_);
+    on_stop_ = std::move(call);
+    if (on_stop_ && std::any_of(commands_.begin(), commands_.end(), is_stop)) {
+        on_stop_();
+    }
 }
 
 }  // namespace orvelin::play

@@ -2,7 +2,9 @@
 
 #include <chrono>
 #include <condition_variable>
+#include <cstddef>
 #include <deque>
+#include <functional>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -23,21 +25,52 @@ struct Command {
 /// output. After end() what still waits is handed out, and then nothing any more.
 class CommandQueue {
  public:
+    /// When lines of about so many bytes wait, no more should be read.
+    static constexpr std::size_t most_waiting = std::size_t{1} << 24;
+
+    /// @throws std::runtime_error when the system has no descriptor left.
+    explicit CommandQueue(std::size_t most = most_waiting);
+    ~CommandQueue();
+    CommandQueue(CommandQueue const&) = delete;
+    CommandQueue& operator=(CommandQueue const&) = delete;
+
+    // For the input thread.
+
     void push(Command command);
     /// No more lines will come.
     void end();
+    /// So much waits that no more should be pushed now. Whoever has seen this finds the descriptor
+    /// room() readable when there is room again; take_room() sets it back.
+    bool full() const;
+    int room() const { return room_; }
+    void take_room();
+    /// `quit` has come in, or the end.
+    bool ending() const;
+
+    // For the front.
 
     /// Waits for a line until the deadline, without one for ever. Nothing at the deadline and at
     /// the end, which ended() tells apart.
     std::optional<Command> pop(std::optional<std::chrono::steady_clock::time_point> deadline);
     /// The end has come and nothing waits any more.
     bool ended() const;
+    /// Calls back, on whichever thread, when `stop` waits or comes in: for what keeps the front
+    /// from taking it. Without a function never again, and then no call runs any more.
+    void on_stop(std::function<void()> call);
 
  private:
+    bool is_full() const { return waiting_ >= most_; }
+
+    std::size_t most_;
+    int room_;
     mutable std::mutex mutex_;
     std::condition_variable changed_;
     std::deque<Command> commands_;
+    /// What the lines that wait take, in bytes.
+    std::size_t waiting_ = 0;
+    std::function<void()> on_stop_;
     bool end_ = false;
+    bool quit_ = false;
 };
 
 }  // namespace orvelin::play

@@ -5,26 +5,13 @@
 #include <exception>
 #include <utility>
 
+#include "play/reader_text.h"
+
 namespace orvelin::play {
 
 namespace {
 
 constexpr std::chrono::seconds report_interval{1};
-
-/// The first word and what follows it.
-std::pair<std::string_view, std::string_view> split(std::string_view line) {
-    constexpr std::string_view blanks = " \t\r\v\f";
-    std::size_t const begin = line.find_first_not_of(blanks);
-    if (begin == std::string_view::npos) {
-        return {};
-    }
-    line.remove_prefix(begin);
-    std::size_t const end = line.find_first_of(blanks);
-    if (end == std::string_view::npos) {
-        return {line, {}};
-    }
-    return {line.substr(0, end), line.substr(end + 1)};
-}
 
 /// As much of a text as fits into a remark.
 std::string cut(std::string_view text) {
@@ -87,7 +74,10 @@ bool Front::act(Command const& command) {
         output_.remark(command.remark);
     }
     arrival_ = command.arrival;
-    auto const [word, arguments] = split(command.line);
+    std::string_view const line = command.line;
+    std::string_view const word = first_word(line);
+    std::string_view const arguments =
+        trimmed(line.substr(static_cast<std::size_t>(word.data() + word.size() - line.data())));
     if (word.empty()) {
         return true;
     }

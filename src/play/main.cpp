@@ -96,7 +96,7 @@ bool is_closed(int descriptor) {
     LineReader::block_signals();
     CommandQueue queue;
     Output output(STDOUT_FILENO);
-    LineReader reader(STDIN_FILENO, STDOUT_FILENO, queue);
+    LineReader reader(STDIN_FILENO, output, queue);
     std::thread([&reader] { reader(); }).detach();
     {
         Front front(queue, output);

@@ -3,10 +3,25 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstddef>
+#include <filesystem>
 #include <poll.h>
+#include <system_error>
 #include <unistd.h>
 
 namespace orvelin::play {
+
+namespace {
+
+std::int64_t now() {
+    return std::chrono::steady_clock::now().time_since_epoch().count();
+}
+
+}  // namespace
+
+bool Output::stuck_for(std::chrono::milliseconds time) const {
+    std::int64_t const since = waiting_since_.load();
+    return since != 0 && std::chrono::steady_clock::duration(now() - since) >= time;
+}
 
 void Output::line(std::string_view text) {
     std::string bytes(text);
@@ -41,6 +56,10 @@ bool Output::set_log(std::string const& name) {
     if (name.empty()) {
         return true;
     }
+    std::error_code error;
+    if (std::filesystem::is_fifo(name, error)) {
+        return false;
+    }
     log_.open(name, std::ios::app);
     return log_.is_open();
 }
@@ -55,6 +74,7 @@ void Output::log_input(std::string_view text) {
 // A pipe that somebody else has set to non-blocking takes what it can hold.
 void Output::write(std::string_view bytes) {
     while (!bytes.empty()) {
+        waiting_since_.store(now());
         ssize_t const written = ::write(descriptor_, bytes.data(), bytes.size());
         if (written >= 0) {
             bytes.remove_prefix(static_cast<std::size_t>(written));
@@ -62,9 +82,10 @@ void Output::write(std::string_view bytes) {
             pollfd ready{descriptor_, POLLOUT, 0};
             ::poll(&ready, 1, -1);
         } else if (errno != EINTR) {
-            return;
+            break;
         }
     }
+    waiting_since_.store(0);
 }
 
 }  // namespace orvelin::play

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <atomic>
+#include <chrono>
+#include <cstdint>
 #include <fstream>
 #include <mutex>
 #include <string>
@@ -24,8 +27,12 @@ class Output {
     /// Several lines at once, each with its end.
     void text(std::string_view lines);
 
+    int descriptor() const { return descriptor_; }
+    /// Whether a line has been waiting for so long for somebody to read what is out already.
+    bool stuck_for(std::chrono::milliseconds time) const;
+
     /// Writes all lines that come and go to this file too; an empty name ends that. False when the
-    /// file cannot be opened.
+    /// file cannot be opened, or is a pipe, which would wait for its reader.
     bool set_log(std::string const& name);
     /// A line that came in, for the log.
     void log_input(std::string_view text);
@@ -34,6 +41,9 @@ class Output {
     void write(std::string_view bytes);
 
     int descriptor_;
+    /// Since when nothing has been taken of the text that is written, as a time of the steady
+    /// clock; 0 when none is.
+    std::atomic<std::int64_t> waiting_since_{0};
     std::mutex mutex_;
     std::ofstream log_;
 };

@@ -36,6 +36,11 @@ std::string_view trimmed(std::string_view text) {
     return text;
 }
 
+std::string_view first_word(std::string_view text) {
+    auto const begin = std::find_if_not(text.begin(), text.end(), is_blank);
+    return {begin, std::find_if(begin, text.end(), is_blank)};
+}
+
 std::vector<std::string_view> words_of(std::string_view text) {
     std::vector<std::string_view> words;
     auto const end = text.end();

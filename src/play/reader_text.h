@@ -16,6 +16,9 @@ bool is_blank(char letter);
 /// The text without blanks at its ends.
 std::string_view trimmed(std::string_view text);
 
+/// The first word, as a view into the text; empty when there is none.
+std::string_view first_word(std::string_view text);
+
 /// The words between blanks, as views into the text.
 std::vector<std::string_view> words_of(std::string_view text);
 

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <string>
 #include <thread>
 
@@ -67,6 +68,70 @@ TEST(CommandQueue, HandsOutWhatWaitsBehindTheEnd) {
     EXPECT_EQ(queue.pop(std::nullopt)->line, "last");
     EXPECT_TRUE(queue.ended());
     EXPECT_FALSE(queue.pop(std::nullopt));
+}
+
+bool readable(int descriptor) {
+    pollfd source{descriptor, POLLIN, 0};
+    return ::poll(&source, 1, 0) == 1;
+}
+
+TEST(CommandQueue, TellsWhenTooMuchWaitsAndWhenThereIsRoom) {
+    CommandQueue queue(1000);
+    EXPECT_FALSE(queue.full());
+    queue.push(command(std::string(800, 'a')));
+    EXPECT_FALSE(queue.full());
+    queue.push(command(std::string(800, 'b')));
+    queue.push(command("c"));
+    EXPECT_TRUE(queue.full());
+    EXPECT_FALSE(readable(queue.room()));
+    queue.pop(std::nullopt);
+    EXPECT_FALSE(queue.full());
+    EXPECT_TRUE(readable(queue.room()));
+    queue.take_room();
+    EXPECT_FALSE(readable(queue.room()));
+    queue.take_room();
+    queue.pop(std::nullopt);
+    EXPECT_FALSE(readable(queue.room()));
+}
+
+TEST(CommandQueue, CountsEmptyLinesToo) {
+    CommandQueue queue(1000);
+    for (int i = 0; i < 100; ++i) {
+        queue.push(command(""));
+    }
+    EXPECT_TRUE(queue.full());
+}
+
+TEST(CommandQueue, SeesThatTheEndIsNear) {
+    for (std::string const line : {"quit", " \tquit now"}) {
+        CommandQueue queue;
+        queue.push(command("quiet"));
+        queue.push(command("go quit"));
+        EXPECT_FALSE(queue.ending());
+        queue.push(command(line));
+        EXPECT_TRUE(queue.ending());
+    }
+    CommandQueue queue;
+    queue.end();
+    EXPECT_TRUE(queue.ending());
+}
+
+TEST(CommandQueue, CallsForAStopThatWaitsOrComes) {
+    CommandQueue queue;
+    int calls = 0;
+    auto const count = [&calls] { ++calls; };
+    queue.on_stop(count);
+    queue.push(command("isready"));
+    EXPECT_EQ(calls, 0);
+    queue.push(command("stop"));
+    EXPECT_EQ(calls, 1);
+    queue.on_stop(count);
+    EXPECT_EQ(calls, 2);
+    queue.on_stop({});
+    queue.push(command("stop"));
+    EXPECT_EQ(calls, 2);
+    EXPECT_EQ(queue.pop(std::nullopt)->line, "isready");
+    EXPECT_EQ(queue.pop(std::nullopt)->line, "stop");
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "play/output.h"
 
 #include <array>
+#include <chrono>
 #include <cstddef>
 #include <fcntl.h>
 #include <filesystem>
@@ -8,6 +9,7 @@
 #include <gtest/gtest.h>
 #include <sstream>
 #include <string>
+#include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
 #include <vector>
@@ -18,6 +20,8 @@
 namespace orvelin::play::test {
 
 namespace {
+
+using std::chrono::milliseconds;
 
 /// A pipe to write to; what was written is read when the writing end is closed.
 class OutputTest : public testing::Test {
@@ -134,6 +138,34 @@ TEST_F(OutputTest, LogsWhatComesAndGoes) {
     output.line("behind");
     EXPECT_EQ(text_of(file), "< isready\n> readyok\n");
     EXPECT_EQ(written(), "before\nreadyok\nbehind\n");
+}
+
+TEST_F(OutputTest, TellsThatNobodyReads) {
+    Output output(writer());
+    output.line("read");
+    EXPECT_FALSE(output.stuck_for(milliseconds(0)));
+    std::thread writing([&] { output.line(std::string(std::size_t{1} << 20, 'x')); });
+    auto const end = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    while (!output.stuck_for(milliseconds(50)) && std::chrono::steady_clock::now() < end) {
+        std::this_thread::sleep_for(milliseconds(5));
+    }
+    EXPECT_TRUE(output.stuck_for(milliseconds(50)));
+    EXPECT_FALSE(output.stuck_for(std::chrono::hours(1)));
+    orvelin::test::read_buffer_t buffer;
+    for (std::size_t seen = 0; seen < (std::size_t{1} << 20);) {
+        seen += orvelin::test::read_some(reader(), buffer);
+    }
+    writing.join();
+    EXPECT_FALSE(output.stuck_for(milliseconds(0)));
+}
+
+// To open a pipe for writing waits until somebody reads it.
+TEST_F(OutputTest, TakesNoPipeForALog) {
+    orvelin::test::TemporaryDirectory const directory;
+    std::string const pipe = (directory.path() / "pipe").string();
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    Output output(writer());
+    EXPECT_FALSE(output.set_log(pipe));
 }
 
 TEST_F(OutputTest, TellsThatALogCannotBeOpened) {

@@ -21,6 +21,13 @@ TEST(ReaderText, WordsAreCutAtBlanksAndNotAtNul) {
     EXPECT_TRUE(words_of(" \t ").empty());
 }
 
+TEST(ReaderText, FirstWordStandsBetweenBlanks) {
+    EXPECT_EQ(first_word(" \tgo depth 3"), "go");
+    EXPECT_EQ(first_word("go"), "go");
+    EXPECT_TRUE(first_word(" \r ").empty());
+    EXPECT_TRUE(first_word("").empty());
+}
+
 TEST(ReaderText, TrimmedKeepsTheBlanksInside) {
     EXPECT_EQ(trimmed("  a  b \n"), "a  b");
     EXPECT_EQ(trimmed("   "), "");

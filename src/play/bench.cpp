@@ -3,18 +3,23 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdint>
+#include <new>
 
 #include "play/searcher.h"
 #include "search/bench_positions.h"
 
 namespace orvelin::play {
 
-std::string bench(Searcher& searcher, int depth, int hash_megabytes) {
+std::string bench(Searcher& searcher, int depth, int hash_megabytes,
+                  std::atomic<bool> const& stopped) {
     Analysis& analysis = searcher.analysis();
     ChessPosition& position = searcher.position();
+    ChessPosition const kept = position;
     std::string text;
     std::uint64_t nodes = 0;
-    analysis.set_hash_size(bench_hash_megabytes);
+    if (!searcher.set_hash(bench_hash_megabytes)) {
+        throw std::bad_alloc();
+    }
     auto const start = std::chrono::steady_clock::now();
     for (char const* const fen : bench_positions) {
         searcher.forget();
@@ -25,7 +30,15 @@ std::string bench(Searcher& searcher, int depth, int hash_megabytes) {
         analysis.set_multipv(1);
         analysis.set_infinite(true);
         analysis.set_depth(depth);
-        analysis.iterative_search();
+        analysis.iterative_search([&](int, int, int) {
+            // A stop that came before the search began was forgotten with what was before.
+            if (stopped) {
+                analysis.set_action(stop_action);
+            }
+        });
+        if (stopped) {
+            break;
+        }
         nodes += analysis.get_node_count();
         text += std::string(fen) + "  nodes " + std::to_string(analysis.get_node_count()) +
                 "  bestmove " + analysis.best_move().algebraic(false) + '\n';
@@ -34,7 +47,11 @@ std::string bench(Searcher& searcher, int depth, int hash_megabytes) {
         std::chrono::steady_clock::now() - start);
     auto const elapsed = static_cast<std::uint64_t>(std::max<std::int64_t>(time.count(), 1));
     searcher.forget();
-    analysis.set_hash_size(hash_megabytes);
+    position = kept;
+    searcher.set_hash(hash_megabytes);
+    if (stopped) {
+        return text;
+    }
     return text + "Nodes searched: " + std::to_string(nodes) +
            "\nNodes/second: " + std::to_string(nodes * 1000 / elapsed) + '\n';
 }

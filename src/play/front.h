@@ -1,6 +1,8 @@
 #pragma once
 
+#include <atomic>
 #include <chrono>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -61,6 +63,10 @@ class Front {
     /// The same, and where there is no position either.
     bool nothing_to_show(std::string_view what);
     void remark(std::vector<std::string> const& lines);
+    /// Puts out what the function returns, which is to end soon when the word that it is given
+    /// becomes true: that is when `stop` comes in.
+    void tell_unless_stopped(std::function<std::string(std::atomic<bool> const&)> const& work);
+    void tell_perft(int depth);
     void apply_book();
     void apply_log();
     /// Answers with a move of the book, if that is wanted and there is one.

@@ -2,13 +2,14 @@
 
 #include <array>
 #include <exception>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 #include "book/bk_move.h"
 #include "play/clock.h"
 #include "play/front.h"
 #include "play/go_reader.h"
-#include "play/perft.h"
 
 namespace orvelin::play {
 
@@ -92,6 +93,11 @@ void Front::apply_book() {
         wanted.assign(places.begin(), places.end());
     }
     for (std::string const& place : wanted) {
+        // To open a pipe waits until somebody writes into it.
+        std::error_code error;
+        if (!std::filesystem::is_regular_file(place, error)) {
+            continue;
+        }
         try {
             book_.set_name(place);
             book_.open();
@@ -164,8 +170,7 @@ void Front::command_go(std::string_view arguments) {
     limits_ = text.limits;
     white_moves_ = searcher_.position().white_to_move();
     if (limits_.perft) {
-        output_.text(perft_report(searcher_.position(), searcher_.tables(), *limits_.perft,
-                                  options_.chess960));
+        tell_perft(*limits_.perft);
         return;
     }
     if (answer_from_book(limits_)) {

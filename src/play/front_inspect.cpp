@@ -71,15 +71,43 @@ void Front::command_bench(std::string_view arguments) {
     if (refused_while_searching("bench")) {
         return;
     }
-    output_.text(bench(searcher_, number_or(arguments, bench_depth, 1, 100), options_.hash));
-    refusal_ = {};
-    game_ply_ = 0;
+    int const depth = number_or(arguments, bench_depth, 1, 100);
+    tell_unless_stopped([&](std::atomic<bool> const& stopped) {
+        return bench(searcher_, depth, options_.hash, stopped);
+    });
+}
+
+// While the front works it takes no command, so that the input thread has to look for the stop.
+void Front::tell_unless_stopped(std::function<std::string(std::atomic<bool> const&)> const& work) {
+    std::atomic<bool> stopped = false;
+    std::string text;
+    queue_.on_stop([&] {
+        stopped = true;
+        searcher_.analysis().set_action(stop_action);
+    });
+    try {
+        text = work(stopped);
+    } catch (...) {
+        queue_.on_stop({});
+        throw;
+    }
+    queue_.on_stop({});
+    output_.text(text);
+    if (stopped) {
+        output_.remark("stopped before its end");
+    }
+}
+
+void Front::tell_perft(int depth) {
+    tell_unless_stopped([&](std::atomic<bool> const& stopped) {
+        return perft_report(searcher_.position(), searcher_.tables(), depth, options_.chess960,
+                            stopped);
+    });
 }
 
 void Front::command_perft(std::string_view arguments) {
     if (!nothing_to_show("perft")) {
-        output_.text(perft_report(searcher_.position(), searcher_.tables(),
-                                  number_or(arguments, 1, 1, 20), options_.chess960));
+        tell_perft(number_or(arguments, 1, 1, 20));
     }
 }
 

@@ -43,14 +43,14 @@ bool read_number(std::string_view word, int least, int most, int& number) {
 int run_bench(int depth) {
     Output output(STDOUT_FILENO);
     Searcher searcher(output);
-    output.text(bench(searcher, depth, bench_hash_megabytes));
+    output.text(bench(searcher, depth, bench_hash_megabytes, false));
     return 0;
 }
 
 int run_perft(int depth) {
     Output output(STDOUT_FILENO);
     Searcher searcher(output);
-    output.text(perft_report(searcher.position(), searcher.tables(), depth, false));
+    output.text(perft_report(searcher.position(), searcher.tables(), depth, false, false));
     return 0;
 }
 

@@ -8,7 +8,11 @@ namespace orvelin::play {
 
 namespace {
 
-std::uint64_t count_leaves(ChessPosition& position, MoveGenerator& generator, int depth) {
+/// Below this depth a count takes no time in which it would have to be stopped.
+constexpr int shortest_stopped = 4;
+
+std::uint64_t count_leaves(ChessPosition& position, MoveGenerator& generator, int depth,
+                           std::atomic<bool> const& stopped) {
     if (depth == 0) {
         return 1;
     }
@@ -20,8 +24,11 @@ std::uint64_t count_leaves(ChessPosition& position, MoveGenerator& generator, in
     }
     std::uint64_t leaves = 0;
     for (Move const move : list) {
+        if (depth >= shortest_stopped && stopped) {
+            break;
+        }
         position.make_move(move);
-        leaves += count_leaves(position, generator, depth - 1);
+        leaves += count_leaves(position, generator, depth - 1, stopped);
         position.unmake_move();
     }
     return leaves;
@@ -31,10 +38,11 @@ std::uint64_t count_leaves(ChessPosition& position, MoveGenerator& generator, in
 
 std::uint64_t perft(ChessPosition& position, Tables const& tables, int depth) {
     MoveGenerator generator(tables);
-    return count_leaves(position, generator, depth);
+    return count_leaves(position, generator, depth, false);
 }
 
-std::string perft_report(ChessPosition& position, Tables const& tables, int depth, bool chess960) {
+std::string perft_report(ChessPosition& position, Tables const& tables, int depth, bool chess960,
+                         std::atomic<bool> const& stopped) {
     MoveGenerator generator(tables);
     MoveBuffer buffer;
     MoveList list(buffer.data());
@@ -43,8 +51,11 @@ std::string perft_report(ChessPosition& position, Tables const& tables, int dept
     std::uint64_t sum = 0;
     for (Move const move : list) {
         position.make_move(move);
-        std::uint64_t const leaves = count_leaves(position, generator, depth - 1);
+        std::uint64_t const leaves = count_leaves(position, generator, depth - 1, stopped);
         position.unmake_move();
+        if (stopped) {
+            return text;
+        }
         text += move.algebraic(chess960) + ": " + std::to_string(leaves) + '\n';
         sum += leaves;
     }

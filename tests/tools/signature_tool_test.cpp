@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 #include <sstream>
 #include <string>
+#include <vector>
 
+#include "support/play_signature.h"
 #include "support/program.h"
 #include "support/session_reader.h"
 #include "support/signature.h"
@@ -26,6 +28,32 @@ TEST(SignatureTool, PrintsTheSessionsAsTheyAreOnRecord) {
     const program_result_t result = run_program(signature_binary, {"--print"});
     EXPECT_EQ(result.status, 0) << result.errors;
     EXPECT_EQ(result.output, session_text(read_sessions(signature_file)));
+}
+
+TEST(SignatureTool, PrintsTheSignatureThroughTheFrontForPlayers) {
+    const program_result_t result = run_program(signature_binary, {"--play"});
+    EXPECT_EQ(result.status, 0) << result.errors;
+    EXPECT_EQ(result.errors, "");
+    std::vector<session_t> recorded;
+    for (session_t const& session : read_sessions(signature_file)) {
+        recorded.push_back(recorded_outcomes(session));
+    }
+    std::ostringstream line;
+    line << signature_of(recorded) << '\n';
+    EXPECT_EQ(result.output, line.str());
+}
+
+TEST(SignatureTool, FailsWhenTheFrontForPlayersSearchesOtherwise) {
+    const TemporaryDirectory directory;
+    const std::filesystem::path record = directory.path() / "record.txt";
+    std::ofstream(record) << "> new\n> go depth 1\n"
+                             "it 1 alpha -32000 beta 32000 score 144 nodes 27 pv e2e4\n"
+                             "lines 1\nline depth 1 score 144 e2e4\n"
+                             "best e2e4 ponder 0000 nodes 27\n";
+    const program_result_t result = run_program(signature_binary, {"--play", record.string()});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.errors, "orvelin-signature: other lines for: go depth 1\n");
+    EXPECT_TRUE(result.output.starts_with("26 ")) << result.output;
 }
 
 TEST(SignatureTool, FailsAndNamesTheCommandWhenALineIsAnother) {
@@ -53,7 +81,7 @@ TEST(SignatureTool, FailsWithoutItsRecord) {
 TEST(SignatureTool, TellsItsUsage) {
     const program_result_t result = run_program(signature_binary, {"--help"});
     EXPECT_EQ(result.status, 0);
-    EXPECT_TRUE(result.output.starts_with("Usage: orvelin-signature [--print] [FILE]\n"))
+    EXPECT_TRUE(result.output.starts_with("Usage: orvelin-signature [--print | --play] [FILE]\n"))
         << result.output;
 }
 
@@ -63,6 +91,7 @@ TEST(SignatureTool, RefusesOtherArguments) {
     EXPECT_EQ(unknown.output, "");
     EXPECT_TRUE(unknown.errors.starts_with("Usage: orvelin-signature")) << unknown.errors;
     EXPECT_EQ(run_program(signature_binary, {"/one", "/two"}).status, 2);
+    EXPECT_EQ(run_program(signature_binary, {"--print", "--play"}).status, 2);
 }
 
 }  // namespace orvelin::test

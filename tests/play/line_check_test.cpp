@@ -55,6 +55,33 @@ TEST(LineCheck, CutsAtARepetition) {
     EXPECT_LT(true_part(positions::start, line_of(positions::start, moves)).size(), 9U);
 }
 
+/// Whether the game is over behind the moves, which are legal one behind the other.
+bool ends_game(std::string const& fen, std::vector<std::string> const& moves) {
+    ChessPosition position(shared_tables());
+    position.fen(fen);
+    LineCheck check(shared_tables(), position);
+    bool const over = check.ends_game(check.true_part(line_of(fen, moves)));
+    EXPECT_EQ(check.root_moves().size(), legal_moves(position, shared_tables()).size());
+    // The position is the root again: a second look says the same.
+    EXPECT_EQ(check.ends_game(check.true_part(line_of(fen, moves))), over);
+    return over;
+}
+
+TEST(LineCheck, KnowsWhereAGameEnds) {
+    EXPECT_TRUE(ends_game("6k1/5ppp/8/8/8/8/8/R5K1 w - - 0 1", {"a1a8"}));
+    EXPECT_TRUE(ends_game("7k/8/5QK1/8/8/8/8/8 w - - 0 1", {"f6f7"}));
+    EXPECT_TRUE(ends_game("7k/8/8/8/8/8/8/K6R w - - 99 100", {"h1g1", "h8h7"}));
+    EXPECT_TRUE(ends_game(positions::start,
+                          {"g1f3", "g8f6", "f3g1", "f6g8", "g1f3", "g8f6", "f3g1", "f6g8"}));
+}
+
+TEST(LineCheck, KnowsWhereAGameGoesOn) {
+    EXPECT_FALSE(ends_game("6k1/5ppp/8/8/8/8/8/R5K1 w - - 0 1", {"a1a7"}));
+    EXPECT_FALSE(ends_game("7k/8/5QK1/8/8/8/8/8 w - - 0 1", {"f6f5"}));
+    EXPECT_FALSE(ends_game("7k/8/8/8/8/8/8/K6R w - - 90 100", {"h1g1", "h8h7"}));
+    EXPECT_FALSE(ends_game(positions::start, {"g1f3", "g8f6"}));
+}
+
 TEST(LineCheck, CutsWhereFiftyMovesWereMadeWithoutProgress) {
     std::string const fen = "7k/8/8/8/8/8/8/K6R w - - 98 100";
     auto const line = line_of(fen, {"h1g1", "h8h7", "g1g2", "h7h6", "g2g3"});

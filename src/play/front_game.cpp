@@ -3,6 +3,7 @@
 #include <array>
 #include <exception>
 #include <filesystem>
+#include <new>
 #include <system_error>
 #include <utility>
 
@@ -183,7 +184,12 @@ void Front::command_go(std::string_view arguments) {
     order.game_ply = game_ply_;
     order.plan = plan_time(limits_, white_moves_, game_ply_, milliseconds(options_.move_overhead));
     plan_looks(order.plan, order.start);
-    searcher_.begin(std::move(order));
+    try {
+        searcher_.begin(std::move(order));
+    } catch (std::bad_alloc const&) {
+        output_.remark("no memory to search with");
+        output_.line("bestmove 0000");
+    }
 }
 
 void Front::command_stop(std::string_view) {
@@ -198,7 +204,7 @@ void Front::command_stop(std::string_view) {
 }
 
 void Front::command_ponderhit(std::string_view) {
-    if (!searcher_.busy() || !limits_.ponder) {
+    if (!searcher_.busy() || searcher_.stopping() || !limits_.ponder) {
         output_.remark("ponderhit is ignored, nothing is pondered");
         return;
     }

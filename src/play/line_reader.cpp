@@ -52,7 +52,7 @@ void LineReader::look(int signals) {
          {ignored ? -1 : input_, static_cast<short>(full ? 0 : POLLIN), 0},
          {queue_.room(), POLLIN, 0}}};
     bool const ending = queue_.ending() || state_ != input_t::open;
-    int const time = ending ? static_cast<int>(patience.count()) : -1;
+    int const time = ending ? static_cast<int>(look_interval.count()) : -1;
     if (::poll(sources.data(), sources.size(), time) < 0) {
         return;
     }

@@ -30,6 +30,8 @@ class LineReader {
 
  private:
     static constexpr std::chrono::milliseconds patience{2000};
+    /// How often it is looked whether that is over, once the end is near.
+    static constexpr std::chrono::milliseconds look_interval{250};
 
     enum class input_t { open, hung_up, ended };
 

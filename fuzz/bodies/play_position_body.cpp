@@ -48,22 +48,12 @@ std::string accepted(std::string_view fen) {
     return repaired;
 }
 
-void check_text(std::string_view fen) {
-    std::string const repaired = accepted(fen);
-    if (repaired.empty()) {
-        return;
-    }
-    std::vector<std::string> remarks;
-    std::string again;
-    require(!play::check_fen(repaired, remarks, again).refused(), "a repaired text is accepted");
-    require(again == repaired && remarks.empty(), "a repaired text needs no repair");
-    ChessPosition position(small_tables());
-    require(!play::read_position("fen " + repaired, small_tables(), position).refusal.refused(),
-            "a repaired text is a position");
-}
-
 /// A game can go on from the position.
 void play_on(ChessPosition& position) {
+    bool const king_hangs = position.white_to_move()
+                                ? position.white_attacks(position.black_king())
+                                : position.black_attacks(position.white_king());
+    require(!king_hangs, "the side that has moved is not in check");
     for (Move const& move : play::legal_moves(position, small_tables())) {
         require(play::find_legal_move(position, small_tables(), move.algebraic(true)) == move,
                 "a move is found by its text");
@@ -76,6 +66,21 @@ void play_on(ChessPosition& position) {
     play::board_text(position, small_tables(), true);
     search_a_little(position);
     query(position);
+}
+
+void check_text(std::string_view fen) {
+    std::string const repaired = accepted(fen);
+    if (repaired.empty()) {
+        return;
+    }
+    std::vector<std::string> remarks;
+    std::string again;
+    require(!play::check_fen(repaired, remarks, again).refused(), "a repaired text is accepted");
+    require(again == repaired && remarks.empty(), "a repaired text needs no repair");
+    ChessPosition position(small_tables());
+    require(!play::read_position("fen " + repaired, small_tables(), position).refusal.refused(),
+            "a repaired text is a position");
+    play_on(position);
 }
 
 }  // namespace

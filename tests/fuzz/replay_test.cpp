@@ -25,15 +25,15 @@ struct target_t {
 };
 
 constexpr std::array<target_t, 10> targets{{{"fen", &fuzz::fuzz_fen},
-                                           {"move_text", &fuzz::fuzz_move_text},
-                                           {"setoption", &fuzz::fuzz_setoption},
-                                           {"book", &fuzz::fuzz_book},
-                                           {"table", &fuzz::fuzz_table},
-                                           {"session", &fuzz::fuzz_session},
-                                           {"play_position", &fuzz::fuzz_play_position},
-                                           {"play_go", &fuzz::fuzz_play_go},
-                                           {"play_options", &fuzz::fuzz_play_options},
-                                           {"play_lines", &fuzz::fuzz_play_lines}}};
+                                            {"move_text", &fuzz::fuzz_move_text},
+                                            {"setoption", &fuzz::fuzz_setoption},
+                                            {"book", &fuzz::fuzz_book},
+                                            {"table", &fuzz::fuzz_table},
+                                            {"session", &fuzz::fuzz_session},
+                                            {"play_position", &fuzz::fuzz_play_position},
+                                            {"play_go", &fuzz::fuzz_play_go},
+                                            {"play_options", &fuzz::fuzz_play_options},
+                                            {"play_lines", &fuzz::fuzz_play_lines}}};
 
 /// One kept input and the target that it is for.
 struct kept_input_t {

@@ -11,6 +11,8 @@ from project import ROOT
 LAYERS = ["time", "position", "book", "generation", "endgame", "evaluation", "search"]
 # Two fronts on top, each a program.
 LAYERS += ["protocol", "play"]
+# Programs beside the engine that take what they need of the front for players.
+LAYERS += ["analyse"]
 # The arrows upward that are meant. `Tables` holds everything that is made once, and so the
 # transposition table and the reductions; docs/architecture.md tells why.
 ARROWS_UPWARD = {

@@ -1,0 +1,100 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "analyse/limit.h"
+#include "evaluation/weight.h"
+#include "position/move.h"
+
+namespace orvelin::analyse {
+
+/// What the terms of the evaluation add to the score of a position, in engine units, from the point
+/// of view of White, in the order of `term`.
+using term_scores_t = std::array<float, term::count>;
+
+/// The position behind a line whose static evaluation is the score of the line.
+struct Leaf {
+    /// From the position that was searched to the leaf: the moves of the line, and then those of
+    /// the quiet end that the search looked into.
+    std::vector<Move> moves;
+    std::string fen;
+    /// Static evaluation, from the side to move of the position that was searched.
+    int score = 0;
+    term_scores_t terms{};
+};
+
+/// Why a line has no leaf.
+enum class unexplained : std::uint8_t {
+    /// There is a leaf.
+    none,
+    /// The score is a mate, or the game is drawn by rule at the end of the line.
+    mate_or_draw,
+    /// The score is from a table or a rule of an endgame, no sum of terms.
+    endgame,
+    /// No position was found whose evaluation is the score.
+    not_found,
+};
+
+struct Line {
+    int depth = 0;
+    /// In engine units, from the side to move.
+    int score = 0;
+    std::vector<Move> moves;
+    unexplained why_not = unexplained::not_found;
+    Leaf leaf;
+};
+
+/// What is known of one position.
+struct Result {
+    std::uint64_t nodes = 0;
+    /// Of the last iteration that ended; 0 without a search.
+    int depth = 0;
+    /// Static evaluation in engine units, from the side to move.
+    int static_score = 0;
+    term_scores_t terms{};
+    /// Best first; empty where there is no legal move, and without a search.
+    std::vector<Line> lines;
+    /// The line that begins with the move that was played, when it was asked for; its moves are
+    /// empty else.
+    Line played;
+};
+
+/// What is asked about one position.
+struct Question {
+    std::string fen;
+    bool chess960 = false;
+    Limit limit;
+    int lines = 1;
+    /// Whether each line is followed to its leaf.
+    bool leaves = true;
+    /// The move that was played, to be searched by itself to the same limit; the empty move for
+    /// none.
+    Move played;
+};
+
+/// An engine for one thread that answers for each position from a fresh state, so that an answer
+/// depends on the question alone, whatever came before it.
+class PositionSearch {
+ public:
+    PositionSearch();
+    ~PositionSearch();
+    PositionSearch(PositionSearch const&) = delete;
+    PositionSearch& operator=(PositionSearch const&) = delete;
+
+    /// The FEN text must be one that play::check_fen() takes. An answer that interrupt() cut short
+    /// must be thrown away.
+    Result answer(Question const& question);
+    /// From another thread: ends the search that runs, if one does.
+    void interrupt();
+
+ private:
+    struct State;
+    std::unique_ptr<State> state_;
+};
+
+}  // namespace orvelin::analyse

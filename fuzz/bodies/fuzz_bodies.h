@@ -48,4 +48,12 @@ void fuzz_play_options(std::string_view input);
 /// longest line: the lines are the same whatever the pieces, and fit for the front.
 void fuzz_play_lines(std::string_view input);
 
+/// A PGN text: reads it twice in blocks of different sizes, and writes each good game and reads it
+/// back.
+void fuzz_pgn(std::string_view input);
+
+/// A letter that chooses one of a few positions, then move texts between blanks: finds them in two
+/// ways, and writes and makes those that are found.
+void fuzz_san(std::string_view input);
+
 }  // namespace orvelin::fuzz

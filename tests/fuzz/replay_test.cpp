@@ -24,12 +24,14 @@ struct target_t {
     void (*body)(std::string_view);
 };
 
-constexpr std::array<target_t, 10> targets{{{"fen", &fuzz::fuzz_fen},
+constexpr std::array<target_t, 12> targets{{{"fen", &fuzz::fuzz_fen},
                                             {"move_text", &fuzz::fuzz_move_text},
                                             {"setoption", &fuzz::fuzz_setoption},
                                             {"book", &fuzz::fuzz_book},
                                             {"table", &fuzz::fuzz_table},
                                             {"session", &fuzz::fuzz_session},
+                                            {"pgn", &fuzz::fuzz_pgn},
+                                            {"san", &fuzz::fuzz_san},
                                             {"play_position", &fuzz::fuzz_play_position},
                                             {"play_go", &fuzz::fuzz_play_go},
                                             {"play_options", &fuzz::fuzz_play_options},

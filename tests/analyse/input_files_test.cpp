@@ -30,7 +30,7 @@ TEST(InputKindTest, IsToldByTheFirstText) {
         EXPECT_EQ(kind_of(text), input_kind::games) << text;
     }
     for (std::string const& text : {std::string(), std::string(" \n\r\n\t"), std::string(5, '\0'),
-                                   std::string("\xEF\xBB\xBF"), std::string(10000, '\n')}) {
+                                    std::string("\xEF\xBB\xBF"), std::string(10000, '\n')}) {
         EXPECT_EQ(kind_of(text), input_kind::empty);
     }
 }

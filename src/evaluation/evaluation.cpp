@@ -51,6 +51,16 @@ void Evaluation::init() {
 
 void Evaluation::clear() {}
 
+// A record is the same whenever it is computed, but for that of a board without pawns, which finds
+// the empty slot of its key as its own until another structure has taken that.
+void Evaluation::forget() {
+    forget_last_evaluation();
+    pawn_hash_table_.slot(0) = PHTrecord();
+    pawn_record_ = &first_record_;
+    terms_ = {};
+    mobility_.clear();
+}
+
 void Evaluation::set_log(bool on) {
     log_ = on;
     if (on) {

@@ -43,6 +43,10 @@ class Evaluation {
     void init();
     /// Does nothing: no state of an evaluation depends on the game.
     void clear();
+    /// Leaves nothing of the positions evaluated so far but what only spares work: passed pawns and
+    /// attack maps, which a search may read before its own first evaluation, and the pawn record of
+    /// a board without pawns are those of a new object. The counters stay.
+    void forget();
     /// Opens (emptied) or closes "eval_log.log", which nothing writes to yet.
     void set_log(bool on);
 

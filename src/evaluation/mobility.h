@@ -42,6 +42,11 @@ class Mobility {
     /// Empty maps, on the attack tables `attacks`.
     explicit Mobility(Attacks const& attacks);
 
+    /// Empties all maps and totals, as in a new object.
+    void clear() {
+        mobility_ = {};
+        maps_ = {};
+    }
     /// Renews all maps and totals for `position`.
     void compute(ChessPosition const& position);
 

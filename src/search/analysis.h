@@ -70,6 +70,9 @@ class Analysis : public AnalysisState {
     int see(Move const& move);
     /// What the side to move gains at best by capturing on the square, 0 or more.
     int see(Square square);
+    /// What the value of a leaf is multiplied by as the fifty-move limit comes near; 1 far from it,
+    /// and below 0 past 100 reversible plies.
+    double fading() const;
 
     /// Gives each move its class and sorts by it.
     void localsort(MoveList& list, int depth, bool pv, Move hash_move);

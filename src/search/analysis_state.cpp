@@ -134,4 +134,14 @@ void AnalysisState::clear() {
     clear_node_count();
 }
 
+// The memory comes back into use first, so that it is cleared too.
+void AnalysisState::forget() {
+    kbnk_table_.clear();
+    kqkr_table_.clear();
+    transposition_table_.set_threshold_buckets(0);
+    clear();
+    counters_.date.store(0);
+    evaluation_.forget();
+}
+
 }  // namespace orvelin

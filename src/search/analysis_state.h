@@ -159,6 +159,10 @@ class AnalysisState {
     void clear_eval() {}
     /// Clears hash, killers, history and counter moves, and the node count.
     void clear();
+    /// Leaves nothing of earlier searches: beside what clear() clears, the table's memory lent to
+    /// the endgame tables, the date, and what the evaluation has in mind. The next search is then
+    /// that of a new object with the same limits and options.
+    void forget();
 
  protected:
     AnalysisState(ChessPosition& position, Tables& tables);

@@ -80,14 +80,16 @@ int Analysis::leaf_value(int alpha, int beta) {
 }
 
 int Analysis::fade(int value) const {
-    int const dfz = position_.get_dfz();
-    if (dfz <= fade_start) {
+    if (position_.get_dfz() <= fade_start) {
         return value;
     }
     // Past 100 the factor is negative and turns the sign of the value (oddity 67).
-    double const factor =
-        std::min(1.0, 1.0 - (static_cast<double>(dfz) - double{fade_start}) * fade_per_ply);
-    return static_cast<int>(static_cast<double>(value) * factor);
+    return static_cast<int>(static_cast<double>(value) * fading());
+}
+
+double Analysis::fading() const {
+    double const dfz = position_.get_dfz();
+    return std::min(1.0, 1.0 - (dfz - double{fade_start}) * fade_per_ply);
 }
 
 // Asked before the move is made.

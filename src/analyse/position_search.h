@@ -14,7 +14,9 @@
 namespace orvelin::analyse {
 
 /// What the terms of the evaluation add to the score of a position, in engine units, from the point
-/// of view of White, in the order of `term`.
+/// of view of White, in the order of `term`. With bishops of opposite colours, which halve the
+/// whole score, the half of it, so that the sum is the score before rounding in any case in which
+/// no function of an endgame gives another one.
 using term_scores_t = std::array<float, term::count>;
 
 /// The position behind a line whose static evaluation is the score of the line.
@@ -23,9 +25,14 @@ struct Leaf {
     /// the quiet end that the search looked into.
     std::vector<Move> moves;
     std::string fen;
-    /// Static evaluation, from the side to move of the position that was searched.
+    /// Static evaluation, from the side to move of the position that was searched, multiplied by
+    /// the fading. Within one unit of the score of the line.
     int score = 0;
+    /// Multiplied by the fading too.
     term_scores_t terms{};
+    /// What the search takes of the value of a quiet end as the fifty-move limit comes near: 1 up
+    /// to 50 reversible plies at the end of the line, 0 at 100.
+    float fading = 1;
 };
 
 /// Why a line has no leaf.
@@ -44,6 +51,10 @@ struct Line {
     int depth = 0;
     /// In engine units, from the side to move.
     int score = 0;
+    /// The score is no more than a lower bound: the search gives some of its further lines so, and
+    /// then with one move only. No leaf is looked for.
+    bool at_least = false;
+    /// As far as they are true: to the end of the game at most.
     std::vector<Move> moves;
     unexplained why_not = unexplained::not_found;
     Leaf leaf;
@@ -51,13 +62,18 @@ struct Line {
 
 /// What is known of one position.
 struct Result {
+    /// Of the search of the lines; that of the move that was played is not counted.
     std::uint64_t nodes = 0;
     /// Of the last iteration that ended; 0 without a search.
     int depth = 0;
     /// Static evaluation in engine units, from the side to move.
     int static_score = 0;
     term_scores_t terms{};
-    /// Best first; empty where there is no legal move, and without a search.
+    /// As the search ranks them, best first; empty where there is no legal move, and without a
+    /// search. At a limit of nodes they are those of the last iteration that ended; in the first
+    /// place stands the best line of the iteration that was cut short, with a depth of one more,
+    /// where that had found one and no better move was known to it. Where not even the first
+    /// iteration found a line, one of depth 0 with a single move and the static evaluation.
     std::vector<Line> lines;
     /// The line that begins with the move that was played, when it was asked for; its moves are
     /// empty else.

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "analyse/limit.h"
+#include "analyse/position_search.h"
+#include "play/line_check.h"
+#include "position/move.h"
+
+namespace orvelin {
+class Analysis;
+struct Tables;
+}  // namespace orvelin
+
+namespace orvelin::analyse {
+
+/// One search of the position that stands on the board of an engine, from a fresh state, on the
+/// caller's thread.
+class LineSearch {
+ public:
+    /// `interrupted` ends the search at its next look; it is not written.
+    LineSearch(Tables const& tables, Analysis& analysis, std::atomic<bool> const& interrupted);
+
+    /// Searches so many lines, or the one that begins with `only` where that is a move. The
+    /// position must have a legal move.
+    void run(Limit const& limit, int lines, Move only);
+
+    std::vector<Line> const& lines() const { return lines_; }
+    /// Of the last iteration that ended.
+    int depth() const { return depth_; }
+    std::uint64_t nodes() const { return nodes_; }
+    std::vector<Move> const& root_moves() const { return check_.root_moves(); }
+
+ private:
+    void prepare(Limit const& limit, int lines, Move only);
+    void root_returned(int alpha, int beta, int score);
+    void take_iteration();
+    void take_unfinished();
+    void take_any_move(Move only);
+
+    Analysis& analysis_;
+    std::atomic<bool> const& interrupted_;
+    play::LineCheck check_;
+    std::vector<Line> lines_;
+    int depth_ = 0;
+    std::uint64_t nodes_ = 0;
+    /// A move of the iteration that is searched again is known to be worth as much as this.
+    std::optional<int> known_to_reach_;
+};
+
+}  // namespace orvelin::analyse

@@ -1,0 +1,109 @@
+#include "analyse/position_search.h"
+
+#include <algorithm>
+#include <atomic>
+
+#include "analyse/leaf_finder.h"
+#include "analyse/line_search.h"
+#include "analyse/static_evaluator.h"
+#include "generation/tables.h"
+#include "play/position_reader.h"
+#include "position/chess_position.h"
+#include "search/analysis.h"
+
+namespace orvelin::analyse {
+
+namespace {
+
+/// The legal move with the same squares and code; whether it gives check need not be known.
+Move find_legal(std::vector<Move> const& legal, Move const& wanted) {
+    auto const found = std::find_if(legal.begin(), legal.end(), [&wanted](Move const& move) {
+        return move.from() == wanted.from() && move.to() == wanted.to() &&
+               move.code() == wanted.code();
+    });
+    return found == legal.end() ? Move() : *found;
+}
+
+}  // namespace
+
+struct PositionSearch::State {
+    State() : position(tables), analysis(position, tables), evaluator(tables) {}
+
+    void search(Question const& question, Result& result);
+    Line search_played(Question const& question, Result const& result, Move played);
+    void find_leaf(Question const& question, Line& line);
+
+    Tables tables;
+    ChessPosition position;
+    Analysis analysis;
+    StaticEvaluator evaluator;
+    LeafFinder leaf_finder{tables, analysis, evaluator};
+    std::atomic<bool> interrupted{false};
+};
+
+PositionSearch::PositionSearch() : state_(std::make_unique<State>()) {}
+
+PositionSearch::~PositionSearch() = default;
+
+Result PositionSearch::answer(Question const& question) {
+    state_->interrupted.store(false);
+    Result result;
+    state_->evaluator.evaluate(question.fen);
+    result.static_score = state_->evaluator.score();
+    result.terms = state_->evaluator.terms();
+    if (question.limit.what != Limit::kind::static_eval) {
+        state_->search(question, result);
+    }
+    return result;
+}
+
+// In this order: the search that is about to begin looks at the first behind the point at which it
+// takes back the second.
+void PositionSearch::interrupt() {
+    state_->interrupted.store(true);
+    state_->analysis.set_action(stop_action);
+}
+
+void PositionSearch::State::search(Question const& question, Result& result) {
+    position.fen(question.fen);
+    position.set_chess960(question.chess960);
+    LineSearch search(tables, analysis, interrupted);
+    if (search.root_moves().empty()) {
+        return;
+    }
+    search.run(question.limit, question.lines, Move());
+    result.nodes = search.nodes();
+    result.depth = search.depth();
+    result.lines = search.lines();
+    for (Line& line : result.lines) {
+        find_leaf(question, line);
+    }
+    Move const played = find_legal(search.root_moves(), question.played);
+    if (played != Move()) {
+        result.played = search_played(question, result, played);
+    }
+}
+
+Line PositionSearch::State::search_played(Question const& question, Result const& result,
+                                          Move played) {
+    auto const among_lines =
+        std::find_if(result.lines.begin(), result.lines.end(), [&](Line const& line) {
+            return line.moves[0] == played && line.depth > 0 && !line.at_least;
+        });
+    if (among_lines != result.lines.end()) {
+        return *among_lines;
+    }
+    LineSearch search(tables, analysis, interrupted);
+    search.run(question.limit, 1, played);
+    Line line = search.lines().front();
+    find_leaf(question, line);
+    return line;
+}
+
+void PositionSearch::State::find_leaf(Question const& question, Line& line) {
+    if (question.leaves && line.depth > 0 && !interrupted.load()) {
+        leaf_finder.find(line);
+    }
+}
+
+}  // namespace orvelin::analyse

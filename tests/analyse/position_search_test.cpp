@@ -1,0 +1,189 @@
+#include "analyse/position_search.h"
+
+#include <atomic>
+#include <chrono>
+#include <cstdint>
+#include <gtest/gtest.h>
+#include <string>
+#include <thread>
+
+#include "analyse/result_text.h"
+#include "play/position_reader.h"
+#include "support/positions.h"
+#include "support/shared_tables.h"
+
+namespace orvelin::analyse::test {
+
+namespace {
+
+using orvelin::test::shared_tables;
+
+/// One for all: nothing is left of a question.
+PositionSearch& searcher() {
+    static PositionSearch search;
+    return search;
+}
+
+Result ask(std::string const& fen, std::string const& limit, int lines = 1) {
+    return searcher().answer(question(fen, limit, lines));
+}
+
+Move move_of(std::string const& fen, std::string const& text) {
+    ChessPosition position(shared_tables());
+    position.fen(fen);
+    return play::find_legal_move(position, shared_tables(), text);
+}
+
+Result ask_played(std::string const& fen, std::string const& limit, std::string const& text,
+                  int lines = 1) {
+    Question asked = question(fen, limit, lines);
+    asked.played = move_of(fen, text);
+    return searcher().answer(asked);
+}
+
+TEST(PositionSearchTest, StaticMeansNoSearch) {
+    Result const result = ask(positions::start, "static");
+    EXPECT_EQ(result.nodes, 0U);
+    EXPECT_EQ(result.depth, 0);
+    EXPECT_EQ(result.static_score, 14);
+    EXPECT_TRUE(result.lines.empty());
+    EXPECT_TRUE(result.played.moves.empty());
+}
+
+TEST(PositionSearchTest, WithoutLegalMovesThereAreNoLines) {
+    for (std::string const fen :
+         {"7k/5Q2/6K1/8/8/8/8/8 b - - 0 1", "7k/6Q1/6K1/8/8/8/8/8 b - - 0 1"}) {
+        for (std::string const limit : {"depth=5", "nodes=100", "static"}) {
+            Result const result = ask(fen, limit, 3);
+            EXPECT_TRUE(result.lines.empty());
+            EXPECT_EQ(result.nodes, 0U);
+            EXPECT_LT(result.static_score, -1000);
+        }
+    }
+}
+
+TEST(PositionSearchTest, SeveralLinesBeginWithDifferentMoves) {
+    Result const result = ask(positions::quiet_middle_game, "depth=5", 4);
+    ASSERT_EQ(result.lines.size(), 4U);
+    EXPECT_EQ(result.depth, 5);
+    for (std::size_t i = 0; i < 4; ++i) {
+        EXPECT_EQ(result.lines[i].depth, 5);
+        for (std::size_t j = 0; j < i; ++j) {
+            EXPECT_NE(result.lines[i].moves[0], result.lines[j].moves[0]);
+        }
+    }
+}
+
+// The engine searches further lines in a window that is never turned round, so that a line whose
+// score is above 0 for the other side has a bound for a score and no reply.
+TEST(PositionSearchTest, LinesWithoutAReplyAreLowerBounds) {
+    int bounds = 0;
+    for (Line const& line : ask(positions::start, "depth=5", 20).lines) {
+        EXPECT_EQ(line.at_least, line.moves.size() == 1);
+        EXPECT_TRUE(!line.at_least || line.why_not == unexplained::not_found);
+        bounds += line.at_least ? 1 : 0;
+    }
+    EXPECT_GT(bounds, 0);
+}
+
+TEST(PositionSearchTest, ALimitOfNodesIsKeptExactlyAndGivesWholeIterations) {
+    for (std::uint64_t const nodes : {1U, 20U, 500U, 5000U, 40000U}) {
+        Result const result = ask(positions::start, "nodes=" + std::to_string(nodes));
+        EXPECT_EQ(result.nodes, nodes);
+        ASSERT_EQ(result.lines.size(), 1U);
+        EXPECT_GE(result.lines[0].depth, result.depth);
+        EXPECT_LE(result.lines[0].depth, result.depth + 1);
+    }
+    EXPECT_EQ(ask(positions::start, "nodes=1").depth, 0);
+    EXPECT_GE(ask(positions::start, "nodes=36000").depth, 8);
+}
+
+// The score of the line at a limit of nodes is that of a search to its depth, or at least the best
+// that it knew of; in any case one that is true of its moves.
+TEST(PositionSearchTest, LinesAtALimitOfNodesAreExplained) {
+    int explained = 0;
+    for (int nodes = 1000; nodes < 30000; nodes += 1000) {
+        Result const result = ask(positions::quiet_middle_game, "nodes=" + std::to_string(nodes));
+        explained += result.lines[0].why_not == unexplained::none ? 1 : 0;
+    }
+    EXPECT_EQ(explained, 29);
+}
+
+TEST(PositionSearchTest, WithoutAWholeIterationSomeLegalMoveIsGiven) {
+    Result const result = ask(positions::quiet_middle_game, "nodes=1");
+    ASSERT_EQ(result.lines.size(), 1U);
+    EXPECT_EQ(result.lines[0].depth, 0);
+    EXPECT_EQ(result.lines[0].score, result.static_score);
+    EXPECT_EQ(result.lines[0].moves.size(), 1U);
+    EXPECT_EQ(result.lines[0].why_not, unexplained::not_found);
+}
+
+TEST(PositionSearchTest, ThePlayedMoveIsSearchedByItself) {
+    Result const result = ask_played(positions::quiet_middle_game, "depth=5", "e2d1");
+    EXPECT_EQ(result.played.moves.at(0), move_of(positions::quiet_middle_game, "e2d1"));
+    EXPECT_EQ(result.played.depth, 5);
+    EXPECT_LT(result.played.score, result.lines[0].score);
+    EXPECT_EQ(result.played.why_not, unexplained::none);
+    // The search of the lines is as it is without.
+    EXPECT_EQ(result.nodes, ask(positions::quiet_middle_game, "depth=5").nodes);
+}
+
+TEST(PositionSearchTest, ThePlayedMoveIsTakenFromTheLinesWhereItIsAmongThem) {
+    Result const lines = ask(positions::quiet_middle_game, "depth=4", 3);
+    for (Line const& line : lines.lines) {
+        if (line.at_least) {
+            continue;
+        }
+        Result const result =
+            ask_played(positions::quiet_middle_game, "depth=5", line.moves[0].algebraic(false), 3);
+        EXPECT_EQ(result.played.score, line.score);
+        EXPECT_EQ(result.played.moves, line.moves);
+    }
+}
+
+TEST(PositionSearchTest, AnIllegalPlayedMoveIsNoQuestion) {
+    Question asked = question(positions::start, "depth=2");
+    asked.played = move_of(positions::kiwipete, "e5f7");
+    EXPECT_TRUE(searcher().answer(asked).played.moves.empty());
+}
+
+TEST(PositionSearchTest, ThePlayedMoveNeedNotTellWhetherItGivesCheck) {
+    std::string const fen = "4k3/8/8/8/8/4B3/4R3/K7 w - - 0 1";
+    Question asked = question(fen, "depth=3");
+    asked.played = move_of(fen, "e3g5");
+    ASSERT_TRUE(asked.played.check());
+    asked.played.check(false);
+    EXPECT_EQ(searcher().answer(asked).played.moves.at(0).algebraic(false), "e3g5");
+}
+
+TEST(PositionSearchTest, LeavesAreLeftAwayWhereTheyAreNotWanted) {
+    Question asked = question(positions::quiet_middle_game, "depth=4");
+    asked.leaves = false;
+    Result const result = searcher().answer(asked);
+    EXPECT_TRUE(result.lines[0].leaf.fen.empty());
+    EXPECT_EQ(result.nodes, ask(positions::quiet_middle_game, "depth=4").nodes);
+}
+
+TEST(PositionSearchTest, InterruptEndsALongSearch) {
+    PositionSearch search;
+    Question asked = question(positions::quiet_middle_game, "depth=60", 3);
+    asked.played = move_of(positions::quiet_middle_game, "e2d1");
+    std::atomic<bool> answered{false};
+    std::thread other([&] {
+        while (!answered.load()) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+            search.interrupt();
+        }
+    });
+    Result const result = search.answer(asked);
+    answered.store(true);
+    other.join();
+    EXPECT_LT(result.depth, 60);
+    // What is asked next is answered in full.
+    EXPECT_EQ(text_of(search.answer(question(positions::kiwipete, "depth=4"))),
+              text_of(ask(positions::kiwipete, "depth=4")));
+}
+
+}  // namespace
+
+}  // namespace orvelin::analyse::test

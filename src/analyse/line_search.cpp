@@ -78,6 +78,15 @@ void LineSearch::root_returned(int alpha, int beta, int score) {
     take_iteration();
 }
 
+/// As the generator makes them, without the class that the search has given to each.
+std::vector<Move> LineSearch::true_moves(PrincipalVariation const& line) {
+    std::vector<Move> moves = check_.true_part(line);
+    for (Move& move : moves) {
+        move.xcode(xnormal_move);
+    }
+    return moves;
+}
+
 void LineSearch::take_iteration() {
     lines_.clear();
     depth_ = analysis_.get_iteration();
@@ -85,7 +94,7 @@ void LineSearch::take_iteration() {
         Line line;
         line.depth = depth_;
         line.score = found.score();
-        line.moves = check_.true_part(found);
+        line.moves = true_moves(found);
         if (line.moves.empty()) {
             continue;
         }
@@ -106,7 +115,7 @@ void LineSearch::take_unfinished() {
     Line line;
     line.depth = newest.depth();
     line.score = newest.score();
-    line.moves = check_.true_part(newest);
+    line.moves = true_moves(newest);
     if (line.moves.empty()) {
         return;
     }

@@ -9,6 +9,7 @@
 #include "analyse/position_search.h"
 #include "play/line_check.h"
 #include "position/move.h"
+#include "search/principal_variation.h"
 
 namespace orvelin {
 class Analysis;
@@ -37,6 +38,7 @@ class LineSearch {
  private:
     void prepare(Limit const& limit, int lines, Move only);
     void root_returned(int alpha, int beta, int score);
+    std::vector<Move> true_moves(PrincipalVariation const& line);
     void take_iteration();
     void take_unfinished();
     void take_any_move(Move only);

@@ -2,15 +2,15 @@
 
 #include <algorithm>
 #include <gtest/gtest.h>
-#include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "analyse/position_search.h"
 #include "analyse/result_text.h"
+#include "evaluation/pawn_hash_table.h"
 #include "play/position_reader.h"
 #include "support/data_file.h"
-#include "support/positions.h"
 #include "support/shared_tables.h"
 
 namespace orvelin::analyse::test {
@@ -70,41 +70,57 @@ TEST(PositionSearchStateTest, AHundredAnswersAreTheSameInAnyOrder) {
     }
 }
 
-// The stamp of a search in the hash table comes back to that of empty entries then.
-TEST(PositionSearchStateTest, TheTwoHundredAndFiftySixthSearchIsLikeTheFirst) {
-    Question const asked = question(positions::kiwipete, "depth=7");
+// The first moves of the root are extended by the passed pawns of the last evaluation.
+TEST(PositionSearchStateTest, PassedPawnsOfTheLastEvaluationAreForgotten) {
+    std::string const pawns = "8/7p/8/8/8/k7/4PP2/K7 w - - 0 1";
     PositionSearch search;
-    std::string const expected = text_of(search.answer(asked));
-    for (int i = 0; i < 254; ++i) {
-        search.answer(question(positions::bare_kings, "depth=1"));
-    }
-    EXPECT_EQ(text_of(search.answer(asked)), expected);
-}
-
-// A search that begins in check extends by passed pawns before it has evaluated anything.
-TEST(PositionSearchStateTest, NothingOfTheLastEvaluationIsLeft) {
-    std::string const check = "8/4P1k1/8/8/1b6/3p4/8/4K3 w - - 0 1";
-    std::string const other = "8/3PP1k1/8/8/8/3p4/2p5/K7 w - - 0 1";
-    PositionSearch search;
-    std::map<std::string, std::string> expected;
     for (std::string const limit : {"depth=1", "depth=2", "depth=3"}) {
-        expected[limit] = text_of(PositionSearch().answer(question(check, limit)));
-    }
-    for (auto const& [limit, text] : expected) {
-        search.answer(question(other, "depth=2"));
-        EXPECT_EQ(text_of(search.answer(question(check, limit))), text) << limit;
+        std::string const expected = text_of(PositionSearch().answer(question(pawns, limit)));
+        for (int i = 0; i < 2; ++i) {
+            EXPECT_EQ(text_of(search.answer(question(pawns, limit))), expected) << limit;
+        }
     }
 }
 
-// Such a board finds the place of its key in the pawn table taken once another structure was there.
+/// A position whose pawns take the place of a board without pawns in the pawn table.
+std::string position_in_slot_of_no_pawns() {
+    ChessPosition position(orvelin::test::shared_tables());
+    for (int first = 8; first < 56; ++first) {
+        for (int second = first + 1; second < 56; ++second) {
+            for (int third = 8; third < 56; ++third) {
+                if (third == first || third == second) {
+                    continue;
+                }
+                std::string board =
+                    "k......./......../......../......../......../......../......../.......K";
+                for (int const square : {first, second, third}) {
+                    board[static_cast<std::size_t>(square / 8 * 9 + square % 8)] =
+                        square == third ? 'p' : 'P';
+                }
+                std::replace(board.begin(), board.end(), '.', '1');
+                std::string const fen = board + " w - - 0 1";
+                position.fen(fen);
+                if (position.get_pawnhash() % PawnHashTable::slots == 0) {
+                    return fen;
+                }
+            }
+        }
+    }
+    return "";
+}
+
+// It finds the empty slot as its own until another structure has taken that, and is evaluated in
+// another way from then on.
 TEST(PositionSearchStateTest, ABoardWithoutPawnsIsEvaluatedAsByANewEngine) {
     std::string const pawnless = "3r1rk1/8/8/2q5/8/4R3/8/Q3R1K1 w - - 0 1";
-    int const expected = PositionSearch().answer(question(pawnless, "static")).static_score;
-    PositionSearch search;
-    search.answer(question("4k3/8/8/3p4/4P3/8/8/4K3 w - - 0 1", "nodes=400000"));
-    EXPECT_EQ(search.answer(question(pawnless, "static")).static_score, expected);
-    Question const asked = question(pawnless, "depth=5");
-    EXPECT_EQ(text_of(search.answer(asked)), text_of(PositionSearch().answer(asked)));
+    std::string const taking = position_in_slot_of_no_pawns();
+    ASSERT_FALSE(taking.empty());
+    for (std::string const limit : {"static", "depth=4"}) {
+        PositionSearch search;
+        std::string const expected = text_of(search.answer(question(pawnless, limit)));
+        search.answer(question(taking, limit));
+        EXPECT_EQ(text_of(search.answer(question(pawnless, limit))), expected) << limit;
+    }
 }
 
 }  // namespace

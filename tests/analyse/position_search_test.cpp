@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 #include <string>
 #include <thread>
+#include <utility>
 
 #include "analyse/result_text.h"
 #include "play/position_reader.h"
@@ -98,8 +99,33 @@ TEST(PositionSearchTest, ALimitOfNodesIsKeptExactlyAndGivesWholeIterations) {
     EXPECT_GE(ask(positions::start, "nodes=36000").depth, 8);
 }
 
-// The score of the line at a limit of nodes is that of a search to its depth, or at least the best
-// that it knew of; in any case one that is true of its moves.
+// In each the search had found a line of its last iteration and then a move that is better by an
+// unknown amount, when it was stopped.
+TEST(PositionSearchTest, ALineThatIsKnownNotToBeTheBestIsNotTaken) {
+    for (auto const& [fen, limit] :
+         {std::pair("r1b1kb1r/pp3ppp/1qnp1n2/4p3/2B1P3/1NN5/PPP2PPP/R1BQK2R w KQkq - 0 8",
+                    "nodes=4885"),
+          {"rq2r1k1/2n1ppb1/7p/2QPPbp1/1p6/4BN1P/PP2N1P1/R4RK1 b - - 6 27", "nodes=6439"},
+          {"1r2kbnr/p1pb2pp/5p2/p2Pp3/1qp1P3/2N2N2/PPQ2PPP/R3KB1R w KQk - 4 14", "nodes=1777"}}) {
+        Result const result = ask(fen, limit);
+        EXPECT_EQ(result.lines.at(0).depth, result.depth) << fen;
+    }
+}
+
+TEST(PositionSearchTest, TheBestLineOfAnIterationThatWasCutShortComesFirst) {
+    int newer = 0;
+    for (int nodes = 1000; nodes < 20000; nodes += 1000) {
+        Result const result = ask(positions::kiwipete, "nodes=" + std::to_string(nodes), 2);
+        newer += result.lines[0].depth == result.depth + 1 ? 1 : 0;
+        ASSERT_GE(result.lines.size(), 1U);
+        for (std::size_t i = 1; i < result.lines.size(); ++i) {
+            EXPECT_EQ(result.lines[i].depth, result.depth);
+            EXPECT_NE(result.lines[i].moves[0], result.lines[0].moves[0]);
+        }
+    }
+    EXPECT_GT(newer, 0);
+}
+
 TEST(PositionSearchTest, LinesAtALimitOfNodesAreExplained) {
     int explained = 0;
     for (int nodes = 1000; nodes < 30000; nodes += 1000) {
@@ -135,7 +161,7 @@ TEST(PositionSearchTest, ThePlayedMoveIsTakenFromTheLinesWhereItIsAmongThem) {
             continue;
         }
         Result const result =
-            ask_played(positions::quiet_middle_game, "depth=5", line.moves[0].algebraic(false), 3);
+            ask_played(positions::quiet_middle_game, "depth=4", line.moves[0].algebraic(false), 3);
         EXPECT_EQ(result.played.score, line.score);
         EXPECT_EQ(result.played.moves, line.moves);
     }

@@ -157,4 +157,23 @@ TEST_F(AnalysisStateTest, ClearEmptiesTablesAndNodeCount) {
     EXPECT_EQ(node_count(), 0U);
 }
 
+TEST_F(AnalysisStateTest, ForgetLeavesTheStateOfANewObject) {
+    set("4k3/8/8/3P4/8/8/8/4K3 w - - 0 1");
+    Move const advance = move("d5d6");
+    store(exact_value, 3, 17);
+    probe_.history().increment(advance, 4);
+    probe_.table().set_threshold_buckets(5);
+    analysis_.static_eval();
+    ASSERT_TRUE(analysis_.evaluation().passed_pawns());
+    ASSERT_TRUE(analysis_.evaluation().mobility_maps().white_king_battlefield());
+    analysis_.forget();
+    EXPECT_EQ(record(), nullptr);
+    EXPECT_EQ(analysis_.historytable().value(advance), 0);
+    EXPECT_EQ(probe_.date(), 0);
+    EXPECT_EQ(probe_.table().threshold_buckets(), 0U);
+    EXPECT_FALSE(analysis_.evaluation().passed_pawns());
+    EXPECT_FALSE(analysis_.evaluation().mobility_maps().white_king_battlefield());
+    EXPECT_EQ(analysis_.evaluation().mobility_maps().safe_mobility(), 0);
+}
+
 }  // namespace orvelin::test

@@ -195,16 +195,20 @@ TEST(PositionSearchTest, InterruptEndsALongSearch) {
     Question asked = question(positions::quiet_middle_game, "depth=60", 3);
     asked.played = move_of(positions::quiet_middle_game, "e2d1");
     std::atomic<bool> answered{false};
+    // Once, and for the case that the search had not begun or goes on with the next after a while.
     std::thread other([&] {
-        while (!answered.load()) {
+        for (int i = 0; !answered.load(); ++i) {
             std::this_thread::sleep_for(std::chrono::milliseconds(5));
-            search.interrupt();
+            if (i == 40 || i > 400) {
+                search.interrupt();
+            }
         }
     });
     Result const result = search.answer(asked);
     answered.store(true);
     other.join();
     EXPECT_LT(result.depth, 60);
+    EXPECT_EQ(result.played.depth, 0);
     // What is asked next is answered in full.
     EXPECT_EQ(text_of(search.answer(question(positions::kiwipete, "depth=4"))),
               text_of(ask(positions::kiwipete, "depth=4")));

@@ -30,9 +30,9 @@ void LineSearch::run(Limit const& limit, int lines, Move only) {
     if (!interrupted_.load()) {
         analysis_.iterative_search(
             [this](int alpha, int beta, int score) { root_returned(alpha, beta, score); });
+        nodes_ = analysis_.get_node_count();
+        take_unfinished();
     }
-    nodes_ = analysis_.get_node_count();
-    take_unfinished();
     if (lines_.empty()) {
         take_any_move(only);
     }
@@ -41,6 +41,7 @@ void LineSearch::run(Limit const& limit, int lines, Move only) {
 void LineSearch::prepare(Limit const& limit, int lines, Move only) {
     lines_.clear();
     depth_ = 0;
+    nodes_ = 0;
     known_to_reach_.reset();
     analysis_.init(analysis_.chessposition());
     analysis_.reset();

@@ -192,8 +192,8 @@ TEST(PositionSearchTest, LeavesAreLeftAwayWhereTheyAreNotWanted) {
 
 TEST(PositionSearchTest, InterruptEndsALongSearch) {
     PositionSearch search;
-    Question asked = question(positions::quiet_middle_game, "depth=60", 3);
-    asked.played = move_of(positions::quiet_middle_game, "e2d1");
+    Question asked = question(positions::quiet_middle_game, "depth=60");
+    asked.played = move_of(positions::quiet_middle_game, "c4f7");
     std::atomic<bool> answered{false};
     // Once, and for the case that the search had not begun or goes on with the next after a while.
     std::thread other([&] {

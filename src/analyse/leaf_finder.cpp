@@ -74,10 +74,12 @@ bool LeafFinder::game_is_over() {
 }
 
 unexplained LeafFinder::look_behind(Line const& line, Leaf& leaf) {
+    bool const tells_mate = std::abs(line.score) > max_ordinary_score;
     if (game_is_over()) {
-        return unexplained::mate_or_draw;
+        return tells_mate || line.score == draw_score ? unexplained::mate_or_draw
+                                                      : unexplained::not_found;
     }
-    if (std::abs(line.score) > max_ordinary_score) {
+    if (tells_mate) {
         return has_endgame_score() ? unexplained::endgame : unexplained::mate_or_draw;
     }
     int const sign = line.moves.size() % 2 == 0 ? 1 : -1;

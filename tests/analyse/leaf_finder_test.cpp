@@ -111,6 +111,9 @@ TEST_F(LeafFinderTest, MatesAndDrawsAreNamed) {
               unexplained::mate_or_draw);
     EXPECT_EQ(find("6k1/5ppp/8/8/3N4/8/5PPP/6K1 w - - 100 90", {"d4c2"}, 0).why_not,
               unexplained::mate_or_draw);
+    // A draw is worth nothing else.
+    EXPECT_EQ(find(positions::start, {"g1f3", "g8f6", "f3g1", "f6g8"}, 14).why_not,
+              unexplained::not_found);
 }
 
 TEST_F(LeafFinderTest, EndgameFunctionsAreNamed) {

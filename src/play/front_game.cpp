@@ -11,11 +11,12 @@
 #include "play/clock.h"
 #include "play/front.h"
 #include "play/go_reader.h"
+#include "play/version.h"
 
 namespace orvelin::play {
 
 void Front::command_uci(std::string_view) {
-    output_.line("id name Orvelin 0.40.1");
+    output_.line("id name Orvelin " + std::string(version));
     output_.line("id author Kalvoorst");
     for (std::string const& line : option_lines()) {
         output_.line(line);

@@ -15,6 +15,7 @@
 #include "play/output.h"
 #include "play/perft.h"
 #include "play/searcher.h"
+#include "play/version.h"
 #include "search/bench_positions.h"
 
 namespace orvelin::play {
@@ -62,7 +63,7 @@ int run_command(int number, char** words) {
         return 0;
     }
     if (word == "--version") {
-        std::cout << "Orvelin 0.40.1\n";
+        std::cout << "Orvelin " << version << '\n';
         return 0;
     }
     if (word == "bench") {

@@ -7,6 +7,7 @@
 
 #include "play/reader_text.h"
 #include "play/strength.h"
+#include "play/version.h"
 
 namespace orvelin::play {
 
@@ -17,7 +18,9 @@ constexpr std::size_t longest_string = 4096;
 
 enum class kind_t { spin, check, button, string, units, about };
 
-constexpr char const* about_text = "Orvelin 0.40.1 by Kalvoorst";
+std::string about_text() {
+    return "Orvelin " + std::string(version) + " by Kalvoorst";
+}
 
 /// An option, with the member that holds its value for its kind.
 struct entry_t {
@@ -87,7 +90,7 @@ std::string type_text(entry_t const& entry, Options const& defaults) {
         case kind_t::units:
             return "combo default centipawn var centipawn var engine";
         case kind_t::about:
-            return std::string("string default ") + about_text;
+            return "string default " + about_text();
     }
     return "";
 }

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+namespace orvelin::tools {
+
+/// Reads a file or standard input, and ends early when another descriptor becomes readable, as that
+/// of StopSignals does. One thread reads; bytes_read() may be asked from any.
+class DescriptorInput {
+ public:
+    /// Opens the file; "-" is standard input. A negative `stop` never ends anything.
+    /// @throws std::runtime_error when it cannot be opened, or is a directory.
+    DescriptorInput(std::string const& name, int stop);
+    ~DescriptorInput();
+    DescriptorInput(DescriptorInput const&) = delete;
+    DescriptorInput& operator=(DescriptorInput const&) = delete;
+
+    /// Puts the next bytes at a place with so much room and returns their number, 0 at the end.
+    /// @throws std::runtime_error when reading fails.
+    std::size_t read(char* place, std::size_t room);
+    /// Whether read() will not have to wait.
+    bool ready() const;
+    std::uint64_t bytes_read() const { return bytes_read_; }
+
+ private:
+    /// False when the reading is to end.
+    bool wait_for_input() const;
+
+    std::string name_;
+    int descriptor_;
+    int stop_;
+    std::atomic<std::uint64_t> bytes_read_ = 0;
+    bool ended_ = false;
+};
+
+/// The bytes in a file; nothing for standard input, a pipe, or what cannot be looked at.
+std::uint64_t size_of_file(std::string const& name);
+
+}  // namespace orvelin::tools

@@ -29,6 +29,8 @@ struct Source {
     std::string result;
     std::string event;
     std::string date;
+    /// The name of a position without a game, as its line gives it; mostly empty.
+    std::string id;
 
     bool operator==(Source const& other) const = default;
 };

@@ -7,7 +7,7 @@ namespace orvelin::analyse {
 namespace {
 
 constexpr std::string_view columns =
-    "number,file,line,game,ply,white,black,result,event,date,fen,chess960,nodes,depth,score,"
+    "number,file,line,game,ply,white,black,result,event,date,id,fen,chess960,nodes,depth,score,"
     "centipawns,mate,win,draw,loss,static,best,best_san,line_moves,line_san,leaf_fen,leaf_score,"
     "unexplained,played,played_san,played_score,limit,lines,leaves,played_asked,version,signature";
 
@@ -68,7 +68,7 @@ void add_source(Row& row, Source const& source) {
         row.number(static_cast<std::int64_t>(source.game)).number(std::int64_t{source.ply});
     }
     row.text(source.white).text(source.black).text(source.result).text(source.event);
-    row.text(source.date);
+    row.text(source.date).text(source.id);
 }
 
 void add_score(Row& row, Record const& record) {

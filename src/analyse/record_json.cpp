@@ -70,6 +70,8 @@ void append_source(std::string& out, Source const& source) {
         append_field(out, ",\"result\":", source.result);
         append_field(out, ",\"event\":", source.event);
         append_field(out, ",\"date\":", source.date);
+    } else if (!source.id.empty()) {
+        append_field(out, ",\"id\":", source.id);
     }
     out += '}';
 }

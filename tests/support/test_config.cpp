@@ -10,6 +10,7 @@ char const* const play_binary = ORVELIN_PLAY;
 char const* const perft_binary = ORVELIN_PERFT;
 char const* const book_binary = ORVELIN_BOOK;
 char const* const tables_binary = ORVELIN_TABLES;
+char const* const analyse_binary = ORVELIN_ANALYSE;
 char const* const signature_binary = ORVELIN_SIGNATURE;
 char const* const without_installed_book = ORVELIN_WITHOUT_INSTALLED_BOOK;
 

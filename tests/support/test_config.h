@@ -18,6 +18,7 @@ extern char const* const play_binary;
 extern char const* const perft_binary;
 extern char const* const book_binary;
 extern char const* const tables_binary;
+extern char const* const analyse_binary;
 extern char const* const signature_binary;
 
 /// The script that runs the tests without the opening book that is installed on this machine.

@@ -119,6 +119,9 @@ analyse::Source read_source(Field const& field) {
         source.event = field["event"].text();
         source.date = field["date"].text();
     }
+    if (field.has("id")) {
+        source.id = field["id"].text();
+    }
     return source;
 }
 

@@ -56,7 +56,7 @@ struct SqliteOutput::Statements {
     explicit Statements(Database& database)
         : receipt(database, insert_statement("receipt", 7)),
           game(database, insert_statement("games", 9)),
-          position(database, insert_statement("positions", 18)),
+          position(database, insert_statement("positions", 19)),
           line(database, insert_statement("lines", 17)),
           terms(database, insert_statement("terms", 2 + static_cast<int>(term::count))) {}
 
@@ -174,7 +174,7 @@ void SqliteOutput::add(analyse::Record const& record) {
     position.bind(signed_of(record.number));
     bind_optional(position,
                   of_game ? std::optional<int>(static_cast<int>(game_id_)) : std::nullopt);
-    position.bind(source.file).bind(signed_of(source.line));
+    position.bind(source.file).bind(signed_of(source.line)).bind(source.id);
     bind_optional(position, of_game ? std::optional<int>(source.ply) : std::nullopt);
     position.bind(record.fen).bind(std::int64_t{record.chess960}).bind(signed_of(record.nodes));
     position.bind(std::int64_t{record.depth});

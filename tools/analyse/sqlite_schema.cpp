@@ -15,7 +15,7 @@ CREATE TABLE IF NOT EXISTS games (
   result TEXT, event TEXT, date TEXT);
 CREATE TABLE IF NOT EXISTS positions (
   number INTEGER PRIMARY KEY, game_id INTEGER REFERENCES games(id), file TEXT, line INTEGER,
-  ply INTEGER, fen TEXT, chess960 INTEGER, nodes INTEGER, depth INTEGER, score INTEGER,
+  id TEXT, ply INTEGER, fen TEXT, chess960 INTEGER, nodes INTEGER, depth INTEGER, score INTEGER,
   centipawns INTEGER, mate INTEGER, win INTEGER, draw INTEGER, loss INTEGER, static INTEGER,
   played TEXT, played_san TEXT);
 CREATE TABLE IF NOT EXISTS lines (

@@ -1,0 +1,50 @@
+#include "analyse/line_text.h"
+
+#include "analyse/san.h"
+#include "generation/tables.h"
+#include "play/position_reader.h"
+#include "position/chess_position.h"
+
+namespace orvelin::tools {
+
+namespace {
+
+/// One for all threads: what is read here never changes.
+Tables const& shared_tables() {
+    static Tables const tables;
+    return tables;
+}
+
+}  // namespace
+
+struct LineText::State {
+    ChessPosition position{shared_tables()};
+};
+
+LineText::LineText() : state_(std::make_unique<State>()) {}
+
+LineText::~LineText() = default;
+
+std::string LineText::san(std::string const& fen, std::vector<Move> const& moves) {
+    state_->position.fen(fen);
+    std::string text;
+    for (std::string const& move : analyse::san_line(state_->position, shared_tables(), moves)) {
+        if (!text.empty()) {
+            text += ' ';
+        }
+        text += move;
+    }
+    return text;
+}
+
+bool LineText::in_check(std::string const& fen) {
+    state_->position.fen(fen);
+    return state_->position.check();
+}
+
+Move LineText::legal_move(std::string const& fen, std::string const& text) {
+    state_->position.fen(fen);
+    return play::find_legal_move(state_->position, shared_tables(), text);
+}
+
+}  // namespace orvelin::tools

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "position/move.h"
+
+namespace orvelin::tools {
+
+/// Moves as players write them. Owns a board; for one thread.
+class LineText {
+ public:
+    LineText();
+    ~LineText();
+    LineText(LineText const&) = delete;
+    LineText& operator=(LineText const&) = delete;
+
+    // The FEN texts must be such that play::check_fen() takes.
+
+    /// The moves from the position on, with a space between.
+    std::string san(std::string const& fen, std::vector<Move> const& moves);
+    /// Whether the side to move is in check.
+    bool in_check(std::string const& fen);
+    /// The legal move that the UCI text means; the empty move when there is none.
+    Move legal_move(std::string const& fen, std::string const& text);
+
+ private:
+    struct State;
+    std::unique_ptr<State> state_;
+};
+
+}  // namespace orvelin::tools

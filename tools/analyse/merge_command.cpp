@@ -1,0 +1,117 @@
+// One file of those of several shards.
+
+#include <CLI/CLI.hpp>
+#include <fstream>
+#include <iostream>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "analyse/commands.h"
+#include "analyse/line_file.h"
+#include "analyse/shard_merge.h"
+#include "analyse/stop_signals.h"
+#include "support/counted.h"
+#include "support/file_replacement.h"
+#include "support/tool_main.h"
+
+namespace orvelin::tools {
+
+namespace {
+
+struct arguments_t {
+    std::vector<std::string> files;
+    std::string output;
+    std::uint64_t positions = 0;
+};
+
+/// Rubbish may have a fault in every line.
+constexpr std::uint64_t most_faults = 20;
+
+/// Whether all is there, once.
+bool is_whole(arguments_t const& arguments, StopSignals const& signals) {
+    std::uint64_t faults = 0;
+    auto const tell = [&faults](std::string const& fault) {
+        if (++faults <= most_faults) {
+            std::cerr << "orvelin-analyse: " << fault << '\n';
+        }
+    };
+    ShardMerge merge(arguments.files, signals.descriptor());
+    merge.run([](std::string_view) {}, tell);
+    if (arguments.positions > merge.last()) {
+        tell("the last position is " + std::to_string(merge.last()) + " and not " +
+             std::to_string(arguments.positions));
+    } else if (arguments.positions > 0 && arguments.positions < merge.last()) {
+        tell("the last position is " + std::to_string(merge.last()) + ", more than " +
+             std::to_string(arguments.positions));
+    }
+    if (faults > most_faults) {
+        std::cerr << "orvelin-analyse: ... and " << faults - most_faults << " more\n";
+    }
+    return faults == 0 && !signals.stopped();
+}
+
+void write_all(arguments_t const& arguments, StopSignals const& signals, LineFile& output) {
+    constexpr std::size_t block = 1 << 18;
+    std::string text;
+    ShardMerge(arguments.files, signals.descriptor())
+        .run(
+            [&](std::string_view line) {
+                text += line;
+                if (text.size() >= block) {
+                    output.add(text);
+                    text.clear();
+                }
+            },
+            [](std::string const& fault) {
+                throw std::runtime_error("a file was changed meanwhile: " + fault);
+            });
+    output.add(text);
+}
+
+int merge(arguments_t const& arguments) {
+    StopSignals const signals;
+    // It is looked through before anything is written: what is written is whole.
+    if (!is_whole(arguments, signals)) {
+        return signals.stopped() ? exit_stopped : exit_failure;
+    }
+    if (arguments.output.empty() || arguments.output == "-") {
+        LineFile output("-", open_mode::create);
+        write_all(arguments, signals, output);
+        return signals.stopped() ? exit_stopped : exit_success;
+    }
+    FileReplacement replacement(arguments.output);
+    {
+        LineFile output(replacement.path().string(), open_mode::replace);
+        write_all(arguments, signals, output);
+    }
+    if (signals.stopped()) {
+        return exit_stopped;
+    }
+    replacement.commit();
+    return exit_success;
+}
+
+}  // namespace
+
+void add_merge_command(CLI::App& app, command_t& command) {
+    CLI::App* const merge_app =
+        app.add_subcommand("merge", "Puts the records of several shards in the order of the input");
+    merge_app->footer(
+        "What comes out is byte for byte what a run without --shard writes. Positions that are "
+        "missing\nor there twice are told, nothing is then written, and the exit code is 1. That "
+        "the very last\npositions are there is known only with --positions.");
+    auto const arguments = std::make_shared<arguments_t>();
+    merge_app->add_option("FILE", arguments->files, "Records as lines of JSON")
+        ->required()
+        ->check(CLI::ExistingFile);
+    merge_app->add_option("-o,--output", arguments->output, "The file to write; standard output")
+        ->option_text("FILE");
+    merge_app->add_option("--positions", arguments->positions, "There must be so many positions")
+        ->option_text("N")
+        ->check(CLI::PositiveNumber);
+    merge_app->callback(
+        [arguments, &command] { command = [arguments] { return merge(*arguments); }; });
+}
+
+}  // namespace orvelin::tools

@@ -1,0 +1,231 @@
+#include "analyse/position_files.h"
+
+#include <charconv>
+#include <stdexcept>
+#include <utility>
+
+#include "analyse/descriptor_input.h"
+#include "analyse/input_kind.h"
+#include "analyse/input_text.h"
+#include "analyse/pgn_reader.h"
+#include "analyse/position_lines.h"
+#include "analyse/utf8.h"
+#include "generation/tables.h"
+#include "position/chess_position.h"
+
+namespace orvelin::tools {
+
+namespace {
+
+Tables const& shared_tables() {
+    static Tables const tables;
+    return tables;
+}
+
+bool read_ply(std::string_view text, int& ply) {
+    auto const read = std::from_chars(text.data(), text.data() + text.size(), ply);
+    return read.ec == std::errc() && read.ptr == text.data() + text.size() && ply >= 0;
+}
+
+}  // namespace
+
+std::optional<Plies> parse_plies(std::string const& text) {
+    Plies plies;
+    std::size_t const dash = text.find('-');
+    std::string const from = text.substr(0, dash);
+    std::string const to = dash == std::string::npos ? from : text.substr(dash + 1);
+    if (text == "-" || (!from.empty() && !read_ply(from, plies.from)) ||
+        (!to.empty() && !read_ply(to, plies.to)) || text.empty() || plies.from > plies.to) {
+        return std::nullopt;
+    }
+    return plies;
+}
+
+/// One file, and where the reading of it stands.
+class PositionFiles::File {
+ public:
+    File(Settings const& settings, std::string const& name, int stop, PositionFiles& files)
+        : settings_(settings),
+          name_(name),
+          shown_name_(analyse::valid_utf8(name)),
+          files_(files),
+          input_(name, stop),
+          text_([this](char* place, std::size_t room) { return input_.read(place, room); }) {}
+
+    bool next(Asked& asked) {
+        if (!begun_) {
+            begun_ = true;
+            begin();
+        }
+        return games_ ? next_of_games(asked) : next_of_lines(asked);
+    }
+    bool ready() const { return in_game() || input_.ready(); }
+    std::uint64_t bytes_read() const { return input_.bytes_read(); }
+
+ private:
+    void begin();
+    bool next_of_games(Asked& asked);
+    bool next_of_lines(Asked& asked);
+    bool next_game();
+    void take_position(Asked& asked);
+    void tell(std::string const& remark) { files_.tell_(shown_name_ + ": " + remark); }
+    void tell_remarks(std::vector<std::string> const& remarks) {
+        for (std::string const& remark : remarks) {
+            tell(remark);
+        }
+    }
+    bool in_game() const { return games_ && game_open_; }
+
+    Settings const& settings_;
+    std::string name_;
+    std::string shown_name_;
+    PositionFiles& files_;
+    DescriptorInput input_;
+    analyse::InputText text_;
+    bool begun_ = false;
+
+    std::unique_ptr<analyse::PositionLines> lines_;
+    analyse::PositionLine line_;
+    std::unique_ptr<analyse::PgnReader> games_;
+    analyse::Game game_;
+    analyse::Source source_;
+    ChessPosition position_{shared_tables()};
+    bool game_open_ = false;
+    /// Moves made on the position.
+    std::size_t ply_ = 0;
+};
+
+void PositionFiles::File::begin() {
+    if (analyse::find_kind(text_) == analyse::input_kind::positions) {
+        lines_ = std::make_unique<analyse::PositionLines>(text_, shared_tables());
+    } else {
+        games_ = std::make_unique<analyse::PgnReader>(text_, shared_tables());
+    }
+}
+
+bool PositionFiles::File::next_game() {
+    while (true) {
+        auto const outcome = games_->next(game_);
+        if (outcome == analyse::PgnReader::outcome::end) {
+            return false;
+        }
+        tell_remarks(games_->remarks());
+        if (outcome == analyse::PgnReader::outcome::broken) {
+            ++files_.broken_;
+            tell(games_->reason());
+            continue;
+        }
+        source_.file = shown_name_;
+        source_.line = game_.line;
+        source_.game = game_.number;
+        source_.white = analyse::valid_utf8(game_.tag("White"));
+        source_.black = analyse::valid_utf8(game_.tag("Black"));
+        source_.result = game_.result;
+        source_.event = analyse::valid_utf8(game_.tag("Event"));
+        source_.date = analyse::valid_utf8(game_.tag("Date"));
+        position_.fen(game_.start_fen);
+        ply_ = 0;
+        return true;
+    }
+}
+
+void PositionFiles::File::take_position(Asked& asked) {
+    asked.source = source_;
+    asked.source.ply = static_cast<int>(ply_);
+    asked.fen = position_.fen();
+    asked.chess960 = game_.chess960;
+    asked.played = ply_ < game_.moves.size() ? game_.moves[ply_] : Move();
+}
+
+bool PositionFiles::File::next_of_games(Asked& asked) {
+    while (true) {
+        if (!game_open_) {
+            game_open_ = next_game();
+            if (!game_open_) {
+                return false;
+            }
+        }
+        bool const wanted = static_cast<int>(ply_) >= settings_.plies.from;
+        if (wanted) {
+            take_position(asked);
+        }
+        if (ply_ < game_.moves.size() && static_cast<int>(ply_) < settings_.plies.to) {
+            position_.make_move(game_.moves[ply_]);
+            ++ply_;
+        } else {
+            game_open_ = false;
+        }
+        if (wanted) {
+            return true;
+        }
+    }
+}
+
+bool PositionFiles::File::next_of_lines(Asked& asked) {
+    while (true) {
+        auto const outcome = lines_->next(line_);
+        if (outcome == analyse::PositionLines::outcome::end) {
+            return false;
+        }
+        tell_remarks(lines_->remarks());
+        if (outcome == analyse::PositionLines::outcome::broken) {
+            ++files_.broken_;
+            tell(lines_->reason());
+            continue;
+        }
+        asked.source = analyse::Source();
+        asked.source.file = shown_name_;
+        asked.source.line = line_.line;
+        asked.source.id = analyse::valid_utf8(line_.operation("id"));
+        asked.fen = line_.fen;
+        asked.chess960 = line_.chess960 || settings_.chess960;
+        asked.played = Move();
+        return true;
+    }
+}
+
+PositionFiles::PositionFiles(Settings settings, int stop, tell_t tell)
+    : settings_(std::move(settings)), stop_(stop), tell_(std::move(tell)) {
+    for (std::string const& name : settings_.names) {
+        std::uint64_t const size = size_of_file(name);
+        if (size == 0) {
+            total_bytes_ = 0;
+            break;
+        }
+        total_bytes_ += size;
+    }
+}
+
+PositionFiles::~PositionFiles() = default;
+
+bool PositionFiles::open_next() {
+    if (next_file_ == settings_.names.size()) {
+        return false;
+    }
+    file_ = std::make_unique<File>(settings_, settings_.names[next_file_++], stop_, *this);
+    return true;
+}
+
+bool PositionFiles::next(Asked& asked) {
+    while (file_ || open_next()) {
+        std::uint64_t const before = file_->bytes_read();
+        bool const found = file_->next(asked);
+        bytes_read_ += file_->bytes_read() - before;
+        if (found) {
+            return true;
+        }
+        file_.reset();
+    }
+    return false;
+}
+
+bool PositionFiles::ready() {
+    return !file_ || file_->ready();
+}
+
+double PositionFiles::read_share() const {
+    return total_bytes_ == 0 ? -1.0
+                             : static_cast<double>(bytes_read_) / static_cast<double>(total_bytes_);
+}
+
+}  // namespace orvelin::tools

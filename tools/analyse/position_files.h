@@ -1,0 +1,67 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "analyse/position_source.h"
+
+namespace orvelin::tools {
+
+/// Which positions of a game are looked at, by the number of moves made before them.
+struct Plies {
+    int from = 0;
+    int to = 1000000;
+};
+
+/// "3-40", "3-", "-40" or "7".
+std::optional<Plies> parse_plies(std::string const& text);
+
+/// The positions of several files, one after another, each of games in PGN or of lines in EPD or
+/// FEN. Holds no more than a game and a block of a file.
+class PositionFiles : public PositionSource {
+ public:
+    struct Settings {
+        /// "-" is standard input.
+        std::vector<std::string> names;
+        Plies plies;
+        /// Lines without a sign of it are positions of Chess960.
+        bool chess960 = false;
+    };
+    /// Told what is read past, and why.
+    using tell_t = std::function<void(std::string const& remark)>;
+
+    /// The input ends early when the descriptor `stop` becomes readable.
+    PositionFiles(Settings settings, int stop, tell_t tell);
+    ~PositionFiles() override;
+
+    /// @throws std::runtime_error when a file cannot be read.
+    bool next(Asked& asked) override;
+    bool ready() override;
+
+    /// How much is read, from 0 to 1; negative when the size of the input is not known. From any
+    /// thread.
+    double read_share() const;
+    /// Games and lines that could not be read.
+    std::uint64_t broken() const { return broken_; }
+
+ private:
+    class File;
+
+    bool open_next();
+
+    Settings settings_;
+    int stop_;
+    tell_t tell_;
+    std::size_t next_file_ = 0;
+    std::unique_ptr<File> file_;
+    std::uint64_t total_bytes_ = 0;
+    std::atomic<std::uint64_t> bytes_read_ = 0;
+    std::uint64_t broken_ = 0;
+};
+
+}  // namespace orvelin::tools

@@ -14,7 +14,14 @@ OUTPUT = os.environ["PACKAGE_OUTPUT"]
 BOOK_TOOL = os.path.join(BUILD, "orvelin-book")
 # The machine may be busy with anything.
 PATIENCE = 120
-PROGRAMS = ("orvelin", "orvelin-play", "orvelin-book", "orvelin-perft", "orvelin-tables")
+PROGRAMS = (
+    "orvelin",
+    "orvelin-play",
+    "orvelin-analyse",
+    "orvelin-book",
+    "orvelin-perft",
+    "orvelin-tables",
+)
 SCRIPTS = ("orvelin-explain", "orvelin-suite")
 # Code, in which nothing is a link, and links in Markdown to files.
 CODE = re.compile(r"`[^`]*`|^ {4,}.*$", re.MULTILINE)

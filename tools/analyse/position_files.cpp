@@ -27,6 +27,25 @@ bool read_ply(std::string_view text, int& ply) {
     return read.ec == std::errc() && read.ptr == text.data() + text.size() && ply >= 0;
 }
 
+/// Looks no further ahead than to the end of the first word: behind that a pipe may have nothing
+/// yet.
+analyse::input_kind kind_of_begin(analyse::InputText& text) {
+    constexpr std::string_view blanks = " \t\r\n";
+    std::string_view ahead;
+    for (std::size_t wanted = 1; wanted <= analyse::InputText::most_ahead;
+         wanted = ahead.size() + 1) {
+        ahead = text.ahead(wanted);
+        std::size_t const word = ahead.find_first_not_of(blanks);
+        bool const whole = word != std::string_view::npos &&
+                           ahead.find_first_of(blanks, word) != std::string_view::npos;
+        if (whole || ahead.size() < wanted) {
+            break;
+        }
+    }
+    analyse::InputText begin(analyse::fill_from(ahead.substr(0, analyse::InputText::most_ahead)));
+    return analyse::find_kind(begin);
+}
+
 }  // namespace
 
 std::optional<Plies> parse_plies(std::string const& text) {
@@ -96,7 +115,7 @@ class PositionFiles::File {
 };
 
 void PositionFiles::File::begin() {
-    if (analyse::find_kind(text_) == analyse::input_kind::positions) {
+    if (kind_of_begin(text_) == analyse::input_kind::positions) {
         lines_ = std::make_unique<analyse::PositionLines>(text_, shared_tables());
     } else {
         games_ = std::make_unique<analyse::PgnReader>(text_, shared_tables());

@@ -139,13 +139,18 @@ TEST_F(AnalyseRun, AFaultOfTheInputLeavesWhatWasBefore) {
             }
             return CountingSource::next(asked);
         }
-    } source;
-    tools::StopSignals const signals;
-    tools::outputs_t outputs;
-    outputs.push_back(std::make_unique<tools::JsonOutput>(name_, open_mode::create));
-    tools::AnalyseRun run(run_settings({.jobs = 3}), source, plain_answerers(), outputs, signals);
-    EXPECT_EQ(reason_from([&] { run.run(); }), "cannot read");
-    EXPECT_EQ(lines_in(bytes_of(name_)), 50U);
+    };
+    // One by one, and by the bundle.
+    for (auto const kind : {analyse::Limit::kind::depth, analyse::Limit::kind::static_eval}) {
+        Faulty source;
+        tools::StopSignals const signals;
+        tools::outputs_t outputs;
+        outputs.push_back(std::make_unique<tools::JsonOutput>(name_, open_mode::replace));
+        tools::AnalyseRun run(run_settings({.jobs = 3, .limit = {kind, 1}}), source,
+                              plain_answerers(), outputs, signals);
+        EXPECT_EQ(reason_from([&] { run.run(); }), "cannot read");
+        EXPECT_EQ(lines_in(bytes_of(name_)), 50U);
+    }
 }
 
 TEST_F(AnalyseRun, ASignalEndsItWithWholeLinesInOrder) {

@@ -45,7 +45,11 @@ TEST(AnalyseVerification, FindsTheFirstDifference) {
               "depth is 8, computed again it is 9");
     EXPECT_EQ(difference(replaced(line, "\"san\":\"Ka2 Kc2\"", "\"san\":\"Ka2 Kc3\"")),
               "lines[0].san is Ka2 Kc3, computed again it is Ka2 Kc2");
-    EXPECT_EQ(difference(replaced(line, "\"nodes\"", "\"knots\"")), "nodes is missing");
+    EXPECT_EQ(tools::first_difference("{\"b\":[1,2]}", "{\"a\":1,\"b\":[1,2]}"), "a is missing");
+    EXPECT_EQ(tools::first_difference("{\"b\":[1,2]}", "{\"b\":[1,3]}"),
+              "b[1] is 2, computed again it is 3");
+    EXPECT_EQ(tools::first_difference("{\"b\":[1]}", "{\"b\":[1,3]}"),
+              "b is 1 element, computed again it is 2 elements");
     EXPECT_EQ(difference(replaced(line, "\"nodes\":", "\"more\":1,\"nodes\":")),
               "more is not known");
     EXPECT_EQ(difference(replaced(line, "\"number\":2,", "\"number\": 2,")),

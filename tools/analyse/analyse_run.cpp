@@ -80,29 +80,44 @@ void AnalyseRun::compare_with_outputs(Asked const& asked) const {
 std::optional<AnalyseRun::positions_t> AnalyseRun::take() {
     bool const bundled = settings_.request.limit.what == analyse::Limit::kind::static_eval;
     std::size_t const wanted = bundled ? static_bundle : 1;
+    if (input_error_) {
+        std::rethrow_exception(input_error_);
+    }
     positions_t positions;
     Asked asked;
-    while (positions.size() < wanted && (positions.empty() || source_.ready())) {
-        if (!source_.next(asked)) {
-            if (number_ < last_done_ && !signals_.stopped()) {
-                refuse("position " + std::to_string(last_done_) +
-                       " is there, but the input ends with position " + std::to_string(number_));
+    try {
+        while (positions.size() < wanted && (positions.empty() || source_.ready()) && next(asked)) {
+            if (number_ > done_before_ && settings_.shard.takes(number_)) {
+                positions.push_back(std::move(asked));
+                asked = Asked();
             }
-            break;
         }
-        asked.number = ++number_;
-        if (number_ <= last_done_) {
-            compare_with_outputs(asked);
+    } catch (std::exception const&) {
+        if (positions.empty()) {
+            throw;
         }
-        if (number_ > done_before_ && settings_.shard.takes(number_)) {
-            positions.push_back(std::move(asked));
-            asked = Asked();
-        }
+        // Those before it are answered first.
+        input_error_ = std::current_exception();
     }
     if (positions.empty()) {
         return std::nullopt;
     }
     return positions;
+}
+
+bool AnalyseRun::next(Asked& asked) {
+    if (!source_.next(asked)) {
+        if (number_ < last_done_ && !signals_.stopped()) {
+            refuse("position " + std::to_string(last_done_) +
+                   " is there, but the input ends with position " + std::to_string(number_));
+        }
+        return false;
+    }
+    asked.number = ++number_;
+    if (number_ <= last_done_) {
+        compare_with_outputs(asked);
+    }
+    return true;
 }
 
 std::optional<AnalyseRun::Answers> AnalyseRun::work(positions_t const& positions,

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <chrono>
 #include <cstdint>
+#include <exception>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -57,6 +58,7 @@ class AnalyseRun {
 
     void look_at_outputs();
     std::optional<positions_t> take();
+    bool next(Asked& asked);
     void compare_with_outputs(Asked const& asked) const;
     std::optional<Answers> work(positions_t const& positions, std::size_t worker) const;
     void hand_on(Answers const& answers);
@@ -75,6 +77,8 @@ class AnalyseRun {
     /// The last position that an output holds.
     std::uint64_t last_done_ = 0;
     std::uint64_t number_ = 0;
+    /// Found behind positions that were taken.
+    std::exception_ptr input_error_;
     std::atomic<std::uint64_t> answered_ = 0;
     std::atomic<bool> interrupted_ = false;
     Progress progress_;

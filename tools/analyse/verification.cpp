@@ -9,6 +9,7 @@
 #include "analyse/record_reader.h"
 #include "play/position_reader.h"
 #include "play/reader_text.h"
+#include "support/counted.h"
 
 namespace orvelin::tools {
 
@@ -30,7 +31,7 @@ std::string text_of(value_t const& value) {
         case rapidjson::kObjectType:
             return "an object";
         case rapidjson::kArrayType:
-            return std::to_string(value.Size()) + " elements";
+            return counted(value.Size(), "element", "elements");
         default:
             return {value.GetString(), value.GetStringLength()};
     }

@@ -9,7 +9,7 @@
 #include "tools/analyse_files.h"
 #include "tools/analyse_records.h"
 
-namespace orvelin::test {
+namespace orvelin::test::analysis {
 
 TEST(AnalyseCache, GivesTheSameAnswerWithoutTheEngine) {
     TemporaryDirectory const directory;
@@ -83,4 +83,4 @@ TEST(AnalyseProgress, TellsTimesAndRates) {
     EXPECT_EQ(tools::rate_text(105000.4), "105000/s");
 }
 
-}  // namespace orvelin::test
+}  // namespace orvelin::test::analysis

@@ -8,7 +8,7 @@
 #include "analyse/record_csv.h"
 #include "tools/analyse_records.h"
 
-namespace orvelin::test {
+namespace orvelin::test::analysis {
 
 namespace {
 
@@ -84,4 +84,4 @@ TEST(AnalyseCsv, RowsAreFoundWhateverStandsInTheirFields) {
     EXPECT_EQ(tools::fields_of_row(""), fields_t{""});
 }
 
-}  // namespace orvelin::test
+}  // namespace orvelin::test::analysis

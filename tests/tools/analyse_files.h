@@ -6,7 +6,7 @@
 #include <iterator>
 #include <string>
 
-namespace orvelin::test {
+namespace orvelin::test::analysis {
 
 inline std::string bytes_of(std::string const& name) {
     std::ifstream file(name, std::ios::binary);
@@ -31,4 +31,4 @@ std::string reason_from(Call const& call) {
     return "";
 }
 
-}  // namespace orvelin::test
+}  // namespace orvelin::test::analysis

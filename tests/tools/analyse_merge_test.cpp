@@ -7,7 +7,7 @@
 #include "tools/analyse_files.h"
 #include "tools/analyse_records.h"
 
-namespace orvelin::test {
+namespace orvelin::test::analysis {
 
 namespace {
 
@@ -90,4 +90,4 @@ TEST_F(AnalyseMerge, TakesLinesOfAnyLength) {
     EXPECT_EQ(merged(), json_of(record));
 }
 
-}  // namespace orvelin::test
+}  // namespace orvelin::test::analysis

@@ -6,7 +6,7 @@
 
 #include "analyse/ordered_jobs.h"
 
-namespace orvelin::test {
+namespace orvelin::test::analysis {
 
 namespace {
 
@@ -159,4 +159,4 @@ TEST(OrderedJobs, AStopInterruptsAndHandsOnNothingThatWasCutShort) {
     EXPECT_TRUE(squares.in_order());
 }
 
-}  // namespace orvelin::test
+}  // namespace orvelin::test::analysis

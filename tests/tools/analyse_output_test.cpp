@@ -13,7 +13,7 @@
 #include "tools/analyse_files.h"
 #include "tools/analyse_records.h"
 
-namespace orvelin::test {
+namespace orvelin::test::analysis {
 
 namespace {
 
@@ -208,4 +208,4 @@ TEST(AnalyseSqlite, AFileThatIsThereIsNotTakenByMistake) {
     EXPECT_TRUE(bytes_of(name).starts_with("SQLite format 3"));
 }
 
-}  // namespace orvelin::test
+}  // namespace orvelin::test::analysis

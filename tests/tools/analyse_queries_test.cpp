@@ -12,7 +12,7 @@
 #include "support/test_config.h"
 #include "tools/analyse_files.h"
 
-namespace orvelin::test {
+namespace orvelin::test::analysis {
 
 namespace {
 
@@ -80,4 +80,4 @@ TEST(AnalyseQueries, FindTheMissedMateAndTheWorstMove) {
     EXPECT_GT(worst.number(5), 300);
 }
 
-}  // namespace orvelin::test
+}  // namespace orvelin::test::analysis

@@ -10,7 +10,7 @@
 #include "analyse/record_reader.h"
 #include "tools/analyse_records.h"
 
-namespace orvelin::test {
+namespace orvelin::test::analysis {
 
 namespace {
 
@@ -129,4 +129,4 @@ TEST(AnalyseReader, FindsTheNumberOfALine) {
     EXPECT_EQ(tools::record_number(""), 0U);
 }
 
-}  // namespace orvelin::test
+}  // namespace orvelin::test::analysis

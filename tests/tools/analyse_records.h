@@ -14,7 +14,7 @@
 #include "analyse/record.h"
 #include "analyse/record_json.h"
 
-namespace orvelin::test {
+namespace orvelin::test::analysis {
 
 /// Terms that need all their digits, with both zeros, and the smallest and largest numbers.
 inline analyse::term_scores_t awkward_terms(float first) {
@@ -120,4 +120,4 @@ inline tools::answerer_maker_t plain_answerers(std::atomic<int>* answers = nullp
     return [answers] { return std::make_unique<PlainAnswerer>(answers); };
 }
 
-}  // namespace orvelin::test
+}  // namespace orvelin::test::analysis

@@ -10,7 +10,7 @@
 #include "tools/analyse_files.h"
 #include "tools/analyse_records.h"
 
-namespace orvelin::test {
+namespace orvelin::test::analysis {
 
 namespace {
 
@@ -175,4 +175,4 @@ TEST_F(AnalyseRun, ASignalEndsItWithWholeLinesInOrder) {
     EXPECT_EQ(text, result_of({.positions = lines_in(text)}));
 }
 
-}  // namespace orvelin::test
+}  // namespace orvelin::test::analysis

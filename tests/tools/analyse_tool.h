@@ -17,7 +17,7 @@
 #include "support/test_config.h"
 #include "tools/analyse_files.h"
 
-namespace orvelin::test {
+namespace orvelin::test::analysis {
 
 using texts_t = std::vector<std::string>;
 using std::chrono_literals::operator""ms;
@@ -106,4 +106,4 @@ class AnalyseProcess : public testing::Test {
     std::string out_ = directory_.file("out.jsonl");
 };
 
-}  // namespace orvelin::test
+}  // namespace orvelin::test::analysis

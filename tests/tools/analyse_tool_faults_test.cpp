@@ -9,7 +9,7 @@
 
 #include "tools/analyse_tool.h"
 
-namespace orvelin::test {
+namespace orvelin::test::analysis {
 
 namespace {
 
@@ -127,4 +127,4 @@ TEST_F(AnalyseToolFaults, TellsFaultsOfTheCommandLine) {
     EXPECT_EQ(output_of({"--version"}), "Orvelin 0.40.1\n");
 }
 
-}  // namespace orvelin::test
+}  // namespace orvelin::test::analysis

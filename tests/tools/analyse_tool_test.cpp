@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 #include <string>
 
-namespace orvelin::test {
+namespace orvelin::test::analysis {
 
 namespace {
 
@@ -149,4 +149,4 @@ TEST_F(AnalyseTool, TwoProcessesShareACache) {
     EXPECT_EQ(bytes_of(directory_.file("second")), plain);
 }
 
-}  // namespace orvelin::test
+}  // namespace orvelin::test::analysis

@@ -6,7 +6,7 @@
 #include "tools/analyse_files.h"
 #include "tools/analyse_records.h"
 
-namespace orvelin::test {
+namespace orvelin::test::analysis {
 
 namespace {
 
@@ -90,4 +90,4 @@ TEST(AnalyseVerification, ASampleHasItsShareOfTheRecords) {
     EXPECT_LT(taken, 1200);
 }
 
-}  // namespace orvelin::test
+}  // namespace orvelin::test::analysis

@@ -187,9 +187,7 @@ class BuildTest(unittest.TestCase):
             version = re.search(r"project\(orvelin VERSION (\S+)", file.read()).group(1)
         self.assertIn(version, next(h for h in DOCUMENTS["NEWS.md"].headings if h[-1].isdigit()))
         self.assertIn(f'"id name Orvelin {version}"', source("main.cpp"))
-        self.assertIn(f'"id name Orvelin {version}"', source("front_game.cpp", "play"))
-        for name in ("main.cpp", "options.cpp"):
-            self.assertIn(f'"Orvelin {version}', source(name, "play"))
+        self.assertIn(f'version = "{version}"', source("version.h", "play"))
 
 
 if __name__ == "__main__":

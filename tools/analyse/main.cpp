@@ -18,8 +18,8 @@ std::function<int()> set_up(CLI::App& app) {
     app.set_version_flag("--version", "Orvelin " + std::string(play::version));
     app.require_subcommand(0, 1);
     add_analyse_command(app, *command);
-    add_verify_command(app, *command);
-    add_merge_command(app, *command);
+    add_verify_records_command(app, *command);
+    add_merge_records_command(app, *command);
     return [command] { return (*command)(); };
 }
 

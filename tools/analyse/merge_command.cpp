@@ -94,7 +94,7 @@ int merge(arguments_t const& arguments) {
 
 }  // namespace
 
-void add_merge_command(CLI::App& app, command_t& command) {
+void add_merge_records_command(CLI::App& app, command_t& command) {
     CLI::App* const merge_app =
         app.add_subcommand("merge", "Puts the records of several shards in the order of the input");
     merge_app->footer(

@@ -152,7 +152,7 @@ int VerifyRun::run() {
 
 }  // namespace
 
-void add_verify_command(CLI::App& app, command_t& command) {
+void add_verify_records_command(CLI::App& app, command_t& command) {
     CLI::App* const verify =
         app.add_subcommand("verify", "Computes the records of a file again and compares them");
     verify->footer(

@@ -1,15 +1,8 @@
 #pragma once
 
-#include <functional>
-
-namespace CLI {
-class App;
-}  // namespace CLI
+#include "support/tool_main.h"
 
 namespace orvelin::tools {
-
-/// What the arguments ask for; gives the exit code.
-using command_t = std::function<int()>;
 
 // Each adds a subcommand to the app, which sets `command` when it is the one asked for.
 

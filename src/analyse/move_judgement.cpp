@@ -1,0 +1,183 @@
+#include "analyse/move_judgement.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <vector>
+
+#include "generation/tables.h"
+#include "play/position_reader.h"
+#include "play/win_chance.h"
+#include "position/bit_board.h"
+#include "position/chess_position.h"
+#include "search/score.h"
+
+namespace orvelin::analyse {
+
+namespace {
+
+bool is_searched(Line const& line) {
+    return line.depth > 0 && !line.moves.empty();
+}
+
+bool is_exact(Line const& line) {
+    return is_searched(line) && !line.at_least;
+}
+
+/// Whether the move takes back, takes more than it may lose, or promotes to a queen: nobody has to
+/// be praised for that.
+bool is_obvious(ChessPosition& position, MoveInGame const& in_game, Move const& legal) {
+    Move const& previous = in_game.previous;
+    if (legal.code() == promo_queen) {
+        return true;
+    }
+    if (legal.capture_id() == no_piece) {
+        return false;
+    }
+    if (previous.capture_id() != no_piece && previous.to() == legal.to()) {
+        return true;
+    }
+    if (legal.capture().abs_value() > legal.piece().abs_value()) {
+        return true;
+    }
+    bool const white = position.white_to_move();
+    position.make_move(legal);
+    BitBoard const target{legal.to()};
+    bool const defended = white ? position.black_attacks(target) : position.white_attacks(target);
+    position.unmake_move();
+    return !defended;
+}
+
+move_mark mark_of_loss(double loss) {
+    // A thousandth is the grain of the chances.
+    double const rounded = loss + 1e-9;
+    if (rounded >= blunder_loss) {
+        return move_mark::blunder;
+    }
+    if (rounded >= mistake_loss) {
+        return move_mark::mistake;
+    }
+    return rounded >= dubious_loss ? move_mark::dubious : move_mark::none;
+}
+
+bool is_only_good_one(MoveInGame const& move, Judgement const& judgement) {
+    Line const* const second = move.second();
+    return judgement.is_best && second != nullptr && judgement.points >= praise_points &&
+           judgement.points - expected_points(second->score) + 1e-9 >= praise_margin;
+}
+
+}  // namespace
+
+std::string_view mark_text(move_mark mark) {
+    constexpr std::array<std::string_view, 5> texts{"", "!", "?!", "?", "??"};
+    return texts[static_cast<std::size_t>(mark)];
+}
+
+int mark_glyph(move_mark mark) {
+    constexpr std::array<int, 5> glyphs{0, 1, 6, 2, 4};
+    return glyphs[static_cast<std::size_t>(mark)];
+}
+
+bool is_same_move(Move const& one, Move const& other) {
+    return one.from() == other.from() && one.to() == other.to() && one.code() == other.code();
+}
+
+std::optional<int> moves_to_mate(int score) {
+    if (std::abs(score) < min_mate_score) {
+        return std::nullopt;
+    }
+    int const moves = (mate_score - std::abs(score) + 1) / 2;
+    return score > 0 ? moves : -moves;
+}
+
+double expected_points(int score) {
+    play::WinDrawLoss const chances = play::win_draw_loss(score);
+    return (2 * chances.win + chances.draw) / 2000.0;
+}
+
+Line const* MoveInGame::best() const {
+    bool const found = !result->lines.empty() && is_searched(result->lines.front());
+    return found ? &result->lines.front() : nullptr;
+}
+
+Line const* MoveInGame::line() const {
+    if (is_searched(result->played)) {
+        return is_same_move(result->played.moves[0], played) ? &result->played : nullptr;
+    }
+    for (Line const& line : result->lines) {
+        if (is_exact(line) && is_same_move(line.moves[0], played)) {
+            return &line;
+        }
+    }
+    return nullptr;
+}
+
+Line const* MoveInGame::second() const {
+    bool const found = result->lines.size() > 1 && is_exact(result->lines[1]);
+    return found ? &result->lines[1] : nullptr;
+}
+
+bool MoveInGame::is_best() const {
+    Line const* const line = best();
+    return line != nullptr && is_same_move(line->moves[0], played);
+}
+
+Judgement judge(MoveInGame const& move, Tables const& tables) {
+    Judgement judgement;
+    Line const* const best = move.best();
+    Line const* const line = move.line();
+    ChessPosition position(tables);
+    position.fen(move.fen);
+    std::vector<Move> const legal = play::legal_moves(position, tables);
+    auto const found = std::find_if(legal.begin(), legal.end(), [&move](Move const& other) {
+        return is_same_move(other, move.played);
+    });
+    if (best == nullptr || line == nullptr || found == legal.end()) {
+        return judgement;
+    }
+    judgement.known = true;
+    judgement.forced = legal.size() == 1;
+    judgement.is_best = move.is_best();
+    judgement.points = expected_points(line->score);
+    // Searched by itself, a move may turn out to be better than what was thought to be the best.
+    judgement.best_points = std::max(expected_points(best->score), judgement.points);
+    int const best_mate = moves_to_mate(best->score).value_or(0);
+    int const mate = moves_to_mate(line->score).value_or(0);
+    if (judgement.forced) {
+        return judgement;
+    }
+    if (best_mate > 0 && mate <= 0) {
+        judgement.mate_missed = best_mate;
+    }
+    if (mate < 0 && best_mate >= 0) {
+        judgement.mate_allowed = -mate;
+    }
+    judgement.mark = mark_of_loss(judgement.loss());
+    bool const overlooked = judgement.mate_missed.value_or(near_mate + 1) <= near_mate ||
+                            judgement.mate_allowed.value_or(near_mate + 1) <= near_mate;
+    if (judgement.mark == move_mark::none && overlooked) {
+        judgement.mark = move_mark::dubious;
+    }
+    if (judgement.mark == move_mark::none && is_only_good_one(move, judgement) &&
+        !is_obvious(position, move, *found)) {
+        judgement.mark = move_mark::good;
+    }
+    return judgement;
+}
+
+void Accuracy::add(Judgement const& judgement) {
+    if (!judgement.known) {
+        return;
+    }
+    ++marks_[static_cast<std::size_t>(judgement.mark)];
+    if (!judgement.forced) {
+        sum_ += 100 * std::exp2(-6 * judgement.loss());
+        ++moves_;
+    }
+}
+
+std::optional<double> Accuracy::percent() const {
+    return moves_ == 0 ? std::nullopt : std::optional(sum_ / moves_);
+}
+
+}  // namespace orvelin::analyse

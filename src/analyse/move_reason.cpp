@@ -1,0 +1,165 @@
+#include "analyse/move_reason.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "analyse/term_names.h"
+
+namespace orvelin::analyse {
+
+namespace {
+
+/// What rounds to a tenth of a pawn.
+constexpr double least_told = 0.05;
+
+/// Behind the largest loss others are told that are not much smaller.
+constexpr double least_share = 0.25;
+constexpr double least_further = 0.15;
+constexpr std::size_t most_terms = 3;
+
+/// In hundreds.
+constexpr int pawn = 100;
+
+/// What a move does when a group lost most: where the other side is then ahead in it, and where the
+/// own side has less of an advantage.
+struct Deed {
+    char const* behind;
+    char const* less;
+};
+
+constexpr std::array<Deed, term_group_count> deeds{{
+    {"comes out behind in material", "makes less of the better material"},
+    {"leaves the king less safe", "eases the pressure on the king"},
+    {"ends with the less active pieces", "makes less of the more active pieces"},
+    {"ends with the weaker pawns", "makes less of the better pawns"},
+    {"falls behind in passed pawns", "makes less of the passed pawns"},
+    {"leaves more pieces in danger", "eases the threats"},
+    {"falls behind in development", "makes less of the lead in development"},
+    {"ends with the less active king", "makes less of the more active king"},
+}};
+
+bool white_to_move(MoveInGame const& move) {
+    std::size_t const blank = move.fen.find(' ');
+    return move.fen.substr(blank + 1, 1) == "w";
+}
+
+/// Who promotes in the line of a leaf.
+bool promotes(Leaf const& leaf, bool mover) {
+    for (std::size_t i = mover ? 0 : 1; i < leaf.moves.size(); i += 2) {
+        if (leaf.moves[i].code() >= promo_queen && leaf.moves[i].code() <= promo_knight) {
+            return true;
+        }
+    }
+    return false;
+}
+
+/// The groups' sums over the terms of one leaf decide who is ahead.
+std::string deed_of(GroupChange const& group, Leaf const& worse, bool white) {
+    double sum = 0;
+    for (std::size_t i = 0; i < term::count; ++i) {
+        if (term_names()[i].group == group.group) {
+            sum += static_cast<double>(worse.terms[i]);
+        }
+    }
+    Deed const& deed = deeds[static_cast<std::size_t>(group.group)];
+    return (white ? sum : -sum) < 0 ? deed.behind : deed.less;
+}
+
+/// True when material is told of.
+bool tell_material(MoveInGame const& move, Line const& better, Line const& worse,
+                   MoveReason& reason) {
+    bool const lets_promote = promotes(worse.leaf, false) && !promotes(better.leaf, false);
+    bool const misses_promotion = promotes(better.leaf, true) && !promotes(worse.leaf, true);
+    MaterialBalance const best = material_won(move, better);
+    MaterialBalance const won = material_won(move, worse);
+    if ((won - best).value() > -pawn) {
+        return false;
+    }
+    if (lets_promote || misses_promotion) {
+        reason.deed = lets_promote ? "lets a pawn promote" : "misses the promotion of a pawn";
+        reason.is_missed_chance = !lets_promote;
+    } else if (won.value() < 0) {
+        std::string const lost = won_text(best.value() < 0 ? best - won : -won);
+        reason.deed = lost.empty() ? "" : "loses " + lost;
+    } else {
+        std::string const missed = won_text(won.value() > 0 ? best - won : best);
+        reason.deed = missed.empty() ? "" : "misses winning " + missed;
+        reason.is_missed_chance = true;
+    }
+    if (reason.deed.empty()) {
+        reason.is_missed_chance = false;
+        return false;
+    }
+    reason.moves_needed = moves_to_material(reason.is_missed_chance ? better.leaf : worse.leaf);
+    return true;
+}
+
+std::vector<TermChange> largest_losses(Explanation const& explanation) {
+    std::vector<TermChange> terms;
+    for (GroupChange const& group : explanation.groups) {
+        for (TermChange const& change : group.terms) {
+            if (change.change <= -least_told) {
+                terms.push_back(change);
+            }
+        }
+    }
+    std::stable_sort(
+        terms.begin(), terms.end(),
+        [](TermChange const& one, TermChange const& other) { return one.change < other.change; });
+    std::size_t kept = std::min<std::size_t>(terms.size(), 1);
+    while (kept < std::min(terms.size(), most_terms) && -terms[kept].change >= least_further &&
+           -terms[kept].change >= -terms[0].change * least_share) {
+        ++kept;
+    }
+    terms.resize(kept);
+    return terms;
+}
+
+}  // namespace
+
+MaterialBalance material_won(MoveInGame const& move, Line const& line) {
+    bool const white = white_to_move(move);
+    MaterialBalance const change = material_of(line.leaf.fen) - material_of(move.fen);
+    MaterialBalance won = white ? change : -change;
+    Move const& previous = move.previous;
+    int const taken = previous.code() == en_passant ? int{white_pawn} : previous.capture_id() & 7;
+    if (taken >= white_pawn && taken <= white_queen) {
+        won.more[static_cast<std::size_t>(taken - white_pawn)] -= 1;
+    }
+    return won;
+}
+
+std::size_t moves_to_material(Leaf const& leaf) {
+    std::size_t needed = leaf.moves.size();
+    while (needed > 0) {
+        Move const& last = leaf.moves[needed - 1];
+        if (last.capture_id() != no_piece || last.code() == en_passant ||
+            (last.code() >= promo_queen && last.code() <= promo_knight)) {
+            break;
+        }
+        --needed;
+    }
+    return needed;
+}
+
+MoveReason find_reason(MoveInGame const& move, Line const& better, Line const& worse) {
+    MoveReason reason;
+    Explanation const explanation = explain(move.fen, better.leaf, worse.leaf);
+    if (explanation.change > -least_told) {
+        return reason;
+    }
+    reason.terms = largest_losses(explanation);
+    auto const least = std::min_element(
+        explanation.groups.begin(), explanation.groups.end(),
+        [](GroupChange const& one, GroupChange const& other) { return one.change < other.change; });
+    double const material =
+        explanation.groups[static_cast<std::size_t>(term_group::material)].change;
+    // A piece that hangs in the one leaf and is gone in the other has lost nothing yet.
+    bool const is_material = material <= least->change / 2;
+    if (!is_material || !tell_material(move, better, worse, reason)) {
+        reason.deed = deed_of(*least, worse.leaf, white_to_move(move));
+    }
+    return reason;
+}
+
+}  // namespace orvelin::analyse

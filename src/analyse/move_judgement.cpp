@@ -24,11 +24,11 @@ bool is_exact(Line const& line) {
     return is_searched(line) && !line.at_least;
 }
 
-/// Whether the move takes back, takes more than it may lose, or promotes to a queen: nobody has to
-/// be praised for that.
+/// Whether the move takes back, takes more than it may lose, promotes to a queen, or mates: nobody
+/// has to be praised for that.
 bool is_obvious(ChessPosition& position, MoveInGame const& in_game, Move const& legal) {
     Move const& previous = in_game.previous;
-    if (legal.code() == promo_queen) {
+    if (legal.code() == promo_queen || moves_to_mate(in_game.line()->score) == 1) {
         return true;
     }
     if (legal.capture_id() == no_piece) {

@@ -26,8 +26,8 @@ inline constexpr double dubious_loss = 0.05;
 inline constexpr double mistake_loss = 0.10;
 /// From here on it is a blunder: "??".
 inline constexpr double blunder_loss = 0.20;
-/// "!" is for a move beside which every other one would be a mistake at least, ...
-inline constexpr double praise_margin = mistake_loss;
+/// "!" is for a move beside which every other one would be a blunder, ...
+inline constexpr double praise_margin = blunder_loss;
 /// ... and with which there is something left to play for.
 inline constexpr double praise_points = 0.25;
 /// A mate in so many moves is one that a player can see: to miss or to allow it is dubious even

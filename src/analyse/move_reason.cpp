@@ -15,7 +15,13 @@ constexpr double least_told = 0.05;
 /// Behind the largest loss others are told that are not much smaller.
 constexpr double least_share = 0.25;
 constexpr double least_further = 0.15;
-constexpr std::size_t most_terms = 3;
+constexpr std::size_t most_losses = 3;
+
+/// What makes up for such a part of the largest loss is told too.
+constexpr double least_return = 0.4;
+
+/// In pawns of the phase: by less the material has not decided.
+constexpr double least_material = 0.6;
 
 /// In hundreds.
 constexpr int pawn = 100;
@@ -94,25 +100,41 @@ bool tell_material(MoveInGame const& move, Line const& better, Line const& worse
     return true;
 }
 
-std::vector<TermChange> largest_losses(Explanation const& explanation) {
+/// All terms that changed, the largest loss first.
+std::vector<TermChange> by_loss(Explanation const& explanation) {
     std::vector<TermChange> terms;
     for (GroupChange const& group : explanation.groups) {
-        for (TermChange const& change : group.terms) {
-            if (change.change <= -least_told) {
-                terms.push_back(change);
-            }
-        }
+        terms.insert(terms.end(), group.terms.begin(), group.terms.end());
     }
     std::stable_sort(
         terms.begin(), terms.end(),
         [](TermChange const& one, TermChange const& other) { return one.change < other.change; });
-    std::size_t kept = std::min<std::size_t>(terms.size(), 1);
-    while (kept < std::min(terms.size(), most_terms) && -terms[kept].change >= least_further &&
-           -terms[kept].change >= -terms[0].change * least_share) {
-        ++kept;
-    }
-    terms.resize(kept);
     return terms;
+}
+
+/// Tells of the group first when it is many small terms that make it the one that lost most.
+void tell_losses(std::vector<TermChange> const& terms, GroupChange const& group,
+                 MoveReason& reason) {
+    bool const by_group = term_names()[terms.front().index].group != group.group;
+    if (by_group) {
+        reason.losses.push_back({group_name(group.group), group.change});
+    }
+    for (TermChange const& one : terms) {
+        TermName const& name = term_names()[one.index];
+        if (reason.losses.size() == most_losses || one.change > -least_told) {
+            break;
+        }
+        double const largest = reason.losses.empty() ? 0 : -reason.losses.front().change;
+        bool const further = -one.change >= std::max(least_further, largest * least_share);
+        if (reason.losses.empty() || (further && !(by_group && name.group == group.group))) {
+            reason.losses.push_back({name.full, one.change});
+        }
+    }
+    TermChange const& gain = terms.back();
+    double const largest = reason.losses.empty() ? 0 : -reason.losses.front().change;
+    if (gain.change >= least_told && gain.change >= largest * least_return) {
+        reason.gain = {term_names()[gain.index].full, gain.change};
+    }
 }
 
 }  // namespace
@@ -148,14 +170,18 @@ MoveReason find_reason(MoveInGame const& move, Line const& better, Line const& w
     if (explanation.change > -least_told) {
         return reason;
     }
-    reason.terms = largest_losses(explanation);
     auto const least = std::min_element(
         explanation.groups.begin(), explanation.groups.end(),
         [](GroupChange const& one, GroupChange const& other) { return one.change < other.change; });
+    tell_losses(by_loss(explanation), *least, reason);
+    if (reason.losses.empty()) {
+        return {};
+    }
+    reason.change = explanation.change;
     double const material =
         explanation.groups[static_cast<std::size_t>(term_group::material)].change;
     // A piece that hangs in the one leaf and is gone in the other has lost nothing yet.
-    bool const is_material = material <= least->change / 2;
+    bool const is_material = material <= std::min(least->change / 2, -least_material);
     if (!is_material || !tell_material(move, better, worse, reason)) {
         reason.deed = deed_of(*least, worse.leaf, white_to_move(move));
     }

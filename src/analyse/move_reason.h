@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "analyse/explanation.h"
@@ -10,20 +12,30 @@
 
 namespace orvelin::analyse {
 
+/// The change of a term or, where many small ones add up, of a group, in pawns of the phase.
+struct NamedChange {
+    std::string_view name;
+    double change = 0;
+};
+
 /// Why one line is worse than another, as their leaves tell it.
 struct MoveReason {
     /// What the worse move does, as "loses a bishop" or "ends with the weaker pawns".
     std::string deed;
-    /// The terms that lost most, the largest loss first; each at least a tenth of a pawn when
-    /// rounded. Never empty.
-    std::vector<TermChange> terms;
+    /// What lost most, the largest loss first; each at least a tenth of a pawn when rounded. Empty
+    /// where the leaves tell no loss, and then nothing else is told either.
+    std::vector<NamedChange> losses;
+    /// What is gained instead, where that makes up for much of the largest loss.
+    std::optional<NamedChange> gain;
+    /// By how much the worse line is worse in all, in pawns; 0 or less.
+    double change = 0;
     /// What counts is that the better line wins something: that one is to be shown.
     bool is_missed_chance = false;
     /// So many moves of the line to be shown lead to the material that is told of; 0 when none is.
     std::size_t moves_needed = 0;
 };
 
-/// Takes lines with leaves; a reason without terms where the leaves tell no loss.
+/// Takes lines with leaves.
 MoveReason find_reason(MoveInGame const& move, Line const& better, Line const& worse);
 
 /// What the side to move wins by the leaf of the line, less what the move before it took.

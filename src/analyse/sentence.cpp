@@ -22,19 +22,32 @@ constexpr std::size_t usual_replies = 3;
 /// In hundreds: less is no piece won.
 constexpr int pawn = 100;
 
+/// In engine units.
+constexpr int clearly_worse = 150;
+
+/// What is won so many moves later is not won by this one.
+constexpr std::size_t soon = 8;
+
+/// In pawns of the phase: by less a move is not told to be ahead of the next.
+constexpr double least_lead = 0.15;
+
 std::string two_digits(char const* format, double number) {
     char text[32];
     std::snprintf(text, sizeof text, format, number);
     return text;
 }
 
-std::string terms_text(std::vector<TermChange> const& terms) {
+std::string text_of(NamedChange const& change) {
+    return std::string(change.name) + ' ' + change_text(change.change);
+}
+
+/// "material -3.1, king attack -0.4 against passed pawns +1.6".
+std::string changes_text(MoveReason const& reason) {
     std::string text;
-    for (TermChange const& change : terms) {
-        text += (text.empty() ? "" : ", ") + std::string(term_names()[change.index].full) + ' ' +
-                change_text(change.change);
+    for (NamedChange const& loss : reason.losses) {
+        text += (text.empty() ? "" : ", ") + text_of(loss);
     }
-    return text;
+    return text + (reason.gain ? " against " + text_of(*reason.gain) : "");
 }
 
 /// The whole line that is known: that of the leaf goes on behind the other.
@@ -164,10 +177,10 @@ std::string SentenceWriter::of_loss(MoveInGame const& move, Line const& better, 
     if (have_leaves(better, worse)) {
         reason = find_reason(move, better, worse);
     }
-    if (reason.terms.empty()) {
+    if (reason.losses.empty()) {
         return with_lines(begin + ' ' + of_score(better, worse), &worse, usual_replies, tail);
     }
-    std::string const text = begin + ' ' + reason.deed + ": " + terms_text(reason.terms);
+    std::string const text = begin + ' ' + reason.deed + ": " + changes_text(reason);
     if (!reason.is_missed_chance) {
         std::size_t const needed = std::max<std::size_t>(reason.moves_needed, 1) - 1;
         return with_lines(text, &worse, std::max(needed, usual_replies), tail);
@@ -216,9 +229,10 @@ std::string SentenceWriter::of_best(MoveInGame const& move) {
     if (line.why_not == unexplained::none) {
         MaterialBalance const won = material_won(move, line);
         std::string const text = won_text(won);
-        if (won.value() >= pawn && !text.empty()) {
-            std::size_t const needed = std::max<std::size_t>(moves_to_material(line.leaf), 1) - 1;
-            return with_lines(played + " wins " + text, &line, std::max(needed, usual_replies), "");
+        std::size_t const needed = moves_to_material(line.leaf);
+        if (won.value() >= pawn && !text.empty() && needed <= soon) {
+            return with_lines(played + " wins " + text, &line,
+                              std::max(needed, usual_replies + 1) - 1, "");
         }
     }
     bool const takes_back = previous.capture_id() != no_piece &&
@@ -227,9 +241,9 @@ std::string SentenceWriter::of_best(MoveInGame const& move) {
     std::string const begin = played + (takes_back ? " takes back" : " is the best move");
     if (second != nullptr && have_leaves(line, *second) && second->score < line.score) {
         MoveReason const reason = find_reason(move, line, *second);
-        if (!reason.terms.empty()) {
+        if (reason.change <= -least_lead) {
             std::string const text = begin + "; " + name(second->moves[0]) + ' ' + reason.deed +
-                                     ": " + terms_text(reason.terms) + '.';
+                                     ": " + changes_text(reason) + '.';
             if (text.size() <= longest_sentence) {
                 return text;
             }
@@ -246,12 +260,16 @@ std::string SentenceWriter::of_near(MoveInGame const& move) {
     if (line.score >= best.score) {
         return played + " is as good as " + other + '.';
     }
-    std::string const begin = played + " is hardly worse than " + other;
+    // Where the game is decided much may be lost that costs no points.
+    bool const hardly = best.score - line.score < clearly_worse;
+    std::string const begin =
+        played + (hardly ? " is hardly worse than " : " is worse than ") + other;
     if (have_leaves(best, line)) {
         MoveReason reason = find_reason(move, best, line);
-        if (!reason.terms.empty()) {
-            reason.terms.resize(1);
-            return begin + ": " + terms_text(reason.terms) + '.';
+        // Where much is lost and gained the largest loss tells little.
+        if (!reason.losses.empty() && !reason.gain) {
+            reason.losses.resize(1);
+            return begin + ": " + changes_text(reason) + '.';
         }
     }
     return begin + '.';

@@ -76,8 +76,9 @@ class Reader {
     Line const* better_ = nullptr;
     Line const* worse_ = nullptr;
     std::size_t at_ = 0;
-    /// The moves named one after another, from the position on.
+    /// The moves named one after another, from the position on, and whether more may follow.
     std::vector<Move> run_;
+    bool run_is_open_ = false;
     std::vector<std::string> faults_;
 };
 
@@ -111,21 +112,17 @@ void Reader::read_word() {
         read_score(word);
     } else if (word.starts_with("O-O") || has_digit(word)) {
         read_move(word, 0);
+    } else {
+        run_is_open_ = false;
     }
 }
 
-/// Without dots it goes on with the line of the word before.
+/// A move right behind another one goes on with its line.
 void Reader::read_move(string_view word, std::size_t dots) {
     string_view const text = word.substr(dots == 0 ? 0 : word.find_last_of('.') + 1);
     ChessPosition position(tables_);
     position.fen(move_.fen);
-    bool const follows =
-        at_ > 0 && !run_.empty() && words_[at_ - 1].find_first_of(".,;:(") == string_view::npos;
-    bool const continues =
-        dots == 0 ||
-        (dots == 1 && at_ > 0 && !run_.empty() &&
-         std::isalpha(static_cast<unsigned char>(words_[at_ - 1].back())) == 0 && follows);
-    if (!continues && dots != 0) {
+    if (!run_is_open_) {
         bool const is_reply =
             at_ > 0 && (words_[at_ - 1] == "after" || words_[at_ - 1].ends_with(':'));
         run_.clear();
@@ -148,6 +145,7 @@ void Reader::read_move(string_view word, std::size_t dots) {
         return;
     }
     run_.push_back(found.move);
+    run_is_open_ = without_stops(words_[at_]).size() == words_[at_].size();
     if (!is_of_a_line(run_)) {
         fault(word, "is not of the lines");
     }

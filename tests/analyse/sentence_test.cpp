@@ -1,0 +1,221 @@
+#include "analyse/sentence.h"
+
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+#include "analyse/lines_fixture.h"
+#include "analyse/result_text.h"
+#include "analyse/sentence_check.h"
+#include "play/position_reader.h"
+#include "search/score.h"
+#include "support/data_file.h"
+#include "support/positions.h"
+
+namespace orvelin::analyse::test {
+
+namespace {
+
+using orvelin::test::shared_tables;
+
+std::string sentence_of(SearchedMove& moves) {
+    std::string const text = SentenceWriter(shared_tables()).write(moves.in_game(), moves.judged());
+    for (std::string const& fault : faults_of_sentence(text, moves.in_game(), shared_tables())) {
+        ADD_FAILURE() << text << "\n" << fault;
+    }
+    return text;
+}
+
+/// Black to move has the bishop on b4 attacked by a3.
+std::string const attacked = "rnbqk2r/pppp1ppp/4pn2/8/1bPP4/P1N5/1P2PPPP/R1BQKBNR b KQkq - 0 4";
+
+Line const bishop_takes = line_from(attacked, "b4c3 b2c3", 0);
+Line const bishop_lost = line_from(attacked, "e8g8 a3b4 d7d5", -700);
+
+TEST(SentenceTest, ALossIsToldWithTermsAndPieces) {
+    SearchedMove moves(attacked,
+                       line_with(bishop_lost, term::material, 800, term::king_attack, -30),
+                       line_with(bishop_takes, term::material, 50));
+    EXPECT_EQ(sentence_of(moves),
+              "4...O-O loses a bishop: material -3.0, after 5.axb4 d5; better 4...Bxc3+.");
+}
+
+TEST(SentenceTest, WhatMakesUpForALossIsTold) {
+    SearchedMove moves(attacked,
+                       line_with(bishop_lost, term::material, 800, term::king_attack, -400),
+                       line_with(bishop_takes, term::material, 50));
+    EXPECT_EQ(sentence_of(moves),
+              "4...O-O loses a bishop: material -3.0 against king attack +1.6, after 5.axb4 d5; "
+              "better 4...Bxc3+.");
+}
+
+TEST(SentenceTest, AMissedChanceIsToldWithItsLine) {
+    std::string const fen = "rnbqkb1r/ppp1pppp/8/3n4/8/2N5/PPPP1PPP/R1BQKBNR w KQkq - 0 4";
+    SearchedMove moves(fen, line_with(line_from(fen, "a2a3 d5c3", 0), term::material, -10),
+                       line_with(line_from(fen, "c3d5 a7a6 a2a3", 700), term::material, 700));
+    EXPECT_EQ(sentence_of(moves),
+              "4.a3 loses a knight: material -2.8, after 4...Nxc3; better 4.Nxd5.");
+    moves.result.played = line_with(line_from(fen, "a2a3 a7a6", 0), term::material, -10);
+    EXPECT_EQ(sentence_of(moves),
+              "4.a3 misses winning a knight: material -2.8; better 4.Nxd5 a6 5.a3.");
+}
+
+TEST(SentenceTest, WithoutALeafOnlyTheScoresAreTold) {
+    SearchedMove moves(attacked, bishop_lost, bishop_takes);
+    EXPECT_EQ(sentence_of(moves),
+              "4...O-O is worse: the score goes from 0.00 to 2.34, after 5.axb4 d5; better "
+              "4...Bxc3+.");
+    moves.result.played.why_not = unexplained::endgame;
+    EXPECT_EQ(sentence_of(moves),
+              "4...O-O goes into a worse endgame: by endgame knowledge the score goes from 0.00 to "
+              "2.34, after 5.axb4 d5; better 4...Bxc3+.");
+    moves.result.lines[0].score = 700;
+    moves.result.played.score = 0;
+    moves.result.played.why_not = unexplained::mate_or_draw;
+    EXPECT_EQ(sentence_of(moves),
+              "4...O-O allows a draw: the score goes from -2.34 to 0.00, after 5.axb4 d5; better "
+              "4...Bxc3+.");
+}
+
+TEST(SentenceTest, GroupsAreToldByWhoIsAhead) {
+    Line const best = line_with(line_from(positions::start, "e2e4", 0), term::king_attack, 200);
+    Line const played = line_from(positions::start, "a2a3", -400);
+    SearchedMove moves(positions::start, line_with(played, term::king_attack, -200), best);
+    EXPECT_EQ(sentence_of(moves), "1.a3 leaves the king less safe: king attack -1.6; better 1.e4.");
+    moves.result.played = line_with(played, term::king_attack, 50);
+    EXPECT_EQ(sentence_of(moves),
+              "1.a3 eases the pressure on the king: king attack -0.6; better 1.e4.");
+    moves.result.lines[0] = line_from(positions::start, "e2e4", 0);
+    moves.result.lines[0].why_not = unexplained::none;
+    moves.result.played = line_with(played, term::weak_pawns, -60, term::passed_pawns, -80);
+    EXPECT_EQ(
+        sentence_of(moves),
+        "1.a3 falls behind in passed pawns: passed pawns -0.3, weak pawns -0.2; better 1.e4.");
+    moves.result.played.leaf.terms[term::isolated_pawns] = -60;
+    EXPECT_EQ(
+        sentence_of(moves),
+        "1.a3 ends with the weaker pawns: pawn structure -0.5, passed pawns -0.3; better 1.e4.");
+}
+
+std::string const mating = "6k1/5ppp/8/8/8/8/r4PPP/3R2K1 w - - 0 30";
+
+TEST(SentenceTest, MatesAreTold) {
+    Line const mate = line_from(mating, "d1d8", mate_score - 1);
+    Line const quiet = line_from(mating, "h2h3 h7h6", 0);
+    SearchedMove missed(mating, quiet, mate);
+    EXPECT_EQ(sentence_of(missed), "30.h3 misses mate in 1: 30.Rd8#.");
+    SearchedMove found(mating, mate, mate);
+    EXPECT_EQ(sentence_of(found), "30.Rd8# is mate.");
+    Line const mated = line_from(mating, "d1b1 a2a1 g1h1 a1b1", 4 - mate_score);
+    SearchedMove allowed(mating, mated, quiet);
+    EXPECT_EQ(sentence_of(allowed), "30.Rb1 allows mate in 2: 30...Ra1 31.Kh1 Rxb1#.");
+    SearchedMove both(mating, mated, mate);
+    EXPECT_EQ(sentence_of(both),
+              "30.Rb1 misses mate in 1 (30.Rd8#) and allows mate in 2: 30...Ra1 31.Kh1 Rxb1#.");
+    SearchedMove lost(mating, mated, mated);
+    EXPECT_EQ(sentence_of(lost), "30.Rb1 cannot stop mate in 2: 30...Ra1 31.Kh1 Rxb1#.");
+    Line const forced = line_from(mating, "d1b1 h7h6 b1b8", mate_score - 3);
+    SearchedMove later(mating, forced, mate);
+    EXPECT_EQ(sentence_of(later), "30.Rb1 forces mate in 2: 30...h6 31.Rb8+.");
+}
+
+TEST(SentenceTest, GoodMovesGetTheirReason) {
+    Line const best = line_with(bishop_takes, term::material, 50);
+    SearchedMove moves(attacked, best, best);
+    moves.second(line_with(bishop_lost, term::material, 800));
+    EXPECT_EQ(sentence_of(moves),
+              "4...Bxc3+ is the only good move; 4...O-O loses a bishop: material -3.0, after "
+              "5.axb4 d5.");
+    moves.result.lines[1] = bishop_lost;
+    EXPECT_EQ(sentence_of(moves),
+              "4...Bxc3+ is the only good move; 4...O-O is worse: the score goes from 0.00 to "
+              "2.34, after 5.axb4 d5.");
+    moves.result.lines[1] = line_from(attacked, "e8g8 a3b4", 2 - mate_score);
+    EXPECT_EQ(sentence_of(moves),
+              "4...Bxc3+ is the only good move; 4...O-O allows mate in 1, after 5.axb4.");
+    moves.result.lines.pop_back();
+    EXPECT_EQ(sentence_of(moves), "4...Bxc3+ is the best move.");
+    Line const wins = line_with(line_from(attacked, "b4c3 c1d2", 900), term::material, -700);
+    SearchedMove won(attacked, wins, wins);
+    EXPECT_EQ(sentence_of(won), "4...Bxc3+ wins a knight, after 5.Bd2.");
+}
+
+TEST(SentenceTest, OtherMovesAreHeldAgainstTheBest) {
+    Line const best = line_with(line_from(positions::start, "e2e4", 40), term::mobility, 40);
+    SearchedMove moves(positions::start, line_from(positions::start, "a2a3", 40), best);
+    EXPECT_EQ(sentence_of(moves), "1.a3 is as good as 1.e4.");
+    moves.result.played = line_with(line_from(positions::start, "a2a3", 0), term::mobility, 5);
+    EXPECT_EQ(sentence_of(moves), "1.a3 is hardly worse than 1.e4: mobility -0.1.");
+    moves.result.played.why_not = unexplained::not_found;
+    EXPECT_EQ(sentence_of(moves), "1.a3 is hardly worse than 1.e4.");
+    moves.result.played = Line();
+    EXPECT_EQ(sentence_of(moves), "");
+}
+
+TEST(SentenceCheckTest, FindsWhatIsNotInTheData) {
+    SearchedMove moves(attacked, line_with(bishop_lost, term::material, 800),
+                       line_with(bishop_takes, term::material, 50));
+    auto const faults = [&moves](std::string const& text) {
+        return faults_of_sentence(text, moves.in_game(), shared_tables()).size();
+    };
+    std::string const good =
+        "4...O-O loses a bishop: material -3.0, after 5.axb4 d5; better 4...Bxc3+.";
+    EXPECT_EQ(faults(good), 0U);
+    auto const with = [&good](std::string const& part, std::string const& other) {
+        std::string text = good;
+        return text.replace(text.find(part), part.size(), other);
+    };
+    for (auto const& [part, other] :
+         std::vector<std::pair<std::string, std::string>>{{"-3.0", "-3.1"},
+                                                          {"-3.0", "+3.0"},
+                                                          {"material", "mobility"},
+                                                          {"bishop", "rook"},
+                                                          {"a bishop", "two bishops"},
+                                                          {"d5", "d6"},
+                                                          {"d5", "dxe5"},
+                                                          {"5.axb4", "6.axb4"},
+                                                          {"4...Bxc3+", "4...Bxc3"},
+                                                          {"4...Bxc3+", "4...Be7"},
+                                                          {"4...O-O", "4.O-O"},
+                                                          {"+.", "+"},
+                                                          {"after", "to 0.50, after"},
+                                                          {"after", "mate in 2, after"}}) {
+        EXPECT_GT(faults(with(part, other)), 0U) << with(part, other);
+    }
+}
+
+// All that is said of real positions is found again in what was searched.
+TEST(SentenceTest, IsTrueOfRealPositions) {
+    PositionSearch search;
+    SentenceWriter writer(shared_tables());
+    int sentences = 0;
+    int changes = 0;
+    for (auto const& block : orvelin::test::read_data_blocks("leaf_positions.txt")) {
+        for (std::string const& fen : block) {
+            ChessPosition position(shared_tables());
+            position.fen(fen);
+            std::vector<Move> const legal = play::legal_moves(position, shared_tables());
+            Question asked = question(fen, "depth=4", 2);
+            asked.played = legal.front();
+            Result result = search.answer(asked);
+            for (Move const& played :
+                 {legal.front(), legal[legal.size() / 2], result.lines.at(0).moves.at(0)}) {
+                asked.played = played;
+                result = search.answer(asked);
+                MoveInGame const move{fen, played, Move(), &result};
+                std::string const text = writer.write(move, judge(move, shared_tables()));
+                for (std::string const& fault : faults_of_sentence(text, move, shared_tables())) {
+                    ADD_FAILURE() << fen << '\n' << text << '\n' << fault;
+                }
+                ++sentences;
+                changes += text.find(": ") != std::string::npos ? 1 : 0;
+            }
+        }
+    }
+    EXPECT_GT(sentences, 150);
+    EXPECT_GT(changes, 80);
+}
+
+}  // namespace
+
+}  // namespace orvelin::analyse::test

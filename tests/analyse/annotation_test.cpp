@@ -105,7 +105,7 @@ TEST(AnnotationTest, EveryMoveGetsAScoreAndATrueSentence) {
 TEST(AnnotationTest, MarkedMovesHaveTheBestLine) {
     AnnotatedGame const& game = at_depth_four().annotated.at(1);
     AnnotatedMove const& rook = game.moves.at(10);
-    EXPECT_EQ(rook.glyphs, std::vector<int>{4}) << rook.comment;
+    EXPECT_EQ(rook.glyphs, std::vector<int>{6}) << rook.comment;
     ASSERT_EQ(rook.variations.size(), 1U);
     EXPECT_TRUE(rook.variations[0].moves.at(0).comment.starts_with("[%eval -"));
     EXPECT_NE(rook.variations[0].moves[0].move, rook.move);

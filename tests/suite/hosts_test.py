@@ -1,33 +1,22 @@
 """Positions shared out by GNU parallel: on this machine, and over ssh to a server of the test's
 own on the loopback interface, with keys that live as long as the test."""
 
-import getpass
 import json
 import os
-import shutil
 import signal
-import socket
 import subprocess
 import sys
 import time
 import unittest
 
 from orvelin_lib.tool_main import ToolError
+from ssh_server import WITHOUT_SERVER, SshServer, has_server, needed
 from suite_lib.epd import parse_line
 from suite_lib.hosts_run import MAX_CHUNK_BYTES, chunks, read_chunk
 from suite_lib.settings import Entrant, Settings
 from support import ENGINE, FORK, MATE, THREE, TOOL, SuiteTest
 
-PATH = os.environ["PATH"] + ":/usr/sbin:/usr/local/sbin"
 SECONDS = 60
-
-
-def needed(program):
-    """The path of a program that ./check installs."""
-    path = shutil.which(program, path=PATH)
-    if path is None:
-        raise RuntimeError(f"{program} is missing; ./check installs parallel and openssh-client")
-    return path
 
 
 class ChunkTest(unittest.TestCase):
@@ -196,70 +185,21 @@ class LocalTest(HostsTest):
         self.assertIn("apt-get install parallel", run.stderr)
 
 
-@unittest.skipUnless(
-    shutil.which("sshd", path=PATH),
-    "openssh-server is not installed: its package would start a server on this machine",
-)
+@unittest.skipUnless(has_server(), WITHOUT_SERVER)
 class SshTest(HostsTest):
-    """A server that knows one key and listens on this machine alone."""
-
     def setUp(self):
         super().setUp()
-        for name in ("host_key", "key"):
-            command = [needed("ssh-keygen"), "-q", "-t", "ed25519", "-N", "", "-f", self.file(name)]
-            subprocess.run(command, check=True)
-        with socket.socket() as free:
-            free.bind(("127.0.0.1", 0))
-            self.port = free.getsockname()[1]
-        self.make_separation_directory()
-        self.start_server()
-        self.client = self.file(
-            "ssh_config",
-            f"Host *\nHostName 127.0.0.1\nPort {self.port}\nUser {getpass.getuser()}\n"
-            f"IdentityFile {self.file('key')}\nIdentitiesOnly yes\nIdentityAgent none\n"
-            f"StrictHostKeyChecking no\nUserKnownHostsFile {self.file('known')}\n"
-            "BatchMode yes\nLogLevel ERROR\n",
-        )
-
-    def make_separation_directory(self):
-        """Root's server needs the folder that its service makes when it starts."""
-        if os.getuid() == 0 and not os.path.exists("/run/sshd"):
-            os.mkdir("/run/sshd", 0o755)
-            self.addCleanup(os.rmdir, "/run/sshd")
-
-    def start_server(self):
-        config = self.file(
-            "sshd_config",
-            f"Port {self.port}\nListenAddress 127.0.0.1\nHostKey {self.file('host_key')}\n"
-            f"AuthorizedKeysFile {self.file('key.pub')}\nPasswordAuthentication no\n"
-            "KbdInteractiveAuthentication no\nUsePAM no\nStrictModes no\nPidFile none\n",
-        )
-        log = self.file("sshd.log")
-        command = [needed("sshd"), "-D", "-e", "-f", config]
-        with open(log, "w", encoding="utf-8") as file:
-            server = subprocess.Popen(command, stderr=file, stdin=subprocess.DEVNULL)
-        self.addCleanup(server.wait)
-        self.addCleanup(server.terminate)
-        deadline = time.monotonic() + SECONDS
-        while "listening" not in self.text_of(log):
-            self.assertIsNone(server.poll(), self.text_of(log))
-            self.assertLess(time.monotonic(), deadline, self.text_of(log))
-            time.sleep(0.05)
-
-    @staticmethod
-    def text_of(name):
-        with open(name, encoding="utf-8") as file:
-            return file.read()
+        self.server = SshServer(self)
 
     def test_over_ssh(self):
-        host = f"{needed('ssh')} -F {self.client} suite-host"
+        host = self.server.login("suite-host")
         record = self.record(*self.parallel("--sshlogin", host, engine=ENGINE))
         self.assertEqual(record["engines"][0]["solved"], 3)
         self.assertEqual(self.jobs(), [(host, "0")] * 3)
-        self.assertIn("Accepted publickey", self.text_of(self.file("sshd.log")))
+        self.assertIn("Accepted publickey", self.server.log())
 
     def test_two_hosts_of_which_one_is_this_machine(self):
-        host = f"1/{needed('ssh')} -F {self.client} suite-host"
+        host = "1/" + self.server.login("suite-host")
         slow = {"otherwise": ["!sleep 1", "bestmove e2e4"]}
         slow |= {MATE: ["!sleep 1", "bestmove a1a8"], FORK: ["!sleep 1", "bestmove d5f6"]}
         engine = self.fake(answers=slow)

@@ -100,6 +100,7 @@ class UsageTest(unittest.TestCase):
 
     def test_a_word_too_many_is_an_error(self):
         self.assert_usage_error("tools/check-interfaces", "one", "two")
+        self.assert_usage_error("tools/check-cluster", "one", "two")
         self.assert_usage_error("tools/make-packages", "one", "two")
         self.assert_usage_error("tools/make-screenshot", "one", "two", "three")
         self.assert_usage_error("tools/check-packages", "--made", "--made")

@@ -31,7 +31,7 @@ install(FILES ${orvelin_packed_manuals} DESTINATION share/man/man6)
 # The documents for users, with a README of their own; those for developers stay with the sources.
 # They keep their places to each other, so that the links between them hold.
 set(orvelin_documents "${PROJECT_SOURCE_DIR}/packaging/README.md" "${PROJECT_SOURCE_DIR}/NEWS.md")
-set(orvelin_pages analyse clocks evaluation explain interfaces packaging play robustness suite tools uci)
+set(orvelin_pages analyse clocks evaluation explain interfaces packaging play robustness scale suite tools uci)
 list(TRANSFORM orvelin_pages REPLACE "(.+)" "${PROJECT_SOURCE_DIR}/docs/\\1.md")
 install(FILES ${orvelin_documents} DESTINATION ${orvelin_doc_dir})
 install(FILES ${orvelin_pages} DESTINATION ${orvelin_doc_dir}/docs)
@@ -88,6 +88,9 @@ function(install_data games)
   endforeach()
   file(GLOB suites CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/suites/*.epd")
   install(FILES ${suites} DESTINATION ${orvelin_data_dir}/suites ${ARGN})
+  install(PROGRAMS "${PROJECT_SOURCE_DIR}/tools/scale/analyse.slurm"
+    "${PROJECT_SOURCE_DIR}/tools/scale/analyse-parallel"
+    DESTINATION ${orvelin_data_dir}/scale ${ARGN})
 endfunction()
 
 install(FILES "${orvelin_book}" DESTINATION games/orvelin.files)

@@ -14,12 +14,12 @@ REDIRECTION = re.compile(r"^[<>]+&?$")
 ASSIGNMENT = re.compile(r"^[A-Z_][A-Z0-9_]*=")
 PLAIN_WORD = re.compile(r"^[a-z][a-z0-9-]*$")
 # Programs in front of others.
-PREFIXES = ("sudo", "nice", "exec", "time")
+PREFIXES = ("sudo", "nice", "exec", "time", "export")
 # Programs of the system that a document may name; they need not be installed here.
 SYSTEM = frozenset(
     "apt apt-get callgrind_annotate cat cd chmod clang-format-16 clang-tidy-14 cp cutechess-cli "
     "curl docker dpkg dpkg-deb echo find git head install less lintian ls make man mkdir ninja "
-    "parallel perf polyglot printf pychess python3 rm sh sha256sum sleep ssh tail tar valgrind "
+    "parallel perf polyglot printf pychess python3 rm sbatch sh sha256sum sleep ssh tail tar valgrind "
     "wget xargs xboard xdg-open".split()
 )
 # What lies in an unpacked tarball of the project, and the names of its packages.
@@ -93,6 +93,9 @@ class CommandChecker:
     def own_program(self, name):
         """The path of one of our programs, None when it is none of them."""
         places = (self._root,) if "/" in name else (self._programs, f"{self._root}/tools")
+        if name.startswith("./"):
+            # What a reader has copied to where he works.
+            places = (self._root, self._programs, f"{self._root}/tools/scale")
         for place in places:
             path = os.path.normpath(os.path.join(place, name))
             if os.path.isfile(path) and os.access(path, os.X_OK):

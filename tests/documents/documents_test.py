@@ -95,6 +95,8 @@ class CommandsTest(unittest.TestCase):
             "tools/soak --games 5 --jobs=2",
             "tools/measure start latency",
             "build/release/orvelin",
+            "./orvelin-analyse merge -o all.jsonl part.jsonl",
+            "export X=1 && ./analyse-parallel x.jsonl 4 --sshlogin : -- x.pgn",
             "cmake --preset release -DORVELIN_WERROR=ON",
             "cmake --preset check -B build/mine && build/mine/orvelin",
         ]
@@ -107,6 +109,8 @@ class CommandsTest(unittest.TestCase):
             "orvelin-book make --gone",
             "orvelin-book gone",
             "orvelin-gone",
+            "./orvelin-gone",
+            "./analyse-parallel x.jsonl 4 --gone -- x.pgn",
             "tools/soak --game 5",
             "tools/measure gone",
             "build/gone/orvelin",

@@ -8,6 +8,7 @@ import unittest
 from support import BUILD, DISCOVERED, PROGRAMS, SCRIPTS, SOURCE, PackageTest, bench_nodes, run
 
 DOCUMENTS = ("README.md", "NEWS.md", "LICENSE", "docs/uci.md", "docs/images/xboard.png")
+SCALE_SCRIPTS = ("analyse.slurm", "analyse-parallel")
 
 
 def installed(folder):
@@ -40,6 +41,7 @@ class InstallTest(PackageTest):
         expected |= {f"share/doc/orvelin/{name}" for name in DOCUMENTS}
         for name in glob.glob("suites/*.epd", root_dir=SOURCE):
             expected.add(f"share/orvelin/{name}")
+        expected |= {f"share/orvelin/scale/{name}" for name in SCALE_SCRIPTS}
         self.assertEqual(expected - files, set())
         folders = ("games/", "share/doc/", "share/games/", "share/man/", "share/orvelin/")
         self.assertEqual([file for file in files if not file.startswith(folders)], [])

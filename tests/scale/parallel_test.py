@@ -21,7 +21,7 @@ SCRIPT = os.path.join(ROOT, "tools", "scale", "analyse-parallel")
 INPUT = "positions.fen"
 POSITIONS = 120
 SHARDS = 4
-LIMIT = ("--limit", "nodes=20000")
+LIMIT = ("--limit", "nodes=40000")
 SECONDS = 120
 # Notes that it was started, and becomes the program.
 NOTING = """\
@@ -160,7 +160,7 @@ class LocalTest(ParallelTest):
         os.killpg(process.pid, signal.SIGINT)
         process.communicate(timeout=SECONDS)
         self.assertNotEqual(process.returncode, 0)
-        self.wait_until(lambda: not self.workers(1) and not self.workers(2))
+        self.wait_until(lambda: not self.processes(PROGRAM))
         self.assertFalse(os.path.exists(self.file(self.records)))
         self.finish(self.start())
         self.assert_whole()
@@ -228,7 +228,7 @@ class SshTest(ParallelTest):
         os.killpg(process.pid, signal.SIGINT)
         process.communicate(timeout=SECONDS)
         self.assertNotEqual(process.returncode, 0)
-        self.wait_until(lambda: not self.workers(1) and not self.workers(2))
+        self.wait_until(lambda: not self.processes(PROGRAM))
         self.finish(self.start())
         self.assert_whole()
 

@@ -12,6 +12,7 @@ from scratch import ScratchTest
 
 ROOT = os.environ["EXPLAIN_ROOT"]
 ENGINE = os.environ["EXPLAIN_ENGINE"]
+ANALYSE = os.environ["EXPLAIN_ANALYSE"]
 TOOL = os.path.join(ROOT, "tools", "orvelin-explain")
 PATIENCE = 120
 SVG = "{http://www.w3.org/2000/svg}"
@@ -32,6 +33,38 @@ def table(total, **terms):
     return [*lines, "", "", f"Total score: {total}     (white's point of view)"]
 
 
+def score(units=0, win=300, loss=300, mate=None):
+    """The fields of a score in a record."""
+    chances = {"win": win, "draw": 1000 - win - loss, "loss": loss}
+    return {"score": units, "centipawns": units // 3, "mate": mate, **chances}
+
+
+def line(moves, san, terms=None, **fields):
+    """A line of a record; the terms are those of its leaf."""
+    leaf = None
+    if terms is not None:
+        leaf = {"moves": moves, "fen": START, "score": 0, "fading": 1, "terms": all_terms(terms)}
+    found = {"moves": moves, "san": san, "leaf": leaf, "unexplained": None if leaf else "not found"}
+    return {"depth": 9, "at_least": False, **found, **score(**fields)}
+
+
+def all_terms(terms):
+    return [terms.get(name, 0) for name in TERMS]
+
+
+def record(fen=START, ply=None, lines=(), played=None, terms=None, **fields):
+    """A record as orvelin-analyse writes it; with a ply it belongs to a game."""
+    source = {"file": "a.pgn", "line": 1}
+    if ply is not None:
+        source |= {"game": 1, "ply": ply, "white": "A & B", "black": "<C>", "result": "1-0"}
+        source |= {"event": "", "date": "????.??.??"}
+    receipt = {"limit": "depth=9", "lines": 1, "leaves": True, "played": True, "version": "1.2.3"}
+    found = {"schema": 1, "number": 1, "source": source, "fen": fen, "chess960": False}
+    found |= {"nodes": 1, "depth": 9, **score(**fields), "static": 0}
+    found |= {"terms": all_terms(terms or {}), "lines": list(lines)}
+    return {**found, "played": played, "receipt": receipt}
+
+
 class ToolTest(ScratchTest):
     """Tests that run the program itself, in a folder of their own."""
 
@@ -45,11 +78,15 @@ class ToolTest(ScratchTest):
         os.chmod(path, 0o755)
         return path
 
+    def run_program(self, name):
+        subprocess.run([self.file(name)], cwd=self.directory, timeout=PATIENCE, check=True)
+
     def explain(
         self,
         *arguments,
         status=0,
         engine=ENGINE,
+        analyse=ANALYSE,
         tool=TOOL,
         output=subprocess.PIPE,
         stdin=None,
@@ -57,6 +94,7 @@ class ToolTest(ScratchTest):
         **variables,
     ):
         chosen = ["--engine", engine] if engine else []
+        chosen += ["--analyse", analyse] if analyse else []
         environment = {**os.environ, "COLUMNS": "100", **variables}
         # As an installed tool: the packages are found from where it lies.
         environment.pop("PYTHONPATH", None)

@@ -9,7 +9,7 @@ import xml.etree.ElementTree as ET
 
 from limits import little_memory, small_files
 from explain_lib.terms import TERMS
-from support import ENGINE, PATIENCE, ROOT, START, SVG, TOOL, ToolTest, table
+from support import ANALYSE, ENGINE, PATIENCE, ROOT, START, SVG, TOOL, ToolTest, table
 
 PICTURE = "5rk1/1b3ppp/1q2p3/p1bpP1N1/1p3P2/3B2Q1/PPP3PP/5R1K w - - 0 21"
 # Reads commands and answers those that have to be answered; `eval` prints a file.
@@ -114,15 +114,11 @@ class EngineTest(ToolTest):
         self.assertIn("Fake & Co", "".join(page.itertext()))
         (alarm,) = [p for p in page.iter("p") if p.get("class") == "alarm"]
         self.assertIn("DO NOT AGREE", alarm.text)
-        game = self.file("a.pgn", "1. e4 *")
-        self.assertIn("After 1. e4", self.explain("--pgn", game, engine=engine, status=1).stderr)
         good = self.fake("good", table(100, material=(100.4, 100.4)))
         self.explain("--startpos", engine=good)
 
     def test_engines_that_fail(self):
         good = table(14, stm=(14, 14))
-        ending = FAKE.replace('cat "$0.table"', "exit 4")
-        game = self.file("a.pgn", "1. e4 *")
         for engine, arguments, reason in (
             (self.file("none"), ["--startpos"], "cannot run "),
             (self.directory, ["--startpos"], "Is a directory"),
@@ -135,11 +131,47 @@ class EngineTest(ToolTest):
                 "status 4",
             ),
             (self.fake("poor", good[2:]), ["--startpos"], f"2 of {len(TERMS)} terms are missing"),
-            (self.fake("still", good), ["--pgn", game, "--depth", "2"], "gives no score"),
         ):
             run = self.explain("--patience", "5", *arguments, engine=engine, status=1)
             self.assertIn(reason, run.stderr)
             self.assertNotIn("Traceback", run.stderr)
+
+
+class AnalyserTest(ToolTest):
+    def test_where_it_is_found(self):
+        tools = self.file("tree/tools")
+        os.makedirs(tools)
+        shutil.copy(TOOL, tools)
+        for name in ("explain_lib", "orvelin_lib"):
+            os.symlink(os.path.join(ROOT, "tools", name), os.path.join(tools, name))
+        tool = os.path.join(tools, "orvelin-explain")
+        question = ["--startpos", "--depth", "1"]
+        run = self.explain(*question, analyse=None, tool=tool, status=1, PATH="/usr/bin:/bin")
+        self.assertIn("there is no orvelin-analyse", run.stderr)
+        # Each place goes before those that were filled before.
+        for place in ("bin", "tree/build/check", "tree/tools"):
+            os.makedirs(self.file(place), exist_ok=True)
+            mark = self.file("mark")
+            self.program(f"{place}/orvelin-analyse", f"touch '{mark}'; exec '{ANALYSE}' \"$@\"\n")
+            path = self.file("bin") + ":" + os.environ["PATH"]
+            self.explain(*question, analyse=None, tool=tool, PATH=path)
+            self.assertTrue(os.path.exists(mark), place)
+            os.remove(mark)
+
+    def test_analysers_that_fail(self):
+        game = self.file("a.pgn", "1. e4 *")
+        for analyse, reason in (
+            (self.file("none"), "cannot run "),
+            (self.directory, "Is a directory"),
+            (self.program("dies", "echo 'orvelin-analyse: a reason' >&2\nexit 3\n"), ": a reason"),
+            (self.program("mute", "exit 0\n"), "it gives no reason"),
+            (self.program("odd", "echo '{'\n"), "line 1 is no JSON"),
+            (self.program("old", "echo '{\"schema\":2}'\n"), "its schema is 2"),
+        ):
+            for arguments in (["--startpos", "--depth", "1"], ["--pgn", game]):
+                run = self.explain(*arguments, analyse=analyse, status=1)
+                self.assertIn(reason, run.stderr)
+                self.assertEqual(len(run.stderr.splitlines()), 1)
 
 
 class RefusalTest(ToolTest):
@@ -225,7 +257,14 @@ class RefusalTest(ToolTest):
             [],
             ["--startpos", START],
             ["--startpos", "--pgn", "a.pgn"],
-            ["--startpos", "--depth", "3"],
+            ["--startpos", "--lines", "3"],
+            ["--startpos", "--depth", "3", "--lines", "257"],
+            ["--startpos", "--depth", "3", "--svg", "a.svg"],
+            ["--startpos", "--depth", "3", "--all"],
+            ["--startpos", "--records", "a.jsonl"],
+            ["--records", "a.jsonl", "--depth", "3"],
+            ["--records", "a.jsonl", "--moves", "e4"],
+            ["--pgn", "a.pgn", "--lines", "2"],
             ["--startpos", "--game", "2"],
             ["--pgn", "a.pgn", "--depth", "3", "--nodes", "3"],
             ["--pgn", "a.pgn", "--moves", "e4"],

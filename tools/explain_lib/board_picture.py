@@ -51,6 +51,14 @@ def _piece(parent, piece, left, top, size):
         add(group, "path", d=STROKES[kind], stroke=MARKS[white], fill="none", stroke_width=1.5)
 
 
+def piece_symbols(parent):
+    """The pieces as symbols `piece-K` and so on, for pages whose script draws boards."""
+    for kind in SHAPES:
+        for piece in (kind, kind.lower()):
+            symbol = add(parent, "symbol", id=f"piece-{piece}", viewBox="0 0 40 40")
+            _piece(symbol, piece, 0, 0, 40)
+
+
 def draw_board(parent, board, side, left, top, size):
     """A board of 8 squares of the size, letters and numbers outside, and who is to move."""
     for square, piece in enumerate(board):

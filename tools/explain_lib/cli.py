@@ -3,14 +3,25 @@
 import sys
 
 from explain_lib import terminal
+from explain_lib.analysis import (
+    ANALYSE_HELP,
+    GAME_DEPTH,
+    default_analyser,
+    game_records,
+    limit_words,
+    position_record,
+)
 from explain_lib.bars_picture import position_picture
 from explain_lib.drawing import as_text
-from explain_lib.game import follow, notes_for, words_for
+from explain_lib.game import notes_for, steps_of, words_for
 from explain_lib.game_picture import game_picture
-from explain_lib.page import game_page, position_page
-from explain_lib.pgn import read_game
-from explain_lib.session import Limit, Line, Session
-from orvelin_lib.arguments import Parser, command, file_name, positive, seconds
+from explain_lib.page import position_page
+from explain_lib.pgn import Game, Played, read_game
+from explain_lib.records import is_searched, read_records
+from explain_lib.report_data import Report
+from explain_lib.report_page import report_page
+from explain_lib.session import Line, Session
+from orvelin_lib.arguments import Parser, command, file_name, number, positive, seconds
 from orvelin_lib.board import START_FEN, Position
 from orvelin_lib.engines import ENGINE_HELP, checked, default_engine
 from orvelin_lib.fen import Fen, FenError
@@ -19,16 +30,22 @@ from orvelin_lib.notation import parse_move
 from orvelin_lib.tool_main import ToolError, print_whole, run_tool
 
 DESCRIPTION = """
-Draws what the evaluation of a position is made of: the 47 terms as bars, the biggest first,
-White's to the right and Black's to the left. With --pgn it follows a game instead: the score
-move by move, and the term that changed most at each move.
+Explains scores. Of a position: the 47 terms of its evaluation as bars, the biggest first, White's to
+the right and Black's to the left; with --depth, --nodes or --lines the best lines, and what the
+positions are made of that gave their scores. Of a game, with --pgn: the score move by move; with
+--html a page to step through, with the mistakes, the better moves and why they are better.
+--records explains a file of records that orvelin-analyse has written.
 """
 EPILOG = """
 Without --html and --svg all goes to the terminal; as FILE, - is standard input or output. The exit
-status is 0, 1 when the input or the engine is at fault, the sums do not agree with the engine's own
+status is 0, 1 when the input or a program is at fault, the sums do not agree with the engine's own
 total, or a drawing cannot be written, 2 for bad usage, 130 when it was interrupted.
 """
 ALL_HELP = f"draw also the terms below {terminal.LEAST_PAWNS} pawns (terminal)"
+
+
+# What orvelin-analyse takes.
+MOST_LINES = 256
 
 
 def _parser():
@@ -39,11 +56,15 @@ def _parser():
     add("--moves", nargs="+", default=[], metavar="MOVE", help="made first, as e4 or e2e4")
     pgn = "follow a game of this file; - is standard input"
     add("--pgn", type=file_name, metavar="FILE", help=pgn)
+    add("--records", type=file_name, metavar="FILE", help="explain records; - is standard input")
     add("--game", type=positive, metavar="N", help="which of the games (default 1)")
-    add("--depth", type=positive, metavar="N", help="score the game by searches of this depth")
-    add("--nodes", type=positive, metavar="N", help="score the game by searches of so many nodes")
+    depth = f"search so deep (default for the page of a game: {GAME_DEPTH})"
+    add("--depth", type=positive, metavar="N", help=depth)
+    add("--nodes", type=positive, metavar="N", help="search so many nodes")
+    add("--lines", type=number(1, MOST_LINES), metavar="K", help="so many best lines (default 1)")
     add("--html", type=file_name, metavar="FILE", help="write a page")
     add("--svg", type=file_name, metavar="FILE", help="write a picture")
+    add("--analyse", type=command, metavar="CMD", help=ANALYSE_HELP)
     add("--engine", type=command, metavar="CMD", help=ENGINE_HELP)
     add("--patience", type=seconds, default=60, metavar="S", help="s for an answer (default 60)")
     add("--all", action="store_true", help=ALL_HELP)
@@ -53,20 +74,32 @@ def _parser():
 
 def _check_usage(parser, options):
     sources = [bool(options.fen), options.startpos, options.pgn is not None]
-    if sum(sources) != 1:
-        parser.error("one of FEN, --startpos and --pgn is needed")
-    if options.pgn is None:
-        for name in ("game", "depth", "nodes"):
-            if getattr(options, name) is not None:
-                parser.error(f"--{name} goes with --pgn")
-    elif options.moves or options.all:
+    if sum(sources) + (options.records is not None) != 1:
+        parser.error("one of FEN, --startpos, --pgn and --records is needed")
+    if options.game is not None and options.pgn is None and options.records is None:
+        parser.error("--game goes with --pgn and --records")
+    if (options.moves or options.all) and (options.pgn or options.records):
         parser.error("--moves and --all go with a position")
+    if options.records and (options.depth or options.nodes or options.lines):
+        parser.error("records tell what was searched: --depth, --nodes and --lines do not go with them")
     if options.all and (options.svg or options.html):
         parser.error("--all is for the terminal: it goes with neither --svg nor --html")
     if options.depth and options.nodes:
         parser.error("--depth and --nodes exclude each other")
+    if options.lines and not (options.depth or options.nodes or (options.pgn and options.html)):
+        parser.error("--lines needs --depth or --nodes")
+    if _searches_position(options) and options.svg:
+        parser.error("lines have no picture: --svg goes without --depth and --nodes")
+    if _searches_position(options) and options.all:
+        parser.error("--all goes without --depth and --nodes")
     if options.svg == options.html == "-":
         parser.error("--svg and --html cannot both go to standard output")
+
+
+def _searches_position(options):
+    """Whether lines of one position are wanted."""
+    is_position = options.pgn is None and options.records is None
+    return is_position and bool(options.depth or options.nodes)
 
 
 def _deliver(options, picture, page, drawing):
@@ -79,20 +112,30 @@ def _deliver(options, picture, page, drawing):
         print_whole(drawing(terminal.Style.of(sys.stdout, options.ascii)))
 
 
-def _read_line(options):
-    """The position that is to be explained, with the moves to it."""
+def _read_position(options):
+    """The position that is to be explained with the moves to it, as a game."""
     text = START_FEN if options.startpos else " ".join(options.fen)
     try:
-        fen = str(Fen.parse(text))
-        line = Line(fen, Position(text))
+        fen, position = Fen.parse(text), Position(text)
     except FenError as problem:
         raise ToolError(f"not a FEN: {problem}: {text!r}") from None
-    for move in options.moves:
+    start, moves, count = position, [], fen.move_number
+    for word in options.moves:
         try:
-            line.play(parse_move(move, line.position))
+            move = parse_move(word, position)
         except ValueError as problem:
             raise ToolError(f"--moves: {problem}") from None
-    return line, " ".join([fen, *(["moves", *options.moves] if options.moves else [])])
+        moves.append(Played(f"{count}." if position.side == "w" else f"{count}...", word, move))
+        count += position.side == "b"
+        position = position.after(move)
+    tags = {"FEN": str(fen)}
+    if any(letter in "ABCDEFGHabcdefgh" for letter in fen.rights):
+        tags["Variant"] = "Chess960"
+    return Game(tags, str(fen), start, moves)
+
+
+def _analyser(options, folder):
+    return options.analyse or (default_analyser(folder),)
 
 
 def _session(options, folder):
@@ -100,7 +143,15 @@ def _session(options, folder):
 
 
 def _explain(options, folder):
-    line, fen = _read_line(options)
+    game = _read_position(options)
+    if _searches_position(options):
+        limit = limit_words(options.depth, options.nodes)
+        record = position_record(_analyser(options, folder), game, limit, options.lines or 1)
+        return _show_position(options, record)
+    line = Line(game.fen, game.start)
+    for played in game.moves:
+        line.play(played.move)
+    fen = " ".join([game.fen, *(["moves", *options.moves] if options.moves else [])])
     with _session(options, folder) as session:
         evaluation = session.evaluation(line)
         engine = session.name
@@ -115,24 +166,49 @@ def _explain(options, folder):
     return [] if evaluation.agrees else [evaluation.check_text()]
 
 
-def _follow(options, folder, console):
-    game = read_game(options.pgn, options.game or 1, console)
-    limit = None
-    if options.depth or options.nodes:
-        limit = Limit("depth", options.depth) if options.depth else Limit("nodes", options.nodes)
-    with _session(options, folder) as session:
-        steps = follow(session, game, limit, console)
-        words = words_for(limit, session.name)
-    notes = notes_for(steps, limit)
-    title = game.title() or "Game"
-    picture = game_picture(title, steps, words, notes)
+def _show_position(options, record):
+    report = Report([record])
+    if options.svg:
+        raise ToolError("a record of a position has no picture: use --html")
     _deliver(
         options,
-        picture,
-        lambda: game_page(title, picture, steps, words, notes),
+        None,
+        lambda: report_page(report),
+        lambda style: terminal.lines_of(report, style),
+    )
+    return []
+
+
+def _show_game(options, records, title):
+    if len(records) < 2:
+        raise ToolError(f"{title} has no move")
+    steps = steps_of(records)
+    words = words_for(records)
+    notes = notes_for(steps, is_searched(records[0]))
+    _deliver(
+        options,
+        game_picture(title, steps, words, notes),
+        lambda: report_page(Report(records)),
         lambda style: terminal.follow(f"{title}. {words}", steps, notes, style),
     )
-    return [note for note, alarm in notes if alarm]
+    return []
+
+
+def _follow(options, folder, console):
+    game = read_game(options.pgn, options.game or 1, console)
+    depth = options.depth
+    if options.html and not options.nodes:
+        depth = depth or GAME_DEPTH
+    limit = limit_words(depth, options.nodes)
+    records = game_records(_analyser(options, folder), game, limit, options.lines or 1, console)
+    return _show_game(options, records, game.title() or "Game")
+
+
+def _read(options, console):
+    records = read_records(options.records, options.game or 1, console)
+    if records[0]["source"].get("game"):
+        return _show_game(options, records, Report(records).title)
+    return _show_position(options, records[0])
 
 
 def main(folder, arguments):
@@ -144,8 +220,12 @@ def main(folder, arguments):
         _check_usage(parser, options)
         for name in filter(None, (options.svg, options.html)):
             check_writable(name)
-        is_game = options.pgn is not None
-        alarms = _follow(options, folder, console) if is_game else _explain(options, folder)
+        if options.records is not None:
+            alarms = _read(options, console)
+        elif options.pgn is not None:
+            alarms = _follow(options, folder, console)
+        else:
+            alarms = _explain(options, folder)
         for alarm in alarms:
             console.say(alarm)
         return 1 if alarms else 0

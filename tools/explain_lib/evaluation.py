@@ -167,13 +167,3 @@ class Evaluation:
             )
         return notes
 
-
-def biggest_change(before, after):
-    """(name, units) of the term that changed most between two evaluations. The right to move,
-    which changes with every move, is left out."""
-    changes = [
-        (new.name, new.net - old.net)
-        for old, new in zip(before.parts, after.parts)
-        if new.name != "stm"
-    ]
-    return max(changes, key=lambda change: abs(change[1]))

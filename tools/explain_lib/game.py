@@ -1,10 +1,49 @@
-"""A game move by move: the score, the evaluation, and the term that changed most."""
+"""A game move by move: the score, and the term that changed most."""
 
 from dataclasses import dataclass
 
-from explain_lib.evaluation import Evaluation, biggest_change
-from explain_lib.figures import counted
-from explain_lib.session import Line, Score
+from explain_lib.evaluation import endgame_function
+from explain_lib.figures import counted, signed
+from explain_lib.judgement import judge, label_of, pawn_of, score_text, squares_of, white_to_move
+from explain_lib.records import how, is_searched
+from explain_lib.terms import TERMS
+from orvelin_lib.board import Position
+from orvelin_lib.rules import legal_moves
+
+# A mate counts as a score beyond all others, in pawns.
+MATE_PAWNS = 1000.0
+
+
+def _is_over(record):
+    return not legal_moves(Position(record["fen"]))
+
+
+def _mate(record):
+    """Moves to the mate. What is not searched knows of none, even of one on the board."""
+    if is_searched(record):
+        return record.get("mate")
+    return 0 if Position(record["fen"]).in_check() and _is_over(record) else None
+
+
+@dataclass(frozen=True)
+class Score:
+    """What a position is worth for White: pawns, and how that is written."""
+
+    pawns: float
+    text: str
+
+    @classmethod
+    def of(cls, record):
+        fen, mate = record["fen"], _mate(record)
+        sign = 1 if white_to_move(fen) else -1
+        if mate is None and not is_searched(record) and _is_over(record):
+            return cls(0.0, signed(0.0))
+        if mate is None:
+            pawns = record["score"] / pawn_of(fen)
+        else:
+            # Who is mated already has a mate of 0.
+            pawns = (MATE_PAWNS - abs(mate)) * (1 if mate > 0 else -1)
+        return cls(sign * pawns, score_text({**record, "mate": mate}, fen))
 
 
 @dataclass(frozen=True)
@@ -13,55 +52,54 @@ class Step:
 
     number: str
     san: str
-    evaluation: Evaluation
+    mark: str
     score: Score
     term: str
     change: float
+    endgame: bool
 
 
-def follow(session, game, limit, console=None):
-    """The steps of a game. Without a limit the score is the evaluation itself."""
-    line = Line(game.fen, game.start)
-    before = session.evaluation(line)
+def biggest_change(before, after):
+    """(name, pawns) of the term that changed most between two records. The right to move, which
+    changes with every move, is left out."""
+    changes = [
+        (name, new - old)
+        for name, old, new in zip(TERMS, before["terms"], after["terms"])
+        if name != "stm"
+    ]
+    name, units = max(changes, key=lambda change: abs(change[1]))
+    return name, units / pawn_of(after["fen"])
+
+
+def steps_of(records):
+    """The steps of a game. Without a search the score is the static evaluation."""
     steps = []
-    for played in game.moves:
-        line.play(played.move)
-        after = session.evaluation(line)
-        score = Score.of_end(line.position)
-        if score is None and limit is None:
-            score = Score.of_pawns(after.pawns(after.total))
-        elif score is None:
-            score = session.score(line, limit, after)
+    for before, after in zip(records, records[1:]):
+        mark = judge(before, after).mark if is_searched(before) else ""
         term, change = biggest_change(before, after)
-        steps.append(Step(played.number, played.san, after, score, term, after.pawns(change)))
-        if console is not None:
-            console.progress(f"half-move {len(steps)} of {len(game.moves)}")
-        before = after
+        endgame = endgame_function(squares_of(after["fen"])) is not None
+        played = before["played"]
+        steps.append(
+            Step(
+                label_of(before["fen"]), played["san"], mark, Score.of(after), term, change, endgame
+            )
+        )
     return steps
 
 
-def words_for(limit, engine):
+def words_for(records):
     """How the scores were come by."""
-    how = "static evaluation" if limit is None else f"search by go {limit}"
-    return f"{engine}, {how}. With each move the term that changed most."
+    return f"{how(records[0])}. With each move the term that changed most."
 
 
-def notes_for(steps, limit):
-    """(what a reader has to know beside the scores, whether it is an alarm)."""
-    notes = []
-    special = [step for step in steps if step.evaluation.endgame]
-    if special and limit is None:
-        first = special[0]
-        notes.append(
-            (
-                f"{counted(len(special), 'half-move')} from {first.number} {first.san} on "
-                f"{'leads' if len(special) == 1 else 'lead'} to material for which the search "
-                "takes a function of its own instead of the sum shown here.",
-                False,
-            )
-        )
-    for step in steps:
-        if not step.evaluation.agrees:
-            text = f"After {step.number} {step.san}: {step.evaluation.check_text()}"
-            notes.append((text, True))
-    return notes
+def notes_for(steps, searched):
+    """What a reader has to know beside the scores."""
+    special = [step for step in steps if step.endgame]
+    if searched or not special:
+        return []
+    first = special[0]
+    return [
+        f"{counted(len(special), 'half-move')} from {first.number} {first.san} on "
+        f"{'leads' if len(special) == 1 else 'lead'} to material for which the search "
+        "takes a function of its own instead of the sum of the terms."
+    ]

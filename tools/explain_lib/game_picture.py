@@ -56,11 +56,12 @@ def _column(root, step, reach, left, top):
         height=float(max(abs(height), 0.8)),
     )
     change = typeset(signed(step.change))
-    words = f"{step.number} {step.san}: {typeset(step.score.text)}; {step.term} {change}"
+    words = f"{step.number} {step.san}{step.mark}: {typeset(step.score.text)}; {step.term} {change}"
     add(column, "title", words)
     x = left + STEP / 2 + 3.5
     white = not step.number.endswith("...")
-    label = f"{step.number} {step.san}" if white else step.san
+    san = step.san + step.mark
+    label = f"{step.number} {san}" if white else san
     # Turned text ends where the plot begins, so that it stands by its column.
     kind = "ink small right" if white else "faint small right"
     _turned(root, label, kind, x, top + PLOT + 8)
@@ -79,7 +80,7 @@ def game_picture(title, steps, words, notes):
     """The whole picture."""
     row_height = PLOT + LABELS + TERMS + 24
     rows = [steps[i : i + MOVES_A_ROW] for i in range(0, len(steps), MOVES_A_ROW)]
-    lines = [(line, alarm) for note, alarm in notes for line in wrapped(note, 150)]
+    lines = [line for note in notes for line in wrapped(note, 150)]
     root = picture(WIDTH, HEAD + len(rows) * row_height + 15 * len(lines), title)
     add(root, "text", title, kind="ink strong", x=MARGIN, y=28)
     add(root, "text", words, kind="faint small", x=MARGIN, y=46)
@@ -87,7 +88,6 @@ def game_picture(title, steps, words, notes):
     for index, row in enumerate(rows):
         _row_of_moves(root, row, reach, HEAD + index * row_height)
     y = HEAD + len(rows) * row_height
-    for index, (line, alarm) in enumerate(lines):
-        kind = ("alarm" if alarm else "faint") + " small"
-        add(root, "text", line, kind=kind, x=MARGIN, y=y + 15 * index)
+    for index, line in enumerate(lines):
+        add(root, "text", line, kind="faint small", x=MARGIN, y=y + 15 * index)
     return root

@@ -1,4 +1,4 @@
-"""Pages around the pictures: one file each, without scripts, nothing is loaded."""
+"""The page around the picture of a position: one file without scripts, nothing is loaded."""
 
 import xml.etree.ElementTree as ET
 
@@ -99,7 +99,7 @@ def position_page(evaluation, picture, side, fen, engine):
         ],
     )
     for part in evaluation.biggest_first():
-        cells = [(part.name, "name"), (TERMS[part.name], "words")]
+        cells = [(part.name, "name"), (TERMS[part.name].meaning, "words")]
         for figure in (part.middle_game, part.end_game, part.net):
             cells.append((typeset(signed(figure, 1)), "figure"))
         cells.append((typeset(signed(pawns(part.net))), "figure"))
@@ -109,33 +109,3 @@ def position_page(evaluation, picture, side, fen, engine):
     add(body, "p", typeset(evaluation.check_text()), kind="check" if evaluation.agrees else "alarm")
     return _finish(root)
 
-
-def game_page(title, picture, steps, words, notes):
-    """A game: the picture, and a row for each half-move."""
-    root, body = _page(title)
-    add(body, "p", words)
-    _show(body, picture)
-    table = _table(
-        body,
-        [
-            ("Move", "name"),
-            ("Pawns", "figure"),
-            ("Middle game", "figure"),
-            ("Changed most", "name"),
-            ("By", "figure"),
-            ("What it counts", "words"),
-        ],
-    )
-    for step in steps:
-        cells = [
-            (f"{step.number} {step.san}", "name"),
-            (typeset(step.score.text), "figure"),
-            (f"{round(100 * step.evaluation.middle_share)} %", "figure"),
-            (step.term, "name"),
-            (typeset(signed(step.change)), "figure"),
-            (TERMS[step.term], "words"),
-        ]
-        _row(table, cells)
-    for note, alarm in notes:
-        add(body, "p", note, kind="alarm" if alarm else "check")
-    return _finish(root)

@@ -109,6 +109,7 @@ def raw_games(lines):
             game.is_empty = False
             game.moves.append(token["move"])
         elif depth == 0 and kind == "result":
+            game.tags.setdefault("Result", token["result"])
             yield game
             game = RawGame()
     if not game.is_empty:

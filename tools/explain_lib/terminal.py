@@ -5,7 +5,8 @@ import shutil
 from dataclasses import dataclass
 
 from explain_lib.figures import share_of_reach, signed, wrapped
-from explain_lib.terms import TERMS
+from explain_lib.terms import GROUPS, TERMS
+from orvelin_lib.board import Position
 
 # A half is the only part of a cell that has a mirror image.
 BLOCKS = {"full": "█", "right_half": "▌", "left_half": "▐", "axis": "│", "line": "─"}
@@ -116,7 +117,7 @@ def explain(evaluation, position, style, show_all):
 
 def follow(title, steps, notes, style):
     """The game: a row a move, with the term that changed most."""
-    san_width = max(len(step.san) for step in steps)
+    san_width = max(len(step.san + step.mark) for step in steps)
     name_width = max(len(step.term) for step in steps)
     head_width = 7 + san_width + 9
     tail_width = name_width + 8
@@ -126,9 +127,34 @@ def follow(title, steps, notes, style):
     rows = [*wrapped(title, style.width), ""]
     rows.append(style.paint(DIM, head + "  changed most"))
     for step in steps:
-        text = f"{step.number:>6} {step.san:<{san_width}}{step.score.text:>8} "
+        text = f"{step.number:>6} {step.san + step.mark:<{san_width}}{step.score.text:>8} "
         bar = style.bar(share_of_reach(step.score.pawns, reach), 1, cells)
         rows.append(f"{text}{bar}  {step.term:<{name_width}}{signed(step.change):>7}")
-    for note, _ in notes:
+    for note in notes:
         rows += ["", *wrapped(note, style.width)]
+    return "\n".join(row.rstrip() for row in rows) + "\n"
+
+
+def lines_of(report, style):
+    """The lines of a position with the groups of their leaves."""
+    data = report.data()
+    record = report.records[0]
+    position = Position(record["fen"])
+    rows = [*board_lines(position.board, position.side), "", *wrapped(f"{report.words}.", style.width)]
+    if not data["lines"]:
+        rows += ["", f"No line. For White {data['positions'][0]['score']} pawns."]
+    for number, line in enumerate(data["lines"], 1):
+        bound = "at least " if line["bound"] else ""
+        words = f"{number}. {bound}{line['score']}, {line['chances']:.0f} % for White: "
+        rows += ["", *wrapped(words + " ".join(line["san"]), style.width)]
+        if line["groups"] is None:
+            rows += wrapped("   " + line["why"], style.width)
+            continue
+        rows += wrapped(f"   leaf: {line['leafFen']}", style.width)
+        greatest = max(abs(change) for _, change, _ in line["groups"])
+        cells = max((style.width - 28) // 2, 5)
+        for group, change, _ in line["groups"]:
+            if abs(change) >= LEAST_PAWNS:
+                text = f"   {GROUPS[group]:<15}{signed(change):>7}  "
+                rows.append(text + style.bar(change, greatest, cells))
     return "\n".join(row.rstrip() for row in rows) + "\n"

@@ -72,10 +72,13 @@ endfunction()
 
 # install_data(GAMES [ARGUMENT...]): what goes with the programs, which lie in the folder GAMES. A
 # Python tool looks for its library, and for the engine, in the folder where it really is: so it
-# lies with the library, a link to it among the programs, and a link to the engine beside it.
+# lies with the library, a link to it among the programs, and links to the engine and to
+# orvelin-analyse beside it.
 function(install_data games)
-  file(RELATIVE_PATH to_games "/${orvelin_data_dir}" "/${games}/orvelin")
-  install_link(orvelin "${to_games}" ${orvelin_data_dir} ${ARGN})
+  foreach(program orvelin orvelin-analyse)
+    file(RELATIVE_PATH to_games "/${orvelin_data_dir}" "/${games}/${program}")
+    install_link(${program} "${to_games}" ${orvelin_data_dir} ${ARGN})
+  endforeach()
   foreach(script IN LISTS orvelin_scripts)
     file(RELATIVE_PATH to_script "/${games}" "/${orvelin_data_dir}/${script}")
     install(PROGRAMS "${PROJECT_SOURCE_DIR}/tools/${script}"

@@ -143,6 +143,8 @@ class PackageTest(unittest.TestCase):
         environment.pop("PYTHONPATH")
         drawn = run("orvelin-explain", "--startpos", "--ascii", folder="/", env=environment)
         self.assertIn("r n b q k b n r", drawn)
+        lines = run("orvelin-explain", "--startpos", "--depth", "3", folder="/", env=environment)
+        self.assertIn("1. ", lines)
         command = ("orvelin-suite", "--engine", "orvelin", "--depth", "4", "-")
         solved = run(*command, input=MATE_IN_ONE, folder="/", env=environment)
         self.assertIn("100.0 %", solved)

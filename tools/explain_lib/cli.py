@@ -30,8 +30,8 @@ from orvelin_lib.notation import parse_move
 from orvelin_lib.tool_main import ToolError, print_whole, run_tool
 
 DESCRIPTION = """
-Explains scores. Of a position: the 47 terms of its evaluation as bars, the biggest first, White's to
-the right and Black's to the left; with --depth, --nodes or --lines the best lines, and what the
+Explains scores. Of a position: the 47 terms of its evaluation as bars, the biggest first, White's
+to the right and Black's to the left; with --depth, --nodes or --lines the best lines, and what the
 positions are made of that gave their scores. Of a game, with --pgn: the score move by move; with
 --html a page to step through, with the mistakes, the better moves and why they are better.
 --records explains a file of records that orvelin-analyse has written.
@@ -81,7 +81,7 @@ def _check_usage(parser, options):
     if (options.moves or options.all) and (options.pgn or options.records):
         parser.error("--moves and --all go with a position")
     if options.records and (options.depth or options.nodes or options.lines):
-        parser.error("records tell what was searched: --depth, --nodes and --lines do not go with them")
+        parser.error("--depth, --nodes and --lines do not go with --records")
     if options.all and (options.svg or options.html):
         parser.error("--all is for the terminal: it goes with neither --svg nor --html")
     if options.depth and options.nodes:

@@ -123,7 +123,8 @@ def _graph(main, report, data):
     picture.set("aria-hidden", "true")
     line = " ".join(f"L{left:.2f} {top:.1f}" for left, top in places)
     add(picture, "path", kind="area", d=f"M0 100 {line} L{places[-1][0]:.2f} 100 Z")
-    add(picture, "path", kind="even", d="M0 50 H100", fill="none", vector_effect="non-scaling-stroke")
+    even = add(picture, "path", kind="even", d="M0 50 H100", fill="none")
+    even.set("vector-effect", "non-scaling-stroke")
     marked = set()
     for index, judged in enumerate(report.judged, 1):
         if judged.mark:
@@ -145,7 +146,8 @@ def _ticks(graph, report, count):
         if index and index % step == 0 and judged.white:
             left = 100 * index / max(count - 1, 1)
             style = f"left:{left:.2f}%"
-            add(graph, "span", judged.label.rstrip("."), kind="tick", style=style, aria_hidden="true")
+            number = judged.label.rstrip(".")
+            add(graph, "span", number, kind="tick", style=style, aria_hidden="true")
 
 
 def _board_panel(columns, is_game):

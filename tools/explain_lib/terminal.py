@@ -140,7 +140,8 @@ def lines_of(report, style):
     data = report.data()
     record = report.records[0]
     position = Position(record["fen"])
-    rows = [*board_lines(position.board, position.side), "", *wrapped(f"{report.words}.", style.width)]
+    rows = [*board_lines(position.board, position.side), ""]
+    rows += wrapped(f"{report.words}.", style.width)
     if not data["lines"]:
         rows += ["", f"No line. For White {data['positions'][0]['score']} pawns."]
     for number, line in enumerate(data["lines"], 1):

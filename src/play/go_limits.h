@@ -31,6 +31,10 @@ struct GoLimits {
     /// Not a search: the leaves of the move tree to this depth.
     std::optional<int> perft;
 
+    /// Whether anything but `stop` ends the search, or it was said that nothing does.
+    bool says_when_to_end() const {
+        return wtime || btime || movetime || depth || mate || nodes || perft || infinite;
+    }
     /// Whether the own clock of this side bounds the search.
     bool has_clock(bool white) const { return white ? wtime.has_value() : btime.has_value(); }
 };

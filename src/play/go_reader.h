@@ -13,14 +13,17 @@ namespace orvelin::play {
 struct GoText {
     GoLimits limits;
     Refusal refusal;
+    /// A count was asked for, which no `bestmove` answers, a refused one neither.
+    bool counts = false;
     /// Words and values that were left out or put into range, a line each.
     std::vector<std::string> remarks;
 };
 
 /// Reads what follows the word `go`, for a position. Unknown words are left out with a remark; a
-/// number that is none or out of range is put into range with a remark; a search move that is not
-/// legal is left out with a remark, and a list without any legal move is refused. Negative clocks
-/// count as 1 ms. Nothing is thrown.
+/// number out of range is put into range with a remark; a search move that is not legal is left out
+/// with a remark, and a list without any legal move is refused. Where something was left out, and
+/// nothing is left that ends the search, the line is refused: it would search for ever what was
+/// meant to end. Negative clocks count as 1 ms. Nothing is thrown.
 GoText read_go(std::string_view arguments, ChessPosition const& position, Tables const& tables);
 
 }  // namespace orvelin::play

@@ -107,7 +107,9 @@ std::string read_start(std::string_view arguments, words_t const& words, std::si
         return "";
     }
     if (words[0] != "fen") {
-        return "position: " + shown(words[0]) + ", startpos or fen is expected";
+        bool const board = words[0].find('/') != std::string_view::npos;
+        return "position: " + shown(words[0]) + ", startpos or fen is expected" +
+               (board ? "; did you forget fen?" : "");
     }
     std::string_view fen;
     if (moves_at > 1) {
@@ -137,7 +139,7 @@ std::string make_moves(words_t const& words, std::size_t first, Tables const& ta
             move_text_t form;
             return "position: move " + std::to_string(i - first + 1) + ", " + shown(words[i]) +
                    (read_move_text(words[i], form) ? ", is not legal in " : ", is no move, in ") +
-                   position.fen();
+                   position.fen() + promotion_hint(legal_moves(position, tables), words[i]);
         }
         position.make_move(move);
         ++read.moves_made;
@@ -156,6 +158,14 @@ std::vector<Move> legal_moves(ChessPosition const& position, Tables const& table
 
 Move find_move(std::vector<Move> const& moves, std::string_view text) {
     return find_in(moves, text);
+}
+
+std::string promotion_hint(std::vector<Move> const& moves, std::string_view text) {
+    std::string const promotion = std::string(text.substr(0, 4)) + 'q';
+    if (text.size() != 4 || find_in(moves, promotion) == Move()) {
+        return "";
+    }
+    return "; a promotion has a letter: " + promotion;
 }
 
 Move find_legal_move(ChessPosition const& position, Tables const& tables, std::string_view text) {

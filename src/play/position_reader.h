@@ -46,6 +46,10 @@ Move find_legal_move(ChessPosition const& position, Tables const& tables, std::s
 /// The same among the legal moves of a position.
 Move find_move(std::vector<Move> const& legal, std::string_view text);
 
+/// What to add to a message about a text that is no legal move, where only the letter of a
+/// promotion is missing; else nothing.
+std::string promotion_hint(std::vector<Move> const& legal, std::string_view text);
+
 /// All legal moves, in the generator's order.
 std::vector<Move> legal_moves(ChessPosition const& position, Tables const& tables);
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "play/hostile_lines.h"
@@ -80,23 +81,25 @@ TEST(GoReader, TheLastOfAWordHolds) {
     EXPECT_FALSE(read("movestogo 5 movestogo 0").limits.movestogo);
 }
 
-TEST(GoReader, ATimeOfZeroIsAMillisecondWithoutARemark) {
+TEST(GoReader, ATimeOfZeroIsAMillisecondWithARemark) {
+    expect_remark("wtime 0", "go wtime: \"0\" is not in 1 to 1000000000, 1 is taken");
     GoText const text = read("wtime 0 btime 0 movetime 0 winc 0 binc 0");
     EXPECT_EQ(text.limits.wtime->count(), 1);
     EXPECT_EQ(text.limits.btime->count(), 1);
     EXPECT_EQ(text.limits.movetime->count(), 1);
     EXPECT_EQ(text.limits.winc.count(), 0);
-    EXPECT_TRUE(text.remarks.empty());
+    EXPECT_EQ(text.remarks.size(), 3U);
 }
 
-TEST(GoReader, ATimeBelowZeroIsAMillisecondWithARemark) {
+TEST(GoReader, AClockBelowZeroIsAMillisecondWithoutARemark) {
+    EXPECT_TRUE(read("wtime -5 btime -99999999999999999999").remarks.empty());
     EXPECT_EQ(read("wtime -5").limits.wtime->count(), 1);
     EXPECT_EQ(read("btime -99999999999999999999").limits.btime->count(), 1);
     EXPECT_EQ(read("movetime -1").limits.movetime->count(), 1);
     EXPECT_EQ(read("winc -1").limits.winc.count(), 0);
     EXPECT_EQ(read("binc -1").limits.binc.count(), 0);
-    expect_remark("wtime -5", "go wtime: \"-5\" is not in 1 to 1000000000, 1 is taken");
-    expect_remark("binc -5", "go binc: \"-5\" is not in 0 to 1000000000, 0 is taken");
+    expect_remark("movetime -5", "go movetime: \"-5\" is not in 1 to 1000000000, 1 is taken");
+    expect_remark("infinite binc -5", "go binc: \"-5\" is not in 0 to 1000000000, 0 is taken");
 }
 
 TEST(GoReader, HugeTimesAreClamped) {
@@ -143,13 +146,13 @@ TEST(GoReader, AFractionIsLeftAway) {
 }
 
 TEST(GoReader, WhatIsNoNumberIsLeftOut) {
-    expect_remark("depth x", "go depth: \"x\" is no number, left out");
+    expect_remark("depth x infinite", "go depth: \"x\" is no number, left out");
     EXPECT_FALSE(read("depth x").limits.depth);
     EXPECT_EQ(read("depth x nodes 5").limits.nodes, 5U);
 }
 
 TEST(GoReader, AMissingNumberTakesNoOtherWord) {
-    expect_remark("depth", "go depth: without a number, left out");
+    expect_remark("nodes 5 depth", "go depth: without a number, left out");
     GoText const text = read("wtime btime 100 depth infinite");
     EXPECT_FALSE(text.limits.wtime);
     EXPECT_EQ(text.limits.btime->count(), 100);
@@ -157,8 +160,45 @@ TEST(GoReader, AMissingNumberTakesNoOtherWord) {
     EXPECT_EQ(text.remarks.size(), 2U);
 }
 
+// A slip of the keyboard must not become a search that never ends.
+TEST(GoReader, AMistakeWithoutAnotherLimitIsRefused) {
+    std::string const nothing = ", and nothing else says when to end: nothing is searched";
+    for (auto const& [line, fault] : std::vector<std::pair<std::string, std::string>>{
+             {"depth", "go depth: without a number"},
+             {"depth abc", "go depth: \"abc\" is no number"},
+             {"movetime", "go movetime: without a number"},
+             {"5", "go: \"5\" is unknown"},
+             {"5 6 7", "go: \"5\" is unknown"},
+             {"ponder wtime x", "go wtime: \"x\" is no number"},
+             {"searchmoves e2e4 depth", "go depth: without a number"},
+             {"winc 5 depth", "go depth: without a number"},
+             {"searchmoves", "go searchmoves: without a move"}}) {
+        GoText const text = read(line);
+        EXPECT_EQ(text.refusal.reason, fault + nothing) << line;
+        EXPECT_TRUE(text.remarks.empty()) << line;
+        EXPECT_FALSE(text.counts) << line;
+    }
+    for (char const* line : {"", "infinite", "ponder", "searchmoves e2e4", "movestogo 5",
+                             "infinite 5", "depth x movetime 5", "wtime x btime 5"}) {
+        EXPECT_FALSE(read(line).refusal.refused()) << line;
+    }
+}
+
+TEST(GoReader, ACountWithoutItsNumberIsRefused) {
+    for (auto const& [line, fault] : std::vector<std::pair<std::string, std::string>>{
+             {"perft", "go perft: without a number"},
+             {"perft x", "go perft: \"x\" is no number"},
+             {"depth 3 perft", "go perft: without a number"}}) {
+        GoText const text = read(line);
+        EXPECT_EQ(text.refusal.reason, fault + ", nothing is counted") << line;
+        EXPECT_TRUE(text.counts) << line;
+        EXPECT_TRUE(text.remarks.empty()) << line;
+    }
+    EXPECT_FALSE(read("perft 3 x").refusal.refused());
+}
+
 TEST(GoReader, UnknownWordsAreLeftOut) {
-    expect_remark("fast depth 3", "go: \"fast\" is unknown and left out");
+    expect_remark("fast depth 3", "go: \"fast\" is unknown, left out");
     EXPECT_EQ(read("fast depth 3").limits.depth, 3);
 }
 
@@ -180,6 +220,12 @@ TEST(GoReader, ASearchmoveThatIsNotLegalIsLeftOut) {
     EXPECT_EQ(searchmoves(read("searchmoves e2e5 e2e4")), texts_t{"e2e4"});
 }
 
+TEST(GoReader, ASearchmoveWithoutThePromotionGetsAHint) {
+    GoText const text = read("searchmoves a7a8", "8/P1k5/8/8/8/8/8/K7 w - - 0 1");
+    EXPECT_EQ(text.remarks, texts_t{"go searchmoves: \"a7a8\" is not legal and left out; a "
+                                    "promotion has a letter: a7a8q"});
+}
+
 TEST(GoReader, ASearchmoveGivenTwiceIsOne) {
     EXPECT_EQ(searchmoves(read("searchmoves e2e4 e2e4 depth 1 searchmoves d2d4 e2e4")),
               (texts_t{"e2e4", "d2d4"}));
@@ -192,7 +238,7 @@ TEST(GoReader, SearchmovesWithoutALegalOneAreRefused) {
 }
 
 TEST(GoReader, SearchmovesWithoutAMoveAreLeftOut) {
-    expect_remark("searchmoves", "go searchmoves: without a move, left out");
+    expect_remark("searchmoves movetime 9", "go searchmoves: without a move, left out");
     expect_remark("searchmoves depth 3", "go searchmoves: without a move, left out");
 }
 
@@ -201,12 +247,12 @@ TEST(GoReader, AMegabyteGivesFewShortRemarks) {
     for (int i = 0; i < 200'000; ++i) {
         words += " junk";
     }
-    GoText const unknown = read(words);
+    GoText const unknown = read("infinite" + words);
     ASSERT_EQ(unknown.remarks.size(), Remarks::most + 1);
     EXPECT_EQ(unknown.remarks.back(), "199992 more of this kind");
     EXPECT_TRUE(read("searchmoves" + words).refusal.refused());
     EXPECT_EQ(read("depth " + std::string(1'000'000, '9')).limits.depth, 100);
-    EXPECT_EQ(read(std::string(1'000'000, '\0')).remarks.size(), 1U);
+    EXPECT_EQ(read("infinite " + std::string(1'000'000, '\0')).remarks.size(), 1U);
 }
 
 bool is_time(milliseconds time, int least) {

@@ -100,6 +100,21 @@ TEST(ReadPosition, AMoveThatIsNotLegalIsRefusedWithItsPlace) {
               "position: move 1, \"e2-e4\", is no move, in " + std::string(positions::start));
 }
 
+TEST(ReadPosition, AFenWithoutItsWordGetsAHint) {
+    EXPECT_EQ(reason_of("8/k7/8/8/8/8/8/K7 w - - 0 1"),
+              "position: \"8/k7/8/8/8/8/8/K7\", startpos or fen is expected; did you forget fen?");
+    EXPECT_EQ(reason_of("start"), "position: \"start\", startpos or fen is expected");
+}
+
+TEST(ReadPosition, APromotionWithoutItsLetterGetsAHint) {
+    std::string const fen = "8/P1k5/8/8/8/8/8/K7 w - - 0 1";
+    EXPECT_EQ(
+        reason_of("fen " + fen + " moves a7a8"),
+        "position: move 1, \"a7a8\", is not legal in " + fen + "; a promotion has a letter: a7a8q");
+    EXPECT_EQ(reason_of("fen " + fen + " moves a7b8"),
+              "position: move 1, \"a7b8\", is not legal in " + fen);
+}
+
 TEST(ReadPosition, AMoveBehindTheEndOfAGameIsNotLegal) {
     expect_refused("startpos moves f2f3 e7e5 g2g4 d8h4 a2a3", "move 5, \"a2a3\", is not legal in ");
 }

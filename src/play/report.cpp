@@ -18,8 +18,8 @@ int moves_to_mate(int score) {
     return score > 0 ? (mate_score - score + 1) / 2 : -(mate_score + score) / 2;
 }
 
-std::string kind_text(bound kind) {
-    if (kind == bound::exact) {
+std::string kind_text(bound kind, ReportStyle const& style) {
+    if (kind == bound::exact || style.drawn) {
         return "";
     }
     return kind == bound::lower ? " lowerbound" : " upperbound";
@@ -28,6 +28,9 @@ std::string kind_text(bound kind) {
 }  // namespace
 
 std::string score_text(int score, ReportStyle const& style) {
+    if (style.drawn) {
+        return std::string("score cp 0") + (style.show_wdl ? " wdl 0 1000 0" : "");
+    }
     std::string text = "score ";
     if (is_mate(score)) {
         text += "mate " + std::to_string(moves_to_mate(score));
@@ -56,7 +59,7 @@ std::string line_text(ReportedLine const& line, int rank, SearchUse const& use,
     if (style.lines > 1) {
         text += " multipv " + std::to_string(rank + 1);
     }
-    text += ' ' + score_text(line.score, style) + kind_text(line.kind) + use_text(use);
+    text += ' ' + score_text(line.score, style) + kind_text(line.kind, style) + use_text(use);
     if (!line.moves.empty()) {
         text += " pv";
         for (Move const& move : line.moves) {
@@ -70,7 +73,7 @@ std::string bound_text(int depth, int score, bound kind, SearchUse const& use,
                        ReportStyle const& style) {
     return "info depth " + std::to_string(depth) + " seldepth " +
            std::to_string(std::max(use.seldepth, depth)) + ' ' + score_text(score, style) +
-           kind_text(kind) + use_text(use);
+           kind_text(kind, style) + use_text(use);
 }
 
 std::string bestmove_text(std::vector<Move> const& moves, bool chess960) {

@@ -28,6 +28,8 @@ struct ReportStyle {
     bool engine_units = false;
     /// Lines that are told; they are numbered when there are several.
     int lines = 1;
+    /// Whatever the search says, the game is drawn.
+    bool drawn = false;
 };
 
 /// What the search has used so far.

@@ -73,6 +73,7 @@ void Searcher::begin(SearchOrder order) {
         released_ = !order.limits.infinite && !order.limits.ponder;
         stop_wanted_ = false;
         first_ended_ = false;
+        looking_ = true;
         old_version_ = analysis_.mpv_version();
         order_ = std::move(order);
         busy_ = true;
@@ -164,7 +165,7 @@ void Searcher::tell_progress() {
                              " currmovenumber " + std::to_string(analysis_.current_root_number()) +
                              use_text(use());
     std::lock_guard const lock(mutex_);
-    if (busy_) {
+    if (busy_ && looking_) {
         output_.line(text);
     }
 }

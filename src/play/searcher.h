@@ -77,7 +77,7 @@ class Searcher {
     void wait_for_answer(milliseconds patience);
     /// The expected move was played: from now on the plan holds.
     void ponderhit(TimePlan const& plan, std::chrono::steady_clock::time_point start);
-    /// Puts out a line of progress, if a search runs; never behind its answer.
+    /// Puts out a line of progress, if a search runs and does not only wait with its answer.
     void tell_progress();
 
  private:
@@ -88,8 +88,10 @@ class Searcher {
     void take_iteration();
     void take_unfinished();
     void play_a_level();
+    void tell_lines();
     bool wants_another_iteration(int score);
     void answer(std::vector<Move> const& moves);
+    void end_looking();
     void wait_for_release();
     SearchUse use() const;
 
@@ -109,6 +111,8 @@ class Searcher {
     /// A stop has come; it is handed on when the first iteration has ended.
     bool stop_wanted_ = false;
     bool first_ended_ = false;
+    /// Moves are looked at; else the answer waits, or is out.
+    bool looking_ = false;
     /// Of the ranked lines before the search: another one tells that its first line is known.
     int old_version_ = 0;
     /// The answer may go out: neither pondering nor infinite.

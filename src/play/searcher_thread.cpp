@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <exception>
 #include <utility>
 
+#include "play/dead_draw.h"
 #include "play/searcher.h"
 #include "play/strength.h"
 #include "play/win_chance.h"
@@ -33,6 +35,7 @@ void Searcher::run() {
 void Searcher::search() {
     Options const& options = order_.options;
     style_ = {options.chess960, options.show_wdl, options.engine_units, options.multipv};
+    style_.drawn = is_dead_draw(position_);
     lines_.clear();
     last_end_ = std::chrono::steady_clock::now();
     stable_iterations_ = 0;
@@ -41,13 +44,16 @@ void Searcher::search() {
     check_.emplace(tables_, position_);
     if (check_->root_moves().empty()) {
         int const score = position_.check() ? -mate_score : draw_score;
+        style_.drawn = !position_.check();
         output_.line("info depth 0 " + score_text(score, style_));
+        end_looking();
         wait_for_release();
         answer({});
         return;
     }
     analysis_.iterative_search(
         [this](int alpha, int beta, int score) { root_returned(alpha, beta, score); });
+    end_looking();
     take_unfinished();
     output_.line("info depth " + std::to_string(lines_[0].depth) + use_text(use()));
     if (options.limit_strength) {
@@ -104,13 +110,17 @@ void Searcher::take_iteration() {
         return line.moves.empty() || (!wanted.empty() && std::find(wanted.begin(), wanted.end(),
                                                                    line.moves[0]) == wanted.end());
     });
+    tell_lines();
+    bool const same = !lines_.empty() && lines_[0].moves[0] == old_best;
+    stable_iterations_ = same ? stable_iterations_ + 1 : 1;
+}
+
+void Searcher::tell_lines() {
     SearchUse const used = use();
     int const told = std::min(static_cast<int>(lines_.size()), style_.lines);
     for (int rank = 0; rank < told; ++rank) {
         output_.line(line_text(lines_[static_cast<std::size_t>(rank)], rank, used, style_));
     }
-    bool const same = !lines_.empty() && lines_[0].moves[0] == old_best;
-    stable_iterations_ = same ? stable_iterations_ + 1 : 1;
 }
 
 bool Searcher::wants_another_iteration(int score) {
@@ -175,11 +185,21 @@ void Searcher::play_a_level() {
         candidates.push_back({line.moves[0], line.score});
     }
     std::size_t const chosen = choose(candidates, position_.get_hash(), order_.options.elo);
-    std::swap(lines_[0], lines_[chosen]);
+    if (chosen != 0) {
+        // The move that is played is the first that the GUI shows.
+        auto const place = lines_.begin() + static_cast<std::ptrdiff_t>(chosen);
+        std::rotate(lines_.begin(), place, place + 1);
+        tell_lines();
+    }
     milliseconds const pause =
         thinking_pause(order_.limits, position_.white_to_move(), position_.get_hash());
     std::unique_lock lock(mutex_);
     changed_.wait_until(lock, start_ + pause, [this] { return quit_ || stop_wanted_; });
+}
+
+void Searcher::end_looking() {
+    std::lock_guard const lock(mutex_);
+    looking_ = false;
 }
 
 void Searcher::wait_for_release() {

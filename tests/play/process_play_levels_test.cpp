@@ -73,6 +73,26 @@ TEST_P(ProcessPlayLevels, AnswerWithinTheClock) {
 INSTANTIATE_TEST_SUITE_P(play, ProcessPlayLevels, testing::Values(800, 1400, 2000),
                          testing::PrintToStringParamName());
 
+TEST_P(ProcessPlayLevels, ShowTheMoveThatTheyPlay) {
+    for (std::string const lines : {"1", "3"}) {
+        PlayProcess process;
+        process.set_option("UCI_LimitStrength", "true");
+        process.set_option("UCI_Elo", std::to_string(GetParam()));
+        process.set_option("MultiPV", lines);
+        Referee referee;
+        std::string moves;
+        for (int i = 0; i < 12; ++i) {
+            process.send("position startpos" + (moves.empty() ? "" : " moves" + moves));
+            std::vector<std::string> const answer = process.ask("go depth 4");
+            auto const first = latest_first_line(answer);
+            ASSERT_TRUE(first);
+            EXPECT_EQ(first->moves[0], best_move(answer)) << moves;
+            ASSERT_TRUE(referee.play(best_move(answer)));
+            moves += ' ' + best_move(answer);
+        }
+    }
+}
+
 TEST(ProcessPlayLevelsAnalysis, WaitForStopAndPonderhit) {
     PlayProcess process;
     process.set_option("UCI_LimitStrength", "true");

@@ -57,6 +57,15 @@ TEST_F(ReportTest, TellsChancesWhenWanted) {
     EXPECT_EQ(score_text(mate_score - 1, style), "score mate 1 wdl 1000 0 0");
 }
 
+TEST_F(ReportTest, TellsADrawnGameWhateverTheSearchSays) {
+    ReportStyle style = engine_style();
+    style.drawn = true;
+    EXPECT_EQ(score_text(500, style), "score cp 0");
+    style.show_wdl = true;
+    EXPECT_EQ(score_text(mate_score - 1, style), "score cp 0 wdl 0 1000 0");
+    EXPECT_EQ(bound_text(3, 10, bound::lower, use_, style).find("bound"), std::string::npos);
+}
+
 TEST_F(ReportTest, TellsTheUseWithoutADivisionByZero) {
     EXPECT_EQ(use_text(use_), " nodes 5000 nps 250000 hashfull 7 time 20");
     EXPECT_EQ(use_text({0, 12, milliseconds(0), 0}), " nodes 12 nps 12000 hashfull 0 time 0");

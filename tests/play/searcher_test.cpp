@@ -222,6 +222,18 @@ TEST_F(SearcherTest, ProgressIsToldOnlyDuringASearch) {
     EXPECT_TRUE(text.starts_with("info depth 1 ")) << text;
 }
 
+TEST_F(SearcherTest, NoProgressIsToldWhileTheAnswerOnlyWaits) {
+    GoLimits limits = endless();
+    limits.depth = 1;
+    begin(limits);
+    EXPECT_FALSE(answered_within(milliseconds(short_tests ? 1000 : 300)));
+    for (int i = 0; i < 5; ++i) {
+        searcher().tell_progress();
+    }
+    searcher().stop();
+    EXPECT_EQ(answer().find(" currmove "), std::string::npos);
+}
+
 TEST_F(SearcherTest, AHashThatCannotBeHadLeavesTheOldOne) {
     EXPECT_TRUE(searcher().set_hash(4));
     EXPECT_FALSE(searcher().set_hash(1 << 30));

@@ -1,0 +1,14 @@
+#pragma once
+
+namespace orvelin {
+class ChessPosition;
+}
+
+namespace orvelin::play {
+
+/// Whether the game is drawn whatever is played, as long as a move is left: no side can ever give
+/// mate with the pieces on the board (a minor piece at most, or bishops of one square colour), or
+/// fifty moves of each side have gone by without progress. Mate and stalemate are not looked for.
+bool is_dead_draw(ChessPosition const& position);
+
+}  // namespace orvelin::play

@@ -26,6 +26,11 @@ void LineBuffer::end() {
 }
 
 void LineBuffer::finish_line() {
+    constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
+    if (first_ && line_.starts_with(byte_order_mark)) {
+        line_.erase(0, byte_order_mark.size());
+    }
+    first_ = false;
     Command command{std::exchange(line_, {}), std::chrono::steady_clock::now()};
     if (too_long_) {
         command.remark =

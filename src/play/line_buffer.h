@@ -9,7 +9,8 @@
 namespace orvelin::play {
 
 /// Turns bytes, as they come, into lines for the queue: without their ends, without NUL characters,
-/// and none longer than is taken. Lines without anything in them are left out.
+/// the first without the byte order mark of an editor, and none longer than is taken. Lines without
+/// anything in them are left out.
 class LineBuffer {
  public:
     /// The longest line that is taken; of a longer one only a remark is left.
@@ -28,6 +29,7 @@ class LineBuffer {
     CommandQueue& queue_;
     std::size_t longest_;
     std::string line_;
+    bool first_ = true;
     bool too_long_ = false;
     bool had_nul_ = false;
 };

@@ -34,6 +34,13 @@ int fail(std::string const& text) {
     return 2;
 }
 
+/// The status behind a text that was asked for.
+int tell(std::string_view text) {
+    Output output(STDOUT_FILENO);
+    output.text(text);
+    return output.lost() ? 1 : 0;
+}
+
 /// Whether the whole word is a number within the limits.
 bool read_number(std::string_view word, int least, int most, int& number) {
     auto const [end, error] = std::from_chars(word.data(), word.data() + word.size(), number);
@@ -45,26 +52,24 @@ int run_bench(int depth) {
     Output output(STDOUT_FILENO);
     Searcher searcher(output);
     output.text(bench(searcher, depth, bench_hash_megabytes, false));
-    return 0;
+    return output.lost() ? 1 : 0;
 }
 
 int run_perft(int depth) {
     Output output(STDOUT_FILENO);
     Searcher searcher(output);
     output.text(perft_report(searcher.position(), searcher.tables(), depth, false, false));
-    return 0;
+    return output.lost() ? 1 : 0;
 }
 
 int run_command(int number, char** words) {
     std::string_view const word = words[1];
     int value = bench_depth;
     if (word == "--help" || word == "-h") {
-        std::cout << usage;
-        return 0;
+        return tell(usage);
     }
     if (word == "--version") {
-        std::cout << "Orvelin " << version << '\n';
-        return 0;
+        return tell("Orvelin " + std::string(version) + '\n');
     }
     if (word == "bench") {
         if (number > 3 || (number == 3 && !read_number(words[2], 1, 100, value))) {
@@ -103,7 +108,7 @@ bool is_closed(int descriptor) {
         Front front(queue, output);
         front.run();
     }
-    std::exit(0);
+    std::exit(output.lost() ? 1 : 0);
 }
 
 }  // namespace

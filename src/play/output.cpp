@@ -29,7 +29,7 @@ void Output::line(std::string_view text) {
     std::lock_guard const lock(mutex_);
     write(bytes);
     if (log_.is_open()) {
-        log_ << "> " << bytes << std::flush;
+        log_ << "< " << bytes << std::flush;
     }
 }
 
@@ -45,7 +45,12 @@ void Output::text(std::string_view lines) {
     std::lock_guard const lock(mutex_);
     write(lines);
     if (log_.is_open()) {
-        log_ << lines << std::flush;
+        for (std::size_t begin = 0; begin < lines.size();) {
+            std::size_t const end = std::min(lines.find('\n', begin), lines.size() - 1) + 1;
+            log_ << "< " << lines.substr(begin, end - begin);
+            begin = end;
+        }
+        log_ << std::flush;
     }
 }
 
@@ -67,7 +72,7 @@ bool Output::set_log(std::string const& name) {
 void Output::log_input(std::string_view text) {
     std::lock_guard const lock(mutex_);
     if (log_.is_open()) {
-        log_ << "< " << text << std::endl;
+        log_ << "> " << text << std::endl;
     }
 }
 
@@ -82,6 +87,7 @@ void Output::write(std::string_view bytes) {
             pollfd ready{descriptor_, POLLOUT, 0};
             ::poll(&ready, 1, -1);
         } else if (errno != EINTR) {
+            lost_ = true;
             break;
         }
     }

@@ -44,6 +44,12 @@ TEST(LineBuffer, TakesNulsForBlanksAndTells) {
     EXPECT_EQ(read({"is\0ready\nuci\n"sv}), (texts{"[is ready]" + remark, "[uci]"}));
 }
 
+// As editors put it before the text of a file.
+TEST(LineBuffer, SkipsAByteOrderMarkBeforeTheFirstLineOnly) {
+    EXPECT_EQ(read({"\xEF\xBB", "\xBFuci\n\xEF\xBB\xBFuci\n"}),
+              (texts{"[uci]", "[\xEF\xBB\xBFuci]"}));
+}
+
 TEST(LineBuffer, DropsALineThatIsTooLong) {
     std::string const remark = "a line of more than 4 characters is ignored";
     EXPECT_EQ(read({"abcd\nab", "cdefg\n\0bcde\nab\n"sv}, 4),

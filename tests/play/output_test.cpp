@@ -133,11 +133,25 @@ TEST_F(OutputTest, LogsWhatComesAndGoes) {
     ASSERT_TRUE(output.set_log(file.string()));
     output.log_input("isready");
     output.line("readyok");
-    EXPECT_EQ(text_of(file), "< isready\n> readyok\n");
+    output.text("one\n\nthree\n");
+    std::string const log = "> isready\n< readyok\n< one\n< \n< three\n";
+    EXPECT_EQ(text_of(file), log);
     ASSERT_TRUE(output.set_log(""));
     output.line("behind");
-    EXPECT_EQ(text_of(file), "< isready\n> readyok\n");
-    EXPECT_EQ(written(), "before\nreadyok\nbehind\n");
+    EXPECT_EQ(text_of(file), log);
+    EXPECT_EQ(written(), "before\nreadyok\none\n\nthree\nbehind\n");
+}
+
+TEST_F(OutputTest, TellsThatSomethingCouldNotBeWritten) {
+    Output good(writer());
+    good.line("read");
+    EXPECT_FALSE(good.lost());
+    int const full = open("/dev/full", O_WRONLY | O_CLOEXEC);
+    ASSERT_GE(full, 0);
+    Output output(full);
+    output.line("no room");
+    EXPECT_TRUE(output.lost());
+    close(full);
 }
 
 TEST_F(OutputTest, TellsThatNobodyReads) {

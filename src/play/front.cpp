@@ -26,36 +26,34 @@ Front::Front(CommandQueue& queue, Output& output)
     apply_book();
 }
 
-Front::handler_t Front::find_handler(std::string_view word) {
-    static constexpr std::array<std::pair<std::string_view, handler_t>, 17> commands{{
+Front::command_t const* Front::find_command(std::string_view word) {
+    static constexpr std::array<command_t, 17> commands{{
         {"uci", &Front::command_uci},
         {"isready", &Front::command_isready},
         {"ucinewgame", &Front::command_ucinewgame},
-        {"setoption", &Front::command_setoption},
-        {"position", &Front::command_position},
-        {"go", &Front::command_go},
+        {"setoption", &Front::command_setoption, true},
+        {"position", &Front::command_position, true},
+        {"go", &Front::command_go, true},
         {"stop", &Front::command_stop},
         {"ponderhit", &Front::command_ponderhit},
-        {"debug", &Front::command_debug},
-        {"register", &Front::command_register},
+        {"debug", &Front::command_debug, true},
+        {"register", &Front::command_register, true},
         {"d", &Front::command_display},
         {"eval", &Front::command_eval},
         {"flip", &Front::command_flip},
-        {"bench", &Front::command_bench},
-        {"perft", &Front::command_perft},
+        {"bench", &Front::command_bench, true},
+        {"perft", &Front::command_perft, true},
         {"help", &Front::command_help},
         {"?", &Front::command_help},
     }};
-    for (auto const& [name, handler] : commands) {
-        if (name == word) {
-            return handler;
-        }
-    }
-    return nullptr;
+    auto const* const found =
+        std::find_if(commands.begin(), commands.end(),
+                     [word](command_t const& command) { return command.word == word; });
+    return found == commands.end() ? nullptr : found;
 }
 
 void Front::run() {
-    while (!quit_) {
+    while (!quit_ && !output_.lost()) {
         std::optional<Command> const command = queue_.pop(next_look());
         if (command) {
             if (!act(*command)) {
@@ -85,13 +83,17 @@ bool Front::act(Command const& command) {
         quit_ = true;
         return false;
     }
-    handler_t const handler = find_handler(word);
-    if (handler == nullptr) {
+    command_t const* const found = find_command(word);
+    if (found == nullptr) {
         output_.remark("unknown command '" + cut(word) + "', help lists the known ones");
         return true;
     }
+    if (!found->takes_words && !arguments.empty()) {
+        output_.remark(std::string(word) + ": takes no words, " + shown(arguments) +
+                       " is left out");
+    }
     try {
-        (this->*handler)(arguments);
+        (this->*found->handler)(arguments);
     } catch (std::exception const& error) {
         output_.remark(cut(word) + ": " + error.what());
     }

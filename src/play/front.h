@@ -39,7 +39,14 @@ class Front {
     /// After a stop that waits for the first iteration the search is stopped by force.
     static constexpr std::chrono::milliseconds patience{10};
 
-    static handler_t find_handler(std::string_view word);
+    struct command_t {
+        std::string_view word;
+        handler_t handler;
+        /// Other words may stand behind it.
+        bool takes_words = false;
+    };
+
+    static command_t const* find_command(std::string_view word);
 
     void command_uci(std::string_view arguments);
     void command_isready(std::string_view arguments);
@@ -64,11 +71,17 @@ class Front {
     bool nothing_to_show(std::string_view what);
     void remark(std::vector<std::string> const& lines);
     /// Puts out what the function returns, which is to end soon when the word that it is given
-    /// becomes true: that is when `stop` comes in.
+    /// becomes true: that is when `stop` comes in. No clock of a game runs meanwhile.
     void tell_unless_stopped(std::function<std::string(std::atomic<bool> const&)> const& work);
     void tell_perft(int depth);
+    /// Why there is no position.
+    std::string refusal_text() const;
+    void tell_hash_size(int wanted);
     void apply_book();
+    bool open_book(std::string const& name);
     void apply_log();
+    /// Whether a move of the book is wanted and can be looked for. Tells once that there is none.
+    bool wants_book(GoLimits const& limits);
     /// Answers with a move of the book, if that is wanted and there is one.
     bool answer_from_book(GoLimits const& limits);
 
@@ -89,10 +102,14 @@ class Front {
     bool white_moves_ = true;
     int game_ply_ = 0;
     time_point arrival_;
+    /// When the last count or benchmark had ended.
+    time_point work_ended_;
     /// When the search has to be stopped, when it is stopped by force, and the next report.
     std::optional<time_point> stop_at_;
     std::optional<time_point> force_at_;
     time_point report_at_;
+    /// That there is no book was told already.
+    bool missing_book_told_ = false;
     bool quit_ = false;
 };
 

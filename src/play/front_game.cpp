@@ -1,13 +1,10 @@
 // The commands of a game: handshake, options, position, go and what ends it.
 
-#include <array>
-#include <exception>
-#include <filesystem>
+#include <algorithm>
+#include <bit>
 #include <new>
-#include <system_error>
 #include <utility>
 
-#include "book/bk_move.h"
 #include "play/clock.h"
 #include "play/front.h"
 #include "play/go_reader.h"
@@ -49,7 +46,8 @@ void Front::command_setoption(std::string_view arguments) {
         return;
     }
     bool const memory = text.changed == option_t::hash || text.changed == option_t::clear_hash;
-    if (memory && refused_while_searching("the hash table")) {
+    if (memory && refused_while_searching(text.changed == option_t::hash ? "option Hash"
+                                                                         : "option Clear Hash")) {
         return;
     }
     std::swap(options_, wanted);
@@ -59,6 +57,8 @@ void Front::command_setoption(std::string_view arguments) {
                 output_.remark("no memory for a hash table of " + std::to_string(options_.hash) +
                                " MiB, it stays at " + std::to_string(wanted.hash));
                 options_.hash = wanted.hash;
+            } else {
+                tell_hash_size(options_.hash);
             }
             break;
         case option_t::clear_hash:
@@ -75,67 +75,22 @@ void Front::command_setoption(std::string_view arguments) {
     }
 }
 
-void Front::apply_log() {
-    if (!output_.set_log(options_.log_file)) {
-        output_.remark("the log file cannot be opened");
-        options_.log_file.clear();
+// The table has a power of two of entries.
+void Front::tell_hash_size(int wanted) {
+    constexpr int least = 4;
+    int const taken =
+        std::max(static_cast<int>(std::bit_floor(static_cast<unsigned int>(wanted))), least);
+    if (taken != wanted) {
+        output_.remark("option Hash: " + std::to_string(taken) + " MiB are taken for " +
+                       std::to_string(wanted) + ", a power of two from " + std::to_string(least) +
+                       " on");
     }
 }
 
-// A book that is not where it is expected is no fault until it is asked for.
-void Front::apply_book() {
-    static constexpr std::array<char const*, 3> places{
-        "/usr/local/games/orvelin.files/Orvelin.bin",
-        "/usr/games/orvelin.files/Orvelin.bin",
-        "Orvelin.bin",
-    };
-    book_.close();
-    std::vector<std::string> wanted{options_.book_file};
-    if (options_.book_file.empty()) {
-        wanted.assign(places.begin(), places.end());
-    }
-    for (std::string const& place : wanted) {
-        // To open a pipe waits until somebody writes into it.
-        std::error_code error;
-        if (!std::filesystem::is_regular_file(place, error)) {
-            continue;
-        }
-        try {
-            book_.set_name(place);
-            book_.open();
-            return;
-        } catch (std::exception const&) {
-            continue;
-        }
-    }
-    if (!options_.book_file.empty()) {
-        output_.remark("the book file cannot be opened");
-    } else if (options_.own_book) {
-        output_.remark("no book is installed, moves are searched");
-    }
-}
-
-bool Front::answer_from_book(GoLimits const& limits) {
-    bool const wanted = options_.own_book && !options_.analyse_mode && !limits.infinite &&
-                        !limits.ponder && limits.searchmoves.empty();
-    if (!wanted || !book_.is_open()) {
-        return false;
-    }
-    ChessPosition& position = searcher_.position();
-    hasher_.init(&position);
-    BKmove const found(book_.get_move(hasher_.hash()));
-    if (found.nomove()) {
-        return false;
-    }
-    std::string const text = found(position).algebraic(true);
-    Move const move = find_legal_move(position, searcher_.tables(), text);
-    if (move == Move()) {
-        output_.remark("the book gives a move that is not legal here, it is searched instead");
-        return false;
-    }
-    output_.line("info depth 1 score cp 0 pv " + move.algebraic(options_.chess960));
-    output_.line("bestmove " + move.algebraic(options_.chess960));
-    return true;
+std::string Front::refusal_text() const {
+    constexpr std::string_view prefix = "position: ";
+    std::string const& reason = refusal_.reason;
+    return reason.starts_with(prefix) ? reason.substr(prefix.size()) : reason;
 }
 
 void Front::command_position(std::string_view arguments) {
@@ -158,7 +113,7 @@ void Front::command_go(std::string_view arguments) {
         return;
     }
     if (refusal_.refused()) {
-        output_.remark("no position to search: " + refusal_.reason);
+        output_.remark("no position to search: " + refusal_text());
         output_.line("bestmove 0000");
         return;
     }
@@ -166,7 +121,9 @@ void Front::command_go(std::string_view arguments) {
     remark(text.remarks);
     if (text.refusal.refused()) {
         output_.remark(text.refusal.reason);
-        output_.line("bestmove 0000");
+        if (!text.counts) {
+            output_.line("bestmove 0000");
+        }
         return;
     }
     limits_ = text.limits;
@@ -181,7 +138,7 @@ void Front::command_go(std::string_view arguments) {
     SearchOrder order;
     order.limits = limits_;
     order.options = options_;
-    order.start = arrival_;
+    order.start = std::max(arrival_, work_ended_);
     order.game_ply = game_ply_;
     order.plan = plan_time(limits_, white_moves_, game_ply_, milliseconds(options_.move_overhead));
     plan_looks(order.plan, order.start);

@@ -36,6 +36,20 @@ class PlayProcess : public orvelin::test::EngineProcess {
         return !find("readyok").empty();
     }
 
+    /// Sends the commands and gives all that comes before the answer of a last `isready`.
+    std::vector<std::string> told(std::vector<std::string> commands) {
+        commands.emplace_back("isready");
+        send_all(commands);
+        std::vector<std::string> texts;
+        for (timed_line_t const& line : read_until("readyok")) {
+            texts.push_back(line.text);
+        }
+        if (!texts.empty()) {
+            texts.pop_back();
+        }
+        return texts;
+    }
+
     /// The lines of an answer up to and with the best move.
     std::vector<std::string> answer() {
         std::vector<std::string> texts;

@@ -145,6 +145,16 @@ TEST(ProcessPlayWaiting, QuitWaitsForCountsAndBench) {
     EXPECT_EQ(sums, 2);
 }
 
+// A game does not go on meanwhile.
+TEST(ProcessPlayWaiting, TheClockStandsStillDuringACount) {
+    PlayProcess process;
+    process.send_all({"position startpos", "perft 5", "go movetime 600"});
+    process.find("Nodes searched: ");
+    clock::time_point const begin = clock::now();
+    EXPECT_FALSE(process.find("bestmove ").empty());
+    EXPECT_GT(clock::now() - begin, milliseconds(400));
+}
+
 TEST(ProcessPlayWaiting, BenchKeepsThePosition) {
     PlayProcess process;
     process.send_all({"position fen " + std::string(positions::kiwipete) + " moves e1g1", "d"});
@@ -189,9 +199,11 @@ TEST(ProcessPlayWaiting, ASearchWithoutMemoryIsAnswered) {
 TEST(ProcessPlayWaiting, APipeIsNeitherLogNorBook) {
     PlayProcess process;
     process.set_option("Log File", "/proc/self/fd/0");
-    EXPECT_EQ(process.find("info string "), "info string the log file cannot be opened");
+    EXPECT_EQ(process.find("info string "),
+              "info string the log file cannot be opened: \"/proc/self/fd/0\"");
     process.set_option("Book File", "/proc/self/fd/0");
-    EXPECT_EQ(process.find("info string "), "info string the book file cannot be opened");
+    EXPECT_EQ(process.find("info string "),
+              "info string the book file cannot be opened: \"/proc/self/fd/0\"");
     EXPECT_TRUE(process.ready());
 }
 

@@ -52,8 +52,8 @@ TEST(ProcessPlayFiles, AMissingBookIsToldOnceAndWhenItIsWanted) {
         GTEST_SKIP() << "a book is installed";
     }
     EXPECT_TRUE(process.told({}).empty());
-    EXPECT_EQ(process.ask("go depth 1")[0], missing);
-    EXPECT_NE(process.ask("go depth 1")[0], missing);
+    EXPECT_EQ(process.ask("go depth 1").at(0), missing);
+    EXPECT_NE(process.ask("go depth 1").at(0), missing);
 }
 
 TEST(ProcessPlayFiles, MessagesNameTheFile) {
@@ -67,13 +67,14 @@ TEST(ProcessPlayFiles, MessagesNameTheFile) {
 TEST(ProcessPlayFiles, AFileThatIsNoBookIsToldAndNotUsed) {
     BookFile const text(std::string("1. e4 e5 2. Nf3 Nc6 3. Bb5 a6 4. Ba4 Nf6 5. O-O"));
     PlayProcess process;
-    EXPECT_EQ(process.told({book_option(text.name())}),
-              texts_t{"info string the book file is not used, it is no book in the Polyglot "
-                      "format: \"" +
-                      text.name() + '"'});
+    std::string const refused =
+        "info string the book file is not used, it is no book in the Polyglot format: \"" +
+        text.name() + '"';
+    EXPECT_EQ(process.told({book_option(text.name())}), texts_t{refused});
     BookFile const cut(book_bytes({book_entry(start_key, e2e4, 1)}) + "abc");
-    EXPECT_EQ(process.told({"setoption name OwnBook value true", book_option(cut.name())}).back(),
-              "info string the book file has 3 bytes behind its last entry: \"" + cut.name() + '"');
+    EXPECT_EQ(process.told({"setoption name OwnBook value true", book_option(cut.name())}),
+              (texts_t{refused, "info string the book file has 3 bytes behind its last entry: \"" +
+                                    cut.name() + '"'}));
     EXPECT_EQ(best_move(process.ask("go depth 3")), "e2e4");
 }
 

@@ -1,9 +1,12 @@
 # Run by cpack between the install and the package: what only the Debian package asks for.
 file(GLOB scripts "${CPACK_TEMPORARY_DIRECTORY}/usr/share/orvelin/orvelin-*")
 foreach(script IN LISTS scripts)
-  # Debian's programs use Debian's interpreter. In place, so that the permissions stay.
-  execute_process(COMMAND sed -i "1s|^#!/usr/bin/env python3$|#!/usr/bin/python3|" "${script}"
-    COMMAND_ERROR_IS_FATAL ANY)
+  # Debian's programs use Debian's interpreter. In place, so that the permissions stay; a link to a
+  # program would become a copy of it.
+  if(NOT IS_SYMLINK "${script}")
+    execute_process(COMMAND sed -i "1s|^#!/usr/bin/env python3$|#!/usr/bin/python3|" "${script}"
+      COMMAND_ERROR_IS_FATAL ANY)
+  endif()
 endforeach()
 
 # What the compiler notes of itself is of no use to a program. The rest is stripped already.

@@ -121,7 +121,7 @@ class PackageTest(unittest.TestCase):
                     self.assertFalse(os.path.isabs(os.readlink(link)), link)
                     self.assertTrue(os.path.realpath(link).startswith(folder + os.sep), link)
                     self.assertTrue(os.path.exists(link), link)
-        self.assertEqual(links, len(SCRIPTS) + 1)
+        self.assertEqual(links, len(SCRIPTS) + len(("orvelin", "orvelin-analyse")))
 
     def assert_document_links_hold(self, folder):
         """Every file that a document of the folder links to is there."""

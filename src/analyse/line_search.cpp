@@ -126,6 +126,8 @@ void LineSearch::take_unfinished() {
 
 void LineSearch::take_any_move(Move only) {
     Line line;
+    // The sums that a search was ended with may be off by what was rounded.
+    analysis_.evaluation().init();
     line.score = analysis_.static_eval();
     line.moves = {only != Move() ? only : check_.root_moves().front()};
     lines_.push_back(std::move(line));

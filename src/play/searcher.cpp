@@ -39,9 +39,7 @@ Searcher::~Searcher() {
 
 void Searcher::forget() {
     position_.newgame();
-    analysis_.clear_hash();
-    analysis_.clear_killer();
-    analysis_.clear_history();
+    analysis_.forget();
 }
 
 // The table itself gives its memory back before it takes new memory, so that it is asked first
@@ -100,7 +98,7 @@ void Searcher::prepare(SearchOrder const& order) {
     if (options.limit_strength) {
         lines = std::max(lines, level_of(options.elo).lines);
         analysis_.set_hash_size(level_hash_megabytes);
-        analysis_.clear();
+        analysis_.forget();
     } else {
         analysis_.set_hash_size(hash_megabytes_);
     }

@@ -53,9 +53,10 @@ class Searcher {
     Tables const& tables() const { return tables_; }
     ChessPosition& position() { return position_; }
     Analysis& analysis() { return analysis_; }
-    /// Forgets all that was learnt, as before a new game.
+    /// Forgets the game and all that was learnt: the next search is that of a new process.
     void forget();
-    void clear_hash() { analysis_.clear_hash(); }
+    /// Forgets all that was learnt, and keeps the position.
+    void clear_hash() { analysis_.forget(); }
     /// A hash table of about so many MiB; false when there is no memory for it, and the old size
     /// stays.
     bool set_hash(int megabytes);

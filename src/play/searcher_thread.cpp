@@ -23,9 +23,12 @@ void Searcher::run() {
         }
         ordered_ = false;
         lock.unlock();
+        ChessPosition const root = position_;
         try {
             search();
         } catch (std::exception const& error) {
+            // The moves of the tree that it had made stand on the board.
+            position_ = root;
             output_.remark(std::string("the search failed: ") + error.what());
             answer(lines_.empty() ? std::vector<Move>() : lines_[0].moves);
         }
@@ -175,6 +178,8 @@ void Searcher::take_unfinished() {
     std::vector<Move> const& allowed = wanted.empty() ? legal : wanted;
     Move const best = analysis_.best_move();
     bool const known = std::find(allowed.begin(), allowed.end(), best) != allowed.end();
+    // The sums that a search was ended with may be off by what was rounded.
+    analysis_.evaluation().init();
     lines_.push_back({0, analysis_.static_eval(), {known ? best : allowed[0]}});
     output_.line(line_text(lines_[0], 0, use(), style_));
 }

@@ -140,6 +140,52 @@ TEST_F(SearcherTest, ForgetsWhatItHasLearnt) {
     EXPECT_EQ(searcher().analysis().get_node_count(), first);
 }
 
+// An ending for which memory of the table is set aside, in which entries of before stay.
+TEST_F(SearcherTest, ForgetsWhatLiesUnderTheTablesOfEndings) {
+    searcher().set_hash(8);
+    begin(to_depth(7));
+    answer();
+    std::uint64_t const first = searcher().analysis().get_node_count();
+    for (bool const all : {true, false}) {
+        searcher().position().fen("4k3/8/8/8/8/8/8/KQ5r w - - 0 1");
+        begin(to_depth(1));
+        answer();
+        if (all) {
+            searcher().forget();
+        } else {
+            searcher().clear_hash();
+            searcher().position().newgame();
+        }
+        begin(to_depth(7));
+        answer();
+        EXPECT_EQ(searcher().analysis().get_node_count(), first);
+    }
+}
+
+// At the root a search reads attack maps before it has made its own.
+TEST_F(SearcherTest, ForgetsTheMapsOfTheLastEvaluation) {
+    Options level;
+    level.limit_strength = true;
+    for (Options const& options : {Options(), level}) {
+        std::uint64_t first = 0;
+        for (int i = 0; i < 2; ++i) {
+            searcher().forget();
+            searcher().position().fen("6k1/5ppp/8/6B1/4n2P/8/5PP1/6K1 b - - 0 1");
+            Move const capture =
+                find_legal_move(searcher().position(), searcher().tables(), "e4g5");
+            ASSERT_NE(capture, Move());
+            searcher().position().make_move(capture);
+            for (int search = 0; search < (options.limit_strength ? 2 : 1); ++search) {
+                begin(to_depth(1), options);
+                answer();
+                std::uint64_t const nodes = searcher().analysis().get_node_count();
+                first = first == 0 ? nodes : first;
+                EXPECT_EQ(nodes, first);
+            }
+        }
+    }
+}
+
 TEST_F(SearcherTest, HoldsAnEndlessAnswerBackUntilStop) {
     GoLimits limits = endless();
     limits.depth = 2;

@@ -41,11 +41,12 @@ class Evaluation {
 
     /// Recomputes the piece-square sums from the board.
     void init();
-    /// Does nothing: no state of an evaluation depends on the game.
+    /// Does nothing: a new game keeps what stands in the way of none of its evaluations.
     void clear();
-    /// Leaves nothing of the positions evaluated so far but what only spares work: passed pawns and
-    /// attack maps, which a search may read before its own first evaluation, and the pawn record of
-    /// a board without pawns are those of a new object. The counters stay.
+    /// Leaves nothing of the positions evaluated so far that a later evaluation or search reads:
+    /// passed pawns and attack maps, which a search may read before its own first evaluation, and
+    /// the pawn record of a board without pawns are those of a new object. The counters stay, and
+    /// so do what only spares work and the figures of the last report.
     void forget();
     /// Opens (emptied) or closes "eval_log.log", which nothing writes to yet.
     void set_log(bool on);

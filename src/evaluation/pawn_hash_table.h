@@ -14,7 +14,7 @@ namespace orvelin {
 /// Owns 16384 records, allocated once; the size has nothing to do with the hash option. One slot
 /// for each index, the low 14 bits of the key, and a write always replaces the slot. A slot never
 /// written has key 0, so the key of a board without pawns finds it as a match. Used by the one
-/// thread that owns it; records are valid for ever, so a new game keeps them.
+/// thread that owns it; what was written is valid for ever, so a new game keeps it.
 class PawnHashTable {
  public:
     /// Number of records.

@@ -10,7 +10,7 @@ namespace orvelin {
 
 /// Everything that is computed once at start, and the transposition table.
 ///
-/// The engine owns the only instance; positions, generators, evaluation and search keep
+/// An engine owns one; its positions, generators, evaluation and search keep
 /// references into it, so it is neither copied nor moved. All members but the transposition table
 /// are read-only after construction and may be read from any thread.
 struct Tables {

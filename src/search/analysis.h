@@ -22,9 +22,10 @@ class TTmove;
 /// The search object and the body of the analysis thread.
 ///
 /// Makes and unmakes its moves on the position that it is bound to. The analysis thread runs
-/// operator() and, from it, every search function; the main thread keeps to set-up and to what
-/// AnalysisState offers it. Every search function leaves position, piece-square sums and ply as it
-/// found them, on every path but that of an exception.
+/// operator() and, from it, every search function; whoever drives the search without that body may
+/// call them on a thread of his own, one at a time. Other threads keep to set-up between searches
+/// and to what AnalysisState offers them. Every search function leaves position, piece-square sums
+/// and ply as it found them, on every path but that of an exception.
 class Analysis : public AnalysisState {
  public:
     /// Binds to the position and the tables, readies for a search and clears the

@@ -117,8 +117,9 @@ class AnalysisState {
     int eval() const { return root_.best_score.load(); }
     Move best_move() const { return root_.best_move.load(); }
     Move pondermove() const { return root_.ponder_move.load(); }
-    /// The move of the root that is searched now, and its number in the list, from 1. For whoever
-    /// watches a long search; the two may be of neighbouring moves.
+    /// The move of the root that the search has begun last, and its number in the list of that
+    /// line, from 1; the empty move and 0 before the first. For whoever watches a long search; the
+    /// two may be of different moves.
     Move current_root_move() const { return root_.current_move.load(std::memory_order_relaxed); }
     int current_root_number() const { return root_.current_number.load(std::memory_order_relaxed); }
     /// Use of the transposition table by the current search, 0 to 1000, from a sample.
@@ -155,13 +156,15 @@ class AnalysisState {
     void clear_killer() { killers_.clear(); }
     /// Clears the history table and the counter moves.
     void clear_history();
-    /// Kept for symmetry with its siblings: an evaluation has nothing to clear.
+    /// Kept for symmetry with its siblings: a new game clears nothing of an evaluation (see
+    /// forget()).
     void clear_eval() {}
     /// Clears hash, killers, history and counter moves, and the node count.
     void clear();
-    /// Leaves nothing of earlier searches: beside what clear() clears, the table's memory lent to
-    /// the endgame tables, the date, and what the evaluation has in mind. The next search is then
-    /// that of a new object with the same limits and options.
+    /// Between searches: leaves nothing of earlier ones that the next search reads. Beside what
+    /// clear() clears, that is the table's memory lent to the endgame tables, the date, and what
+    /// the evaluation has in mind. With the same limits and options the next search is that of a
+    /// new object. Results, as lines and counters, stay until it begins.
     void forget();
 
  protected:

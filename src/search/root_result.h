@@ -20,7 +20,7 @@ struct RootResult {
     std::atomic<int> best_score{0};
     std::atomic<Move> best_move{};
     std::atomic<Move> ponder_move{};
-    /// The move of the root that is searched now, and its number in the list, from 1.
+    /// The move of the root that was begun last, and its number in the list, from 1.
     std::atomic<Move> current_move{};
     std::atomic<int> current_number{0};
 

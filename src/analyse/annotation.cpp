@@ -1,9 +1,9 @@
 #include "analyse/annotation.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <optional>
 
+#include "analyse/sentence_words.h"
 #include "generation/tables.h"
 #include "position/chess_position.h"
 #include "search/score.h"

@@ -2,15 +2,13 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 #include <vector>
 
+#include "analyse/score.h"
 #include "generation/tables.h"
 #include "play/position_reader.h"
-#include "play/win_chance.h"
 #include "position/bit_board.h"
 #include "position/chess_position.h"
-#include "search/score.h"
 
 namespace orvelin::analyse {
 
@@ -28,7 +26,7 @@ bool is_exact(Line const& line) {
 /// has to be praised for that.
 bool is_obvious(ChessPosition& position, MoveInGame const& in_game, Move const& legal) {
     Move const& previous = in_game.previous;
-    if (legal.code() == promo_queen || moves_to_mate(in_game.line()->score) == 1) {
+    if (legal.code() == promo_queen || Score{in_game.line()->score}.mate() == 1) {
         return true;
     }
     if (legal.capture_id() == no_piece) {
@@ -63,7 +61,7 @@ move_mark mark_of_loss(double loss) {
 bool is_only_good_one(MoveInGame const& move, Judgement const& judgement) {
     Line const* const second = move.second();
     return judgement.is_best && second != nullptr && judgement.points >= praise_points &&
-           judgement.points - expected_points(second->score) + 1e-9 >= praise_margin;
+           judgement.points - Score{second->score}.points() + 1e-9 >= praise_margin;
 }
 
 }  // namespace
@@ -80,19 +78,6 @@ int mark_glyph(move_mark mark) {
 
 bool is_same_move(Move const& one, Move const& other) {
     return one.from() == other.from() && one.to() == other.to() && one.code() == other.code();
-}
-
-std::optional<int> moves_to_mate(int score) {
-    if (std::abs(score) < min_mate_score) {
-        return std::nullopt;
-    }
-    int const moves = (mate_score - std::abs(score) + 1) / 2;
-    return score > 0 ? moves : -moves;
-}
-
-double expected_points(int score) {
-    play::WinDrawLoss const chances = play::win_draw_loss(score);
-    return (2 * chances.win + chances.draw) / 2000.0;
 }
 
 Line const* MoveInGame::best() const {
@@ -138,11 +123,11 @@ Judgement judge(MoveInGame const& move, Tables const& tables) {
     judgement.known = true;
     judgement.forced = legal.size() == 1;
     judgement.is_best = move.is_best();
-    judgement.points = expected_points(line->score);
+    judgement.points = Score{line->score}.points();
     // Searched by itself, a move may turn out to be better than what was thought to be the best.
-    judgement.best_points = std::max(expected_points(best->score), judgement.points);
-    int const best_mate = moves_to_mate(best->score).value_or(0);
-    int const mate = moves_to_mate(line->score).value_or(0);
+    judgement.best_points = std::max(Score{best->score}.points(), judgement.points);
+    int const best_mate = Score{best->score}.mate().value_or(0);
+    int const mate = Score{line->score}.mate().value_or(0);
     if (judgement.forced) {
         return judgement;
     }

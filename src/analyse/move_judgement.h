@@ -65,13 +65,6 @@ struct MoveInGame {
 /// Whether two moves from one position are the same, whatever is known of check.
 bool is_same_move(Move const& one, Move const& other);
 
-/// Moves to the mate that a score tells, negative when the side to move is mated; nothing when the
-/// score tells none.
-std::optional<int> moves_to_mate(int score);
-
-/// The points that the side to move may expect, 0 to 1, by the fit of play/win_chance.h.
-double expected_points(int score);
-
 /// What is said of one move.
 struct Judgement {
     /// False when the move was not searched: nothing else is known then.

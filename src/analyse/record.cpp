@@ -1,9 +1,6 @@
 #include "analyse/record.h"
 
-#include <cstdlib>
-
 #include "play/version.h"
-#include "search/score.h"
 
 namespace orvelin::analyse {
 
@@ -32,14 +29,6 @@ Receipt receipt_of(Limit const& limit, int lines, bool leaves, bool played) {
             played,
             std::string(play::version),
             std::string(play::search_signature)};
-}
-
-std::optional<int> Score::mate() const {
-    if (units > -min_mate_score && units < min_mate_score) {
-        return std::nullopt;
-    }
-    int const moves = (mate_score - std::abs(units) + 1) / 2;
-    return units > 0 ? moves : -moves;
 }
 
 std::string moves_text(std::vector<Move> const& moves, bool chess960) {

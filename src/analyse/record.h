@@ -5,7 +5,7 @@
 #include <string>
 
 #include "analyse/position_search.h"
-#include "play/win_chance.h"
+#include "analyse/score.h"
 
 namespace orvelin::analyse {
 
@@ -52,20 +52,6 @@ struct Receipt {
 
 /// The receipt of a question to this program.
 Receipt receipt_of(Limit const& limit, int lines, bool leaves, bool played);
-
-/// A score in all units, from the side to move.
-struct Score {
-    /// Engine units.
-    int units = 0;
-
-    int centipawns() const { return play::to_centipawns(units); }
-    play::WinDrawLoss chances() const { return play::win_draw_loss(units); }
-    /// Moves to the mate, negative when the side to move is mated, 0 when it is so already;
-    /// nothing when no mate is in sight.
-    std::optional<int> mate() const;
-
-    bool operator==(Score const& other) const = default;
-};
 
 struct RecordLeaf {
     /// UCI moves with a space between.

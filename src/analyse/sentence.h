@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "analyse/move_judgement.h"
-#include "analyse/move_reason.h"
 #include "position/chess_position.h"
 
 namespace orvelin {
@@ -18,13 +17,6 @@ namespace orvelin::analyse {
 
 /// A sentence is no longer.
 inline constexpr std::size_t longest_sentence = 160;
-
-/// A score as annotated games have it: in pawns as users know them, from the point of view of
-/// White, "0.35", or as a mate, "#-3".
-std::string eval_text(int score, bool white_to_move);
-
-/// The change of a term or group, "-3.1".
-std::string change_text(double pawns);
 
 /// Says in one sentence why a move is good or bad: "18.Bd6 loses a bishop: material -3.1, after
 /// 18...Qxb2 19.Rb1 Qxa2; better 18.Rc1."

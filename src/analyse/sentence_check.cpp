@@ -6,13 +6,15 @@
 #include <cmath>
 #include <cstdlib>
 #include <optional>
-#include <span>
 
 #include "analyse/explanation.h"
 #include "analyse/material_balance.h"
 #include "analyse/move_reason.h"
 #include "analyse/san.h"
+#include "analyse/score.h"
 #include "analyse/sentence.h"
+#include "analyse/sentence_pieces.h"
+#include "analyse/sentence_words.h"
 #include "analyse/term_names.h"
 #include "generation/tables.h"
 #include "play/position_reader.h"
@@ -28,20 +30,6 @@ using std::string_view;
 bool has_digit(string_view word) {
     return std::any_of(word.begin(), word.end(),
                        [](char letter) { return letter >= '0' && letter <= '9'; });
-}
-
-string_view without_stops(string_view word) {
-    while (!word.empty() && string_view(".,;:()").find(word.back()) != string_view::npos) {
-        word.remove_suffix(1);
-    }
-    while (!word.empty() && word.front() == '(') {
-        word.remove_prefix(1);
-    }
-    return word;
-}
-
-std::span<Move const> known_moves(Line const& line) {
-    return line.why_not == unexplained::none ? line.leaf.moves : line.moves;
 }
 
 /// Reads one sentence.
@@ -202,50 +190,10 @@ void Reader::read_mate(string_view word) {
     if (verb == "allows" && sentence_.find("only good") != string_view::npos) {
         line = worse_;
     }
-    int const mate = line == nullptr ? 0 : moves_to_mate(line->score).value_or(0);
+    int const mate = line == nullptr ? 0 : Score{line->score}.mate().value_or(0);
     if (mate == 0 || word != std::to_string(of_side ? mate : -mate)) {
         fault(word, "is not the distance of the mate");
     }
-}
-
-/// The pieces of "a rook and two pawns", with the minor pieces counted as one kind.
-using pieces_t = std::array<int, 4>;
-
-std::optional<pieces_t> pieces_of(string_view text) {
-    constexpr std::array<string_view, 9> numbers{"",     "",    "two",   "three", "four",
-                                                 "five", "six", "seven", "eight"};
-    pieces_t pieces{};
-    int sign = 1;
-    int count = 0;
-    for (string_view word : play::words_of(text)) {
-        word = without_stops(word);
-        auto const number = std::find(numbers.begin() + 2, numbers.end(), word);
-        if (word == "for") {
-            sign = -1;
-        } else if (word == "a" || word == "the") {
-            count = 1;
-        } else if (number != numbers.end()) {
-            count = static_cast<int>(number - numbers.begin());
-        } else if (word == "exchange") {
-            pieces[2] += sign;
-            pieces[1] -= sign;
-        } else if (word != "and") {
-            string_view const name = word.ends_with('s') ? word.substr(0, word.size() - 1) : word;
-            constexpr std::array<string_view, 5> names{"pawn", "knight", "bishop", "rook", "queen"};
-            auto const kind = std::find(names.begin(), names.end(), name);
-            if (kind == names.end()) {
-                return std::nullopt;
-            }
-            auto const at = static_cast<std::size_t>(kind - names.begin());
-            pieces[at < 2 ? at : at - 1] += sign * count;
-        }
-    }
-    return pieces;
-}
-
-pieces_t pieces_of(MaterialBalance const& balance) {
-    auto const& more = balance.more;
-    return {more[0], more[1] + more[2], more[3], more[4]};
 }
 
 void Reader::read_pieces(string_view verb, std::vector<MaterialBalance> const& known) {

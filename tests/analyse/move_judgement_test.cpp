@@ -4,6 +4,7 @@
 #include <string>
 
 #include "analyse/lines_fixture.h"
+#include "analyse/score.h"
 #include "search/score.h"
 #include "support/positions.h"
 
@@ -27,32 +28,15 @@ move_mark mark_beside(int best, int second, bool at_least = false) {
     return SearchedMove(positions::start, line, line).second(other).judged().mark;
 }
 
-TEST(MoveJudgementTest, PointsGrowWithTheScore) {
-    EXPECT_EQ(expected_points(0), 0.5);
-    EXPECT_NEAR(expected_points(299) + expected_points(-299), 1, 1e-12);
-    EXPECT_NEAR(expected_points(299), 0.704, 0.001);
-    EXPECT_EQ(expected_points(mate_in_two), 1);
-    EXPECT_EQ(expected_points(mated_in_two), 0);
-}
-
-TEST(MoveJudgementTest, MatesAreCountedInMoves) {
-    EXPECT_EQ(moves_to_mate(mate_score - 1), 1);
-    EXPECT_EQ(moves_to_mate(mate_in_two), 2);
-    EXPECT_EQ(moves_to_mate(mated_in_two), -2);
-    EXPECT_EQ(moves_to_mate(min_mate_score), 51);
-    EXPECT_FALSE(moves_to_mate(max_ordinary_score));
-    EXPECT_FALSE(moves_to_mate(-max_ordinary_score));
-}
-
 TEST(MoveJudgementTest, MarksBeginAtTheirLosses) {
     // From 0, which is worth half a point, to what is worth 0.451, 0.450, 0.401, 0.4, 0.301, 0.3.
     int score = 0;
     std::string marks;
     for (double const lost : {0.049, 0.05, 0.099, 0.1, 0.199, 0.2}) {
-        while (0.5 - expected_points(score) < lost - 1e-9) {
+        while (0.5 - Score{score}.points() < lost - 1e-9) {
             --score;
         }
-        ASSERT_NEAR(0.5 - expected_points(score), lost, 0.00051);
+        ASSERT_NEAR(0.5 - Score{score}.points(), lost, 0.00051);
         marks += std::string(mark_text(mark_of(0, score))) + ' ';
     }
     EXPECT_EQ(marks, " ?! ?! ? ? ?? ");

@@ -3,20 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "analyse/utf8.h"
-#include "search/score.h"
 
 namespace orvelin::test {
-
-TEST(AnalyseScore, TellsMatesInMovesFromTheSideToMove) {
-    EXPECT_EQ(analyse::Score{mate_score - 1}.mate(), 1);
-    EXPECT_EQ(analyse::Score{mate_score - 2}.mate(), 1);
-    EXPECT_EQ(analyse::Score{mate_score - 3}.mate(), 2);
-    EXPECT_EQ(analyse::Score{-mate_score}.mate(), 0);
-    EXPECT_EQ(analyse::Score{-mate_score + 4}.mate(), -2);
-    EXPECT_EQ(analyse::Score{min_mate_score - 1}.mate(), std::nullopt);
-    EXPECT_EQ(analyse::Score{1 - min_mate_score}.mate(), std::nullopt);
-    EXPECT_TRUE(analyse::Score{min_mate_score}.mate());
-}
 
 TEST(AnalyseRecord, ALineHasALeafOrTheReasonWhyNot) {
     analyse::Line line;

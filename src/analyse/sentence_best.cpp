@@ -1,0 +1,82 @@
+// What is said of a move that is the best one, or hardly worse.
+
+#include <algorithm>
+
+#include "analyse/material_balance.h"
+#include "analyse/move_reason.h"
+#include "analyse/sentence.h"
+#include "analyse/sentence_words.h"
+
+namespace orvelin::analyse {
+
+namespace {
+
+/// In hundreds: less is no piece won.
+constexpr int pawn = 100;
+
+/// In engine units.
+constexpr int clearly_worse = 150;
+
+/// What is won so many moves later is not won by this one.
+constexpr std::size_t soon = 8;
+
+/// In pawns of the phase: by less a move is not told to be ahead of the next.
+constexpr double least_lead = 0.15;
+
+}  // namespace
+
+std::string SentenceWriter::of_best(MoveInGame const& move) {
+    Line const& line = *move.line();
+    Line const* const second = move.second();
+    std::string const played = name(move.played);
+    Move const& previous = move.previous;
+    if (line.why_not == unexplained::none) {
+        MaterialBalance const won = material_won(move, line);
+        std::string const text = won_text(won);
+        std::size_t const needed = moves_to_material(line.leaf);
+        if (won.value() >= pawn && !text.empty() && needed <= soon) {
+            return with_lines(played + " wins " + text, &line,
+                              std::max(needed, usual_replies + 1) - 1, "");
+        }
+    }
+    bool const takes_back = previous.capture_id() != no_piece &&
+                            move.played.capture_id() != no_piece &&
+                            previous.to() == move.played.to();
+    std::string const begin = played + (takes_back ? " takes back" : " is the best move");
+    if (second != nullptr && have_leaves(line, *second) && second->score < line.score) {
+        MoveReason const reason = find_reason(move, line, *second);
+        if (reason.change <= -least_lead) {
+            std::string const text = begin + "; " + name(second->moves[0]) + ' ' + reason.deed +
+                                     ": " + changes_text(reason) + '.';
+            if (text.size() <= longest_sentence) {
+                return text;
+            }
+        }
+    }
+    return begin + '.';
+}
+
+std::string SentenceWriter::of_near(MoveInGame const& move) {
+    Line const& best = *move.best();
+    Line const& line = *move.line();
+    std::string const played = name(move.played);
+    std::string const other = name(best.moves[0]);
+    if (line.score >= best.score) {
+        return played + " is as good as " + other + '.';
+    }
+    // Where the game is decided much may be lost that costs no points.
+    bool const hardly = best.score - line.score < clearly_worse;
+    std::string const begin =
+        played + (hardly ? " is hardly worse than " : " is worse than ") + other;
+    if (have_leaves(best, line)) {
+        MoveReason reason = find_reason(move, best, line);
+        // Where much is lost and gained the largest loss tells little.
+        if (!reason.losses.empty() && !reason.gain) {
+            reason.losses.resize(1);
+            return begin + ": " + changes_text(reason) + '.';
+        }
+    }
+    return begin + '.';
+}
+
+}  // namespace orvelin::analyse

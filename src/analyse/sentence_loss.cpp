@@ -1,0 +1,66 @@
+// What is said of a move that is worse than another, and of the other one.
+
+#include <algorithm>
+
+#include "analyse/move_reason.h"
+#include "analyse/score.h"
+#include "analyse/sentence.h"
+#include "analyse/sentence_words.h"
+#include "search/score.h"
+
+namespace orvelin::analyse {
+
+/// Begins with the move that is the worse one.
+std::string SentenceWriter::of_loss(MoveInGame const& move, Line const& better, Line const& worse,
+                                    std::string const& begin, bool show_better) {
+    std::string const tail = show_better ? "; better " + name(better.moves[0]) : "";
+    MoveReason reason;
+    if (have_leaves(better, worse)) {
+        reason = find_reason(move, better, worse);
+    }
+    if (reason.losses.empty()) {
+        return with_lines(begin + ' ' + of_score(better, worse), &worse, usual_replies, tail);
+    }
+    std::string const text = begin + ' ' + reason.deed + ": " + changes_text(reason);
+    if (!reason.is_missed_chance) {
+        std::size_t const needed = std::max<std::size_t>(reason.moves_needed, 1) - 1;
+        return with_lines(text, &worse, std::max(needed, usual_replies), tail);
+    }
+    if (show_better) {
+        for (std::size_t moves = std::max(reason.moves_needed, usual_replies); moves > 0; --moves) {
+            std::string shown =
+                text + "; better " + moves_from_here(known_moves(better), moves) + '.';
+            if (shown.size() <= longest_sentence) {
+                return shown;
+            }
+        }
+    }
+    return with_lines(text, nullptr, 0, tail);
+}
+
+std::string SentenceWriter::of_score(Line const& better, Line const& worse) {
+    if (auto const mate = Score{worse.score}.mate(); mate && *mate < 0) {
+        return "allows " + mate_text(-*mate);
+    }
+    bool const drawn = worse.why_not == unexplained::mate_or_draw && worse.score == draw_score;
+    std::string const scores = "the score goes from " + eval_text(better.score, white()) + " to " +
+                               eval_text(worse.score, white());
+    if (drawn && worse.moves.size() == 1) {
+        return "ends the game in a draw: " + scores;
+    }
+    if (drawn) {
+        return "allows a draw: " + scores;
+    }
+    bool const by_knowledge = worse.why_not == unexplained::endgame;
+    return by_knowledge ? "goes into a worse endgame: by endgame knowledge " + scores
+                        : "is worse: " + scores;
+}
+
+std::string SentenceWriter::of_praise(MoveInGame const& move) {
+    Line const& second = *move.second();
+    std::string const begin =
+        name(move.played) + " is the only good move; " + name(second.moves[0]);
+    return of_loss(move, *move.line(), second, begin, false);
+}
+
+}  // namespace orvelin::analyse

@@ -69,8 +69,8 @@ void GameAnnotation::add(std::size_t ply, Result const& result) {
         return;
     }
     AnnotatedMove& annotated = moves_[ply];
-    MoveInGame const move{fens_[ply], annotated.move, ply == 0 ? Move() : game_.moves[ply - 1],
-                          &result};
+    MoveInGame const move{fens_[ply], annotated.move,
+                          taken_by(ply == 0 ? Move() : game_.moves[ply - 1]), &result};
     Judgement const judgement = judge(move, tables_);
     judgements_[ply] = judgement;
     if (!judgement.known) {

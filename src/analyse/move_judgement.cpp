@@ -25,17 +25,13 @@ bool is_exact(Line const& line) {
 /// Whether the move takes back, takes more than it may lose, promotes to a queen, or mates: nobody
 /// has to be praised for that.
 bool is_obvious(ChessPosition& position, MoveInGame const& in_game, Move const& legal) {
-    Move const& previous = in_game.previous;
     if (legal.code() == promo_queen || Score{in_game.line()->score}.mate() == 1) {
         return true;
     }
     if (legal.capture_id() == no_piece) {
         return false;
     }
-    if (previous.capture_id() != no_piece && previous.to() == legal.to()) {
-        return true;
-    }
-    if (legal.capture().abs_value() > legal.piece().abs_value()) {
+    if (in_game.takes_back() || legal.capture().abs_value() > legal.piece().abs_value()) {
         return true;
     }
     bool const white = position.white_to_move();
@@ -105,6 +101,10 @@ Line const* MoveInGame::second() const {
 bool MoveInGame::is_best() const {
     Line const* const line = best();
     return line != nullptr && is_same_move(line->moves[0], played);
+}
+
+bool MoveInGame::takes_back() const {
+    return taken && played.capture_id() != no_piece && taken->square.id() == played.to().id();
 }
 
 Judgement judge(MoveInGame const& move, Tables const& tables) {

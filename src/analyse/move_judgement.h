@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "analyse/position_search.h"
+#include "analyse/taken.h"
 #include "position/move.h"
 
 namespace orvelin {
@@ -48,8 +49,8 @@ struct MoveInGame {
     /// The position before the move, such as play::check_fen() takes.
     std::string fen;
     Move played;
-    /// The move of the other side before it; the empty move when it is not known.
-    Move previous;
+    /// What the move before it took; nothing when that is not known.
+    std::optional<Taken> taken;
     Result const* result = nullptr;
 
     /// The best line of the search; null when none was found.
@@ -60,6 +61,8 @@ struct MoveInGame {
     Line const* second() const;
     /// Whether the move is the first of the best line.
     bool is_best() const;
+    /// Whether the move takes what took something.
+    bool takes_back() const;
 };
 
 /// Whether two moves from one position are the same, whatever is known of check.

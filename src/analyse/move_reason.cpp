@@ -143,10 +143,8 @@ MaterialBalance material_won(MoveInGame const& move, Line const& line) {
     bool const white = white_to_move(move);
     MaterialBalance const change = material_of(line.leaf.fen) - material_of(move.fen);
     MaterialBalance won = white ? change : -change;
-    Move const& previous = move.previous;
-    int const taken = previous.code() == en_passant ? int{white_pawn} : previous.capture_id() & 7;
-    if (taken >= white_pawn && taken <= white_queen) {
-        won.more[static_cast<std::size_t>(taken - white_pawn)] -= 1;
+    if (move.taken) {
+        won.more[static_cast<std::size_t>(move.taken->kind - white_pawn)] -= 1;
     }
     return won;
 }

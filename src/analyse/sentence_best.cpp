@@ -29,7 +29,6 @@ std::string SentenceWriter::of_best(MoveInGame const& move) {
     Line const& line = *move.line();
     Line const* const second = move.second();
     std::string const played = name(move.played);
-    Move const& previous = move.previous;
     if (line.why_not == unexplained::none) {
         MaterialBalance const won = material_won(move, line);
         std::string const text = won_text(won);
@@ -39,10 +38,7 @@ std::string SentenceWriter::of_best(MoveInGame const& move) {
                               std::max(needed, usual_replies + 1) - 1, "");
         }
     }
-    bool const takes_back = previous.capture_id() != no_piece &&
-                            move.played.capture_id() != no_piece &&
-                            previous.to() == move.played.to();
-    std::string const begin = played + (takes_back ? " takes back" : " is the best move");
+    std::string const begin = played + (move.takes_back() ? " takes back" : " is the best move");
     if (second != nullptr && have_leaves(line, *second) && second->score < line.score) {
         MoveReason const reason = find_reason(move, line, *second);
         if (reason.change <= -least_lead) {

@@ -53,8 +53,8 @@ struct Annotated {
         asked.played = game.moves[ply];
         Result const result = search.answer(asked);
         annotation.add(ply, result);
-        MoveInGame const move{asked.fen, asked.played, ply == 0 ? Move() : game.moves[ply - 1],
-                              &result};
+        MoveInGame const move{asked.fen, asked.played,
+                              taken_by(ply == 0 ? Move() : game.moves[ply - 1]), &result};
         std::string text = annotation.annotated("").moves[ply].comment;
         if (text.starts_with('[')) {
             text.erase(0, text.find("] ") + 2);

@@ -78,10 +78,10 @@ TEST(MoveJudgementTest, ObviousMovesAreNotPraised) {
         SearchedMove moves(fen, line, line);
         moves.second(line_from(fen, other, 0));
         if (!previous.empty()) {
-            moves.move.previous =
-                line_from("rnbqkbnr/ppp1pppp/8/3p4/4P3/2N5/PPPP1PPP/R1BQKBNR b KQkq - 0 2",
-                          previous, 0)
-                    .moves[0];
+            moves.move.taken =
+                taken_by(line_from("rnbqkbnr/ppp1pppp/8/3p4/4P3/2N5/PPPP1PPP/R1BQKBNR b KQkq - 0 2",
+                                   previous, 0)
+                             .moves[0]);
         }
         return moves.judged().mark;
     };
@@ -89,6 +89,7 @@ TEST(MoveJudgementTest, ObviousMovesAreNotPraised) {
     std::string const guarded = "rnbqkb1r/ppp1pppp/5n2/8/4p3/2N5/PPPP1PPP/R1BQKBNR w KQkq - 0 3";
     EXPECT_EQ(mark(guarded, "c3e4", "a2a3"), move_mark::good);
     EXPECT_EQ(mark(guarded, "c3e4", "a2a3", "d5e4"), move_mark::none);
+    EXPECT_EQ(mark(guarded, "c3e4", "a2a3", "d5d4"), move_mark::good);
     EXPECT_EQ(mark(taken, "c3e4", "a2a3"), move_mark::none);
     std::string const promotion = "7k/P7/8/8/8/8/8/K7 w - - 0 1";
     EXPECT_EQ(mark(promotion, "a7a8q", "a1b1"), move_mark::none);
@@ -96,6 +97,19 @@ TEST(MoveJudgementTest, ObviousMovesAreNotPraised) {
     std::string const dear = "rnb1kbnr/ppp1pppp/8/3q4/8/2N5/PPPP1PPP/R1BQKBNR w KQkq - 0 3";
     EXPECT_EQ(mark(dear, "c3d5", "a2a3"), move_mark::none);
     EXPECT_EQ(mark(dear, "c3e4", "a2a3"), move_mark::good);
+}
+
+TEST(MoveJudgementTest, WhoTakesElsewhereDoesNotTakeBack) {
+    MoveInGame move;
+    move.played = line_from("4k3/8/8/8/8/8/6rr/K6Q w - - 0 1", "h1h2", 0).moves[0];
+    EXPECT_FALSE(move.takes_back());
+    move.taken = Taken{white_rook, Square("g2")};
+    EXPECT_FALSE(move.takes_back());
+    move.taken = Taken{white_rook, Square("h2")};
+    EXPECT_TRUE(move.takes_back());
+    move.played = line_from("4k3/8/8/8/8/8/6rr/K6Q w - - 0 1", "h1g1", 0).moves[0];
+    move.taken = Taken{white_rook, Square("g1")};
+    EXPECT_FALSE(move.takes_back());
 }
 
 TEST(MoveJudgementTest, ForcedMovesAreNotMarked) {

@@ -201,7 +201,7 @@ TEST(SentenceTest, IsTrueOfRealPositions) {
             asked.played = turn == 0 ? Move() : legal[turn == 1 ? 0 : legal.size() / 2];
             Result const result = search.answer(asked);
             Move const played = turn == 0 ? result.lines.at(0).moves.at(0) : asked.played;
-            MoveInGame const move{fen, played, Move(), &result};
+            MoveInGame const move{fen, played, std::nullopt, &result};
             std::string const text = writer.write(move, judge(move, shared_tables()));
             for (std::string const& fault : faults_of_sentence(text, move, shared_tables())) {
                 ADD_FAILURE() << fen << '\n' << text << '\n' << fault;

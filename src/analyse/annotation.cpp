@@ -77,7 +77,7 @@ void GameAnnotation::add(std::size_t ply, Result const& result) {
         return;
     }
     bool const white = white_moves(move.fen);
-    accuracy_[white ? 0 : 1].add(judgement);
+    accuracy_[white ? 0 : 1].add(judgement.mark, move_accuracy(judgement));
     if (judgement.mark != move_mark::none) {
         annotated.glyphs = {mark_glyph(judgement.mark)};
     }

@@ -14,6 +14,9 @@ namespace orvelin::analyse {
 
 namespace {
 
+/// In the order of `move_mark`.
+constexpr std::array<std::string_view, 5> mark_texts{"", "!", "?!", "?", "??"};
+
 bool is_searched(Line const& line) {
     return line.depth > 0 && !line.moves.empty();
 }
@@ -63,8 +66,15 @@ bool is_only_good_one(MoveInGame const& move, Judgement const& judgement) {
 }  // namespace
 
 std::string_view mark_text(move_mark mark) {
-    constexpr std::array<std::string_view, 5> texts{"", "!", "?!", "?", "??"};
-    return texts[static_cast<std::size_t>(mark)];
+    return mark_texts[static_cast<std::size_t>(mark)];
+}
+
+std::optional<move_mark> parse_mark(std::string_view text) {
+    auto const found = std::find(mark_texts.begin(), mark_texts.end(), text);
+    if (found == mark_texts.end()) {
+        return std::nullopt;
+    }
+    return static_cast<move_mark>(found - mark_texts.begin());
 }
 
 int mark_glyph(move_mark mark) {
@@ -150,13 +160,18 @@ Judgement judge(MoveInGame const& move, Tables const& tables) {
     return judgement;
 }
 
-void Accuracy::add(Judgement const& judgement) {
-    if (!judgement.known) {
-        return;
+std::optional<double> move_accuracy(Judgement const& judgement) {
+    if (judgement.forced) {
+        return std::nullopt;
     }
-    ++marks_[static_cast<std::size_t>(judgement.mark)];
-    if (!judgement.forced) {
-        sum_ += 100 * std::exp2(-6 * judgement.loss());
+    // Rounded, it is the same wherever it is computed, and no loss is near the half of a step.
+    return std::round(1000 * std::exp2(-6 * judgement.loss())) / 10;
+}
+
+void Accuracy::add(move_mark mark, std::optional<double> accuracy) {
+    ++marks_[static_cast<std::size_t>(mark)];
+    if (accuracy) {
+        sum_ += *accuracy;
         ++moves_;
     }
 }

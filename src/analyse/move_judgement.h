@@ -40,6 +40,8 @@ enum class move_mark : std::uint8_t { none, good, dubious, mistake, blunder };
 
 /// "", "!", "?!", "?", "??".
 std::string_view mark_text(move_mark mark);
+/// The mark of such a text; nothing for another one.
+std::optional<move_mark> parse_mark(std::string_view text);
 /// The numeric annotation glyph of the mark; 0 for none.
 int mark_glyph(move_mark mark);
 
@@ -92,15 +94,18 @@ struct Judgement {
 /// the board, all else is taken from the result.
 Judgement judge(MoveInGame const& move, Tables const& tables);
 
-/// How well a side played.
+/// How well a move was chosen, 0 to 100 in steps of a tenth; nothing for a forced move.
 ///
-/// A formula of our own: the accuracy of a move is 100, halved for every sixth of a point that it
-/// loses; that of a side is the mean over its moves. A loss of 0.05 points leaves 81, of 0.10 66,
-/// of 0.20 44: one blunder costs about as much as three moves that are just dubious. Forced moves
-/// and those that are not known do not count.
+/// A formula of our own: 100, halved for every sixth of a point that the move loses. A loss of 0.05
+/// points leaves 81.2, of 0.10 66.0, of 0.20 43.5: one blunder costs about as much as three moves
+/// that are just dubious.
+std::optional<double> move_accuracy(Judgement const& judgement);
+
+/// How well a side played: the mean over its moves that were not forced, and how often it was given
+/// each mark.
 class Accuracy {
  public:
-    void add(Judgement const& judgement);
+    void add(move_mark mark, std::optional<double> accuracy);
 
     /// 0 to 100; nothing when no move counted.
     std::optional<double> percent() const;

@@ -1,5 +1,6 @@
 #include "analyse/move_judgement.h"
 
+#include <cmath>
 #include <gtest/gtest.h>
 #include <string>
 
@@ -46,6 +47,11 @@ TEST(MoveJudgementTest, MarksBeginAtTheirLosses) {
     EXPECT_EQ(mark_glyph(move_mark::blunder), 4);
     EXPECT_EQ(mark_glyph(move_mark::dubious), 6);
     EXPECT_EQ(mark_glyph(move_mark::none), 0);
+    for (int mark = 0; mark < 5; ++mark) {
+        EXPECT_EQ(parse_mark(mark_text(static_cast<move_mark>(mark))),
+                  static_cast<move_mark>(mark));
+    }
+    EXPECT_FALSE(parse_mark("!?"));
 }
 
 TEST(MoveJudgementTest, MatesThatCanBeSeenCountInDecidedGames) {
@@ -123,9 +129,7 @@ TEST(MoveJudgementTest, ForcedMovesAreNotMarked) {
     EXPECT_TRUE(judgement.forced);
     EXPECT_TRUE(judgement.known);
     EXPECT_EQ(judgement.mark, move_mark::none);
-    Accuracy accuracy;
-    accuracy.add(judgement);
-    EXPECT_FALSE(accuracy.percent());
+    EXPECT_FALSE(move_accuracy(judgement));
 }
 
 TEST(MoveJudgementTest, AMoveIsFoundAmongTheLines) {
@@ -142,20 +146,36 @@ TEST(MoveJudgementTest, AMoveIsFoundAmongTheLines) {
 }
 
 TEST(AccuracyTest, EverySixthOfAPointHalvesAMove) {
-    Accuracy accuracy;
     Judgement judgement;
-    accuracy.add(judgement);
-    EXPECT_FALSE(accuracy.percent());
     judgement.known = true;
     judgement.best_points = judgement.points = 0.5;
-    accuracy.add(judgement);
-    EXPECT_DOUBLE_EQ(accuracy.percent().value(), 100);
+    EXPECT_EQ(move_accuracy(judgement), 100);
     judgement.points = 0.5 - 1.0 / 6;
-    judgement.mark = move_mark::mistake;
-    accuracy.add(judgement);
+    EXPECT_EQ(move_accuracy(judgement), 50);
+    judgement.points = 0.45;
+    EXPECT_EQ(move_accuracy(judgement), 81.2);
+    judgement.forced = true;
+    EXPECT_FALSE(move_accuracy(judgement));
+}
+
+// Then it is rounded alike wherever the last bit of a power may be another one.
+TEST(AccuracyTest, NoLossIsNearTheHalfOfAStep) {
+    for (int lost = 0; lost <= 2000; ++lost) {
+        double const steps = 1000 * std::exp2(-6 * lost / 2000.0);
+        EXPECT_GT(std::abs(steps - std::floor(steps) - 0.5), 1e-6) << lost;
+    }
+}
+
+TEST(AccuracyTest, IsTheMeanOverMovesThatWereNotForced) {
+    Accuracy accuracy;
+    EXPECT_FALSE(accuracy.percent());
+    accuracy.add(move_mark::none, std::nullopt);
+    EXPECT_FALSE(accuracy.percent());
+    accuracy.add(move_mark::none, 100.0);
+    accuracy.add(move_mark::mistake, 50.0);
     EXPECT_DOUBLE_EQ(accuracy.percent().value(), 75);
     EXPECT_EQ(accuracy.count(move_mark::mistake), 1);
-    EXPECT_EQ(accuracy.count(move_mark::none), 1);
+    EXPECT_EQ(accuracy.count(move_mark::none), 2);
 }
 
 }  // namespace

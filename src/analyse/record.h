@@ -5,6 +5,7 @@
 #include <string>
 
 #include "analyse/position_search.h"
+#include "analyse/record_judgement.h"
 #include "analyse/score.h"
 
 namespace orvelin::analyse {
@@ -86,8 +87,12 @@ struct RecordLine {
 struct PlayedMove {
     std::string move;
     std::string san;
+    /// What the move before it took, as taken_text() has it; empty when it took nothing. The
+    /// judgement needs it.
+    std::string taken;
     /// When it was searched.
     std::optional<RecordLine> line;
+    std::optional<RecordJudgement> judgement;
 
     bool operator==(PlayedMove const& other) const = default;
 };

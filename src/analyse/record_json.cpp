@@ -96,6 +96,24 @@ void append_line(std::string& out, RecordLine const& line) {
     out += "}}";
 }
 
+void append_judgement(std::string& out, std::optional<RecordJudgement> const& judgement) {
+    if (!judgement) {
+        out += ",\"judgement\":null";
+        return;
+    }
+    append_field(out, ",\"judgement\":{\"mark\":", mark_text(judgement->mark));
+    out += ",\"lost\":";
+    append_number(out, judgement->lost);
+    out += ",\"accuracy\":";
+    if (judgement->accuracy) {
+        append_number(out, *judgement->accuracy);
+    } else {
+        out += "null";
+    }
+    append_field(out, ",\"sentence\":", judgement->sentence);
+    out += '}';
+}
+
 void append_played(std::string& out, std::optional<PlayedMove> const& played) {
     if (!played) {
         out += ",\"played\":null";
@@ -103,12 +121,18 @@ void append_played(std::string& out, std::optional<PlayedMove> const& played) {
     }
     append_field(out, ",\"played\":{\"move\":", played->move);
     append_field(out, ",\"san\":", played->san);
+    if (played->taken.empty()) {
+        out += ",\"taken\":null";
+    } else {
+        append_field(out, ",\"taken\":", played->taken);
+    }
     out += ",\"line\":";
     if (played->line) {
         append_line(out, *played->line);
     } else {
         out += "null";
     }
+    append_judgement(out, played->judgement);
     out += '}';
 }
 
@@ -161,6 +185,10 @@ void append_number(std::string& out, float value) {
         out += '0';
         return;
     }
+    append_shortest(out, value);
+}
+
+void append_number(std::string& out, double value) {
     append_shortest(out, value);
 }
 

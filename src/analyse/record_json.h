@@ -16,6 +16,7 @@ void append_json_text(std::string& out, std::string_view text);
 
 /// Adds a number with as few digits as give it back bit for bit.
 void append_number(std::string& out, float value);
+void append_number(std::string& out, double value);
 void append_number(std::string& out, std::int64_t value);
 
 }  // namespace orvelin::analyse

@@ -59,9 +59,12 @@ TEST(AnalyseCache, GivesTheSameAnswerWithoutTheEngine) {
     request.played = true;
     second->answer(asked, request);
     EXPECT_EQ(answers, 7);
-    asked.fen = CountingSource::fen(6);
+    asked.taken = analyse::Taken{white_knight, Square(20)};
     second->answer(asked, request);
     EXPECT_EQ(answers, 8);
+    asked.fen = CountingSource::fen(6);
+    second->answer(asked, request);
+    EXPECT_EQ(answers, 9);
 }
 
 TEST(AnalyseCache, RefusesAFileThatIsNone) {

@@ -58,6 +58,17 @@ TEST(AnalyseReader, ReadsARecordWithoutGameLinesAndMove) {
     EXPECT_EQ(tools::read_record(line), record);
 }
 
+TEST(AnalyseReader, ReadsAMoveThatIsForcedOrNotJudged) {
+    analyse::Record record = full_record(1);
+    record.played->taken.clear();
+    record.played->judgement->accuracy.reset();
+    EXPECT_NE(json_of(record).find("\"taken\":null"), std::string::npos);
+    EXPECT_EQ(tools::read_record(json_of(record)), record);
+    record.played->judgement.reset();
+    EXPECT_NE(json_of(record).find("\"judgement\":null"), std::string::npos);
+    EXPECT_EQ(tools::read_record(json_of(record)), record);
+}
+
 TEST(AnalyseReader, GivesAnyFloatBackBitForBit) {
     std::mt19937 random(1);
     analyse::Record record = full_record(1);
@@ -108,6 +119,10 @@ TEST(AnalyseReader, TellsWhatIsWrongAndWhere) {
               "field lines[0].san: a text is expected");
     EXPECT_EQ(reason_of(replaced(line, "\"chess960\":true", "\"chess960\":1")),
               "field chess960: true or false is expected");
+    EXPECT_EQ(reason_of(replaced(line, "\"mark\":\"?\"", "\"mark\":\"!?\"")),
+              "field played.judgement.mark: unknown mark");
+    EXPECT_EQ(reason_of(replaced(line, "\"lost\":123.5", "\"lost\":\"much\"")),
+              "field played.judgement.lost: a number is expected");
     EXPECT_EQ(reason_of(replaced(line, "\"terms\":[-0,", "\"terms\":[")), "not 47 terms but 46");
     EXPECT_EQ(reason_of(replaced(line, "\"receipt\":", "\"other\":")), "no field receipt");
 }

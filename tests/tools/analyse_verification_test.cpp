@@ -45,6 +45,8 @@ TEST(AnalyseVerification, FindsTheFirstDifference) {
               "depth is 8, computed again it is 9");
     EXPECT_EQ(difference(replaced(line, "\"san\":\"Ka2 Kc2\"", "\"san\":\"Ka2 Kc3\"")),
               "lines[0].san is Ka2 Kc3, computed again it is Ka2 Kc2");
+    EXPECT_EQ(difference(replaced(line, "\"mark\":\"?\"", "\"mark\":\"??\"")),
+              "played.judgement.mark is ??, computed again it is ?");
     EXPECT_EQ(tools::first_difference("{\"b\":[1,2]}", "{\"a\":1,\"b\":[1,2]}"), "a is missing");
     EXPECT_EQ(tools::first_difference("{\"b\":[1,2]}", "{\"b\":[1,3]}"),
               "b[1] is 2, computed again it is 3");
@@ -74,6 +76,9 @@ TEST(AnalyseVerification, RefusesTheRecordsOfAnotherProgram) {
               std::string::npos);
     EXPECT_NE(refusal(replaced(line, "K1k5 w", "K1k5 x")).find("field fen"), std::string::npos);
     EXPECT_NE(refusal(replaced(line, "K1k5 w", "KK6 w")).find("field fen"), std::string::npos);
+    EXPECT_NE(
+        refusal(replaced(line, "\"taken\":\"nb3\"", "\"taken\":\"kb3\"")).find("played.taken"),
+        std::string::npos);
     EXPECT_NE(refusal("").find("no JSON"), std::string::npos);
 }
 

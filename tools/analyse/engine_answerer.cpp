@@ -5,6 +5,8 @@
 #include "analyse/answerer.h"
 #include "analyse/line_text.h"
 #include "analyse/position_search.h"
+#include "analyse/sentence.h"
+#include "analyse/shared_tables.h"
 #include "search/score.h"
 
 namespace orvelin::tools {
@@ -22,14 +24,16 @@ class EngineAnswerer : public Answerer {
 
  private:
     RecordLine record_line(Asked const& asked, Request const& request, Line const& line);
+    analyse::PlayedMove played_move(Asked const& asked, Request const& request,
+                                    analyse::Result const& result);
 
     analyse::PositionSearch search_;
     LineText text_;
+    analyse::SentenceWriter writer_{shared_tables()};
 };
 
 Record EngineAnswerer::answer(Asked const& asked, Request const& request) {
     bool const searched = request.limit.what != analyse::Limit::kind::static_eval;
-    bool const has_played = asked.played.word() != 0;
     analyse::Question question{asked.fen,     asked.chess960, request.limit,
                                request.lines, request.leaves, Move()};
     if (searched && request.played) {
@@ -55,15 +59,26 @@ Record EngineAnswerer::answer(Asked const& asked, Request const& request) {
     } else if (searched) {
         record.score.units = text_.in_check(asked.fen) ? -mate_score : 0;
     }
-    if (has_played) {
-        record.played = {asked.played.algebraic(asked.chess960),
-                         text_.san(asked.fen, {asked.played}), std::nullopt};
-        if (!result.played.moves.empty()) {
-            record.played->line = record_line(asked, request, result.played);
-        }
+    if (asked.played.word() != 0) {
+        record.played = played_move(asked, request, result);
     }
     record.receipt = request.receipt();
     return record;
+}
+
+analyse::PlayedMove EngineAnswerer::played_move(Asked const& asked, Request const& request,
+                                                analyse::Result const& result) {
+    analyse::PlayedMove played;
+    played.move = asked.played.algebraic(asked.chess960);
+    played.san = text_.san(asked.fen, {asked.played});
+    played.taken = asked.taken ? analyse::taken_text(*asked.taken) : "";
+    // Without its own search only the moves that are best would be judged.
+    if (!result.played.moves.empty()) {
+        played.line = record_line(asked, request, result.played);
+        played.judgement = analyse::record_judgement(
+            {asked.fen, asked.played, asked.taken, &result}, writer_, shared_tables());
+    }
+    return played;
 }
 
 RecordLine EngineAnswerer::record_line(Asked const& asked, Request const& request,

@@ -1,21 +1,11 @@
 #include "analyse/line_text.h"
 
 #include "analyse/san.h"
-#include "generation/tables.h"
+#include "analyse/shared_tables.h"
 #include "play/position_reader.h"
 #include "position/chess_position.h"
 
 namespace orvelin::tools {
-
-namespace {
-
-/// One for all threads: what is read here never changes.
-Tables const& shared_tables() {
-    static Tables const tables;
-    return tables;
-}
-
-}  // namespace
 
 struct LineText::State {
     ChessPosition position{shared_tables()};

@@ -9,18 +9,13 @@
 #include "analyse/input_text.h"
 #include "analyse/pgn_reader.h"
 #include "analyse/position_lines.h"
+#include "analyse/shared_tables.h"
 #include "analyse/utf8.h"
-#include "generation/tables.h"
 #include "position/chess_position.h"
 
 namespace orvelin::tools {
 
 namespace {
-
-Tables const& shared_tables() {
-    static Tables const tables;
-    return tables;
-}
 
 bool read_ply(std::string_view text, int& ply) {
     auto const read = std::from_chars(text.data(), text.data() + text.size(), ply);
@@ -154,6 +149,7 @@ void PositionFiles::File::take_position(Asked& asked) {
     asked.fen = position_.fen();
     asked.chess960 = game_.chess960;
     asked.played = ply_ < game_.moves.size() ? game_.moves[ply_] : Move();
+    asked.taken = analyse::taken_by(ply_ == 0 ? Move() : game_.moves[ply_ - 1]);
 }
 
 bool PositionFiles::File::next_of_games(Asked& asked) {
@@ -199,6 +195,7 @@ bool PositionFiles::File::next_of_lines(Asked& asked) {
         asked.fen = line_.fen;
         asked.chess960 = line_.chess960 || settings_.chess960;
         asked.played = Move();
+        asked.taken = std::nullopt;
         return true;
     }
 }

@@ -20,6 +20,8 @@ struct Asked {
     bool chess960 = false;
     /// The move that was played in the game; the empty move for none.
     Move played;
+    /// What the move before it took.
+    std::optional<analyse::Taken> taken;
 };
 
 /// Where the positions come from, in order. One thread at a time.

@@ -142,13 +142,36 @@ analyse::RecordLine read_line(Field const& field) {
     return line;
 }
 
+analyse::RecordJudgement read_judgement(Field const& field) {
+    analyse::RecordJudgement judgement;
+    auto const mark = analyse::parse_mark(field["mark"].text());
+    if (!mark) {
+        throw RecordError("field played.judgement.mark: unknown mark");
+    }
+    judgement.mark = *mark;
+    judgement.lost = field["lost"].number<double>();
+    if (!field["accuracy"].is_null()) {
+        judgement.accuracy = field["accuracy"].number<double>();
+    }
+    judgement.sentence = field["sentence"].text();
+    return judgement;
+}
+
 std::optional<analyse::PlayedMove> read_played(Field const& field) {
     if (field.is_null()) {
         return std::nullopt;
     }
-    analyse::PlayedMove played{field["move"].text(), field["san"].text(), std::nullopt};
+    analyse::PlayedMove played;
+    played.move = field["move"].text();
+    played.san = field["san"].text();
+    if (!field["taken"].is_null()) {
+        played.taken = field["taken"].text();
+    }
     if (!field["line"].is_null()) {
         played.line = read_line(field["line"]);
+    }
+    if (!field["judgement"].is_null()) {
+        played.judgement = read_judgement(field["judgement"]);
     }
     return played;
 }

@@ -116,12 +116,17 @@ Asked asked_of(analyse::Record const& record, LineText& text) {
         throw RecordError("field fen: " +
                           (refusal.refused() ? refusal.reason : "not as it is written"));
     }
-    Asked asked{record.number, record.source, record.fen, record.chess960, Move()};
+    Asked asked{record.number, record.source, record.fen, record.chess960, Move(), std::nullopt};
     if (record.played) {
         asked.played = text.legal_move(fen, record.played->move);
         if (asked.played.word() == 0) {
             throw RecordError("field played.move: " + play::shown(record.played->move) +
                               " is not legal");
+        }
+        asked.taken = analyse::parse_taken(record.played->taken);
+        if (!asked.taken && !record.played->taken.empty()) {
+            throw RecordError("field played.taken: not a piece and a square: " +
+                              play::shown(record.played->taken));
         }
     }
     return asked;

@@ -9,7 +9,8 @@ namespace {
 constexpr std::string_view columns =
     "number,file,line,game,ply,white,black,result,event,date,id,fen,chess960,nodes,depth,score,"
     "centipawns,mate,win,draw,loss,static,best,best_san,line_moves,line_san,leaf_fen,leaf_score,"
-    "unexplained,played,played_san,played_score,limit,lines,leaves,played_asked,version,signature";
+    "unexplained,played,played_san,taken,played_score,mark,lost,accuracy,sentence,"
+    "limit,lines,leaves,played_asked,version,signature";
 
 /// One row that is put together field by field.
 class Row {
@@ -37,6 +38,12 @@ class Row {
     Row& number(std::optional<int> value) {
         return value ? number(std::int64_t{*value}) : text("");
     }
+    Row& number(double value) {
+        begin();
+        append_number(out_, value);
+        return *this;
+    }
+    Row& number(std::optional<double> value) { return value ? number(*value) : text(""); }
     Row& term(float value) {
         begin();
         append_number(out_, value);
@@ -98,14 +105,22 @@ void add_best_line(Row& row, Record const& record) {
 
 void add_played(Row& row, std::optional<PlayedMove> const& played) {
     if (!played) {
-        row.text("").text("").text("");
+        for (int i = 0; i < 8; ++i) {
+            row.text("");
+        }
         return;
     }
-    row.text(played->move).text(played->san);
+    row.text(played->move).text(played->san).text(played->taken);
     if (played->line) {
         row.number(std::int64_t{played->line->score.units});
     } else {
         row.text("");
+    }
+    if (auto const& judgement = played->judgement) {
+        row.text(mark_text(judgement->mark)).number(judgement->lost);
+        row.number(judgement->accuracy).text(judgement->sentence);
+    } else {
+        row.text("").text("").text("").text("");
     }
 }
 

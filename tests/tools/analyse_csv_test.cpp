@@ -47,7 +47,12 @@ TEST(AnalyseCsv, HasANamedColumnForEachField) {
     EXPECT_EQ(field_of(record, "leaf_score"), "-124");
     EXPECT_EQ(field_of(record, "unexplained"), "");
     EXPECT_EQ(field_of(record, "played_san"), "Ka2");
+    EXPECT_EQ(field_of(record, "taken"), "nb3");
     EXPECT_EQ(field_of(record, "played_score"), "-123");
+    EXPECT_EQ(field_of(record, "mark"), "?");
+    EXPECT_EQ(field_of(record, "lost"), "123.5");
+    EXPECT_EQ(field_of(record, "accuracy"), "59.9");
+    EXPECT_EQ(field_of(record, "sentence"), record.played->judgement->sentence);
     EXPECT_EQ(field_of(record, "played_asked"), "1");
     EXPECT_EQ(field_of(record, "limit"), "depth=9");
     EXPECT_EQ(field_of(record, "material"), "-0");
@@ -60,8 +65,9 @@ TEST(AnalyseCsv, LeavesFieldsEmptyThatThereAreNot) {
     record.source.game = 0;
     record.lines.clear();
     record.played.reset();
-    for (char const* const name : {"game", "ply", "best", "line_san", "leaf_fen", "leaf_score",
-                                   "unexplained", "played", "played_score"}) {
+    for (char const* const name :
+         {"game", "ply", "best", "line_san", "leaf_fen", "leaf_score", "unexplained", "played",
+          "taken", "played_score", "mark", "lost", "accuracy", "sentence"}) {
         EXPECT_EQ(field_of(record, name), "") << name;
     }
 }

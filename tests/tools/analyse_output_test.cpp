@@ -153,6 +153,16 @@ TEST(AnalyseSqlite, HoldsAllThatARecordSays) {
     EXPECT_EQ(number("SELECT count(*) FROM terms WHERE position = 2"), 3);
     EXPECT_EQ(number("SELECT count(*) FROM receipt"), 1);
     analyse::Record const record = full_record(2);
+    tools::Statement played(database,
+                            "SELECT played, taken, mark, lost, accuracy, sentence FROM positions "
+                            "WHERE number = 2");
+    ASSERT_TRUE(played.step());
+    EXPECT_EQ(played.text(0), "a1a2");
+    EXPECT_EQ(played.text(1), "nb3");
+    EXPECT_EQ(played.text(2), "?");
+    EXPECT_EQ(played.real(3), 123.5);
+    EXPECT_EQ(played.real(4), 59.9);
+    EXPECT_EQ(played.text(5), record.played->judgement->sentence);
     tools::Statement terms(database, "SELECT * FROM terms WHERE position = 2 AND line = 0");
     ASSERT_TRUE(terms.step());
     ASSERT_EQ(terms.columns(), 2 + static_cast<int>(record.terms.size()));

@@ -77,7 +77,14 @@ TEST(AnalyseQueries, FindTheMissedMateAndTheWorstMove) {
     EXPECT_EQ(missed.text(4), "Nf3");
     tools::Statement worst(database, all[1]);
     ASSERT_TRUE(worst.step());
+    EXPECT_EQ(worst.text(3), "Nf3");
+    EXPECT_EQ(worst.text(4), "??");
     EXPECT_GT(worst.number(5), 300);
+    EXPECT_NE(worst.text(6).find("4.Nf3 misses mate in 1"), std::string::npos) << worst.text(6);
+    tools::Statement players(database, all[2]);
+    ASSERT_TRUE(players.step());
+    EXPECT_GT(players.real(2), 0);
+    EXPECT_LT(players.real(2), 100);
 }
 
 }  // namespace orvelin::test::analysis

@@ -4,6 +4,7 @@
 #include <system_error>
 
 #include "analyse/sqlite_schema.h"
+#include "analyse/sqlite_values.h"
 
 namespace orvelin::tools {
 
@@ -34,29 +35,13 @@ std::int64_t signed_of(std::uint64_t value) {
     return static_cast<std::int64_t>(value);
 }
 
-void bind_optional(Statement& statement, std::optional<int> value) {
-    if (value) {
-        statement.bind(std::int64_t{*value});
-    } else {
-        statement.bind_null();
-    }
-}
-
-void bind_score(Statement& statement, analyse::Score const& score) {
-    auto const chances = score.chances();
-    statement.bind(std::int64_t{score.units}).bind(std::int64_t{score.centipawns()});
-    bind_optional(statement, score.mate());
-    statement.bind(std::int64_t{chances.win}).bind(std::int64_t{chances.draw});
-    statement.bind(std::int64_t{chances.loss});
-}
-
 }  // namespace
 
 struct SqliteOutput::Statements {
     explicit Statements(Database& database)
         : receipt(database, insert_statement("receipt", 7)),
           game(database, insert_statement("games", 9)),
-          position(database, insert_statement("positions", 19)),
+          position(database, insert_statement("positions", 24)),
           line(database, insert_statement("lines", 17)),
           terms(database, insert_statement("terms", 2 + static_cast<int>(term::count))) {}
 
@@ -180,11 +165,7 @@ void SqliteOutput::add(analyse::Record const& record) {
     position.bind(std::int64_t{record.depth});
     bind_score(position, record.score);
     position.bind(std::int64_t{record.static_score});
-    if (record.played) {
-        position.bind(record.played->move).bind(record.played->san);
-    } else {
-        position.bind_null().bind_null();
-    }
+    bind_played(position, record.played);
     position.step();
     add_terms(record.number, root_terms, record.terms);
     for (std::size_t i = 0; i < record.lines.size(); ++i) {
@@ -219,7 +200,8 @@ void SqliteOutput::add_line(std::uint64_t position, int number, analyse::RecordL
         row.bind_null().bind(line.leaf->moves).bind(line.leaf->fen);
         row.bind(std::int64_t{line.leaf->score}).bind(double{line.leaf->fading});
     } else {
-        row.bind(line.unexplained).bind_null().bind_null().bind_null().bind_null();
+        row.bind(line.unexplained);
+        bind_nulls(row, 4);
     }
     row.step();
     if (line.leaf) {

@@ -17,7 +17,7 @@ CREATE TABLE IF NOT EXISTS positions (
   number INTEGER PRIMARY KEY, game_id INTEGER REFERENCES games(id), file TEXT, line INTEGER,
   id TEXT, ply INTEGER, fen TEXT, chess960 INTEGER, nodes INTEGER, depth INTEGER, score INTEGER,
   centipawns INTEGER, mate INTEGER, win INTEGER, draw INTEGER, loss INTEGER, static INTEGER,
-  played TEXT, played_san TEXT);
+  played TEXT, played_san TEXT, taken TEXT, mark TEXT, lost REAL, accuracy REAL, sentence TEXT);
 CREATE TABLE IF NOT EXISTS lines (
   position INTEGER REFERENCES positions(number), line INTEGER, depth INTEGER, score INTEGER,
   centipawns INTEGER, mate INTEGER, win INTEGER, draw INTEGER, loss INTEGER, at_least INTEGER,

@@ -5,6 +5,8 @@
 
 #include "analyse/sentence_words.h"
 #include "generation/tables.h"
+#include "play/position_reader.h"
+#include "play/reader_text.h"
 #include "position/chess_position.h"
 #include "search/score.h"
 
@@ -50,56 +52,59 @@ std::string eval_comment(int score, bool white_to_move) {
 }
 
 GameAnnotation::GameAnnotation(Tables const& tables, Game const& game)
-    : tables_(tables), game_(game), writer_(tables) {
-    ChessPosition position(tables);
-    position.fen(game.start_fen);
-    position.set_chess960(game.chess960);
-    fens_.push_back(game.start_fen);
+    : tables_(tables), game_(game), judged_(game.moves.size(), false) {
     for (Move const& move : game.moves) {
-        position.make_move(move);
-        fens_.push_back(position.fen());
         moves_.emplace_back();
         moves_.back().move = move;
     }
-    judgements_.resize(moves_.size());
 }
 
-void GameAnnotation::add(std::size_t ply, Result const& result) {
-    if (ply >= moves_.size() || judgements_[ply].known) {
+void GameAnnotation::add(std::size_t ply, Record const& record) {
+    if (ply >= moves_.size() || judged_[ply] || !record.played || !record.played->judgement) {
         return;
     }
+    judged_[ply] = true;
+    PlayedMove const& played = *record.played;
+    RecordJudgement const& judgement = *played.judgement;
     AnnotatedMove& annotated = moves_[ply];
-    MoveInGame const move{fens_[ply], annotated.move,
-                          taken_by(ply == 0 ? Move() : game_.moves[ply - 1]), &result};
-    Judgement const judgement = judge(move, tables_);
-    judgements_[ply] = judgement;
-    if (!judgement.known) {
-        return;
-    }
-    bool const white = white_moves(move.fen);
-    accuracy_[white ? 0 : 1].add(judgement.mark, move_accuracy(judgement));
+    bool const white = white_moves(record.fen);
+    accuracy_[white ? 0 : 1].add(judgement.mark, judgement.accuracy);
     if (judgement.mark != move_mark::none) {
         annotated.glyphs = {mark_glyph(judgement.mark)};
     }
-    annotated.comment =
-        joined(eval_comment(move.line()->score, white), writer_.write(move, judgement));
-    if (judgement.mark > move_mark::good && !judgement.is_best) {
-        add_variation(move, annotated);
+    std::string const eval = played.line ? eval_comment(played.line->score.units, white) : "";
+    annotated.comment = joined(eval, judgement.sentence);
+    if (judgement.mark > move_mark::good) {
+        add_variation(record, annotated);
     }
 }
 
-void GameAnnotation::add_variation(MoveInGame const& move, AnnotatedMove& annotated) const {
-    Line const& best = *move.best();
+/// Nothing where the best line begins with the move itself.
+void GameAnnotation::add_variation(Record const& record, AnnotatedMove& annotated) const {
+    if (record.lines.empty()) {
+        return;
+    }
+    RecordLine const& best = record.lines.front();
+    std::vector<std::string_view> const words = play::words_of(best.moves);
+    if (words.empty() || words.front() == record.played->move) {
+        return;
+    }
+    ChessPosition position(tables_);
+    position.fen(record.fen);
     Variation variation;
-    for (Move const& made : best.moves) {
-        if (variation.moves.size() == longest_variation) {
+    for (std::string_view const word : words) {
+        Move const move = play::find_legal_move(position, tables_, word);
+        if (move.word() == 0 || variation.moves.size() == longest_variation) {
             break;
         }
         variation.moves.emplace_back();
-        variation.moves.back().move = made;
+        variation.moves.back().move = move;
+        position.make_move(move);
     }
-    variation.moves.front().comment = eval_comment(best.score, white_moves(move.fen));
-    annotated.variations = {variation};
+    if (!variation.moves.empty()) {
+        variation.moves.front().comment = eval_comment(best.score.units, white_moves(record.fen));
+        annotated.variations = {variation};
+    }
 }
 
 AnnotatedGame GameAnnotation::annotated(std::string const& annotator) const {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "analyse/pgn_reader_fixture.h"
+#include "analyse/record_fixture.h"
 #include "analyse/result_text.h"
 #include "analyse/sentence_check.h"
 #include "search/score.h"
@@ -39,30 +40,37 @@ struct Annotated {
     explicit Annotated(std::string const& limit) {
         PositionSearch search;
         for (ReadGame const& game : read) {
-            GameAnnotation annotation(shared_tables(), game.game);
-            for (std::size_t ply = 0; ply < game.game.moves.size(); ++ply) {
-                add(search, limit, game.game, ply, annotation);
-            }
-            annotated.push_back(annotation.annotated("Orvelin 1.0"));
+            annotated.push_back(annotated_game(search, limit, game.game));
         }
     }
 
-    void add(PositionSearch& search, std::string const& limit, Game const& game, std::size_t ply,
-             GameAnnotation& annotation) {
-        Question asked = question(annotation.fen(ply), limit, 2);
-        asked.played = game.moves[ply];
-        Result const result = search.answer(asked);
-        annotation.add(ply, result);
-        MoveInGame const move{asked.fen, asked.played,
-                              taken_by(ply == 0 ? Move() : game.moves[ply - 1]), &result};
-        std::string text = annotation.annotated("").moves[ply].comment;
-        if (text.starts_with('[')) {
-            text.erase(0, text.find("] ") + 2);
+    AnnotatedGame annotated_game(PositionSearch& search, std::string const& limit,
+                                 Game const& game) {
+        GameAnnotation annotation(shared_tables(), game);
+        ChessPosition position(shared_tables());
+        position.fen(game.start_fen);
+        Move previous;
+        for (std::size_t ply = 0; ply < game.moves.size(); ++ply) {
+            annotation.add(ply, record(search, limit, position.fen(), game.moves[ply], previous));
+            previous = game.moves[ply];
+            position.make_move(previous);
         }
+        return annotation.annotated("Orvelin 1.0");
+    }
+
+    Record record(PositionSearch& search, std::string const& limit, std::string const& fen,
+                  Move const& played, Move const& previous) {
+        Question asked = question(fen, limit, 2);
+        asked.played = played;
+        Result const result = search.answer(asked);
+        MoveInGame const move{fen, played, taken_by(previous), &result};
+        Record const record = record_of(move);
+        std::string const& text = record.played->judgement.value().sentence;
         for (std::string const& fault : faults_of_sentence(text, move, shared_tables())) {
-            ADD_FAILURE() << asked.fen << '\n' << text << '\n' << fault;
+            ADD_FAILURE() << fen << '\n' << text << '\n' << fault;
         }
         ++sentences;
+        return record;
     }
 
     std::string text() const {
@@ -121,13 +129,45 @@ TEST(AnnotationTest, MarkedMovesHaveTheBestLine) {
 TEST(AnnotationTest, WhatIsMissingIsLeftOut) {
     Game const& game = at_depth_four().read.at(0).game;
     GameAnnotation annotation(shared_tables(), game);
-    annotation.add(3, Result());
-    annotation.add(1000, Result());
+    annotation.add(3, Record());
+    Record record;
+    record.fen = game.start_fen;
+    record.played.emplace();
+    annotation.add(4, record);
+    record.played->judgement = {move_mark::blunder, 300, 20.0, "Words."};
+    annotation.add(1000, record);
     AnnotatedGame const annotated = annotation.annotated("x");
     EXPECT_EQ(annotated.comment, "");
     EXPECT_EQ(annotated.moves.at(3).comment, "");
-    EXPECT_FALSE(annotation.judgement(3).known);
-    EXPECT_EQ(annotation.fen(game.moves.size()).substr(0, 8), "1n1Rkb1r");
+    EXPECT_EQ(annotated.moves.at(4).comment, "");
+}
+
+// A file may hold what no program would write.
+TEST(AnnotationTest, LinesThatCannotBePlayedEndWhereTheyCan) {
+    Game const& game = at_depth_four().read.at(0).game;
+    GameAnnotation annotation(shared_tables(), game);
+    Record record;
+    record.fen = game.start_fen;
+    record.played.emplace();
+    record.played->move = "e2e4";
+    record.played->judgement = {move_mark::blunder, 300, 20.0, "Words."};
+    annotation.add(0, record);
+    for (char const* const moves : {"", "e2e4 e7e5", "e2e5", "d2d4 e7e5 e2e5 a7a6"}) {
+        RecordLine line;
+        line.moves = moves;
+        record.lines = {line};
+        GameAnnotation other(shared_tables(), game);
+        other.add(0, record);
+        std::size_t const shown = std::string(moves).starts_with("d2d4") ? 2 : 0;
+        auto const& variations = other.annotated("").moves.at(0).variations;
+        EXPECT_EQ(variations.empty() ? 0 : variations[0].moves.size(), shown) << moves;
+    }
+    // The first record counts.
+    record.played->judgement->sentence = "Others.";
+    annotation.add(0, record);
+    EXPECT_EQ(annotation.annotated("").moves.at(0).comment, "Words.");
+    EXPECT_EQ(annotation.accuracy(true).count(move_mark::blunder), 1);
+    EXPECT_EQ(annotation.accuracy(true).percent(), 20.0);
 }
 
 TEST(AnnotationTest, IsReadBackByTheReader) {

@@ -33,7 +33,7 @@ void add(tools::RecordOutput& output, std::uint64_t first, std::uint64_t last) {
     for (std::uint64_t number = first; number <= last; ++number) {
         std::string text;
         output.render(full_record(number), text);
-        output.write({full_record(number)}, text);
+        output.write({{full_record(number), nullptr}}, text);
     }
 }
 

@@ -125,12 +125,13 @@ std::optional<AnalyseRun::Answers> AnalyseRun::work(positions_t const& positions
     Answers answers;
     answers.texts.resize(outputs_.size());
     for (Asked const& asked : positions) {
-        answers.records.push_back(answerers_[worker]->answer(asked, settings_.request));
+        answers.answered.push_back(
+            {answerers_[worker]->answer(asked, settings_.request), asked.game});
         if (interrupted_) {
             return std::nullopt;
         }
         for (std::size_t i = 0; i < outputs_.size(); ++i) {
-            outputs_[i]->render(answers.records.back(), answers.texts[i]);
+            outputs_[i]->render(answers.answered.back().record, answers.texts[i]);
         }
     }
     return answers;
@@ -138,12 +139,12 @@ std::optional<AnalyseRun::Answers> AnalyseRun::work(positions_t const& positions
 
 void AnalyseRun::hand_on(Answers const& answers) {
     for (std::size_t i = 0; i < outputs_.size(); ++i) {
-        outputs_[i]->write(answers.records, answers.texts[i]);
+        outputs_[i]->write(answers.answered, answers.texts[i]);
     }
     if (answered_ == 0) {
         read_before_ = settings_.input_read();
     }
-    answered_ += answers.records.size();
+    answered_ += answers.answered.size();
 }
 
 bool AnalyseRun::stop_wanted() {

@@ -51,7 +51,7 @@ class AnalyseRun {
  private:
     using positions_t = std::vector<Asked>;
     struct Answers {
-        std::vector<analyse::Record> records;
+        std::vector<Answered> answered;
         /// One for each output.
         std::vector<std::string> texts;
     };

@@ -96,7 +96,7 @@ void CsvOutput::render(analyse::Record const& record, std::string& text) const {
     }
 }
 
-void CsvOutput::write(std::vector<analyse::Record> const&, std::string const& text) {
+void CsvOutput::write(std::vector<Answered> const&, std::string const& text) {
     file_.add(text);
 }
 

@@ -14,7 +14,7 @@ class CsvOutput : public RecordOutput {
 
     LastRecord const& last() const override { return last_; }
     void render(analyse::Record const& record, std::string& text) const override;
-    void write(std::vector<analyse::Record> const& records, std::string const& text) override;
+    void write(std::vector<Answered> const& answered, std::string const& text) override;
 
  private:
     void find_last(std::string const& header);

@@ -59,7 +59,7 @@ void JsonOutput::render(analyse::Record const& record, std::string& text) const 
     }
 }
 
-void JsonOutput::write(std::vector<analyse::Record> const&, std::string const& text) {
+void JsonOutput::write(std::vector<Answered> const&, std::string const& text) {
     file_.add(text);
 }
 

@@ -1,6 +1,5 @@
 #include "analyse/position_files.h"
 
-#include <charconv>
 #include <stdexcept>
 #include <utility>
 
@@ -16,11 +15,6 @@
 namespace orvelin::tools {
 
 namespace {
-
-bool read_ply(std::string_view text, int& ply) {
-    auto const read = std::from_chars(text.data(), text.data() + text.size(), ply);
-    return read.ec == std::errc() && read.ptr == text.data() + text.size() && ply >= 0;
-}
 
 /// Looks no further ahead than to the end of the first word: behind that a pipe may have nothing
 /// yet.
@@ -42,18 +36,6 @@ analyse::input_kind kind_of_begin(analyse::InputText& text) {
 }
 
 }  // namespace
-
-std::optional<Plies> parse_plies(std::string const& text) {
-    Plies plies;
-    std::size_t const dash = text.find('-');
-    std::string const from = text.substr(0, dash);
-    std::string const to = dash == std::string::npos ? from : text.substr(dash + 1);
-    if (text == "-" || (!from.empty() && !read_ply(from, plies.from)) ||
-        (!to.empty() && !read_ply(to, plies.to)) || text.empty() || plies.from > plies.to) {
-        return std::nullopt;
-    }
-    return plies;
-}
 
 /// One file, and where the reading of it stands.
 class PositionFiles::File {
@@ -101,7 +83,7 @@ class PositionFiles::File {
     std::unique_ptr<analyse::PositionLines> lines_;
     analyse::PositionLine line_;
     std::unique_ptr<analyse::PgnReader> games_;
-    analyse::Game game_;
+    std::shared_ptr<analyse::Game const> game_;
     analyse::Source source_;
     ChessPosition position_{shared_tables()};
     bool game_open_ = false;
@@ -119,7 +101,8 @@ void PositionFiles::File::begin() {
 
 bool PositionFiles::File::next_game() {
     while (true) {
-        auto const outcome = games_->next(game_);
+        auto game = std::make_shared<analyse::Game>();
+        auto const outcome = games_->next(*game);
         if (outcome == analyse::PgnReader::outcome::end) {
             return false;
         }
@@ -130,14 +113,15 @@ bool PositionFiles::File::next_game() {
             continue;
         }
         source_.file = shown_name_;
-        source_.line = game_.line;
-        source_.game = game_.number;
-        source_.white = analyse::valid_utf8(game_.tag("White"));
-        source_.black = analyse::valid_utf8(game_.tag("Black"));
-        source_.result = game_.result;
-        source_.event = analyse::valid_utf8(game_.tag("Event"));
-        source_.date = analyse::valid_utf8(game_.tag("Date"));
-        position_.fen(game_.start_fen);
+        source_.line = game->line;
+        source_.game = game->number;
+        source_.white = analyse::valid_utf8(game->tag("White"));
+        source_.black = analyse::valid_utf8(game->tag("Black"));
+        source_.result = game->result;
+        source_.event = analyse::valid_utf8(game->tag("Event"));
+        source_.date = analyse::valid_utf8(game->tag("Date"));
+        game_ = std::move(game);
+        position_.fen(game_->start_fen);
         ply_ = 0;
         return true;
     }
@@ -147,9 +131,10 @@ void PositionFiles::File::take_position(Asked& asked) {
     asked.source = source_;
     asked.source.ply = static_cast<int>(ply_);
     asked.fen = position_.fen();
-    asked.chess960 = game_.chess960;
-    asked.played = ply_ < game_.moves.size() ? game_.moves[ply_] : Move();
-    asked.taken = analyse::taken_by(ply_ == 0 ? Move() : game_.moves[ply_ - 1]);
+    asked.chess960 = game_->chess960;
+    asked.played = ply_ < game_->moves.size() ? game_->moves[ply_] : Move();
+    asked.game = game_;
+    asked.taken = analyse::taken_by(ply_ == 0 ? Move() : game_->moves[ply_ - 1]);
 }
 
 bool PositionFiles::File::next_of_games(Asked& asked) {
@@ -164,8 +149,8 @@ bool PositionFiles::File::next_of_games(Asked& asked) {
         if (wanted) {
             take_position(asked);
         }
-        if (ply_ < game_.moves.size() && static_cast<int>(ply_) < settings_.plies.to) {
-            position_.make_move(game_.moves[ply_]);
+        if (ply_ < game_->moves.size() && static_cast<int>(ply_) < settings_.plies.to) {
+            position_.make_move(game_->moves[ply_]);
             ++ply_;
         } else {
             game_open_ = false;
@@ -195,7 +180,8 @@ bool PositionFiles::File::next_of_lines(Asked& asked) {
         asked.fen = line_.fen;
         asked.chess960 = line_.chess960 || settings_.chess960;
         asked.played = Move();
-        asked.taken = std::nullopt;
+        asked.taken.reset();
+        asked.game.reset();
         return true;
     }
 }

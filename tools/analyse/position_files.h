@@ -4,22 +4,13 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
+#include "analyse/plies.h"
 #include "analyse/position_source.h"
 
 namespace orvelin::tools {
-
-/// Which positions of a game are looked at, by the number of moves made before them.
-struct Plies {
-    int from = 0;
-    int to = 1000000;
-};
-
-/// "3-40", "3-", "-40" or "7".
-std::optional<Plies> parse_plies(std::string const& text);
 
 /// The positions of several files, one after another, each of games in PGN or of lines in EPD or
 /// FEN. Holds no more than a game and a block of a file.

@@ -1,10 +1,12 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 
+#include "analyse/game.h"
 #include "analyse/record.h"
 #include "position/move.h"
 
@@ -22,6 +24,8 @@ struct Asked {
     Move played;
     /// What the move before it took.
     std::optional<analyse::Taken> taken;
+    /// The game that it is of; null for none.
+    std::shared_ptr<analyse::Game const> game;
 };
 
 /// Where the positions come from, in order. One thread at a time.

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
+#include "analyse/game.h"
 #include "analyse/record.h"
 
 namespace orvelin::tools {
@@ -14,6 +16,13 @@ struct LastRecord {
     std::uint64_t number = 0;
     std::string fen;
     analyse::Receipt receipt;
+};
+
+/// A record, and the game that its position is of.
+struct Answered {
+    analyse::Record record;
+    /// Null for a position without a game.
+    std::shared_ptr<analyse::Game const> game;
 };
 
 /// Where records go, in order.
@@ -31,7 +40,7 @@ class RecordOutput {
     /// Writes what was rendered of these records. When it returns, all of it is written.
     /// @throws std::runtime_error when that fails; nothing is then left half written, as far as the
     /// output can take anything back.
-    virtual void write(std::vector<analyse::Record> const& records, std::string const& text) = 0;
+    virtual void write(std::vector<Answered> const& answered, std::string const& text) = 0;
     /// Writes what was held back. Called once, when no record follows.
     virtual void finish() {}
 };

@@ -112,14 +112,14 @@ void SqliteOutput::roll_back() {
     }
 }
 
-void SqliteOutput::write(std::vector<analyse::Record> const& records, std::string const&) {
+void SqliteOutput::write(std::vector<Answered> const& answered, std::string const&) {
     if (!in_transaction_) {
         begin();
     }
     try {
-        for (analyse::Record const& record : records) {
-            if (record.number > last_.number) {
-                add(record);
+        for (Answered const& one : answered) {
+            if (one.record.number > last_.number) {
+                add(one.record);
             }
         }
     } catch (DatabaseError const&) {

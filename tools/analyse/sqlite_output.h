@@ -21,7 +21,7 @@ class SqliteOutput : public RecordOutput {
 
     LastRecord const& last() const override { return last_; }
     void render(analyse::Record const&, std::string&) const override {}
-    void write(std::vector<analyse::Record> const& records, std::string const& text) override;
+    void write(std::vector<Answered> const& answered, std::string const& text) override;
     void finish() override;
 
  private:

@@ -116,7 +116,7 @@ Asked asked_of(analyse::Record const& record, LineText& text) {
         throw RecordError("field fen: " +
                           (refusal.refused() ? refusal.reason : "not as it is written"));
     }
-    Asked asked{record.number, record.source, record.fen, record.chess960, Move(), std::nullopt};
+    Asked asked{record.number, record.source, record.fen, record.chess960, Move(), {}, {}};
     if (record.played) {
         asked.played = text.legal_move(fen, record.played->move);
         if (asked.played.word() == 0) {

@@ -3,20 +3,17 @@
 #include <CLI/CLI.hpp>
 #include <iostream>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "analyse/analyse_outputs.h"
 #include "analyse/analyse_run.h"
 #include "analyse/answer_cache.h"
 #include "analyse/commands.h"
-#include "analyse/csv_output.h"
 #include "analyse/jobs_option.h"
-#include "analyse/json_output.h"
 #include "analyse/position_files.h"
-#include "analyse/sqlite_output.h"
 #include "analyse/stop_signals.h"
 #include "support/tool_main.h"
 
@@ -27,16 +24,12 @@ namespace {
 struct arguments_t {
     std::vector<std::string> files;
     std::string limit = "depth=10";
-    int lines = 1;
+    std::optional<int> lines;
     std::string plies = "0-";
-    std::string moves = "best";
+    std::optional<std::string> moves;
     bool no_leaves = false;
     bool chess960 = false;
-    std::string jsonl;
-    std::string csv;
-    std::string sqlite;
-    bool resume = false;
-    bool overwrite = false;
+    OutputOptions output;
     std::string shard = "1/1";
     std::size_t jobs = 1;
     std::string cache;
@@ -52,14 +45,33 @@ analyse::Limit limit_of(std::string const& text) {
     return *limit;
 }
 
-bool played_wanted(std::string const& moves) {
+bool played_wanted(arguments_t const& arguments) {
+    bool const annotated = !arguments.output.pgn.empty();
+    if (!arguments.moves) {
+        return annotated;
+    }
+    std::string const& moves = *arguments.moves;
     if (moves == "best,played" || moves == "played,best") {
         return true;
     }
     if (moves != "best") {
         throw UsageError("--moves is best or best,played, not " + moves);
     }
+    if (annotated) {
+        throw UsageError(
+            "--pgn judges the moves that were played: it goes with --moves best,played");
+    }
     return false;
+}
+
+/// The second line tells which moves are the only good ones.
+int lines_of(arguments_t const& arguments) {
+    return arguments.lines.value_or(arguments.output.pgn.empty() ? 1 : 2);
+}
+
+Request request_of(arguments_t const& arguments) {
+    return {limit_of(arguments.limit), lines_of(arguments), !arguments.no_leaves,
+            played_wanted(arguments)};
 }
 
 Plies plies_of(std::string const& text) {
@@ -78,51 +90,13 @@ Shard shard_of(std::string const& text) {
     return *shard;
 }
 
-open_mode mode_of(arguments_t const& arguments) {
-    if (arguments.resume && arguments.overwrite) {
-        throw UsageError("--resume and --overwrite exclude each other");
+void refuse_for_pgn(Request const& request, Shard const& shard) {
+    if (request.limit.what == analyse::Limit::kind::static_eval) {
+        throw UsageError("--pgn needs a search: it does not go with --limit static");
     }
-    if (arguments.resume) {
-        return open_mode::resume;
+    if (shard.count > 1) {
+        throw UsageError("--pgn needs whole games: it does not go with --shard");
     }
-    return arguments.overwrite ? open_mode::replace : open_mode::create;
-}
-
-void refuse_two_of_a_place(arguments_t const& arguments) {
-    std::vector<std::string> const names = {arguments.jsonl, arguments.csv, arguments.sqlite};
-    for (std::size_t i = 0; i < names.size(); ++i) {
-        for (std::size_t j = i + 1; j < names.size(); ++j) {
-            if (!names[i].empty() && names[i] == names[j]) {
-                throw UsageError("two kinds of output cannot both go to " + names[i]);
-            }
-        }
-    }
-    if (arguments.sqlite == "-") {
-        throw UsageError("--sqlite needs a file");
-    }
-}
-
-outputs_t open_outputs(arguments_t const& arguments) {
-    refuse_two_of_a_place(arguments);
-    open_mode const mode = mode_of(arguments);
-    std::string const jsonl =
-        arguments.jsonl.empty() && arguments.csv.empty() && arguments.sqlite.empty()
-            ? "-"
-            : arguments.jsonl;
-    if (mode == open_mode::resume && (jsonl == "-" || arguments.csv == "-")) {
-        throw UsageError("--resume needs files to go on with, not standard output");
-    }
-    outputs_t outputs;
-    if (!jsonl.empty()) {
-        outputs.push_back(std::make_unique<JsonOutput>(jsonl, mode));
-    }
-    if (!arguments.csv.empty()) {
-        outputs.push_back(std::make_unique<CsvOutput>(arguments.csv, mode));
-    }
-    if (!arguments.sqlite.empty()) {
-        outputs.push_back(std::make_unique<SqliteOutput>(arguments.sqlite, mode));
-    }
-    return outputs;
 }
 
 /// Looking an answer up takes longer than a static evaluation.
@@ -134,20 +108,22 @@ std::unique_ptr<AnswerCache> open_cache(arguments_t const& arguments, analyse::L
 }
 
 int analyse_files(arguments_t const& arguments) {
-    Request const request{limit_of(arguments.limit), arguments.lines, !arguments.no_leaves,
-                          played_wanted(arguments.moves)};
+    Request const request = request_of(arguments);
     PositionFiles::Settings input_settings{arguments.files, plies_of(arguments.plies),
                                            arguments.chess960};
     if (input_settings.names.empty()) {
         input_settings.names = {"-"};
     }
     Shard const shard = shard_of(arguments.shard);
+    if (!arguments.output.pgn.empty()) {
+        refuse_for_pgn(request, shard);
+    }
 
     StopSignals const signals;
     PositionFiles input(input_settings, signals.descriptor(), [](std::string const& remark) {
         std::cerr << "orvelin-analyse: " + remark + '\n';
     });
-    outputs_t outputs = open_outputs(arguments);
+    outputs_t outputs = open_outputs(arguments.output, input_settings.names, input_settings.plies);
     std::unique_ptr<AnswerCache> const cache = open_cache(arguments, request.limit);
     RunSettings settings;
     settings.request = request;
@@ -179,7 +155,8 @@ void add_question_options(CLI::App& app, arguments_t& arguments) {
     app.add_option("--limit", arguments.limit,
                    "How far each position is looked into: static, depth=N or nodes=N; depth=10")
         ->option_text("LIMIT");
-    app.add_option("--lines", arguments.lines, "So many best lines of each position; 1")
+    app.add_option("--lines", arguments.lines,
+                   "So many best lines of each position; 1, with --pgn 2")
         ->option_text("K")
         ->check(CLI::Range(1, most_lines));
     app.add_option("--plies", arguments.plies,
@@ -194,14 +171,20 @@ void add_question_options(CLI::App& app, arguments_t& arguments) {
 }
 
 void add_output_options(CLI::App& app, arguments_t& arguments) {
-    app.add_option("--jsonl", arguments.jsonl, "Write lines of JSON; - is standard output")
+    app.add_option("--jsonl", arguments.output.jsonl, "Write lines of JSON; - is standard output")
         ->option_text("FILE");
-    app.add_option("--csv", arguments.csv, "Write CSV; - is standard output")->option_text("FILE");
-    app.add_option("--sqlite", arguments.sqlite, "Write the tables of an SQLite file")
+    app.add_option("--csv", arguments.output.csv, "Write CSV; - is standard output")
         ->option_text("FILE");
-    app.add_flag("--resume", arguments.resume,
+    app.add_option("--sqlite", arguments.output.sqlite, "Write the tables of an SQLite file")
+        ->option_text("FILE");
+    app.add_option("--pgn", arguments.output.pgn,
+                   "Write the games with scores, marks, better lines and sentences; - is standard "
+                   "output. Asks for --moves best,played and --lines 2 by itself")
+        ->option_text("FILE");
+    app.add_flag("--resume", arguments.output.resume,
                  "Go on with what is in the output files; what they hold is not done again");
-    app.add_flag("--overwrite", arguments.overwrite, "Begin output files that are there anew");
+    app.add_flag("--overwrite", arguments.output.overwrite,
+                 "Begin output files that are there anew");
 }
 
 void add_run_options(CLI::App& app, arguments_t& arguments) {

@@ -54,11 +54,16 @@ class FollowTest(unittest.TestCase):
         # A pawn, and what it is to be ahead.
         self.assertGreater(first.change, 0.9)
         self.assertNotEqual(last.term, "stm")
-        (note,) = notes_for([first, second, last], False)
+        (note,) = notes_for([first, second, last], records)
         self.assertIn("3 half-moves from 1. Kxd2 on lead to", note)
-        (note,) = notes_for([last], False)
+        (note,) = notes_for([last], records)
         self.assertIn("1 half-move from 2. e4 on leads to", note)
-        self.assertEqual(notes_for([first], True), [])
+        searched = self.records(ENDING, "depth=2")
+        self.assertEqual(notes_for(steps_of(searched), searched), [])
+        for each in searched[:-1]:
+            each["played"]["judgement"] = None
+        (note,) = notes_for(steps_of(searched), searched)
+        self.assertIn("not judged", note)
 
     def test_the_biggest_change(self):
         before = record(terms={"material": 5, "mobility": -20, "stm": 14})
@@ -107,7 +112,7 @@ class OutputTest(ToolTest):
         titles = [rect.find(SVG + "title") for rect in root.iter(SVG + "rect")]
         titles = [title.text for title in titles if title is not None]
         self.assertEqual(len(titles), 7)
-        self.assertTrue(titles[0].startswith("1. e4: "))
+        self.assertRegex(titles[0], r"^1\. e4[?!]*: ")
         self.assertIn("+M1", titles[-2])
         page = ET.fromstring(self.read("a.html"))
         moves = [b.text for b in page.iter("button") if b.get("data-ply")]

@@ -5,9 +5,10 @@ import json
 import re
 import unittest
 
-from explain_lib.judgement import judge, pawn_of, score_text, side_of
+from explain_lib.judgement import judged_move, pawn_of, score_text, side_of
 from explain_lib.records import pick, records_of
 from explain_lib.report_data import Report
+from explain_lib.report_page import MARKS_WORDS, report_page
 from explain_lib.terms import GROUPS, TERMS
 from orvelin_lib.tool_main import ToolError
 from support import ANALYSE, ROOT, START, ToolTest, line, record
@@ -16,12 +17,15 @@ AFTER = "rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq - 0 1"
 BEST = line("d2d4 d7d5", "d4 d5", {"material": 20, "king_attack": 50}, units=100, win=500, loss=100)
 
 
-def made(loss=0, terms=None, **fields):
-    """A game of one move, 1.e4, that gives away so many thousandths of the wins for losses."""
-    played = line("e2e4 e7e5", "e4 e5", terms, units=0, win=500 - loss, loss=100 + loss, **fields)
-    first = record(
-        ply=0, lines=[BEST], played={"move": "e2e4", "san": "e4", "line": played}, win=500, loss=100
-    )
+def judgement(mark="", lost=0, accuracy=100, sentence="It is so."):
+    return {"mark": mark, "lost": lost, "accuracy": accuracy, "sentence": sentence}
+
+
+def made(terms=None, **words):
+    """A game of one move, 1.e4, of which this is said."""
+    played = line("e2e4 e7e5", "e4 e5", terms, units=0)
+    move = {"move": "e2e4", "san": "e4", "taken": None, "line": played}
+    first = record(ply=0, lines=[BEST], played={**move, "judgement": judgement(**words)}, win=500)
     return [first, record(AFTER, ply=1)]
 
 
@@ -56,6 +60,11 @@ class ReadTest(unittest.TestCase):
             ("played", "e4", "played is no object"),
             ("played.move", None, "played has no move"),
             ("played.line.score", None, "score is no number"),
+            ("played.judgement", 3, "judgement is no object"),
+            ("played.judgement.mark", "!?", "mark is none"),
+            ("played.judgement.lost", None, "lost is no number"),
+            ("played.judgement.accuracy", "1", "accuracy is no number"),
+            ("played.judgement.sentence", None, "sentence is no text"),
         ):
             wrong = copy.deepcopy(made()[0])
             *way, name = path.split(".")
@@ -95,49 +104,65 @@ class ReadTest(unittest.TestCase):
 
 
 class JudgementTest(unittest.TestCase):
-    def test_marks(self):
-        for loss, mark in ((0, ""), (49, ""), (50, "?!"), (99, "?!"), (100, "?"), (200, "??")):
-            judged = judge(*made(loss))
-            self.assertEqual(judged.mark, mark, loss)
-            self.assertAlmostEqual(judged.loss, loss / 10)
-            self.assertAlmostEqual(judged.accuracy, 100 / 2 ** (loss / 100))
+    def test_it_is_that_of_the_record(self):
+        first, _ = made(mark="?", lost=123.5, accuracy=60.1, sentence="It is bad.")
+        judged = judged_move(first)
+        self.assertEqual((judged.mark, judged.mark_name), ("?", "mistake"))
+        self.assertEqual((judged.loss, judged.accuracy), (12.35, 60.1))
+        self.assertEqual((judged.sentence, judged.written), ("It is bad.", "1.e4"))
+        self.assertFalse(judged.is_best)
+        first["played"]["move"] = "d2d4"
+        self.assertTrue(judged_move(first).is_best)
 
-    def test_a_move_that_is_not_searched_is_judged_by_the_position_behind(self):
-        first, second = made()
-        first["played"]["line"] = None
-        second |= {"win": 600, "draw": 200, "loss": 200}
-        judged = judge(first, second)
-        self.assertEqual((judged.before, judged.after, judged.mark), (70, 30, "??"))
-
-    def test_the_only_good_move(self):
-        first, second = made()
-        first["played"] = {"move": "d2d4", "san": "d4", "line": None}
-        for win, mark in ((500, ""), (401, ""), (400, "!")):
-            other = line("e2e4", "e4", units=0, win=win, loss=600 - win)
-            first["lines"] = [BEST, other]
-            self.assertEqual(judge(first, second).mark, "" if win > 400 else mark)
+    def test_a_move_that_was_not_searched_is_not_judged(self):
+        for without in ({"line": None, "judgement": None}, {"line": None}):
+            records = made(mark="??", lost=300)
+            records[0]["played"].pop("judgement")
+            records[0]["played"] |= without
+            report = Report(records)
+            (judged,) = report.judged
+            self.assertFalse(report.is_judged)
+            self.assertEqual((judged.mark, judged.loss, judged.sentence), ("", 0, ""))
+            self.assertIsNone(judged.accuracy)
+            self.assertIsNone(report.sides[0].accuracy)
+            self.assertIn("--moves best,played", report_page(report))
+        self.assertNotIn("--moves best,played", report_page(Report(made())))
 
     def test_the_difference_is_that_of_the_leaves(self):
-        judged = judge(*made(200, {"material": -80, "king_attack": 40, "mobility": 30}))
+        judged = judged_move(made({"material": -80, "king_attack": 40, "mobility": 30})[0])
         groups = {GROUPS[group]: total for group, total, _ in judged.groups}
         pawn = pawn_of(START)
         self.assertAlmostEqual(groups["material"], -100 / pawn)
         self.assertAlmostEqual(groups["king safety"], -10 / pawn)
         self.assertAlmostEqual(groups["piece activity"], 30 / pawn)
         self.assertEqual(GROUPS[judged.groups[0][0]], "material")
-        self.assertIsNone(judge(*made(200)).groups)
+        self.assertIsNone(judged_move(made()[0]).groups)
 
     def test_the_difference_is_told_for_the_side_that_moved(self):
-        first, second = made(200, {"material": 80})
+        first, _ = made({"material": 80})
         first["fen"] = AFTER
-        groups = {GROUPS[group]: total for group, total, _ in judge(first, second).groups}
+        groups = {GROUPS[group]: total for group, total, _ in judged_move(first).groups}
         self.assertLess(groups["material"], 0)
 
-    def test_accuracy(self):
-        side = side_of([judge(*made(0)), judge(*made(100))], True)
+    def test_accuracy_is_the_mean_over_moves_that_were_not_forced(self):
+        moves = [made()[0], made(mark="?", accuracy=50)[0], made(accuracy=None)[0]]
+        side = side_of([judged_move(move) for move in moves], True)
         self.assertAlmostEqual(side.accuracy, 75)
-        self.assertEqual((side.moves, side.marks["?"]), (2, 1))
+        self.assertEqual((side.moves, side.marks["?"]), (3, 1))
         self.assertIsNone(side_of([], False).accuracy)
+
+    def test_the_page_tells_the_points_of_the_analysis(self):
+        with open(f"{ROOT}/src/analyse/move_judgement.h", encoding="utf-8") as file:
+            text = file.read()
+        points = {
+            name: round(100 * float(value))
+            for name, value in re.findall(r"double (\w+) = ([0-9.]+);", text)
+        }
+        self.assertIn(f"?! from {points['dubious_loss']} points on, ", MARKS_WORDS)
+        self.assertIn(f"? from {points['mistake_loss']}, ", MARKS_WORDS)
+        self.assertIn(f"?? from {points['blunder_loss']}. ", MARKS_WORDS)
+        self.assertIn("double praise_margin = blunder_loss;", text)
+        self.assertIn(f"gives away {points['blunder_loss']} points", MARKS_WORDS)
 
     def test_scores_are_for_white(self):
         pawn = pawn_of(START)
@@ -147,32 +172,6 @@ class JudgementTest(unittest.TestCase):
         self.assertEqual(score_text(record(mate=3), AFTER), "-M3")
         self.assertEqual(score_text(record(mate=-2), AFTER), "+M2")
         self.assertEqual(score_text(record(mate=0), AFTER), "mate")
-
-
-class SentenceTest(unittest.TestCase):
-    def sentence(self, records):
-        (judged,) = Report(records).judged
-        return judged.sentence
-
-    def test_plain_ones(self):
-        self.assertEqual(
-            self.sentence(made(200, {"material": -280, "king_attack": 50})),
-            "1.e4 takes White's chances from 70 % to 50 %; 1.d4 was best. "
-            f"Most of it is material: {-300 / pawn_of(START):.2f} pawns.",
-        )
-        self.assertEqual(self.sentence(made()), "1.e4 is as good as the best move, 1.d4.")
-        self.assertIn("1.e4 allows mate in 2; 1.d4 was best.", self.sentence(made(400, mate=-2)))
-        records = made(200)
-        records[0]["lines"][0] = {**BEST, "mate": 4}
-        self.assertIn("misses mate in 4", self.sentence(records))
-        records[0]["played"] = {"move": "d2d4", "san": "d4", "line": None}
-        self.assertEqual(self.sentence(records), "1.d4 is the best move: mate in 4.")
-
-    def test_the_sentence_of_the_record(self):
-        for holder in (lambda r: r, lambda r: r["played"]):
-            records = made(200)
-            holder(records[0])["sentence"] = "It is so."
-            self.assertEqual(self.sentence(records), "It is so.")
 
 
 class NamesTest(unittest.TestCase):
@@ -189,13 +188,14 @@ class NamesTest(unittest.TestCase):
 class ToolsTest(ToolTest):
     def test_records_of_a_file(self):
         pgn = self.file("a.pgn", "1. f3 e5 2. g4 Qh4# 0-1\n\n1. e4 *\n")
-        command = f"'{ANALYSE}' '{pgn}' --limit depth=4 --moves best,played --quiet"
+        command = f"'{ANALYSE}' '{pgn}' --limit depth=4 --lines 2 --moves best,played --quiet"
         self.program("make", f"{command} --jsonl '{self.file('a.jsonl')}'\n")
         self.run_program("make")
         name = self.file("a.jsonl")
         run = self.explain("--records", name, "--ascii")
         self.assertRegex(run.stdout, r"2\. g4\?\? +-M1")
         self.assertIn("depth 4", run.stdout)
+        self.assertNotIn("not judged", run.stdout)
         self.explain("--records", name, "--html", self.file("a.html"))
         self.explain("--pgn", pgn, "--depth", "4", "--html", self.file("b.html"))
         self.assertEqual(self.read("a.html"), self.read("b.html"))

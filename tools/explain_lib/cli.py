@@ -17,7 +17,7 @@ from explain_lib.game import notes_for, steps_of, words_for
 from explain_lib.game_picture import game_picture
 from explain_lib.page import position_page
 from explain_lib.pgn import Game, Played, read_game
-from explain_lib.records import is_searched, read_records
+from explain_lib.records import read_records
 from explain_lib.report_data import Report
 from explain_lib.report_page import report_page
 from explain_lib.session import Line, Session
@@ -60,8 +60,9 @@ def _parser():
     add("--game", type=positive, metavar="N", help="which of the games (default 1)")
     depth = f"search so deep (default for the page of a game: {GAME_DEPTH})"
     add("--depth", type=positive, metavar="N", help=depth)
+    lines = "so many best lines (default 1, of a game 2)"
     add("--nodes", type=positive, metavar="N", help="search so many nodes")
-    add("--lines", type=number(1, MOST_LINES), metavar="K", help="so many best lines (default 1)")
+    add("--lines", type=number(1, MOST_LINES), metavar="K", help=lines)
     add("--html", type=file_name, metavar="FILE", help="write a page")
     add("--svg", type=file_name, metavar="FILE", help="write a picture")
     add("--analyse", type=command, metavar="CMD", help=ANALYSE_HELP)
@@ -184,7 +185,7 @@ def _show_game(options, records, title):
         raise ToolError(f"{title} has no move")
     steps = steps_of(records)
     words = words_for(records)
-    notes = notes_for(steps, is_searched(records[0]))
+    notes = notes_for(steps, records)
     _deliver(
         options,
         game_picture(title, steps, words, notes),
@@ -200,7 +201,9 @@ def _follow(options, folder, console):
     if options.html and not options.nodes:
         depth = depth or GAME_DEPTH
     limit = limit_words(depth, options.nodes)
-    records = game_records(_analyser(options, folder), game, limit, options.lines or 1, console)
+    # The second line tells which moves are the only good ones.
+    lines = options.lines or (1 if limit == "static" else 2)
+    records = game_records(_analyser(options, folder), game, limit, lines, console)
     return _show_game(options, records, game.title() or "Game")
 
 

@@ -4,7 +4,14 @@ from dataclasses import dataclass
 
 from explain_lib.evaluation import endgame_function
 from explain_lib.figures import counted, signed
-from explain_lib.judgement import judge, label_of, pawn_of, score_text, squares_of, white_to_move
+from explain_lib.judgement import (
+    judged_move,
+    label_of,
+    pawn_of,
+    score_text,
+    squares_of,
+    white_to_move,
+)
 from explain_lib.records import how, is_searched
 from explain_lib.terms import TERMS
 from orvelin_lib.board import Position
@@ -12,6 +19,10 @@ from orvelin_lib.rules import legal_moves
 
 # A mate counts as a score beyond all others, in pawns.
 MATE_PAWNS = 1000.0
+NOT_JUDGED = (
+    "The moves are not judged: the records have no search of the moves that were played "
+    "(--moves best,played)."
+)
 
 
 def _is_over(record):
@@ -75,7 +86,7 @@ def steps_of(records):
     """The steps of a game. Without a search the score is the static evaluation."""
     steps = []
     for before, after in zip(records, records[1:]):
-        mark = judge(before, after).mark if is_searched(before) else ""
+        mark = judged_move(before).mark
         term, change = biggest_change(before, after)
         endgame = endgame_function(squares_of(after["fen"])) is not None
         played = before["played"]
@@ -92,10 +103,13 @@ def words_for(records):
     return f"{how(records[0])}. With each move the term that changed most."
 
 
-def notes_for(steps, searched):
+def notes_for(steps, records):
     """What a reader has to know beside the scores."""
+    if is_searched(records[0]):
+        judged = any(each["played"] and each["played"].get("judgement") for each in records)
+        return [] if judged else [NOT_JUDGED]
     special = [step for step in steps if step.endgame]
-    if searched or not special:
+    if not special:
         return []
     first = special[0]
     return [

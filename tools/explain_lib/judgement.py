@@ -1,4 +1,4 @@
-"""What a move gave away: the chances before and after it, its mark, and a side's accuracy."""
+"""What the records say of the moves of a game, and what the difference of two lines is made of."""
 
 from dataclasses import dataclass
 
@@ -7,14 +7,8 @@ from explain_lib.figures import signed
 from explain_lib.terms import GROUPS, PAWN_END_GAME, PAWN_MIDDLE_GAME, TERMS
 from orvelin_lib.fen import Fen
 
-# From so many points of the chances on, of 100, that a move gives away.
-MARKS = ((20, "??", "blunder"), (10, "?", "mistake"), (5, "?!", "inaccuracy"))
-GOOD = ("!", "only good move")
-# The second best move gives away as much: then the best one was the only good one.
-ONLY_POINTS = 10
-# A move that gives away as many points counts half for the accuracy.
-HALF_POINTS = 10
-NEAR_NOTHING = 0.005
+# What the marks of the records are called.
+MARK_NAMES = {"??": "blunder", "?": "mistake", "?!": "inaccuracy", "!": "only good move"}
 # A term that moved less than this, in pawns, is not told.
 LEAST_PAWNS = 0.005
 
@@ -66,7 +60,7 @@ def groups_of(terms, scale):
     return [(GROUPS.index(name), sums[name], parts[name]) for name in order]
 
 
-@dataclass
+@dataclass(frozen=True)
 class Judged:
     """A move that was played, against the best one."""
 
@@ -77,24 +71,35 @@ class Judged:
     best: dict
     played: dict
     is_best: bool
-    before: float
-    after: float
-    mark: str
-    mark_name: str
     groups: list
-    sentence: str = ""
+    # As the record has it; None where the move was not searched.
+    judgement: dict
+
+    @property
+    def mark(self):
+        return self.judgement["mark"] if self.judgement else ""
+
+    @property
+    def mark_name(self):
+        return MARK_NAMES.get(self.mark, "")
 
     @property
     def loss(self):
-        return max(self.before - self.after, 0.0)
+        """In points of 100; 0 where it is not known."""
+        return self.judgement["lost"] / 10 if self.judgement else 0
+
+    @property
+    def accuracy(self):
+        """None where it is not known, and where there was no other move."""
+        return self.judgement["accuracy"] if self.judgement else None
+
+    @property
+    def sentence(self):
+        return self.judgement["sentence"] if self.judgement else ""
 
     @property
     def written(self):
         return f"{self.label}{self.san}"
-
-    @property
-    def accuracy(self):
-        return 100 * 2 ** (-self.loss / HALF_POINTS)
 
 
 def label_of(fen):
@@ -114,33 +119,11 @@ def _difference(record, best, played):
     return groups_of(terms, sign / pawn_of(record["fen"]))
 
 
-def _turned(record):
-    """The score of the position after a move, for the side that made it."""
-    return {
-        "win": record["loss"],
-        "draw": record["draw"],
-        "loss": record["win"],
-        "score": -record["score"],
-        "mate": None if record.get("mate") is None else -record["mate"],
-        "moves": "",
-        "san": "",
-        "leaf": None,
-    }
-
-
-def judge(record, following):
-    """The move played in a record; the record behind it is asked where it was not searched."""
+def judged_move(record):
+    """The move played in a record."""
     fen, made = record["fen"], record["played"]
     best = record["lines"][0] if record["lines"] else None
-    is_best = best is not None and best["moves"].split()[:1] == [made["move"]]
-    played = best if is_best else made.get("line") or _turned(following)
-    before = chances(best) if best else chances(record)
-    after = before if is_best else chances(played)
-    loss = before - after
-    mark, name = next(((m, n) for points, m, n in MARKS if loss >= points), ("", ""))
-    if is_best and len(record["lines"]) > 1 and not mark:
-        if before - chances(record["lines"][1]) >= ONLY_POINTS:
-            mark, name = GOOD
+    played = made.get("line")
     return Judged(
         label=label_of(fen),
         san=made["san"],
@@ -148,12 +131,9 @@ def judge(record, following):
         white=white_to_move(fen),
         best=best,
         played=played,
-        is_best=is_best,
-        before=before,
-        after=min(after, before),
-        mark=mark,
-        mark_name=name,
+        is_best=best is not None and best["moves"].split()[:1] == [made["move"]],
         groups=_difference(record, best, played),
+        judgement=made.get("judgement"),
     )
 
 
@@ -167,8 +147,8 @@ class Side:
 
 
 def side_of(judged, white):
-    """The accuracy and the marks of a side; the accuracy of no move is None."""
+    """The marks and the mean accuracy of a side; the accuracy of no move is None."""
     own = [each for each in judged if each.white == white]
-    marks = {mark: sum(each.mark == mark for each in own) for mark in ("??", "?", "?!", "!")}
-    mean = sum(each.accuracy for each in own) / len(own) if own else None
-    return Side(len(own), mean, marks)
+    marks = {mark: sum(each.mark == mark for each in own) for mark in MARK_NAMES}
+    known = [each.accuracy for each in own if each.accuracy is not None]
+    return Side(len(own), sum(known) / len(known) if known else None, marks)

@@ -4,6 +4,7 @@ import json
 import math
 
 from explain_lib.figures import counted
+from explain_lib.judgement import MARK_NAMES
 from explain_lib.terms import TERMS
 from orvelin_lib.fen import Fen, FenError
 from orvelin_lib.files import input_title, read_lines
@@ -58,6 +59,29 @@ def _check_line(line):
         _check_terms(leaf)
 
 
+def _check_judgement(judgement):
+    if not isinstance(judgement, dict):
+        raise BadRecord("judgement is no object")
+    if judgement.get("mark") not in ("", *MARK_NAMES):
+        raise BadRecord("mark is none")
+    _number(judgement, "lost")
+    if judgement.get("accuracy") is not None:
+        _number(judgement, "accuracy")
+    if not isinstance(judgement.get("sentence"), str):
+        raise BadRecord("sentence is no text")
+
+
+def _check_played(played):
+    if not isinstance(played, dict):
+        raise BadRecord("played is no object")
+    if not all(isinstance(played.get(name), str) for name in ("move", "san")):
+        raise BadRecord("played has no move")
+    if played.get("line") is not None:
+        _check_line(played["line"])
+    if played.get("judgement") is not None:
+        _check_judgement(played["judgement"])
+
+
 def check_record(record):
     """Raises BadRecord unless all that is read of a record here is there."""
     if not isinstance(record, dict):
@@ -81,14 +105,8 @@ def check_record(record):
         raise BadRecord("lines are missing")
     for line in record["lines"]:
         _check_line(line)
-    played = record.get("played")
-    if played is not None:
-        if not isinstance(played, dict):
-            raise BadRecord("played is no object")
-        if not all(isinstance(played.get(name), str) for name in ("move", "san")):
-            raise BadRecord("played has no move")
-        if played.get("line") is not None:
-            _check_line(played["line"])
+    if record.get("played") is not None:
+        _check_played(record["played"])
 
 
 def records_of(lines, title):

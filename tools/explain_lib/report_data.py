@@ -3,14 +3,13 @@
 from explain_lib.judgement import (
     chances,
     groups_of,
-    judge,
+    judged_move,
     pawn_of,
     score_text,
     side_of,
     white_to_move,
 )
 from explain_lib.records import how
-from explain_lib.sentences import sentence_of
 from explain_lib.terms import GROUPS, TERMS
 
 UNEXPLAINED = {
@@ -72,7 +71,7 @@ def line_of(record, line):
 
 def _move(record, judged):
     best = line_of(record, judged.best) if judged.best else None
-    played = line_of(record, judged.played) if judged.played["moves"] else None
+    played = line_of(record, judged.played) if judged.played else None
     return {
         "label": judged.label,
         "san": judged.san,
@@ -100,12 +99,8 @@ class Report:
         self.result = str(source.get("result") or "")
         self.words = how(records[0])
         self.title = self._title(source)
-        self.judged = []
-        for record, following in zip(records, records[1:]):
-            if record["played"]:
-                each = judge(record, following)
-                each.sentence = sentence_of(record, each)
-                self.judged.append(each)
+        self.judged = [judged_move(record) for record in records[:-1] if record["played"]]
+        self.is_judged = any(each.judgement for each in self.judged)
         self.sides = [side_of(self.judged, white) for white in (True, False)]
 
     def _title(self, source):

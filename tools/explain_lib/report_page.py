@@ -8,11 +8,19 @@ import xml.etree.ElementTree as ET
 from explain_lib.board_picture import piece_symbols
 from explain_lib.drawing import FONTS, SVG_NAMESPACE, add
 from explain_lib.figures import counted, typeset
-from explain_lib.judgement import GOOD, HALF_POINTS, MARKS, ONLY_POINTS
+from explain_lib.game import NOT_JUDGED
+from explain_lib.judgement import MARK_NAMES
 
 FOLDER = os.path.dirname(os.path.realpath(__file__))
 POLICY = "default-src 'none'; style-src 'unsafe-inline'; script-src 'unsafe-inline'; img-src data:"
-CLASSES = {mark: name for _, mark, name in MARKS} | {GOOD[0]: "only"}
+CLASSES = {mark: name.split()[0] for mark, name in MARK_NAMES.items()}
+# What src/analyse/move_judgement.h has, in points of 100.
+MARKS_WORDS = (
+    "A mark is for what a move gives away of the chances: ?! from 5 points on, ? from 10, ?? from "
+    "20. ! is for the best move where the second best gives away 20 points, which only records "
+    "with two lines can tell. Accuracy is the mean over a side's moves that were not forced: 100 "
+    "for one that gives nothing away, half as much for each 17 points given away. "
+)
 # Half-moves between two numbers below the graph, at least so many of them on the page.
 TICKS = (2, 4, 10, 20, 40, 100, 200, 400, 1000)
 MOST_TICKS = 12
@@ -209,7 +217,8 @@ def _moments(main, report):
     marked = [(ply, each) for ply, each in enumerate(report.judged, 1) if each.mark]
     panel = _panel(main, "Where the game turned")
     if not marked:
-        add(panel, "p", "No move is marked.")
+        words = "No move is marked." if report.is_judged else NOT_JUDGED
+        add(panel, "p", words)
         return
     rows = add(panel, "ol", kind="moments")
     for ply, judged in marked:
@@ -225,19 +234,12 @@ def _moments(main, report):
 
 def _about(main, is_game):
     panel = _panel(main, "How to read this")
-    marks = ", ".join(f"{mark} from {points} points on" for points, mark, _ in MARKS)
     text = (
         "Chances are points of 100: a win counts 100, a draw 50, by a model fitted to games of the "
         "engine with itself. Scores and bars are in pawns of the phase of the position. "
     )
     if is_game:
-        text += (
-            f"A mark is for what a move gives away of the chances: {marks}. "
-            f"! is for the best move where the second best gives away {ONLY_POINTS} points, which "
-            "only records with two lines can tell. "
-            f"Accuracy is the mean over a side's moves: 100 for one that gives nothing away, "
-            f"half for each {HALF_POINTS} points given away. "
-        )
+        text += MARKS_WORDS
     text += "The bars of a group open to its terms, each with the name the engine has for it."
     add(panel, "p", text, kind="small")
 

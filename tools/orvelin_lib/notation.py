@@ -2,7 +2,8 @@
 
 import re
 
-from orvelin_lib.rules import legal_moves
+from orvelin_lib.board import square_name
+from orvelin_lib.rules import has_legal_move, legal_moves
 
 # The letter of the piece, where it comes from as far as that is said, target, promotion.
 SAN = re.compile(r"([KQRBN])?([a-h])?([1-8])?x?([a-h][1-8])=?([QRBN])?")
@@ -63,3 +64,45 @@ def _named(position, match):
 def _lies_on(square, file, rank):
     """True when the square has this file and rank, as far as they are given."""
     return file in (None, "abcdefgh"[square % 8]) and rank in (None, str(square // 8 + 1))
+
+
+def san(position, move):
+    """The legal move in SAN, with the marks of check and mate."""
+    after = position.after(move)
+    mark = "" if not after.in_check() else "+" if has_legal_move(after) else "#"
+    return _san_without_mark(position, move) + mark
+
+
+def _san_without_mark(position, move):
+    if move.castling:
+        return "O-O" if move.target > move.start else "O-O-O"
+    kind = position.board[move.start].upper()
+    start, target = square_name(move.start), square_name(move.target)
+    takes = move.en_passant or position.board[move.target] != "."
+    if kind == "P":
+        promotion = f"={move.promotion.upper()}" if move.promotion else ""
+        return f"{start[0]}x{target}{promotion}" if takes else target + promotion
+    return kind + _origin(position, move, start) + ("x" if takes else "") + target
+
+
+def _origin(position, move, start):
+    """File, rank or both: as little as tells the piece from others that may go there."""
+    piece = position.board[move.start]
+    # One alone needs no search.
+    if position.board.count(piece) == 1:
+        return ""
+    rivals = [
+        square_name(other.start)
+        for other in legal_moves(position)
+        if other.target == move.target
+        and not other.castling
+        and other.start != move.start
+        and position.board[other.start] == piece
+    ]
+    if not rivals:
+        return ""
+    if all(rival[0] != start[0] for rival in rivals):
+        return start[0]
+    if all(rival[1] != start[1] for rival in rivals):
+        return start[1]
+    return start

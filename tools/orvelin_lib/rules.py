@@ -15,35 +15,75 @@ from orvelin_lib.board import (
     letter,
     other,
     side_of,
+    square_name,
 )
+
+SQUARES = {square_name(square): square for square in range(64)}
+# Both kings, '.', and bishops or knights: more kinds than these have material to mate.
+MOST_KINDS_WITHOUT_MATE = 5
 
 
 def legal_moves(position):
     """All legal moves of the side to move."""
-    side = position.side
-    return [
-        move
-        for move in _pseudo_legal_moves(position)
-        if not position.after(move).in_check(side)
-    ]
+    return [move for move in _pseudo_legal_moves(position) if _is_legal(position, move)]
+
+
+def has_legal_move(position):
+    """The same as whether there is any, at a fraction of the time."""
+    return any(_is_legal(position, move) for move in _pseudo_legal_moves(position))
+
+
+def find_move(position, text, chess960):
+    """The legal move of a text in UCI notation, None when it names none."""
+    square = SQUARES.get(text[:2])
+    if square is None:
+        return None
+    for move in _moves_from(position, square):
+        if move.text(chess960) == text and _is_legal(position, move):
+            return move
+    return None
+
+
+def can_take_en_passant(position):
+    """True when a legal move takes the pawn that has just gone two squares."""
+    if position.en_passant is None:
+        return False
+    squares = PAWN_TAKES[other(position.side)][position.en_passant]
+    return any(
+        move.en_passant and _is_legal(position, move)
+        for square in squares
+        if position.board[square] == letter(position.side, "P")
+        for move in _pawn_moves(position, square)
+    )
+
+
+def _is_legal(position, move):
+    return not position.after(move).in_check(position.side)
 
 
 def _pseudo_legal_moves(position):
     for square, piece in enumerate(position.board):
-        if piece == "." or side_of(piece) != position.side:
-            continue
-        kind = piece.upper()
-        if kind == "P":
-            yield from _pawn_moves(position, square)
-        elif kind == "N":
-            yield from _jumps(position, square, KNIGHT_JUMPS[square])
-        elif kind == "K":
-            yield from _jumps(position, square, KING_JUMPS[square])
-            yield from _castling_moves(position, square)
-        if kind in "RQ":
-            yield from _slides(position, square, ROOK_RAYS[square])
-        if kind in "BQ":
-            yield from _slides(position, square, BISHOP_RAYS[square])
+        if piece != ".":
+            yield from _moves_from(position, square)
+
+
+def _moves_from(position, square):
+    """Those of the piece on a square; none when it is not of the side to move."""
+    piece = position.board[square]
+    if piece == "." or side_of(piece) != position.side:
+        return
+    kind = piece.upper()
+    if kind == "P":
+        yield from _pawn_moves(position, square)
+    elif kind == "N":
+        yield from _jumps(position, square, KNIGHT_JUMPS[square])
+    elif kind == "K":
+        yield from _jumps(position, square, KING_JUMPS[square])
+        yield from _castling_moves(position, square)
+    if kind in "RQ":
+        yield from _slides(position, square, ROOK_RAYS[square])
+    if kind in "BQ":
+        yield from _slides(position, square, BISHOP_RAYS[square])
 
 
 def _jumps(position, square, targets):
@@ -130,6 +170,9 @@ def perft(position, depth):
 
 
 def _material_is_insufficient(board):
+    # Said of nearly every position without looking at the pieces.
+    if len(set(board)) > MOST_KINDS_WITHOUT_MATE:
+        return False
     pieces = [(piece, square) for square, piece in enumerate(board) if piece not in ".Kk"]
     if len(pieces) < 2:
         return all(piece in "BbNn" for piece, _ in pieces)
@@ -138,7 +181,8 @@ def _material_is_insufficient(board):
 
 
 class Referee:
-    """One game: takes moves by their texts and says when the game is over and why."""
+    """One game: takes moves by their texts and says when the game is over and why. All legal moves
+    are only computed where somebody asks for them."""
 
     def __init__(self, fen, chess960=False):
         self.position = Position(fen)
@@ -147,36 +191,47 @@ class Referee:
         self._arrive()
 
     def _arrive(self):
-        self.moves = {move.text(self.chess960): move for move in legal_moves(self.position)}
+        self._moves = None
         position = self.position
         # An en passant square counts only where a pawn may really take.
-        takes = any(move.en_passant for move in self.moves.values())
         key = (
             "".join(position.board),
             position.side,
             position.rooks,
-            position.en_passant if takes else None,
+            position.en_passant if can_take_en_passant(position) else None,
         )
         self._seen[key] += 1
         self._times_seen = self._seen[key]
 
+    @property
+    def moves(self):
+        """The legal moves by their texts."""
+        if self._moves is None:
+            self._moves = {move.text(self.chess960): move for move in legal_moves(self.position)}
+        return self._moves
+
     def play(self, text):
         """Makes the move; False when it is not legal."""
-        move = self.moves.get(text)
+        move = find_move(self.position, text, self.chess960)
         if move is None:
             return False
         self.position = self.position.after(move)
         self._arrive()
         return True
 
+    def allows(self, text):
+        """True when the move is legal."""
+        return find_move(self.position, text, self.chess960) is not None
+
     def ends_with(self, text):
         """True when the legal move leaves the other side without a move."""
-        return not legal_moves(self.position.after(self.moves[text]))
+        move = find_move(self.position, text, self.chess960)
+        return not has_legal_move(self.position.after(move))
 
     def verdict(self):
         """(result, reason), or None while the game goes on."""
         position = self.position
-        if not self.moves:
+        if not has_legal_move(position):
             if not position.in_check():
                 return "1/2-1/2", "stalemate"
             return ("1-0" if position.side == BLACK else "0-1"), "checkmate"

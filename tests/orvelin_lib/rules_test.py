@@ -1,13 +1,21 @@
-"""The referee of the soak run: legal moves and the ends of games."""
+"""The referee of games: legal moves and the ends of games."""
 
 import os
+import random
 import re
 import unittest
 
-from orvelin_lib.board import Position
-from orvelin_lib.rules import Referee, perft
+from orvelin_lib.board import Position, square_name
+from orvelin_lib.rules import (
+    Referee,
+    can_take_en_passant,
+    find_move,
+    has_legal_move,
+    legal_moves,
+    perft,
+)
 
-SHORT = os.environ.get("SOAK_SHORT") == "1"
+SHORT = os.environ.get("ORVELIN_LIB_SHORT") == "1"
 DATA = os.path.join(os.path.dirname(os.path.dirname(os.path.realpath(__file__))), "data")
 
 
@@ -40,6 +48,49 @@ class PerftTest(unittest.TestCase):
             figures += [(crowded, 3, 97862), (pins, 4, 43238), (promotions, 3, 9483)]
         for fen, depth, leaves in figures:
             self.assertEqual(perft(Position(fen), depth), leaves, fen)
+
+
+class OneMoveTest(unittest.TestCase):
+    """What is asked of one move is what the list of all moves says."""
+
+    def positions(self, games, plies):
+        """Positions of random games."""
+        chance = random.Random(7)
+        for _ in range(games):
+            referee = Referee("r3k2r/1pPp4/8/4pP2/1P2p1pP/8/3P4/R3K2R w KQkq e6 0 1")
+            for _ in range(plies):
+                yield referee.position
+                if not referee.moves:
+                    break
+                referee.play(chance.choice(sorted(referee.moves)))
+
+    def test_moves_are_found_by_their_texts(self):
+        squares = [square_name(square) for square in range(64)]
+        every = [a + b + c for a in squares for b in squares for c in ("", "q", "n")]
+        for position in self.positions(2, 5):
+            legal = {move.text(False): move for move in legal_moves(position)}
+            legal = {text: move for text, move in legal.items() if text[4:] in ("", "q", "n")}
+            found = {text: find_move(position, text, False) for text in every}
+            self.assertEqual({text: move for text, move in found.items() if move}, legal)
+
+    def test_texts_that_are_no_moves(self):
+        for text in ("", "e2", "e2e9", "i2i4", "0000", "e2e4x", "e2e4 ", "O-O"):
+            self.assertIsNone(find_move(Position(), text, False), text)
+
+    def test_any_move_and_en_passant(self):
+        seen = set()
+        for position in self.positions(8, 40):
+            moves = legal_moves(position)
+            takes = any(move.en_passant for move in moves)
+            seen.add((bool(moves), takes))
+            self.assertEqual(has_legal_move(position), bool(moves))
+            self.assertEqual(can_take_en_passant(position), takes)
+        self.assertIn((True, True), seen)
+        self.assertFalse(has_legal_move(Position("7k/5Q2/6K1/8/8/8/8/8 b - - 0 1")))
+
+    def test_a_pinned_pawn_cannot_take_en_passant(self):
+        self.assertFalse(can_take_en_passant(Position("4k3/8/8/r2pP2K/8/8/8/8 w - d6 0 1")))
+        self.assertTrue(can_take_en_passant(Position("4k3/8/8/r2pP3/7K/8/8/8 w - d6 0 1")))
 
 
 class CastlingTest(unittest.TestCase):

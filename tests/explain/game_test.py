@@ -6,7 +6,7 @@ import xml.etree.ElementTree as ET
 from explain_lib.analysis import game_records
 from explain_lib.game import biggest_change, notes_for, steps_of
 from explain_lib.judgement import pawn_of
-from explain_lib.pgn import check_game, raw_games
+from orvelin_lib.pgn import check_game, raw_games
 from support import ANALYSE, SVG, ToolTest, record
 
 MATE = """[White "A & B"]

@@ -2,7 +2,7 @@
 
 import unittest
 
-from explain_lib.pgn import check_game, raw_games, read_game
+from orvelin_lib.pgn import check_game, raw_games, read_game
 from orvelin_lib.tool_main import ToolError
 from scratch import ScratchTest
 

@@ -6,7 +6,7 @@ import time
 import unittest
 
 from document import documented
-from explain_lib.pgn import read_game
+from orvelin_lib.pgn import read_game
 from orvelin_lib.rules import Referee
 from xboard import MOVE, THINKING, XBoard
 

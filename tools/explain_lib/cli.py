@@ -16,7 +16,6 @@ from explain_lib.drawing import as_text
 from explain_lib.game import notes_for, steps_of, words_for
 from explain_lib.game_picture import game_picture
 from explain_lib.page import position_page
-from explain_lib.pgn import Game, Played, read_game
 from explain_lib.records import read_records
 from explain_lib.report_data import Report
 from explain_lib.report_page import report_page
@@ -27,6 +26,7 @@ from orvelin_lib.engines import ENGINE_HELP, checked, default_engine
 from orvelin_lib.fen import Fen, FenError
 from orvelin_lib.files import check_writable, write_file
 from orvelin_lib.notation import parse_move
+from orvelin_lib.pgn import Game, Played, read_game
 from orvelin_lib.tool_main import ToolError, print_whole, run_tool
 
 DESCRIPTION = """

@@ -12,11 +12,6 @@ def signed(number, digits=2):
     return text if text.strip("+-0.") else text[1:]
 
 
-def counted(number, noun):
-    """The number with the right form of a noun."""
-    return f"{number} {noun}" if number == 1 else f"{number} {noun}s"
-
-
 def typeset(text):
     """The text of a figure with a true minus sign, for pages and pictures."""
     return text.replace("-", MINUS)

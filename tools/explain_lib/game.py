@@ -3,7 +3,7 @@
 from dataclasses import dataclass
 
 from explain_lib.evaluation import endgame_function
-from explain_lib.figures import counted, signed
+from explain_lib.figures import signed
 from explain_lib.judgement import (
     judged_move,
     label_of,
@@ -16,6 +16,7 @@ from explain_lib.records import how, is_searched
 from explain_lib.terms import TERMS
 from orvelin_lib.board import Position
 from orvelin_lib.rules import legal_moves
+from orvelin_lib.table import counted
 
 # A mate counts as a score beyond all others, in pawns.
 MATE_PAWNS = 1000.0

@@ -3,11 +3,11 @@
 import json
 import math
 
-from explain_lib.figures import counted
 from explain_lib.judgement import MARK_NAMES
 from explain_lib.terms import TERMS
 from orvelin_lib.fen import Fen, FenError
 from orvelin_lib.files import input_title, read_lines
+from orvelin_lib.table import counted
 from orvelin_lib.tool_main import ToolError
 
 SCHEMA = 1

@@ -7,9 +7,10 @@ import xml.etree.ElementTree as ET
 
 from explain_lib.board_picture import piece_symbols
 from explain_lib.drawing import FONTS, SVG_NAMESPACE, add
-from explain_lib.figures import counted, typeset
+from explain_lib.figures import typeset
 from explain_lib.game import NOT_JUDGED
 from explain_lib.judgement import MARK_NAMES
+from orvelin_lib.table import counted
 
 FOLDER = os.path.dirname(os.path.realpath(__file__))
 POLICY = "default-src 'none'; style-src 'unsafe-inline'; script-src 'unsafe-inline'; img-src data:"

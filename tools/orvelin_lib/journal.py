@@ -40,10 +40,7 @@ class Journal:
         except OSError as error:
             raise read_error(name, error.strerror) from None
         try:
-            records, end = _read(name)
-            head, *entries = records or [{}]
-            if not isinstance(head, dict) or head.pop("kind", None) != "run":
-                raise ToolError(f"{name} is not the log of a run")
+            head, entries, end = _parted(name)
             # A run that was killed may have left half a line.
             file.truncate(end)
             file.seek(end)
@@ -67,6 +64,21 @@ class Journal:
 
     def close(self):
         self._file.close()
+
+
+def read_journal(name):
+    """(head, entries) of a log that nobody goes on with."""
+    head, entries, _ = _parted(name)
+    return head, entries
+
+
+def _parted(name):
+    """(head, entries, where the last whole line ends)."""
+    records, end = _read(name)
+    head, *entries = records or [{}]
+    if not isinstance(head, dict) or head.pop("kind", None) != "run":
+        raise ToolError(f"{name} is not the log of a run")
+    return head, entries, end
 
 
 def _read(name):

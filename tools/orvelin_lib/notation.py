@@ -3,7 +3,7 @@
 import re
 
 from orvelin_lib.board import square_name
-from orvelin_lib.rules import has_legal_move, legal_moves
+from orvelin_lib.rules import has_legal_move, legal_moves, legal_moves_from
 
 # The letter of the piece, where it comes from as far as that is said, target, promotion.
 SAN = re.compile(r"([KQRBN])?([a-h])?([1-8])?x?([a-h][1-8])=?([QRBN])?")
@@ -88,16 +88,12 @@ def _san_without_mark(position, move):
 def _origin(position, move, start):
     """File, rank or both: as little as tells the piece from others that may go there."""
     piece = position.board[move.start]
-    # One alone needs no search.
-    if position.board.count(piece) == 1:
-        return ""
     rivals = [
-        square_name(other.start)
-        for other in legal_moves(position)
-        if other.target == move.target
-        and not other.castling
-        and other.start != move.start
-        and position.board[other.start] == piece
+        square_name(square)
+        for square, other in enumerate(position.board)
+        if other == piece and square != move.start
+        # A king, which castles, has no rival.
+        and any(rival.target == move.target for rival in legal_moves_from(position, square))
     ]
     if not rivals:
         return ""

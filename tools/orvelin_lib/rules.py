@@ -33,6 +33,11 @@ def has_legal_move(position):
     return any(_is_legal(position, move) for move in _pseudo_legal_moves(position))
 
 
+def legal_moves_from(position, square):
+    """Those of the piece on a square."""
+    return [move for move in _moves_from(position, square) if _is_legal(position, move)]
+
+
 def find_move(position, text, chess960):
     """The legal move of a text in UCI notation, None when it names none."""
     square = SQUARES.get(text[:2])

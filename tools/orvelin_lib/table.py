@@ -1,4 +1,5 @@
-"""Tables of text that are also Markdown, so that they can be pasted into the documents."""
+"""Tables of text that are also Markdown, so that they can be pasted into the documents, and the
+figures in them."""
 
 
 def table(head, rows):
@@ -31,3 +32,8 @@ def mebibytes(kibibytes):
 def thousands(rate):
     """A rate in thousands."""
     return f"{rate / 1000:.0f}"
+
+
+def counted(number, noun):
+    """The number with the right form of a noun."""
+    return f"{number} {noun}" if number == 1 else f"{number} {noun}s"

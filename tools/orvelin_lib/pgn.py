@@ -3,11 +3,11 @@
 import re
 from dataclasses import dataclass, field
 
-from explain_lib.figures import counted
 from orvelin_lib.board import START_FEN, Move, Position
 from orvelin_lib.fen import Fen, FenError
 from orvelin_lib.files import input_title, read_lines
 from orvelin_lib.notation import parse_move
+from orvelin_lib.table import counted
 from orvelin_lib.tool_main import ToolError
 
 TOKEN = re.compile(

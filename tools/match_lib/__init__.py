@@ -1,0 +1,1 @@
+"""Matches between UCI engines."""

@@ -1,0 +1,105 @@
+"""Games as PGN, with score, depth, time and clock of each move in its comment."""
+
+import textwrap
+
+from orvelin_lib.board import START_FEN, Position
+from orvelin_lib.fen import Fen
+from orvelin_lib.notation import san
+from orvelin_lib.rules import find_move
+
+WIDTH = 80
+# The words of the standard for what ended a game; what the rules end is normal.
+TERMINATIONS = {
+    "time forfeit": "time forfeit",
+    "adjudication": "adjudication",
+    "length": "adjudication",
+    "illegal move": "rules infraction",
+    "stray answer": "rules infraction",
+    "crash": "abandoned",
+    "stall": "abandoned",
+    "flood": "abandoned",
+}
+
+
+def pgn_text(entry, controls=None):
+    """The game of a record; `controls` are the time controls of the players by their names."""
+    lines = [f'[{name} "{_escaped(value)}"]' for name, value in _tags(entry, controls or {})]
+    words = " ".join([*_words(entry), f"{{{_end(entry)}}}", entry["result"]])
+    body = textwrap.wrap(words, WIDTH, break_long_words=False, break_on_hyphens=False)
+    return "\n".join([*lines, "", *body, "", ""])
+
+
+def _escaped(value):
+    return str(value).replace("\\", "\\\\").replace('"', '\\"')
+
+
+def _end(entry):
+    # What a comment has inside would end it.
+    return entry["reason"].replace("}", ")")
+
+
+def _tags(entry, controls):
+    yield "Event", "orvelin-match"
+    yield "Site", "?"
+    yield "Date", entry["date"]
+    yield "Round", f"{entry['pair'] + 1}.{(entry['game'] - 1) % 2 + 1}"
+    yield "White", entry["white"]
+    yield "Black", entry["black"]
+    yield "Result", entry["result"]
+    if entry["chess960"]:
+        yield "Variant", "Chess960"
+    if entry["fen"] != START_FEN:
+        yield "SetUp", "1"
+        yield "FEN", entry["fen"]
+    for side in ("white", "black"):
+        if entry[side] in controls:
+            yield f"{side.title()}TimeControl", controls[entry[side]]
+    yield "PlyCount", len(entry["opening"]) + len(entry["moves"])
+    yield "Termination", TERMINATIONS.get(entry["reason"], "normal")
+
+
+def _words(entry):
+    """The movetext, word by word."""
+    position, number = Position(entry["fen"]), Fen.parse(entry["fen"]).move_number
+    comments = [""] * len(entry["opening"])
+    comments += [_comment(entry, index) for index in range(len(entry["moves"]))]
+    needs_number = True
+    for text, comment in zip([*entry["opening"], *entry["moves"]], comments):
+        is_white = position.side == "w"
+        if is_white or needs_number:
+            yield f"{number}." if is_white else f"{number}..."
+        move = find_move(position, text, entry["chess960"])
+        yield san(position, move)
+        if comment:
+            yield comment
+        # After a comment the number stands again.
+        needs_number = bool(comment)
+        position = position.after(move)
+        number += not is_white
+
+
+def _comment(entry, index):
+    score, depth = entry["scores"][index], entry["depths"][index]
+    words = []
+    if score is not None:
+        words.append(f"{_score(score)}/{depth or 0}")
+    words.append(f"{entry['times'][index] / 1000:.3f}s")
+    if entry["nodes"][index]:
+        words.append(f"n={entry['nodes'][index]}")
+    if entry["clocks"][index] is not None:
+        words.append(f"[%clk {_clock(entry['clocks'][index] / 1000)}]")
+    return f"{{{' '.join(words)}}}"
+
+
+def _score(score):
+    """In pawns from the side of the player; moves to a mate behind an M."""
+    if isinstance(score, str):
+        moves = score.lstrip("#")
+        return f"-M{moves[1:]}" if moves.startswith("-") else f"+M{moves}"
+    return f"{score / 100:+.2f}"
+
+
+def _clock(seconds):
+    minutes, rest = divmod(seconds, 60)
+    hours, minutes = divmod(int(minutes), 60)
+    return f"{hours}:{minutes:02}:{rest:06.3f}"

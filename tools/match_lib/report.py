@@ -1,0 +1,165 @@
+"""What a match gave: the table, the crosstable, and the same for other programs."""
+
+import json
+import math
+
+from match_lib.statistics import QUANTILE, estimate
+from orvelin_lib.table import counted, table, thousands
+
+HEAD = "engine games win draw loss score Elo +- superior draws depth knps time faults".split()
+PAIR_NAMES = ("0", "1/2", "1", "3/2", "2")
+
+
+def text(standings, sprt=None):
+    """All that is told at the end."""
+    lines = [standings_table(standings)]
+    if len(standings.names) == 2:
+        lines += ["", _pairs_line(standings)]
+    elif len(standings.names) > 2:
+        lines += ["", crosstable(standings)]
+    if sprt is not None:
+        lines.append(sprt.text(standings.pairs))
+    lines += ["", _counts_line("ends", standings.reasons)]
+    lines.append(_counts_line("results", standings.results))
+    lines += _fault_lines(standings)
+    return "\n".join(lines) + "\n"
+
+
+def standings_table(standings):
+    """A row for each player, the best first."""
+    return table(HEAD, [_row(standings, name) for name in _ranked(standings)])
+
+
+def _ranked(standings):
+    def share(name):
+        total = standings.totals[name]
+        return -total.points / total.games if total.games else 0
+
+    return sorted(standings.names, key=share)
+
+
+def _row(standings, name):
+    total, work = standings.totals[name], standings.work[name]
+    games = total.games
+    found = estimate(total.pairs)
+    return [
+        name,
+        games,
+        total.wins,
+        total.draws,
+        total.losses,
+        _percent(total.points, games),
+        _signed(found.elo) if found else "-",
+        _signed(found.error).lstrip("+") if found else "-",
+        f"{100 * found.superiority:.1f} %" if found else "-",
+        _percent(total.draws, games),
+        "-" if work.depth is None else f"{work.depth:.1f}",
+        "-" if work.speed is None else thousands(work.speed),
+        work.time_losses,
+        sum(work.faults.values()),
+    ]
+
+
+def _percent(part, whole):
+    return f"{100 * part / whole:.1f} %" if whole else "-"
+
+
+def _signed(elo):
+    return f"{elo:+.1f}" if math.isfinite(elo) else "inf" if elo > 0 else "-inf"
+
+
+def _pairs_line(standings):
+    words = ", ".join(f"{name}: {count}" for name, count in zip(PAIR_NAMES, standings.pairs))
+    return f"{'pairs by points':<20}{words} (of {standings.names[0]})"
+
+
+def _counts_line(title, counts):
+    words = ", ".join(f"{name} {count}" for name, count in counts.most_common())
+    return f"{title:<20}{words or '-'}"
+
+
+def _fault_lines(standings):
+    growths = [f"{name} {standings.work[name].growth} KiB" for name in standings.names]
+    yield f"{'growth of memory':<20}{', '.join(growths) or '-'}"
+    if not standings.faults:
+        yield f"{'faults':<20}none: no illegal move, crash, stall, stray answer or time loss"
+    for fault in standings.faults:
+        yield f"  {fault['engine']}: {fault['kind']}: {fault['detail'][:100]}: {fault['file']}"
+
+
+def crosstable(standings):
+    """Who scored what against whom, from the side of the row."""
+    names = _ranked(standings)
+    rows = []
+    for name in names:
+        cells = [
+            standings.meetings[name, other].words() if (name, other) in standings.meetings else "-"
+            for other in names
+        ]
+        rows.append([name, *cells])
+    return table(["", *names], rows)
+
+
+def progress(standings, planned, sprt=None):
+    """One line while the match goes on."""
+    words = f"game {standings.games} of {planned}"
+    if len(standings.names) == 2:
+        first = standings.names[0]
+        words += f", {first} {standings.totals[first].words()}"
+        found = estimate(standings.totals[first].pairs)
+        if found:
+            words += f", Elo {_signed(found.elo)} +- {_signed(found.error).lstrip('+')}"
+        if sprt is not None:
+            words += f", LLR {sprt.ratio(standings.pairs):.2f}"
+    return f"{words}, {counted(len(standings.faults), 'fault')}"
+
+
+def json_text(standings, sprt=None):
+    """All figures, for other programs; what has no value, or none that is finite, is null."""
+    record = {
+        "games": standings.games,
+        "engines": [_figures(standings, name) for name in _ranked(standings)],
+        "meetings": [
+            {"engine": name, "opponent": other, **_scores(score)}
+            for (name, other), score in standings.meetings.items()
+        ],
+        "ends": dict(standings.reasons),
+        "faults": standings.faults,
+        "sprt": None,
+    }
+    if sprt is not None:
+        ratio, verdict = sprt.ratio(standings.pairs), sprt.verdict(standings.pairs)
+        record["sprt"] = {**sprt.as_dict(), "llr": ratio, "bounds": sprt.bounds, "taken": verdict}
+    return json.dumps(record, indent=2) + "\n"
+
+
+def _figures(standings, name):
+    work = standings.work[name]
+    return {
+        "engine": name,
+        **_scores(standings.totals[name]),
+        "depth": work.depth,
+        "nodes_per_second": work.speed,
+        "time_losses": work.time_losses,
+        "faults": dict(work.faults),
+    }
+
+
+def _scores(score):
+    found = estimate(score.pairs)
+    values = {} if found is None else vars(found)
+    names = ("elo", "low", "high", "superiority")
+    finite = {name: values.get(name) for name in names}
+    return {
+        "games": score.games,
+        "wins": score.wins,
+        "draws": score.draws,
+        "losses": score.losses,
+        "pairs": score.pairs,
+        **{name: value if _is_finite(value) else None for name, value in finite.items()},
+        "quantile": QUANTILE,
+    }
+
+
+def _is_finite(value):
+    return value is not None and math.isfinite(value)

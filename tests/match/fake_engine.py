@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
-"""An engine that answers as a real one does until it misbehaves; for the tests of the soak run.
+"""An engine that plays the first legal move by its text, and does wrong what it is told to.
 
-The name of the program that it was started by says what it does wrong: fake-KIND.
+fake_engine.py KIND [COUNT [LOG]]: misbehaves from its search COUNT on (2 if not given), counted
+over all games of the process. LOG takes what it was told.
 """
 
 import os
@@ -10,12 +11,12 @@ import sys
 import time
 
 sys.dont_write_bytecode = True
-sys.path.insert(0, os.environ["SOAK_TOOLS"])
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.realpath(__file__)), "..", "..", "tools"))
 
 from orvelin_lib.board import START_FEN  # noqa: E402: the path has to be set first
 from orvelin_lib.rules import Referee  # noqa: E402
 
-KIND = os.path.basename(sys.argv[0]).removeprefix("fake-")
+KIND, COUNT, LOG = [*sys.argv[1:], *("2", os.devnull)[len(sys.argv) - 2 :]]
 
 
 def say(line):
@@ -23,13 +24,15 @@ def say(line):
 
 
 class FakeEngine:
-    """Plays the first legal move by its text, and from its second answer on wrongly."""
+    """Knows the rules, and no more."""
 
     def __init__(self):
         self._chess960 = False
         self._referee = None
-        self._answers = 0
+        self._searches = 0
         self._hoard = []
+        self._late = None
+        self._ponders = False
 
     def _set_position(self, words):
         moves = words[words.index("moves") + 1 :] if "moves" in words else []
@@ -63,51 +66,66 @@ class FakeEngine:
             while True:
                 sys.stdout.write("x" * 4096)
         elif KIND == "twice":
-            say("bestmove a1a1\n" + self._best_move())
+            move = self._best_move()
+            say(f"{move}\n{move}")
+        elif KIND == "late":
+            self._late = self._best_move()
         else:
             return KIND == "stall"
         return True
 
-    def _go(self, pondering):
-        say("info depth 1 score cp 0 pv")
-        if not pondering:
-            self._answer()
-        elif KIND == "impatient":
-            say(self._best_move())
-
     def _answer(self):
-        self._answers += 1
+        self._searches += 1
         if KIND == "slow":
             time.sleep(0.3)
         elif KIND == "leak":
             self._hoard.append(bytearray(b"x") * (1 << 20))
-        if self._answers < 2 or not self._misbehave():
+        score = {"winning": "cp 900", "losing": "cp -900", "level": "cp 3"}.get(KIND, "mate 4")
+        say(f"info depth 7 score {score} nodes 700 pv")
+        say("info depth 9 multipv 2 score cp 0 nodes 900 pv")
+        say("info string score cp 5 depth 1 nodes 5")
+        if self._searches < int(COUNT) or not self._misbehave():
             say(self._best_move())
+
+    def _stop(self):
+        if self._late:
+            say(self._late)
+            self._late = None
+        elif self._ponders:
+            say(self._best_move())
+        self._ponders = False
 
     def obey(self, line):
         words = line.split()
-        if words[0] == "uci":
-            say("uciok")
+        if words[0] == "uci" and KIND != "silent":
+            say(f"id name Fake {KIND}\noption name Hash type spin")
+            say("option name UCI_Chess960 type check\noption name Ponder type check\nuciok")
         elif words[0] == "isready":
             say("readyok")
         elif words[0] == "setoption" and words[2] == "UCI_Chess960":
             self._chess960 = words[4] == "true"
         elif words[0] == "position":
             self._set_position(words)
-        elif words[0] == "go":
-            self._go("ponder" in words)
-        elif words[0] == "ponderhit":
+        elif words[0] == "go" and "ponder" in words and KIND == "impatient":
+            say(self._best_move())
+        elif words[0] == "go" and "ponder" in words:
+            self._ponders = True
+        elif words[0] in ("go", "ponderhit"):
+            self._ponders = False
             self._answer()
         elif words[0] == "stop":
-            say(self._best_move())
+            self._stop()
 
 
 def main():
     engine = FakeEngine()
-    for line in sys.stdin:
-        if line == "quit\n" and KIND != "clinging":
-            return 5 if KIND == "badquit" else 0
-        engine.obey(line)
+    with open(LOG, "a", encoding="utf-8") as log:
+        print(f"pid {os.getpid()}", file=log, flush=True)
+        for line in sys.stdin:
+            print(line.strip(), file=log, flush=True)
+            if line == "quit\n" and KIND != "clinging":
+                return 5 if KIND == "badquit" else 0
+            engine.obey(line)
     return 0
 
 

@@ -31,7 +31,7 @@ class LimitTest(unittest.TestCase):
         self.assertEqual(Limit.parse("depth", "8").words(), "depth 8")
 
     def test_refused(self):
-        for text in ("", "x", "-1", "10+", "/60", "0/60", "0", "0+1", "1e3", "40/", "10+-1", "99999999"):
+        for text in "x -1 10+ /60 0/60 0 0+1 1e3 40/ 10+-1 99999999".split() + [""]:
             with self.assertRaises(ValueError, msg=text):
                 Limit.parse("tc", text)
         for text in ("", "0", "-1", "1.5", "x", "9" * 30):

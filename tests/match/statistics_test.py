@@ -67,7 +67,8 @@ class Opponents:
         self._chance = random.Random(seed)
         self.shares = [0.0] * 5
         for bias in self.BIASES:
-            for first, second in itertools.product(self._game(edge + bias), self._game(edge - bias)):
+            games = self._game(edge + bias), self._game(edge - bias)
+            for first, second in itertools.product(*games):
                 self.shares[first[0] + second[0]] += first[1] * second[1] / len(self.BIASES)
         self.score = sum(share * score for share, score in zip(self.shares, SCORES))
 
@@ -162,10 +163,17 @@ class SprtTest(unittest.TestCase):
 
     def test_words(self):
         self.assertEqual(Sprt.parse(["elo0=0", "elo1=5", "beta=0.1"]), Sprt(0, 5, 0.05, 0.1))
-        for words in (["elo0=0"], ["elo0=5", "elo1=0"], ["elo0=0", "elo1=x"], ["elo0=0", "elo1=nan"],
-                      ["elo0=0", "elo1=5", "alpha=0"], ["elo0=0", "elo0=1", "elo1=5"], ["x=1"]):
+        for words in (
+            "elo0=0",
+            "elo0=5 elo1=0",
+            "elo0=0 elo1=x",
+            "elo0=0 elo1=nan",
+            "elo0=0 elo1=5 alpha=0",
+            "elo0=0 elo0=1 elo1=5",
+            "x=1",
+        ):
             with self.assertRaises(ValueError, msg=words):
-                Sprt.parse(words)
+                Sprt.parse(words.split())
 
     def test_it_is_seldom_wrong(self):
         # The bounds are passed by a step, not met, so the errors are below what is allowed.
@@ -184,7 +192,8 @@ class SprtTest(unittest.TestCase):
         low, high = -1.0, 1.0
         for _ in range(40):
             middle = (low + high) / 2
-            low, high = (middle, high) if elo_of(Opponents(middle, 0).score) < elo else (low, middle)
+            is_low = elo_of(Opponents(middle, 0).score) < elo
+            low, high = (middle, high) if is_low else (low, middle)
         return Opponents(low, seed=elo)
 
     def test_text(self):

@@ -73,7 +73,8 @@ class Game:
             return WON[1 - index], "time forfeit"
         move = words[1] if len(words) > 1 else ""
         if not self._referee.play(move):
-            raise Fault("illegal move", engine, f"{' '.join(words)[:40]!r} after {self._position()}")
+            detail = f"{' '.join(words)[:40]!r} after {self._position()}"
+            raise Fault("illegal move", engine, detail)
         self._line += f" {move}" if self._line else f" moves {move}"
         clock.spend(elapsed)
         report = engine.report()

@@ -1,7 +1,7 @@
 """A match that ends as soon as it has told two strengths apart.
 
-The sequential probability ratio test: A. Wald, Sequential Tests of Statistical Hypotheses, Annals of
-Mathematical Statistics 16, 1945, which has the bounds. The distribution of the pairs is not known
+The sequential probability ratio test: A. Wald, Sequential Tests of Statistical Hypotheses, Annals
+of Mathematical Statistics 16, 1945, which has the bounds. The distribution of the pairs is not known
 beyond its mean, so each hypothesis is given its most likely one: X. Li, J. Liu and Z. Ying,
 Generalized Sequential Probability Ratio Test for Separate Families of Hypotheses, Sequential
 Analysis 33, 2014; for five results of a pair it was worked out in the notes of M. Van den Bergh,

@@ -1,0 +1,183 @@
+"""Matches that are interrupted, taken up again, merged, or refused."""
+
+import os
+import signal
+import subprocess
+import time
+import unittest
+
+from limits import small_files
+from processes import running
+from support import SHORT, TOOL, MatchTest
+
+
+class InterruptionTest(MatchTest):
+    def slow_match(self, games=6):
+        return (*self.fake("slow"), *self.fake(), "--tc", "60", *SHORT, "--games", str(games),
+                "--jsonl", self.games, "--pgn", self.file("games.pgn"))
+
+    def start(self, *arguments):
+        pipes = {"stdout": subprocess.PIPE, "stderr": subprocess.PIPE}
+        process = subprocess.Popen(self.arguments(*arguments), text=True, **pipes)
+        self.addCleanup(process.stdout.close)
+        self.addCleanup(process.stderr.close)
+        self.addCleanup(process.wait)
+        self.addCleanup(process.kill)
+        return process
+
+    def wait_for_games(self, count):
+        deadline = time.monotonic() + 120
+        while not os.path.exists(self.games) or self.lines() <= count:
+            self.assertLess(time.monotonic(), deadline)
+            time.sleep(0.02)
+
+    def lines(self):
+        with open(self.games, "rb") as file:
+            return file.read().count(b"\n")
+
+    def finish(self, played):
+        self.assertLess(played, 6)
+        run = self.run_tool(*self.slow_match(), "--resume")
+        numbers = [record["game"] for record in self.records()]
+        self.assertEqual(sorted(numbers), [1, 2, 3, 4, 5, 6])
+        self.assertIn("| slow   |     6 |", run.stdout)
+        with open(self.file("games.pgn"), encoding="utf-8") as file:
+            self.assertEqual(file.read().count("[Event "), 6)
+
+    def test_ctrl_c(self):
+        process = self.start(*self.slow_match())
+        self.wait_for_games(2)
+        process.send_signal(signal.SIGINT)
+        output, errors = process.communicate(timeout=60)
+        self.assertEqual(process.returncode, 130, errors)
+        self.assertIn("| slow ", output)
+        self.assertIn(f"go on with --resume --jsonl {self.games}", errors)
+        self.assert_gone("slow")
+        self.finish(self.lines() - 1)
+
+    def test_kill(self):
+        process = self.start(*self.slow_match(), "--concurrency", "2")
+        self.wait_for_games(1)
+        process.kill()
+        process.wait()
+        deadline = time.monotonic() + 60
+        while self.processes_left() and time.monotonic() < deadline:
+            time.sleep(0.05)
+        self.assertEqual(self.processes_left(), [])
+        played = self.lines() - 1
+        # As a run that was killed while it wrote leaves it.
+        with open(self.games, "a", encoding="ascii") as file:
+            file.write('{"kind": "ga')
+        with open(self.file("games.pgn"), "a", encoding="ascii") as file:
+            file.write('[Event "orv')
+        self.finish(played)
+
+    def processes_left(self):
+        """Workers and engines of this folder."""
+        return running(os.path.realpath(self.arguments()[0]), self.directory)
+
+    def test_a_worker_that_breaks_down(self):
+        process = self.start(*self.slow_match())
+        self.wait_for_games(1)
+        path = f"/proc/{process.pid}/task/{process.pid}/children"
+        with open(path, encoding="ascii") as children:
+            (worker,) = children.read().split()
+        os.kill(int(worker), signal.SIGKILL)
+        _, errors = process.communicate(timeout=60)
+        self.assertEqual(process.returncode, 1, errors)
+        words = f"a worker has broken down; go on with --resume --jsonl {self.games}"
+        self.assertIn(words, errors)
+
+    def test_a_full_disk_leaves_whole_lines(self):
+        engines = (*self.fake(), *self.fake("level"), "--depth", "1", *SHORT)
+        run = self.match(*engines, games=20, status=1, limit=small_files(3000))
+        words = f"cannot write {self.games}: File too large; go on with --resume"
+        self.assertIn(words, run.stderr.splitlines()[-1])
+        with open(self.games, encoding="ascii") as file:
+            self.assertTrue(file.read().endswith("}\n"))
+        self.assertGreater(len(self.records()), 0)
+        self.match(*engines, "--resume", games=20)
+        self.assertEqual(len(self.records()), 20)
+
+
+class UsageTest(MatchTest):
+    def test_bad_usage(self):
+        two = (*self.fake(), *self.fake("level"))
+        depth = ("--depth", "1")
+        for arguments, message in (
+            ((), "a match needs two --engine or more"),
+            ((*self.fake(), *depth), "a match needs two --engine or more"),
+            ((*self.fake(), *self.fake(), *depth), "two engines are called good"),
+            (two, "good has no time: give --tc, --movetime, --nodes or --depth"),
+            ((*two, *depth, "--nodes", "5"), "--nodes: there is another limit already"),
+            ((*two, "--tc", "soon"), "not a time control: 'soon'"),
+            ((*two, *depth, "--games", "3"), "--games 3: an odd game"),
+            ((*two, *depth, "--games", "0"), "0 is not between 2 and"),
+            ((*two, *depth, "--concurrency", "0"), "0 is not between 1 and 1024"),
+            ((*two, *depth, "--resume"), "--resume needs a --jsonl"),
+            ((*two, *depth, "--shard", "3/2"), "'3/2' is no shard such as 3/32"),
+            ((*two, *depth, "--shard", "1/2", "--sprt", "elo0=0", "elo1=5"), "not with --shard"),
+            ((*two, *self.fake("slow"), *depth, "--sprt", "elo0=0", "elo1=5"), "for two engines"),
+            ((*two, *depth, "--sprt", "elo0=5"), "--sprt: elo0=NUMBER and elo1=NUMBER are needed"),
+            ((*two, *depth, "--draw", "count=1"), "--draw: moves=NUMBER is needed"),
+            ((*two, *depth, "--order", "random"), "--order random needs --openings"),
+            ((*two, *depth, "--each", "cmd=x"), "--each: an engine has its cmd= and name="),
+            (("--engine", "cmd=a", "hash=3"), "--engine: 'hash=3' is not cmd=, name=, dir=, pawn="),
+            ((*two, *depth, "--pgn", "-"), "need names of files"),
+            ((*two, *depth, "--patience", "nan"), "is not between 0 and"),
+            (("report",), "the following arguments are required: FILE"),
+            (("merge", "x"), "the following arguments are required: -o"),
+        ):
+            with self.subTest(arguments):
+                run = self.run_tool(*arguments, status=2)
+                self.assertIn(message, run.stderr)
+                self.assertEqual(run.stderr.count("\n"), 1)
+        self.assertEqual(os.listdir(self.directory), [])
+
+    def test_what_cannot_be_read(self):
+        two = (*self.fake(), *self.fake("level"), "--depth", "1")
+        missing = self.file("missing")
+        for arguments, message in (
+            ((*two, "--openings", missing), f"cannot read {missing}: No such file or directory"),
+            ((*two, "--openings", self.file("o", "e2e5\n")), "o, line 1: not a legal move: 'e2e5'"),
+            ((*two, "--pgn", self.file("no/where")), "no/where: No such file or directory"),
+            (("report", missing), f"cannot read {missing}: No such file or directory"),
+            (("report", TOOL), f"{TOOL} is not the log of a run: line 1"),
+            (("report", self.file("x", '{"kind": "run"}\n')), "x is not the file of a match"),
+        ):
+            run = self.run_tool(*arguments, status=1)
+            self.assertIn(message, run.stderr)
+
+    def test_another_match_is_left_alone(self):
+        two = (*self.fake(), *self.fake("level"), *SHORT)
+        self.match(*two, "--depth", "1")
+        before = self.records()
+        run = self.match(*two, "--depth", "1", status=2)
+        self.assertIn(f"{self.games} exists: go on with --resume, or name another", run.stderr)
+        run = self.match(*two, "--depth", "1", "--resume", games=4, status=2)
+        self.assertIn(f"{self.games} belongs to another match: games was 2, and is 4", run.stderr)
+        self.assertEqual(self.records(), before)
+
+    def test_merge_wants_all_shards_of_one_match(self):
+        two = (*self.fake(), *self.fake("level"), "--depth", "1", *SHORT, "--games", "4")
+        parts = [self.file(f"{which}.jsonl") for which in (1, 2)]
+        for which, part in enumerate(parts, 1):
+            self.run_tool(*two, "--shard", f"{which}/2", "--jsonl", part)
+        other = self.file("other.jsonl")
+        self.run_tool(*two, "--shard", "2/2", "--seed", "5", "--jsonl", other)
+        with open(parts[1], encoding="ascii") as file:
+            half = self.file("half.jsonl", "".join(file.readlines()[:2]))
+        for files, words in (
+            (parts[:1], "shard 2/2 is missing"),
+            ([parts[0], parts[0]], "shard 1/2 is there twice"),
+            ([parts[0], other], "are not of the same match: seed was 1, and is 5"),
+            ([parts[0], half], "half.jsonl: 1 games are missing, such as game 4"),
+        ):
+            run = self.run_tool("merge", *files, "-o", self.file("out"), status=1)
+            self.assertIn(words, run.stderr)
+            self.assertFalse(os.path.exists(self.file("out")))
+        self.assertEqual(self.run_tool("merge", *parts, "-o", "-").stdout.count("\n"), 5)
+
+
+if __name__ == "__main__":
+    unittest.main()

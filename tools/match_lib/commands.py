@@ -1,0 +1,76 @@
+"""What is done with the files of matches that are over: merge and report."""
+
+from match_lib import report, results
+from match_lib.arguments import EPILOG
+from match_lib.pgn_text import pgn_text
+from match_lib.sprt import Sprt
+from match_lib.standings import Standings
+from orvelin_lib.arguments import Parser, file_name
+from orvelin_lib.files import write_file
+from orvelin_lib.tool_main import UsageError, print_whole
+
+STATUS = EPILOG[EPILOG.index("The exit") :].replace("came to its end", "is whole")
+
+
+def merge(arguments):
+    """Makes one file of those of all shards."""
+    parser = Parser(prog="orvelin-match merge", description=merge.__doc__)
+    parser.add_argument("files", nargs="+", type=file_name, metavar="FILE", help="of all shards")
+    name = {"type": file_name, "required": True, "metavar": "FILE"}
+    parser.add_argument("-o", dest="output", **name, help="takes all games; - is standard output")
+    options = parser.parse_args(arguments)
+    write_file(options.output, results.lines(*results.merged(options.files)))
+    return 0
+
+
+def report_files(arguments):
+    """Tells what the files of one or several matches hold, all games together."""
+    parser = Parser(prog="orvelin-match report", description=report_files.__doc__)
+    name = {"type": file_name, "metavar": "FILE"}
+    parser.add_argument("files", nargs="+", **name, help="which orvelin-match has written")
+    parser.add_argument("--pgn", **name, help="the games")
+    parser.add_argument("--json", **name, help="all figures of the table")
+    sprt = {"nargs": "+", "metavar": "KEY=VALUE"}
+    parser.add_argument("--sprt", **sprt, help="elo0=0 elo1=5: the test of two engines")
+    options = parser.parse_args(arguments)
+    standings, games = _gathered(options.files)
+    test = _sprt(options.sprt, standings)
+    if options.pgn:
+        write_file(options.pgn, "".join(games()))
+    if options.json:
+        write_file(options.json, report.json_text(standings, test))
+    if "-" not in (options.pgn, options.json):
+        print_whole(report.text(standings, test))
+    return 0
+
+
+def _sprt(words, standings):
+    if words is None:
+        return None
+    try:
+        test = Sprt.parse(words)
+    except ValueError as error:
+        raise UsageError(f"--sprt: {error}") from None
+    if len(standings.names) != 2:
+        raise UsageError("--sprt is for two engines")
+    return test
+
+
+def _gathered(names):
+    """(standings, function that gives the games as PGN)."""
+    standings, matches = Standings(), []
+    for index, name in enumerate(names):
+        head, records = results.read(name)
+        for player in head["players"]:
+            if player["name"] not in standings.names:
+                standings.names.append(player["name"])
+        for record in sorted(records, key=lambda record: record["game"]):
+            standings.add(record, index)
+        matches.append((results.controls_of(head), records))
+
+    def games():
+        for controls, records in matches:
+            for record in sorted(records, key=lambda record: record["game"]):
+                yield pgn_text(record, controls)
+
+    return standings, games

@@ -3,6 +3,7 @@ said, and the match goes on."""
 
 import os
 import unittest
+import unittest.mock
 
 from support import SHORT, MatchTest
 
@@ -146,6 +147,14 @@ class FaultTest(MatchTest):
 
 
 class StartTest(MatchTest):
+    def test_a_program_by_its_name_alone(self):
+        program = self.file("named", f"#!/bin/sh\nexec {' '.join(self.words('level'))}\n")
+        os.chmod(program, 0o755)
+        path = f"{self.directory}:{os.environ['PATH']}"
+        with unittest.mock.patch.dict(os.environ, PATH=path):
+            self.match(*self.fake(), "--engine", "cmd=named", "--depth", "1", *SHORT)
+        self.assertEqual(self.records()[0]["black"], "named")
+
     def test_what_cannot_be_started(self):
         good = self.fake()
         missing = self.file("missing")

@@ -2,11 +2,12 @@
 
 import json
 import os
+import subprocess
 import unittest
 
 from match_lib.openings import RandomOpenings
 from orvelin_lib.rules import Referee
-from support import ENGINE, ROOT, SHORT, MatchTest
+from support import ENGINE, ROOT, SHORT, TOOL, MatchTest
 
 OPENINGS = os.path.join(ROOT, "openings")
 # Of one search whatever the machine: the same games every time.
@@ -126,6 +127,21 @@ class RealTest(MatchTest):
             self.assertEqual(tuple(record["opening"]), opening.moves)
             self.assertTrue(record["chess960"])
 
+    def assert_the_same_by_parallel(self, whole):
+        """The script for many machines shares the match out, here on this one."""
+        script = os.path.join(ROOT, "tools", "scale", "analyse-parallel")
+        name = self.file("parallel.jsonl")
+        run = subprocess.run(
+            [script, name, "3", "--jobs", "2", "--", *REAL, *FIXED, "--games", "8"],
+            env={**os.environ, "ORVELIN_ANALYSE": TOOL, "PARALLEL_HOME": self.directory},
+            capture_output=True,
+            text=True,
+            timeout=240,
+            check=False,
+        )
+        self.assertEqual(run.returncode, 0, run.stderr)
+        self.assertEqual(without_times(self.records(name)), whole)
+
     def test_shards_and_their_order_make_the_same_games(self):
         self.match(*REAL, *FIXED, games=8)
         whole = without_times(self.records())
@@ -137,6 +153,7 @@ class RealTest(MatchTest):
         self.run_tool("merge", *parts, "-o", merged)
         self.assertEqual(without_times(self.records(merged)), whole)
         self.assertEqual([record["game"] for record in self.records(merged)], list(range(1, 9)))
+        self.assert_the_same_by_parallel(whole)
         # The whole is there, so that nothing is left to play.
         run = self.run_tool(*REAL, *FIXED, "--games", "8", "--jsonl", merged, "--resume")
         self.assertEqual(run.stdout, self.run_tool("report", merged).stdout)

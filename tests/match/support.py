@@ -21,10 +21,13 @@ class MatchTest(ScratchTest):
         super().setUp()
         self.games = self.file("games.jsonl")
 
+    def words(self, kind, count=2):
+        """The command of an engine."""
+        return [sys.executable, "-S", FAKE, kind, str(count), self.file(f"{kind}.log")]
+
     def fake(self, kind="good", count=2):
-        """The words of an engine."""
-        words = [sys.executable, "-S", FAKE, kind, str(count), self.file(f"{kind}.log")]
-        return ("--engine", f"cmd={shlex.join(words)}", f"name={kind}")
+        """An engine as an argument."""
+        return ("--engine", f"cmd={shlex.join(self.words(kind, count))}", f"name={kind}")
 
     def told(self, kind):
         """What the processes of an engine were told."""

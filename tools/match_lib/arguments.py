@@ -155,7 +155,7 @@ def _add_runs(add):
     add("--restart", **count, help="games of a process (default all)")
     wait = {"type": seconds, "metavar": "S"}
     add("--patience", **wait, default=10, help="to wait for an answer (default 10)")
-    add("--longest", **wait, default=300, help="for any search (default 300)")
+    add("--longest", **wait, default=300, help="for a search by nodes or depth (default 300)")
     add("--faults", action="store_true", help="ends at the first fault, with 1")
     add("--shard", type=shard, default=(1, 1), metavar="I/N", help="only these pairs of games")
     add("--resume", action="store_true", help="leaves out what the --jsonl file has already")

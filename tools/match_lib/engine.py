@@ -43,7 +43,7 @@ class Report:
 class MatchEngine(EngineProcess):
     """One engine. Answers wait in the order of their arrival until they are taken."""
 
-    def __init__(self, player):
+    def __init__(self, player, command):
         self.name = player.name
         self.title = None
         self.games = 0
@@ -52,8 +52,7 @@ class MatchEngine(EngineProcess):
         self._started = time.monotonic()
         self._session = collections.deque(maxlen=MAX_SESSION_LINES)
         self._answers = collections.deque()
-        self._scored = self._counted = ""
-        super().__init__(player.command, player.folder, errors=subprocess.STDOUT)
+        super().__init__(command, player.folder, errors=subprocess.STDOUT)
 
     def failure(self, kind, detail):
         return Fault(kind, self, detail)
@@ -64,9 +63,10 @@ class MatchEngine(EngineProcess):
 
     def take(self, moment, line):
         self._session.append((moment, "<", line))
+        # Most lines are these, of which only the last ones are looked at, when a search has ended.
         if line.startswith("info "):
-            self._take_info(line)
-        elif line.startswith(ANSWERS):
+            return
+        if line.startswith(ANSWERS):
             self._answers.append((moment, line.split()))
         elif line.startswith("option name "):
             option = line[len("option name ") :].split(" type ")[0]
@@ -74,21 +74,22 @@ class MatchEngine(EngineProcess):
         elif line.startswith("id name "):
             self.title = line[len("id name ") :]
 
-    def _take_info(self, line):
-        # The lines are many, and only the last of them counts: it is read when the search ends.
-        if line.startswith("info string"):
-            return
-        if " nodes " in line:
-            self._counted = line
-        if " score " in line and (" multipv " not in line or " multipv 1 " in line):
-            self._scored = line
-
-    def begin_search(self):
-        self._scored = self._counted = ""
-
     def report(self):
-        """Of the search that has ended."""
-        return Report(self._scored, self._counted)
+        """Of the search that has ended: what the last of its lines say."""
+        scored = counted = ""
+        for _, mark, line in reversed(self._session):
+            if line.startswith("go ") and mark == ">":
+                break
+            if not line.startswith("info ") or line.startswith("info string"):
+                continue
+            if not counted and " nodes " in line:
+                counted = line
+            is_first = " multipv " not in line or " multipv 1 " in line
+            if not scored and is_first and " score " in line:
+                scored = line
+            if scored and counted:
+                break
+        return Report(scored, counted)
 
     def set_option(self, name, value):
         """Sets an option if the engine has it; whether it has."""

@@ -1,5 +1,6 @@
 """One game: lets two engines move, keeps their clocks, and says how it ends."""
 
+import math
 import time
 
 from match_lib.adjudication import Adjudicator
@@ -113,14 +114,14 @@ class Game:
             started = time.monotonic()
             engine.send("ponderhit")
         else:
-            engine.begin_search()
             engine.send(self._position())
             go = f"go {go_words(self._clocks, index)}"
             started = time.monotonic()
             engine.send(go)
-        allowed = min(self._clocks[index].allowed / 1000, settings.longest)
+        is_timed = math.isfinite(self._clocks[index].allowed)
+        allowed = self._clocks[index].allowed / 1000 if is_timed else settings.longest
         answer = self._listener.wait(engine, "bestmove", started + allowed)
-        if answer is None and allowed == settings.longest:
+        if answer is None and not is_timed:
             raise Fault("stall", engine, f"no bestmove within {allowed:g} s")
         if answer is None:
             # The game is lost; the engine is given the chance to be there for the next one.
@@ -148,7 +149,6 @@ class Game:
         if self._referee.ends_with(expected):
             return
         self._pondered[index] = expected
-        engine.begin_search()
         engine.send(self._position(f" {expected}"))
         engine.send(f"go ponder {go_words(self._clocks, index)}")
 

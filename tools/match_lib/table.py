@@ -17,10 +17,10 @@ MOST_DIALOGUES = 100
 
 def start_engine(player, settings, listener):
     """The engine, with its options set; ToolError when that cannot be."""
-    checked(player.command)
+    command = checked(player.command)
     engine = None
     try:
-        engine = MatchEngine(player)
+        engine = MatchEngine(player, command)
         listener.seat([engine])
         engine.send("uci")
         listener.need(engine, "uciok", settings.patience)

@@ -109,9 +109,12 @@ class EngineProcess:
         *lines, self._rest = (self._rest + data).split(b"\n")
         for line in lines:
             self.take(now, line.decode(errors="replace").strip())
-        allowed = MAX_BYTES + MAX_BYTES_A_SECOND * (time.monotonic() - self._asked)
-        if self._bytes > allowed or len(self._rest) > MAX_LINE:
+        if len(self._rest) > MAX_LINE or (self._bytes > MAX_BYTES and self._writes_too_fast()):
             raise self.failure("flood", "writes without end")
+
+    def _writes_too_fast(self):
+        seconds = time.monotonic() - self._asked
+        return self._bytes > MAX_BYTES + MAX_BYTES_A_SECOND * seconds
 
     def listen(self, seconds):
         """Takes in what comes first within the time, if anything does."""

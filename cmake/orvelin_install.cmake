@@ -5,9 +5,9 @@ set(orvelin_programs orvelin orvelin-play)
 set(orvelin_scripts "")
 if(ORVELIN_BUILD_TOOLS)
   list(APPEND orvelin_programs orvelin-book orvelin-tables orvelin-perft orvelin-analyse)
-  set(orvelin_scripts orvelin-suite orvelin-explain)
+  set(orvelin_scripts orvelin-suite orvelin-explain orvelin-match)
 endif()
-set(orvelin_libraries suite_lib explain_lib orvelin_lib)
+set(orvelin_libraries suite_lib explain_lib match_lib orvelin_lib)
 set(orvelin_data_dir share/orvelin)
 set(orvelin_doc_dir share/doc/orvelin)
 
@@ -31,7 +31,7 @@ install(FILES ${orvelin_packed_manuals} DESTINATION share/man/man6)
 # The documents for users, with a README of their own; those for developers stay with the sources.
 # They keep their places to each other, so that the links between them hold.
 set(orvelin_documents "${PROJECT_SOURCE_DIR}/packaging/README.md" "${PROJECT_SOURCE_DIR}/NEWS.md")
-set(orvelin_pages analyse clocks evaluation explain interfaces packaging play robustness scale suite tools uci)
+set(orvelin_pages analyse clocks evaluation explain interfaces match packaging play robustness scale suite tools uci)
 list(TRANSFORM orvelin_pages REPLACE "(.+)" "${PROJECT_SOURCE_DIR}/docs/\\1.md")
 install(FILES ${orvelin_documents} DESTINATION ${orvelin_doc_dir})
 install(FILES ${orvelin_pages} DESTINATION ${orvelin_doc_dir}/docs)
@@ -91,6 +91,7 @@ function(install_data games)
   endforeach()
   file(GLOB suites CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/suites/*.epd")
   install(FILES ${suites} DESTINATION ${orvelin_data_dir}/suites ${ARGN})
+  install(FILES ${orvelin_openings} DESTINATION ${orvelin_data_dir}/openings ${ARGN})
   install(PROGRAMS "${PROJECT_SOURCE_DIR}/tools/scale/analyse.slurm"
     "${PROJECT_SOURCE_DIR}/tools/scale/analyse-parallel"
     DESTINATION ${orvelin_data_dir}/scale ${ARGN})

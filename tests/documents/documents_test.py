@@ -92,7 +92,7 @@ class CommandsTest(unittest.TestCase):
             "./check format check",
             "cmake --preset debug && ctest --preset debug -R Notation",
             "printf 'e2e4\\n' | orvelin-book make - -o FILE",
-            "tools/soak --games 5 --jobs=2",
+            "tools/orvelin-match --games 6 --jobs=2",
             "tools/measure start latency",
             "build/release/orvelin",
             "./orvelin-analyse merge -o all.jsonl part.jsonl",
@@ -111,7 +111,7 @@ class CommandsTest(unittest.TestCase):
             "orvelin-gone",
             "./orvelin-gone",
             "./analyse-parallel x.jsonl 4 --gone -- x.pgn",
-            "tools/soak --game 5",
+            "tools/orvelin-match --gome 6",
             "tools/measure gone",
             "build/gone/orvelin",
             "build/release/gone",
@@ -174,7 +174,7 @@ class SandboxTest(unittest.TestCase):
     def test_commands_run_in_a_copy(self):
         with tempfile.TemporaryDirectory() as directory:
             sandbox = Sandbox(ROOT, PROGRAMS, directory)
-            good = ["pwd | grep ^" + directory, "$ echo a; echo b\na\nb", "test -x tools/soak"]
+            good = ["pwd | grep ^" + directory, "$ echo a; echo b\na\nb", "test -x tools/orvelin-match"]
             good.append("touch ~/x; test -e " + os.path.join(directory, "home", "x"))
             # Nothing is built: the engine is newer than its sources.
             good.append("printf 'uci\\nquit\\n' | ./run | grep uciok")

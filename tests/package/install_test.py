@@ -7,7 +7,8 @@ import unittest
 
 from support import BUILD, DISCOVERED, PROGRAMS, SCRIPTS, SOURCE, PackageTest, bench_nodes, run
 
-DOCUMENTS = ("README.md", "NEWS.md", "LICENSE", "docs/uci.md", "docs/images/xboard.png")
+DOCUMENTS = ("README.md", "NEWS.md", "LICENSE", "docs/match.md", "docs/uci.md")
+DOCUMENTS += ("docs/images/xboard.png",)
 SCALE_SCRIPTS = ("analyse.slurm", "analyse-parallel")
 
 
@@ -40,6 +41,8 @@ class InstallTest(PackageTest):
             expected |= {f"games/{program}", f"share/man/man6/{program}.6.gz"}
         expected |= {f"share/doc/orvelin/{name}" for name in DOCUMENTS}
         for name in glob.glob("suites/*.epd", root_dir=SOURCE):
+            expected.add(f"share/orvelin/{name}")
+        for name in glob.glob("openings/*.txt", root_dir=SOURCE):
             expected.add(f"share/orvelin/{name}")
         expected |= {f"share/orvelin/scale/{name}" for name in SCALE_SCRIPTS}
         self.assertEqual(expected - files, set())

@@ -22,7 +22,7 @@ PROGRAMS = (
     "orvelin-perft",
     "orvelin-tables",
 )
-SCRIPTS = ("orvelin-explain", "orvelin-suite")
+SCRIPTS = ("orvelin-explain", "orvelin-match", "orvelin-suite")
 # Code, in which nothing is a link, and links in Markdown to files.
 CODE = re.compile(r"`[^`]*`|^ {4,}.*$", re.MULTILINE)
 LINK = re.compile(r"\]\((?![a-z]+:)([^)#\s]+)")
@@ -148,4 +148,7 @@ class PackageTest(unittest.TestCase):
         command = ("orvelin-suite", "--engine", "orvelin", "--depth", "4", "-")
         solved = run(*command, input=MATE_IN_ONE, folder="/", env=environment)
         self.assertIn("100.0 %", solved)
+        engines = ("--engine", "cmd=orvelin", "--engine", "cmd=orvelin-play", "--depth", "1")
+        command = ("orvelin-match", *engines, "--games", "2", "--max-moves", "3", "--faults")
+        self.assertIn("| orvelin-play |", run(*command, folder="/tmp", env=environment))
         self.assertTrue(glob.glob(os.path.join(suites, "*.epd")), f"no suite in {suites}")

@@ -1,1 +1,0 @@
-"""Long runs of fast games between two copies of the engine."""

@@ -89,6 +89,12 @@ class StandingsTest(unittest.TestCase):
         rows = [line.split()[1] for line in text.splitlines()[2:5]]
         self.assertEqual(rows, ["A", "C", "B"])
 
+    def test_a_difference_without_an_error(self):
+        made = self.standings(game(1, "A", "B", "1-0"))
+        self.assertIn("| 100.0 % |  inf |  - |        - |", report.text(made))
+        made.add(game(2, "B", "A", "1-0"))
+        self.assertIn("| 50.0 % | +0.0 |  - |        - |", report.text(made).replace("-0.0", "+0.0"))
+
     def test_sprt_and_json(self):
         made = self.standings(game(1, "A", "B", "1-0"), game(2, "B", "A", "0-1"),
                               game(3, "A", "B", "1/2-1/2"), game(4, "B", "A", "0-1"))
@@ -103,15 +109,19 @@ class StandingsTest(unittest.TestCase):
 
 class PgnTest(ScratchTest):
     def test_text(self):
-        text = pgn_text(game(3, "A", 'B "\\"', "0-1"), {"A": "10+0.1"})
+        text = pgn_text(game(3, "A", 'B "\\"', "0-1"), {"A": "10+0.1", 'B "\\"': "nodes 5"})
         self.assertIn('[Black "B \\"\\\\\\""]\n', text)
-        for words in ('[Round "2.1"]', '[Result "0-1"]', '[WhiteTimeControl "10+0.1"]',
+        for words in ('[Round "2.1"]', '[Result "0-1"]', '[WhiteTimeControl "10+0.1"]', '[BlackTimeControl "nodes 5"]',
                       '[PlyCount "4"]', '[Termination "normal"]'):
             self.assertIn(words + "\n", text)
         self.assertEqual(" ".join(text.split("\n\n")[1].split()), (
             "1. f3 e5 {+0.35/9 0.010s n=1000 [%clk 1:02:03.456]} "
             "2. g4 {-M1/3 0.003s [%clk 0:00:00.990]} "
             "2... Qh4# {+M1/0 0.040s n=400 [%clk 0:01:00.000]} {checkmate} 0-1"))
+
+    def test_one_clock_for_both(self):
+        text = pgn_text(MATE, {"A": "40/60", "B": "40/60"})
+        self.assertIn('[TimeControl "40/60"]', text)
 
     def test_other_starts_and_ends(self):
         fen = "4k3/8/8/8/8/8/8/R4KR1 b AG - 7 30"

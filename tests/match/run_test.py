@@ -1,5 +1,6 @@
 """Matches as a user runs them: results, files and shards."""
 
+import functools
 import json
 import os
 import subprocess
@@ -23,6 +24,10 @@ def without_times(records):
     return sorted(rows, key=lambda row: row["game"])
 
 
+def on_core(core):
+    os.sched_setaffinity(0, {core})
+
+
 class PlayTest(MatchTest):
     def test_two_engines(self):
         run = self.match(*self.fake(), *self.fake("level"), "--tc", "60", *SHORT, games=4)
@@ -44,12 +49,29 @@ class PlayTest(MatchTest):
         self.assert_gone("good")
         self.assertIn("setoption name Ponder value false", self.told("good"))
 
+    def test_chess960_is_told_to_the_engines(self):
+        engines = (*self.fake(), *self.fake("level"), "--depth", "1", "--variant", "chess960")
+        opening = self.file("castling.epd", "4k3/8/8/8/8/8/PP6/KR6 w B - id 1;\n")
+        self.match(*engines, "--openings", opening, "--max-moves", "1")
+        self.assertIn("setoption name UCI_Chess960 value true", self.told("good"))
+        # The first move by its text: the king goes to his rook.
+        self.assertEqual([record["moves"][0] for record in self.records()], ["a1b1"] * 2)
+
     def test_options_reach_the_engines(self):
         words = ("option.hash=33", "--each", "option.Hash=7")
         self.match(*self.fake(), *self.fake("level"), *words, "--depth", "3", *SHORT)
         self.assertIn("setoption name Hash value 7", self.told("good"))
         self.assertIn("setoption name Hash value 33", self.told("level"))
         self.assertIn("go depth 3", self.told("level"))
+
+    def test_fewer_cores_than_engines(self):
+        core = min(os.sched_getaffinity(0))
+        words = "2 engines think at a time on 1 core: their clocks run while they wait"
+        engines = (*self.fake(), *self.fake("level"), *SHORT, "--concurrency", "2")
+        for limit, is_told in (("--tc", True), ("--depth", False)):
+            self.games = self.file(f"{limit}.jsonl")
+            run = self.match(*engines, limit, "60", limit=functools.partial(on_core, core))
+            self.assertEqual(words in run.stderr, is_told)
 
     def test_round_robin_and_gauntlet(self):
         three = (*self.fake(), *self.fake("level"), *self.fake("winning"))

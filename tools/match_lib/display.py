@@ -1,6 +1,7 @@
 """The table while the match goes on: in its place on a terminal, else as a line now and then."""
 
 import contextlib
+import shutil
 import sys
 import time
 
@@ -35,7 +36,9 @@ class Display:
         self._drawn = now
         self._erase()
         text = f"{table()}\n{line()}\n"
-        self._height = text.count("\n")
+        width = shutil.get_terminal_size().columns
+        # Long lines take several of the terminal's.
+        self._height = sum(max(1, -(-len(row) // width)) for row in text.splitlines())
         self._write(text)
 
     def close(self):

@@ -14,6 +14,7 @@ from match_lib.standings import Standings
 from match_lib.table import start_engine
 from match_lib.workers import StopSignal, Workers
 from orvelin_lib.files import check_writable, write_error, write_file
+from orvelin_lib.table import counted
 from orvelin_lib.tool_main import take_signals
 
 # An engine that was only looked at gets so long to leave.
@@ -130,6 +131,7 @@ class Match:
         if not self._tasks or self._is_over():
             return False
         count = min(self._options.concurrency, len(self._tasks))
+        self._warn_of_few_cores(count)
         workers = Workers(self._settings, self._folder(), self._tasks, count)
 
         def on_signal(_number, _frame):
@@ -148,6 +150,16 @@ class Match:
             workers.stop()
             self._display.close()
         return self._interrupted
+
+    def _warn_of_few_cores(self, games):
+        """Where engines wait for each other their clocks run on."""
+        settings = self._settings
+        thinking = games * (2 if settings.ponder else 1)
+        cores = len(os.sched_getaffinity(0))
+        is_timed = any(player.limit.kind in ("tc", "movetime") for player in settings.players)
+        if is_timed and thinking > cores:
+            words = f"{counted(thinking, 'engine')} think at a time on {counted(cores, 'core')}"
+            self._display.say(f"{words}: their clocks run while they wait for each other")
 
     def _take(self, entry):
         self.standings.add(entry)

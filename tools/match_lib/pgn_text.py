@@ -51,9 +51,12 @@ def _tags(entry, controls):
     if entry["fen"] != START_FEN:
         yield "SetUp", "1"
         yield "FEN", entry["fen"]
-    for side in ("white", "black"):
-        if entry[side] in controls:
-            yield f"{side.title()}TimeControl", controls[entry[side]]
+    white, black = (controls.get(entry[side]) for side in ("white", "black"))
+    if white and white == black:
+        yield "TimeControl", white
+    elif white and black:
+        yield "WhiteTimeControl", white
+        yield "BlackTimeControl", black
     yield "PlyCount", len(entry["opening"]) + len(entry["moves"])
     yield "Termination", TERMINATIONS.get(entry["reason"], "normal")
 

@@ -3,7 +3,7 @@
 import json
 import math
 
-from match_lib.statistics import QUANTILE, estimate
+from match_lib.statistics import QUANTILE, elo_of, estimate
 from orvelin_lib.table import counted, table, thousands
 
 HEAD = "engine games win draw loss score Elo +- superior draws depth knps time faults".split()
@@ -49,7 +49,7 @@ def _row(standings, name):
         total.draws,
         total.losses,
         _percent(total.points, games),
-        _signed(found.elo) if found else "-",
+        _signed(elo_of(total.points / games)) if games else "-",
         _signed(found.error).lstrip("+") if found else "-",
         f"{100 * found.superiority:.1f} %" if found else "-",
         _percent(total.draws, games),

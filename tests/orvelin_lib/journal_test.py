@@ -1,6 +1,8 @@
 """The log of a run: whole lines only, whatever happens to it."""
 
 import os
+import subprocess
+import sys
 import unittest
 
 from limits import limit_own_files
@@ -28,6 +30,21 @@ class JournalTest(ScratchTest):
     def test_what_was_written_is_read_again(self):
         self.create({"a": 1}, {"b": "é"}).close()
         self.assertEqual(self.resumed(), ({"seed": 1}, [{"a": 1}, {"b": "é"}]))
+
+    def test_two_runs_do_not_share_a_log(self):
+        code = "import sys; from orvelin_lib.journal import Journal; Journal.resume(sys.argv[1])"
+        journal = self.create({"a": 1})
+        for _ in range(2):
+            run = subprocess.run(
+                [sys.executable, "-c", code, self.name], capture_output=True, text=True, check=False
+            )
+            self.assertIn(f"another run is writing {self.name}", run.stderr)
+            journal.close()
+            journal, _, entries = Journal.resume(self.name)
+            self.assertEqual(entries, [{"a": 1}])
+        journal.close()
+        run = subprocess.run([sys.executable, "-c", code, self.name], check=False)
+        self.assertEqual(run.returncode, 0)
 
     def test_half_a_line_is_cut_off(self):
         self.create({"a": 1}).close()

@@ -1,5 +1,7 @@
 """The log of a long run: JSON, one line for the head and one for each thing done."""
 
+import contextlib
+import fcntl
 import json
 import os
 
@@ -23,6 +25,7 @@ class Journal:
             raise UsageError(f"{name} exists: go on with --resume, or name another") from None
         except OSError as error:
             raise write_error(name, error) from None
+        _lock(name, file)
         journal = Journal(name, file)
         try:
             journal.write({"kind": "run", **head})
@@ -40,7 +43,10 @@ class Journal:
         except OSError as error:
             raise read_error(name, error.strerror) from None
         try:
+            _lock(name, file)
             head, entries, end = _parted(name)
+            # To have read the file has given the lock away.
+            _lock(name, file)
             # A run that was killed may have left half a line.
             file.truncate(end)
             file.seek(end)
@@ -64,6 +70,17 @@ class Journal:
 
     def close(self):
         self._file.close()
+
+
+def _lock(name, file):
+    """Keeps others out until the process ends: two runs would mix their lines."""
+    # Some file systems have no locks.
+    with contextlib.suppress(OSError):
+        try:
+            fcntl.lockf(file, fcntl.LOCK_EX | fcntl.LOCK_NB)
+        except (BlockingIOError, PermissionError):
+            file.close()
+            raise ToolError(f"another run is writing {name}") from None
 
 
 def read_journal(name):

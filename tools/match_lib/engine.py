@@ -8,7 +8,8 @@ import time
 from orvelin_lib.engine import number_after
 from orvelin_lib.process import EngineFailure, EngineProcess
 
-MAX_SESSION_LINES = 20000
+# What was said is kept as it came, several lines of information together: some games of it.
+MOST_MESSAGES = 5000
 ANSWERS = ("bestmove", "readyok", "uciok")
 
 
@@ -50,7 +51,7 @@ class MatchEngine(EngineProcess):
         self.settled_memory = 0
         self.options = {}
         self._started = time.monotonic()
-        self._session = collections.deque(maxlen=MAX_SESSION_LINES)
+        self._session = collections.deque(maxlen=MOST_MESSAGES)
         self._answers = collections.deque()
         super().__init__(command, player.folder, errors=subprocess.STDOUT)
 
@@ -61,11 +62,17 @@ class MatchEngine(EngineProcess):
         self._session.append((time.monotonic(), ">", line))
         super().send(line)
 
+    def take_whole(self, moment, data):
+        """Most of what comes are lines of information, of which only the last ones are looked at,
+        when a search has ended: they are kept together, as they came."""
+        is_info = data.endswith(b"\n") and data.startswith(b"info ")
+        if is_info and data.count(b"\n") == data.count(b"\ninfo ") + 1:
+            self._session.append((moment, "<", data.decode(errors="replace").rstrip()))
+            return True
+        return False
+
     def take(self, moment, line):
         self._session.append((moment, "<", line))
-        # Most lines are these, of which only the last ones are looked at, when a search has ended.
-        if line.startswith("info "):
-            return
         if line.startswith(ANSWERS):
             self._answers.append((moment, line.split()))
         elif line.startswith("option name "):
@@ -77,9 +84,7 @@ class MatchEngine(EngineProcess):
     def report(self):
         """Of the search that has ended: what the last of its lines say."""
         scored = counted = ""
-        for _, mark, line in reversed(self._session):
-            if line.startswith("go ") and mark == ">":
-                break
+        for line in self._last_lines():
             if not line.startswith("info ") or line.startswith("info string"):
                 continue
             if not counted and " nodes " in line:
@@ -90,6 +95,14 @@ class MatchEngine(EngineProcess):
             if scored and counted:
                 break
         return Report(scored, counted)
+
+    def _last_lines(self):
+        """What came since the last `go`, the last line first."""
+        for _, mark, text in reversed(self._session):
+            if mark == ">" and text.startswith("go "):
+                return
+            if mark == "<":
+                yield from reversed(text.split("\n"))
 
     def set_option(self, name, value):
         """Sets an option if the engine has it; whether it has."""
@@ -117,7 +130,8 @@ class MatchEngine(EngineProcess):
         """What was said, a line each: milliseconds, direction, text."""
         return "".join(
             f"{(moment - self._started) * 1000:11.1f} {mark} {line}\n"
-            for moment, mark, line in self._session
+            for moment, mark, text in self._session
+            for line in text.split("\n")
         )
 
 

@@ -3,7 +3,7 @@
 Squares are 0 (a1) to 63 (h8); pieces are FEN letters, '.' is an empty square.
 """
 
-from dataclasses import dataclass
+from typing import NamedTuple
 
 from orvelin_lib.fen import Fen, FenError
 
@@ -63,8 +63,7 @@ def side_of(piece):
     return WHITE if piece.isupper() else BLACK
 
 
-@dataclass(frozen=True)
-class Move:
+class Move(NamedTuple):
     """A move; castling has the square of the king's own rook as its target."""
 
     start: int
@@ -124,13 +123,17 @@ class Position:
     def attacked(self, square, by):
         """True when a piece of the side attacks the square."""
         board = self.board
-        king, queen, rook, bishop, knight, pawn = (letter(by, kind) for kind in "KQRBNP")
-        if any(board[s] == knight for s in KNIGHT_JUMPS[square]):
-            return True
-        if any(board[s] == king for s in KING_JUMPS[square]):
-            return True
-        if any(board[s] == pawn for s in PAWN_TAKES[other(by)][square]):
-            return True
+        king, queen, rook, bishop, knight, pawn = "KQRBNP" if by == WHITE else "kqrbnp"
+        # Plain loops: referees of fast games ask this most of all.
+        for other_square in KNIGHT_JUMPS[square]:
+            if board[other_square] == knight:
+                return True
+        for other_square in KING_JUMPS[square]:
+            if board[other_square] == king:
+                return True
+        for other_square in PAWN_TAKES[BLACK if by == WHITE else WHITE][square]:
+            if board[other_square] == pawn:
+                return True
         return self._slider(ROOK_RAYS[square], (rook, queen)) or self._slider(
             BISHOP_RAYS[square], (bishop, queen)
         )

@@ -88,6 +88,10 @@ class EngineProcess:
         """Called with each line when it comes."""
         raise NotImplementedError
 
+    def take_whole(self, _moment, _data):
+        """True when bytes that begin with a line need no look at each of their lines."""
+        return False
+
     def send(self, line):
         self._bytes = 0
         self._asked = time.monotonic()
@@ -106,9 +110,10 @@ class EngineProcess:
         if not data:
             self._ended()
         self._bytes += len(data)
-        *lines, self._rest = (self._rest + data).split(b"\n")
-        for line in lines:
-            self.take(now, line.decode(errors="replace").strip())
+        if self._rest or not self.take_whole(now, data):
+            *lines, self._rest = (self._rest + data).split(b"\n")
+            for line in lines:
+                self.take(now, line.decode(errors="replace").strip())
         if len(self._rest) > MAX_LINE or (self._bytes > MAX_BYTES and self._writes_too_fast()):
             raise self.failure("flood", "writes without end")
 

@@ -62,6 +62,11 @@ class EngineTest(unittest.TestCase):
         engine, _ = self.searched(*pieces)
         self.assertEqual((engine.report().depth, engine.report().nodes), (4, 40))
 
+    def test_score_and_nodes_of_different_lines(self):
+        engine, _ = self.searched(f"{EARLY}\\ninfo depth 4 score cp 2\\nbestmove a1a2\\n")
+        report = engine.report()
+        self.assertEqual((report.depth, report.text, report.nodes), (4, 2, 30))
+
     def test_a_mate_and_nothing(self):
         engine, _ = self.searched("info depth 3 score mate -2 nodes 9\\nbestmove a1a2\\n")
         self.assertEqual(engine.report().text, "#-2")

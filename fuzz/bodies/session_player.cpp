@@ -10,11 +10,11 @@
 #include "bodies/swallowed_output.h"
 #include "book/bk_move.h"
 #include "book/book_record.h"
+#include "platform/sleep.h"
 #include "position/chess_position.h"
 #include "protocol/arguments.h"
 #include "search/analysis.h"
 #include "support/working_directory.h"
-#include "time/sleep.h"
 
 namespace orvelin::fuzz {
 

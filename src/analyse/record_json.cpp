@@ -1,9 +1,10 @@
 #include "analyse/record_json.h"
 
 #include <array>
-#include <bit>
 #include <charconv>
 #include <string_view>
+
+#include "platform/language.h"
 
 namespace orvelin::analyse {
 
@@ -181,7 +182,7 @@ void append_json_text(std::string& out, std::string_view text) {
 
 void append_number(std::string& out, float value) {
     // Most terms of a position are this, and the conversion takes its time.
-    if (std::bit_cast<std::uint32_t>(value) == 0) {
+    if (bit_cast<std::uint32_t>(value) == 0) {
         out += '0';
         return;
     }

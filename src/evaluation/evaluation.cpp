@@ -1,7 +1,6 @@
 #include "evaluation/evaluation.h"
 
 #include <array>
-#include <bit>
 #include <cstdint>
 
 #include "evaluation/counting.h"
@@ -9,6 +8,7 @@
 #include "evaluation/king_activity.h"
 #include "evaluation/king_terms.h"
 #include "evaluation/pawn_terms.h"
+#include "platform/language.h"
 #include "position/board_tables.h"
 #include "position/chess_position.h"
 #include "position/masks.h"
@@ -197,7 +197,7 @@ void Evaluation::find_pst_terms() {
         sums[type] = sum.first * mg_phase + sum.second * eg_phase;
     }
     for (std::size_t type = 0; type < sums.size(); ++type) {
-        terms_.float_bits[term::pst_pawn + type] = std::bit_cast<std::uint32_t>(sums[type]);
+        terms_.float_bits[term::pst_pawn + type] = bit_cast<std::uint32_t>(sums[type]);
     }
 }
 

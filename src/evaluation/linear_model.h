@@ -1,12 +1,12 @@
 #pragma once
 
 #include <array>
-#include <bit>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
 
 #include "evaluation/weight.h"
+#include "platform/language.h"
 
 namespace orvelin {
 
@@ -28,12 +28,12 @@ struct terms_t {
     template <std::size_t Index>
     void set_float(float value) {
         static_assert(is_float_term(Index));
-        float_bits[Index] = std::bit_cast<std::uint32_t>(value);
+        float_bits[Index] = bit_cast<std::uint32_t>(value);
     }
 
     float value(std::size_t index) const {
         float const integer = static_cast<float>(integers[index]);
-        return std::bit_cast<float>(std::bit_cast<std::uint32_t>(integer) | float_bits[index]);
+        return bit_cast<float>(bit_cast<std::uint32_t>(integer) | float_bits[index]);
     }
 };
 
@@ -104,8 +104,8 @@ template <group_t Group>
         values[i] = static_cast<float>(terms.integers[Group.first + i]);
     }
     for (std::size_t i = 0; i < Group.joined(); ++i) {
-        values[i] = std::bit_cast<float>(std::bit_cast<std::uint32_t>(values[i]) |
-                                         terms.float_bits[Group.first + i]);
+        values[i] =
+            bit_cast<float>(bit_cast<std::uint32_t>(values[i]) | terms.float_bits[Group.first + i]);
     }
 }
 

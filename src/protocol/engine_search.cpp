@@ -4,9 +4,9 @@
 #include <utility>
 #include <vector>
 
+#include "platform/sleep.h"
 #include "protocol/arguments.h"
 #include "protocol/engine.h"
-#include "time/sleep.h"
 
 namespace orvelin {
 

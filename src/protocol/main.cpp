@@ -9,7 +9,7 @@
 #include "protocol/communicator.h"
 #include "protocol/console_input.h"
 #include "protocol/engine.h"
-#include "time/sleep.h"
+#include "platform/sleep.h"
 
 namespace orvelin {
 

@@ -1,5 +1,5 @@
+#include "platform/sleep.h"
 #include "search/analysis.h"
-#include "time/sleep.h"
 
 namespace orvelin {
 

@@ -1,7 +1,7 @@
 #include <cstdlib>
 
+#include "platform/sleep.h"
 #include "search/analysis.h"
-#include "time/sleep.h"
 
 namespace orvelin {
 

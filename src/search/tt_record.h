@@ -3,6 +3,7 @@
 #include <atomic>
 #include <cstdint>
 
+#include "platform/language.h"
 #include "search/score.h"
 #include "search/tt_move.h"
 
@@ -84,7 +85,7 @@ class TTrecord {
 
     static std::uint64_t load(std::uint64_t const& word) {
         // atomic_ref of this language version takes no const object; a load changes nothing.
-        return std::atomic_ref<std::uint64_t>(const_cast<std::uint64_t&>(word))
+        return atomic_ref<std::uint64_t>(const_cast<std::uint64_t&>(word))
             .load(std::memory_order_relaxed);
     }
 
@@ -105,14 +106,14 @@ inline TTrecord& TTrecord::operator=(TTrecord const& other) {
     if ((value & move_mask) == 0 && key == get_key()) {
         value |= get_value() & move_mask;
     }
-    std::atomic_ref<std::uint64_t>(value_).store(value, std::memory_order_relaxed);
-    std::atomic_ref<std::uint64_t>(key_).store(key, std::memory_order_release);
+    atomic_ref<std::uint64_t>(value_).store(value, std::memory_order_relaxed);
+    atomic_ref<std::uint64_t>(key_).store(key, std::memory_order_release);
     return *this;
 }
 
 inline void TTrecord::clear() {
-    std::atomic_ref<std::uint64_t>(value_).store(0, std::memory_order_relaxed);
-    std::atomic_ref<std::uint64_t>(key_).store(0, std::memory_order_relaxed);
+    atomic_ref<std::uint64_t>(value_).store(0, std::memory_order_relaxed);
+    atomic_ref<std::uint64_t>(key_).store(0, std::memory_order_relaxed);
 }
 
 inline int TTrecord::get_score(int const& ply) const {

@@ -2,7 +2,8 @@
 
 #include <limits>
 #include <new>
-#include <sys/mman.h>
+
+#include "platform/huge_pages.h"
 
 namespace orvelin {
 
@@ -17,9 +18,8 @@ ZeroedPages::ZeroedPages(std::size_t bytes) {
     }
     start_ = memory_.get();
     std::align(page, bytes, start_, space);
-    // A mere wish: without such pages all goes on, a little slower.
     if (bytes <= most_huge) {
-        madvise(start_, bytes, MADV_HUGEPAGE);
+        ask_for_huge_pages(start_, bytes);
     }
 }
 

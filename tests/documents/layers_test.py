@@ -8,7 +8,7 @@ import unittest
 from project import ROOT
 
 # From the bottom up: a folder uses those before it and itself.
-LAYERS = ["time", "position", "book", "generation", "endgame", "evaluation", "search"]
+LAYERS = ["platform", "time", "position", "book", "generation", "endgame", "evaluation", "search"]
 # Two fronts on top, each a program.
 LAYERS += ["protocol", "play"]
 # Programs beside the engine that take what they need of the front for players.

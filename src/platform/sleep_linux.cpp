@@ -1,7 +1,7 @@
-#include "time/sleep.h"
-
 #include <cerrno>
 #include <ctime>
+
+#include "platform/sleep.h"
 
 namespace orvelin {
 

@@ -1,11 +1,11 @@
 #include "analyse/input_files.h"
 
-#include <cerrno>
-#include <cstring>
-#include <fcntl.h>
 #include <stdexcept>
-#include <unistd.h>
+#include <system_error>
 #include <utility>
+
+#include "platform/file_descriptor.h"
+#include "platform/process.h"
 
 namespace orvelin::analyse {
 
@@ -37,8 +37,8 @@ InputFiles::~InputFiles() {
 void InputFiles::close() {
     text_.reset();
     kind_ = input_kind::empty;
-    if (descriptor_ > STDIN_FILENO) {
-        ::close(descriptor_);
+    if (descriptor_ > standard_input) {
+        close_descriptor(descriptor_);
     }
     descriptor_ = -1;
 }
@@ -51,9 +51,10 @@ bool InputFiles::open_next() {
     std::string const& file = names_[next_++];
     bool const standard = file == "-";
     name_ = standard ? "standard input" : file;
-    descriptor_ = standard ? STDIN_FILENO : ::open(file.c_str(), O_RDONLY | O_CLOEXEC);
-    if (descriptor_ < 0) {
-        throw cannot_read(name_, std::strerror(errno));
+    try {
+        descriptor_ = standard ? standard_input : open_to_read(file);
+    } catch (std::system_error const& error) {
+        throw cannot_read(name_, error.what());
     }
     text_ = std::make_unique<InputText>(named_fill(descriptor_, name_));
     kind_ = find_kind(*text_);

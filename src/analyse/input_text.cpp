@@ -1,12 +1,10 @@
 #include "analyse/input_text.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstring>
-#include <stdexcept>
-#include <string>
-#include <unistd.h>
 #include <utility>
+
+#include "platform/file_descriptor.h"
 
 namespace orvelin::analyse {
 
@@ -66,16 +64,7 @@ InputText::fill_t fill_from(std::string_view text, std::size_t block) {
 }
 
 InputText::fill_t fill_from(int descriptor) {
-    return [descriptor](char* to, std::size_t room) {
-        ssize_t got = 0;
-        do {
-            got = ::read(descriptor, to, room);
-        } while (got < 0 && errno == EINTR);
-        if (got < 0) {
-            throw std::runtime_error(std::strerror(errno));
-        }
-        return static_cast<std::size_t>(got);
-    };
+    return [descriptor](char* to, std::size_t room) { return read_some(descriptor, to, room); };
 }
 
 }  // namespace orvelin::analyse

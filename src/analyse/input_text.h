@@ -74,7 +74,7 @@ class InputText {
 InputText::fill_t fill_from(std::string_view text, std::size_t block = 65536);
 
 /// Reads a file descriptor.
-/// @throws std::runtime_error when it cannot be read.
+/// @throws std::system_error when it cannot be read.
 InputText::fill_t fill_from(int descriptor);
 
 }  // namespace orvelin::analyse

@@ -1,10 +1,6 @@
 #include "play/command_queue.h"
 
 #include <algorithm>
-#include <cstdint>
-#include <stdexcept>
-#include <sys/eventfd.h>
-#include <unistd.h>
 #include <utility>
 
 #include "play/reader_text.h"
@@ -23,16 +19,7 @@ bool is_stop(Command const& command) {
 
 }  // namespace
 
-CommandQueue::CommandQueue(std::size_t most)
-    : most_(most), room_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
-    if (room_ < 0) {
-        throw std::runtime_error("no descriptor is left");
-    }
-}
-
-CommandQueue::~CommandQueue() {
-    close(room_);
-}
+CommandQueue::CommandQueue(std::size_t most) : most_(most) {}
 
 void CommandQueue::push(Command command) {
     {
@@ -60,12 +47,6 @@ bool CommandQueue::full() const {
     return is_full();
 }
 
-void CommandQueue::take_room() {
-    std::uint64_t count = 0;
-    // Nothing to read is no fault: it was taken already.
-    [[maybe_unused]] auto const taken = ::read(room_, &count, sizeof count);
-}
-
 bool CommandQueue::ending() const {
     std::lock_guard const lock(mutex_);
     return end_ || quit_;
@@ -88,8 +69,7 @@ std::optional<Command> CommandQueue::pop(
     bool const was_full = is_full();
     waiting_ -= bytes_of(command);
     if (was_full && !is_full()) {
-        std::uint64_t const one = 1;
-        [[maybe_unused]] auto const told = ::write(room_, &one, sizeof one);
+        room_.set();
     }
     return command;
 }

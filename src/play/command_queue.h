@@ -9,6 +9,8 @@
 #include <optional>
 #include <string>
 
+#include "platform/wake_up.h"
+
 namespace orvelin::play {
 
 /// A line of input, with the time at which it came.
@@ -30,20 +32,17 @@ class CommandQueue {
 
     /// @throws std::runtime_error when the system has no descriptor left.
     explicit CommandQueue(std::size_t most = most_waiting);
-    ~CommandQueue();
-    CommandQueue(CommandQueue const&) = delete;
-    CommandQueue& operator=(CommandQueue const&) = delete;
 
     // For the input thread.
 
     void push(Command command);
     /// No more lines will come.
     void end();
-    /// So much waits that no more should be pushed now. Whoever has seen this finds the descriptor
-    /// room() readable when there is room again; take_room() sets it back.
+    /// So much waits that no more should be pushed now. Whoever has seen this finds the flag room()
+    /// set when there is room again; take_room() sets it back.
     bool full() const;
-    int room() const { return room_; }
-    void take_room();
+    WakeUp const& room() const { return room_; }
+    void take_room() { room_.take(); }
     /// `quit` has come in, or the end.
     bool ending() const;
 
@@ -62,7 +61,7 @@ class CommandQueue {
     bool is_full() const { return waiting_ >= most_; }
 
     std::size_t most_;
-    int room_;
+    WakeUp room_;
     mutable std::mutex mutex_;
     std::condition_variable changed_;
     std::deque<Command> commands_;

@@ -2,6 +2,7 @@
 
 #include <chrono>
 
+#include "platform/input_watch.h"
 #include "play/command_queue.h"
 #include "play/line_buffer.h"
 #include "play/output.h"
@@ -12,15 +13,11 @@ namespace orvelin::play {
 /// what ends the process from outside.
 ///
 /// Waits in one place for input, signals and the loss of the output, so that none needs a tick.
-/// The signals must be blocked in all threads before the first is started, see block_signals().
 class LineReader {
  public:
     /// Never writes to the output itself: that may wait for a reader for ever.
+    /// InputWatch::block_signals() must have been called.
     LineReader(int input, Output const& output, CommandQueue& queue);
-
-    /// Blocks SIGTERM, SIGINT and SIGHUP for this thread and those that it starts, and lets a
-    /// write without a reader fail instead of ending the process.
-    static void block_signals();
 
     /// Reads until the input ends, and ends the queue; while too much waits there, it does not
     /// read on. A signal, or the loss of the output, ends the process: with 128 and the number of
@@ -36,11 +33,11 @@ class LineReader {
     enum class input_t { open, hung_up, ended };
 
     /// Waits until there is something to look at, and looks at it.
-    void look(int signals);
+    void look();
     void read();
     [[noreturn]] static void end_process(int status);
 
-    int input_;
+    InputWatch watch_;
     Output const& output_;
     CommandQueue& queue_;
     input_t state_ = input_t::open;

@@ -1,13 +1,13 @@
 #include <array>
 #include <charconv>
 #include <cstdlib>
-#include <fcntl.h>
 #include <iostream>
 #include <string>
 #include <string_view>
 #include <thread>
-#include <unistd.h>
 
+#include "platform/input_watch.h"
+#include "platform/process.h"
 #include "play/bench.h"
 #include "play/command_queue.h"
 #include "play/front.h"
@@ -36,7 +36,7 @@ int fail(std::string const& text) {
 
 /// The status behind a text that was asked for.
 int tell(std::string_view text) {
-    Output output(STDOUT_FILENO);
+    Output output(standard_output);
     output.text(text);
     return output.lost() ? 1 : 0;
 }
@@ -49,14 +49,14 @@ bool read_number(std::string_view word, int least, int most, int& number) {
 }
 
 int run_bench(int depth) {
-    Output output(STDOUT_FILENO);
+    Output output(standard_output);
     Searcher searcher(output);
     output.text(bench(searcher, depth, bench_hash_megabytes, false));
     return output.lost() ? 1 : 0;
 }
 
 int run_perft(int depth) {
-    Output output(STDOUT_FILENO);
+    Output output(standard_output);
     Searcher searcher(output);
     output.text(perft_report(searcher.position(), searcher.tables(), depth, false, false));
     return output.lost() ? 1 : 0;
@@ -86,23 +86,19 @@ int run_command(int number, char** words) {
     return fail("unknown argument " + std::string(word));
 }
 
-bool is_closed(int descriptor) {
-    return ::fcntl(descriptor, F_GETFD) < 0;
-}
-
 /// The reader may wait for input that never comes, so it is left alone at the end.
 [[noreturn]] void run_protocol() {
     // Whatever is opened next would take their numbers.
-    if (is_closed(STDOUT_FILENO)) {
+    if (!is_open(standard_output)) {
         std::exit(1);
     }
-    if (is_closed(STDIN_FILENO)) {
+    if (!is_open(standard_input)) {
         std::exit(0);
     }
-    LineReader::block_signals();
+    InputWatch::block_signals();
     CommandQueue queue;
-    Output output(STDOUT_FILENO);
-    LineReader reader(STDIN_FILENO, output, queue);
+    Output output(standard_output);
+    LineReader reader(standard_input, output, queue);
     std::thread([&reader] { reader(); }).detach();
     {
         Front front(queue, output);
@@ -116,6 +112,7 @@ bool is_closed(int descriptor) {
 }  // namespace orvelin::play
 
 int main(int number, char** words) {
+    orvelin::prepare_process();
     if (number > 1) {
         return orvelin::play::run_command(number, words);
     }

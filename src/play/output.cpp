@@ -1,12 +1,10 @@
 #include "play/output.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstddef>
 #include <filesystem>
-#include <poll.h>
+#include <optional>
 #include <system_error>
-#include <unistd.h>
 
 namespace orvelin::play {
 
@@ -76,20 +74,15 @@ void Output::log_input(std::string_view text) {
     }
 }
 
-// A pipe that somebody else has set to non-blocking takes what it can hold.
 void Output::write(std::string_view bytes) {
     while (!bytes.empty()) {
         waiting_since_.store(now());
-        ssize_t const written = ::write(descriptor_, bytes.data(), bytes.size());
-        if (written >= 0) {
-            bytes.remove_prefix(static_cast<std::size_t>(written));
-        } else if (errno == EAGAIN || errno == EWOULDBLOCK) {
-            pollfd ready{descriptor_, POLLOUT, 0};
-            ::poll(&ready, 1, -1);
-        } else if (errno != EINTR) {
+        std::optional<std::size_t> const written = output_.write_some(bytes);
+        if (!written) {
             lost_ = true;
             break;
         }
+        bytes.remove_prefix(*written);
     }
     waiting_since_.store(0);
 }

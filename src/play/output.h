@@ -8,6 +8,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/byte_output.h"
+
 namespace orvelin::play {
 
 /// The way out: every line is written whole and at once, whichever thread it comes from.
@@ -19,7 +21,7 @@ namespace orvelin::play {
 class Output {
  public:
     /// Writes to a file descriptor, which stays open.
-    explicit Output(int descriptor) : descriptor_(descriptor) {}
+    explicit Output(int descriptor) : output_(descriptor) {}
 
     /// One line, without its end.
     void line(std::string_view text);
@@ -28,7 +30,7 @@ class Output {
     /// Several lines at once, each with its end.
     void text(std::string_view lines);
 
-    int descriptor() const { return descriptor_; }
+    int descriptor() const { return output_.descriptor(); }
     /// Whether a line has been waiting for so long for somebody to read what is out already.
     bool stuck_for(std::chrono::milliseconds time) const;
 
@@ -44,7 +46,7 @@ class Output {
  private:
     void write(std::string_view bytes);
 
-    int descriptor_;
+    ByteOutput output_;
     /// Since when nothing has been taken of the text that is written, as a time of the steady
     /// clock; 0 when none is.
     std::atomic<std::int64_t> waiting_since_{0};

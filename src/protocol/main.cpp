@@ -6,10 +6,11 @@
 #include <string_view>
 #include <thread>
 
+#include "platform/process.h"
+#include "platform/sleep.h"
 #include "protocol/communicator.h"
 #include "protocol/console_input.h"
 #include "protocol/engine.h"
-#include "platform/sleep.h"
 
 namespace orvelin {
 
@@ -72,6 +73,8 @@ void dispatch_loop(Communicator& console, Communicator& engine_queues, Engine& e
 /// tables are being computed. Output still queued at "quit" is dropped (oddity 4).
 int main() {
     using namespace orvelin;
+
+    prepare_process();
 
     // Only the main thread may touch the standard output, so the reader must not flush it.
     std::cin.tie(nullptr);

@@ -83,15 +83,15 @@ TEST(CommandQueue, TellsWhenTooMuchWaitsAndWhenThereIsRoom) {
     queue.push(command(std::string(800, 'b')));
     queue.push(command("c"));
     EXPECT_TRUE(queue.full());
-    EXPECT_FALSE(readable(queue.room()));
+    EXPECT_FALSE(readable(static_cast<int>(queue.room().handle())));
     queue.pop(std::nullopt);
     EXPECT_FALSE(queue.full());
-    EXPECT_TRUE(readable(queue.room()));
+    EXPECT_TRUE(readable(static_cast<int>(queue.room().handle())));
     queue.take_room();
-    EXPECT_FALSE(readable(queue.room()));
+    EXPECT_FALSE(readable(static_cast<int>(queue.room().handle())));
     queue.take_room();
     queue.pop(std::nullopt);
-    EXPECT_FALSE(readable(queue.room()));
+    EXPECT_FALSE(readable(static_cast<int>(queue.room().handle())));
 }
 
 TEST(CommandQueue, CountsEmptyLinesToo) {

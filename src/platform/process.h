@@ -1,0 +1,14 @@
+#pragma once
+
+namespace orvelin {
+
+inline constexpr int standard_input = 0;
+inline constexpr int standard_output = 1;
+
+/// To be called first: makes standard output carry bytes as they are, and timers exact to a
+/// millisecond, where the system needs to be asked for that.
+void prepare_process();
+
+bool is_open(int descriptor);
+
+}  // namespace orvelin

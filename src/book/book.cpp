@@ -3,6 +3,8 @@
 #include <stdexcept>
 #include <utility>
 
+#include "platform/path.h"
+
 namespace orvelin {
 
 namespace {
@@ -32,7 +34,7 @@ void Book::set_name(std::string name) {
 }
 
 void Book::open_stream() {
-    file_.open(name_);
+    file_.open(path_of(name_), std::ios::in | std::ios::binary);
     if (!file_) {
         throw std::logic_error("Book::open() open " + name_ + " failed (1)");
     }

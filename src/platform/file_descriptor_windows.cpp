@@ -1,17 +1,16 @@
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
-#include <filesystem>
 #include <io.h>
 #include <system_error>
 
 #include "platform/file_descriptor.h"
+#include "platform/path.h"
 
 namespace orvelin {
 
 int open_to_read(std::string const& name) {
-    int const descriptor =
-        _wopen(std::filesystem::path(name).c_str(), _O_RDONLY | _O_BINARY | _O_NOINHERIT);
+    int const descriptor = _wopen(path_of(name).c_str(), _O_RDONLY | _O_BINARY | _O_NOINHERIT);
     if (descriptor < 0) {
         throw std::system_error(errno, std::generic_category());
     }

@@ -8,6 +8,7 @@
 #include <system_error>
 
 #include "book/book_record.h"
+#include "platform/path.h"
 
 namespace orvelin::play {
 
@@ -20,8 +21,8 @@ constexpr int last_promotion = 4;
 
 BookFaults check_book(std::string const& name) {
     std::error_code error;
-    std::uintmax_t const size = std::filesystem::file_size(name, error);
-    std::ifstream file(name, std::ios::binary);
+    std::uintmax_t const size = std::filesystem::file_size(path_of(name), error);
+    std::ifstream file(path_of(name), std::ios::binary);
     if (error || !file) {
         return {"it cannot be read", ""};
     }

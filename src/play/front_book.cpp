@@ -6,6 +6,7 @@
 #include <system_error>
 
 #include "book/bk_move.h"
+#include "platform/path.h"
 #include "play/book_check.h"
 #include "play/front.h"
 
@@ -53,7 +54,7 @@ void Front::apply_book() {
 // To open a pipe waits until somebody writes into it.
 bool Front::open_book(std::string const& name) {
     std::error_code error;
-    if (!std::filesystem::is_regular_file(name, error)) {
+    if (!std::filesystem::is_regular_file(path_of(name), error)) {
         output_.remark("the book file cannot be opened: " + in_quotes(name));
         return false;
     }

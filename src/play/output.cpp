@@ -6,6 +6,8 @@
 #include <optional>
 #include <system_error>
 
+#include "platform/path.h"
+
 namespace orvelin::play {
 
 namespace {
@@ -60,10 +62,10 @@ bool Output::set_log(std::string const& name) {
         return true;
     }
     std::error_code error;
-    if (std::filesystem::is_fifo(name, error)) {
+    if (std::filesystem::is_fifo(path_of(name), error)) {
         return false;
     }
-    log_.open(name, std::ios::app);
+    log_.open(path_of(name), std::ios::app | std::ios::binary);
     return log_.is_open();
 }
 

@@ -8,6 +8,10 @@ target_compile_options(orvelin_flags INTERFACE
   -Wall -Wextra -Wpedantic -Wconversion -Wshadow
   # In a text that is put before a temporary one g++ 12 sees copies that overlap (its bug 105651).
   $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
+if(NOT CMAKE_SYSTEM_PROCESSOR MATCHES "x86|AMD64")
+  # As on x86-64, so that letters beyond ASCII are handled alike.
+  target_compile_options(orvelin_flags INTERFACE -fsigned-char)
+endif()
 if(ORVELIN_WERROR)
   target_compile_options(orvelin_flags INTERFACE -Werror)
 endif()
@@ -36,8 +40,17 @@ set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 set(CMAKE_CXX_FLAGS_RELEASE "-O3 -DNDEBUG")
-set(THREADS_PREFER_PTHREAD_FLAG ON)
-find_package(Threads REQUIRED)
+if(EMSCRIPTEN)
+  # One thread alone. What a page gives the module is in src/platform/wasm_imports.h.
+  add_library(Threads::Threads INTERFACE IMPORTED)
+  target_compile_options(orvelin_flags INTERFACE -fwasm-exceptions
+    # Sizes have 32 bits here; what does not fit is refused where memory is asked for.
+    -Wno-shorten-64-to-32 -Wno-sign-conversion)
+  target_link_options(orvelin_flags INTERFACE -fwasm-exceptions)
+else()
+  set(THREADS_PREFER_PTHREAD_FLAG ON)
+  find_package(Threads REQUIRED)
+endif()
 
 if(CMAKE_BUILD_TYPE STREQUAL "Release" AND NOT ORVELIN_SANITIZE
    AND NOT ORVELIN_PROFILE STREQUAL "generate")

@@ -54,6 +54,15 @@ bool CommandQueue::ending() const {
 
 std::optional<Command> CommandQueue::pop(
     std::optional<std::chrono::steady_clock::time_point> deadline) {
+    if (fill_) {
+        bool const none = [this] {
+            std::lock_guard const lock(mutex_);
+            return commands_.empty();
+        }();
+        if (none) {
+            fill_(deadline);
+        }
+    }
     std::unique_lock lock(mutex_);
     auto const ready = [this] { return end_ || !commands_.empty(); };
     if (deadline) {
@@ -72,6 +81,12 @@ std::optional<Command> CommandQueue::pop(
         room_.set();
     }
     return command;
+}
+
+void CommandQueue::fill() {
+    if (fill_) {
+        fill_(std::chrono::steady_clock::time_point::min());
+    }
 }
 
 bool CommandQueue::ended() const {

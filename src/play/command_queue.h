@@ -8,6 +8,7 @@
 #include <mutex>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "platform/wake_up.h"
 
@@ -51,6 +52,12 @@ class CommandQueue {
     /// Waits for a line until the deadline, without one for ever. Nothing at the deadline and at
     /// the end, which ended() tells apart.
     std::optional<Command> pop(std::optional<std::chrono::steady_clock::time_point> deadline);
+    /// Where the front has no input thread beside it, pop() gets lines by this, which waits for
+    /// some until the deadline.
+    using fill_t = std::function<void(std::optional<std::chrono::steady_clock::time_point>)>;
+    void fill_by(fill_t fill) { fill_ = std::move(fill); }
+    /// Takes the lines that there are, where pop() is not called.
+    void fill();
     /// The end has come and nothing waits any more.
     bool ended() const;
     /// Calls back, on whichever thread, when `stop` waits or comes in: for what keeps the front
@@ -68,6 +75,7 @@ class CommandQueue {
     /// What the lines that wait take, in bytes.
     std::size_t waiting_ = 0;
     std::function<void()> on_stop_;
+    fill_t fill_;
     bool end_ = false;
     bool quit_ = false;
 };

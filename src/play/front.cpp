@@ -5,6 +5,7 @@
 #include <exception>
 #include <utility>
 
+#include "platform/single_thread.h"
 #include "play/reader_text.h"
 
 namespace orvelin::play {
@@ -24,6 +25,15 @@ std::string cut(std::string_view text) {
 Front::Front(CommandQueue& queue, Output& output)
     : queue_(queue), output_(output), searcher_(output), hasher_(searcher_.tables()) {
     apply_book();
+    if constexpr (single_thread) {
+        set_interlude([this](std::optional<time_point> deadline) { attend(deadline); });
+    }
+}
+
+Front::~Front() {
+    if constexpr (single_thread) {
+        set_interlude({});
+    }
 }
 
 Front::command_t const* Front::find_command(std::string_view word) {
@@ -64,6 +74,34 @@ void Front::run() {
         }
         look_at_search();
     }
+}
+
+bool Front::act_on_all() {
+    while (std::optional<Command> const command = queue_.pop(time_point::min())) {
+        if (!act(*command)) {
+            break;
+        }
+    }
+    return !quit_;
+}
+
+// Lines behind a stop wait for the end of the search. A count or benchmark takes no line, but is
+// stopped by one that comes in.
+void Front::attend(std::optional<time_point> deadline) {
+    if (!searcher_.busy()) {
+        queue_.fill();
+        return;
+    }
+    if (!searcher_.stopping() && !quit_) {
+        if (std::optional<time_point> const look = next_look()) {
+            deadline = std::min(deadline.value_or(*look), *look);
+        }
+        std::optional<Command> const command = queue_.pop(deadline);
+        if (command && !act(*command)) {
+            searcher_.stop_at_once();
+        }
+    }
+    look_at_search();
 }
 
 bool Front::act(Command const& command) {

@@ -26,11 +26,16 @@ namespace orvelin::play {
 class Front {
  public:
     Front(CommandQueue& queue, Output& output);
+    ~Front();
+    Front(Front const&) = delete;
+    Front& operator=(Front const&) = delete;
 
     /// Until `quit` or the end of the input.
     void run();
     /// Acts on one line; false for `quit`.
     bool act(Command const& command);
+    /// Acts on the lines that wait, and waits for no more; false behind `quit`.
+    bool act_on_all();
 
  private:
     using handler_t = void (Front::*)(std::string_view arguments);
@@ -85,6 +90,9 @@ class Front {
     /// Answers with a move of the book, if that is wanted and there is one.
     bool answer_from_book(GoLimits const& limits);
 
+    /// What a search does beside itself where it has the only thread: takes lines, and stops or
+    /// tells what it was asked to. Waits for a line until the deadline.
+    void attend(std::optional<time_point> deadline);
     std::optional<time_point> next_look() const;
     void look_at_search();
     void plan_looks(TimePlan const& plan, time_point start);

@@ -14,19 +14,29 @@ LineReader::LineReader(int input, Output const& output, CommandQueue& queue)
 
 void LineReader::operator()() {
     for (;;) {
-        look();
+        bool const ending = queue_.ending() || state_ != input_t::open;
+        look(ending ? std::optional<std::chrono::milliseconds>(look_interval) : std::nullopt);
     }
 }
 
+void LineReader::look_until(std::optional<std::chrono::steady_clock::time_point> deadline) {
+    using std::chrono::milliseconds;
+    if (!deadline) {
+        look(std::nullopt);
+        return;
+    }
+    auto const now = std::chrono::steady_clock::now();
+    look(*deadline <= now ? milliseconds(0) : std::chrono::ceil<milliseconds>(*deadline - now));
+}
+
 // Behind its end only signals and the output are waited for.
-void LineReader::look() {
+void LineReader::look(std::optional<std::chrono::milliseconds> most) {
     using wanted_t = InputWatch::wanted_t;
     bool const full = queue_.full();
     bool const ignored = state_ == input_t::ended || (full && state_ == input_t::hung_up);
     bool const ending = queue_.ending() || state_ != input_t::open;
-    InputWatch::seen_t const seen = watch_.wait(
-        ignored ? wanted_t::nothing : (full ? wanted_t::loss : wanted_t::bytes),
-        ending ? std::optional<std::chrono::milliseconds>(look_interval) : std::nullopt);
+    InputWatch::seen_t const seen =
+        watch_.wait(ignored ? wanted_t::nothing : (full ? wanted_t::loss : wanted_t::bytes), most);
     if (seen.signal != 0) {
         end_process(128 + seen.signal);
     }

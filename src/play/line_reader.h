@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <optional>
 
 #include "platform/input_watch.h"
 #include "play/command_queue.h"
@@ -24,6 +25,9 @@ class LineReader {
     /// the signal, or with 1. An output that nobody reads is lost too, but only `patience` behind
     /// `quit` or the end of the input.
     void operator()();
+    /// Waits for input until the deadline, and takes what there is: for a front without input
+    /// thread.
+    void look_until(std::optional<std::chrono::steady_clock::time_point> deadline);
 
  private:
     static constexpr std::chrono::milliseconds patience{2000};
@@ -32,8 +36,8 @@ class LineReader {
 
     enum class input_t { open, hung_up, ended };
 
-    /// Waits until there is something to look at, and looks at it.
-    void look();
+    /// Waits until there is something to look at, at most for the given time, and looks at it.
+    void look(std::optional<std::chrono::milliseconds> most);
     void read();
     [[noreturn]] static void end_process(int status);
 

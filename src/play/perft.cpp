@@ -1,6 +1,7 @@
 #include "play/perft.h"
 
 #include "generation/move_generator.h"
+#include "platform/single_thread.h"
 #include "position/move_buffer.h"
 #include "position/move_list.h"
 
@@ -24,8 +25,13 @@ std::uint64_t count_leaves(ChessPosition& position, MoveGenerator& generator, in
     }
     std::uint64_t leaves = 0;
     for (Move const move : list) {
-        if (depth >= shortest_stopped && stopped) {
-            break;
+        if (depth >= shortest_stopped) {
+            if constexpr (single_thread) {
+                look_around();
+            }
+            if (stopped) {
+                break;
+            }
         }
         position.make_move(move);
         leaves += count_leaves(position, generator, depth - 1, stopped);

@@ -16,6 +16,13 @@ bool is_printable(char letter) {
     return letter >= ' ' && letter <= '~';
 }
 
+/// Not every library makes it of the two places alone.
+std::string_view part(std::string_view text, std::string_view::const_iterator begin,
+                      std::string_view::const_iterator end) {
+    return text.substr(static_cast<std::size_t>(begin - text.begin()),
+                       static_cast<std::size_t>(end - begin));
+}
+
 bool is_digit(char letter) {
     return letter >= '0' && letter <= '9';
 }
@@ -38,7 +45,7 @@ std::string_view trimmed(std::string_view text) {
 
 std::string_view first_word(std::string_view text) {
     auto const begin = std::find_if_not(text.begin(), text.end(), is_blank);
-    return {begin, std::find_if(begin, text.end(), is_blank)};
+    return part(text, begin, std::find_if(begin, text.end(), is_blank));
 }
 
 std::vector<std::string_view> words_of(std::string_view text) {
@@ -46,7 +53,7 @@ std::vector<std::string_view> words_of(std::string_view text) {
     auto const end = text.end();
     for (auto begin = std::find_if_not(text.begin(), end, is_blank); begin != end;) {
         auto const word_end = std::find_if(begin, end, is_blank);
-        words.emplace_back(begin, word_end);
+        words.push_back(part(text, begin, word_end));
         begin = std::find_if_not(word_end, end, is_blank);
     }
     return words;

@@ -4,6 +4,7 @@
 #include <new>
 #include <utility>
 
+#include "platform/single_thread.h"
 #include "play/strength.h"
 #include "search/zeroed_pages.h"
 
@@ -24,7 +25,9 @@ Searcher::Searcher(Output& output)
     : output_(output), position_(tables_), analysis_(position_, tables_) {
     position_.newgame();
     analysis_.init(position_);
-    thread_ = std::thread([this] { run(); });
+    if constexpr (!single_thread) {
+        thread_ = std::thread([this] { run(); });
+    }
 }
 
 Searcher::~Searcher() {
@@ -34,7 +37,9 @@ Searcher::~Searcher() {
         analysis_.set_action(stop_action);
     }
     changed_.notify_all();
-    thread_.join();
+    if (thread_.joinable()) {
+        thread_.join();
+    }
 }
 
 void Searcher::forget() {
@@ -77,6 +82,11 @@ void Searcher::begin(SearchOrder order) {
         busy_ = true;
         answered_ = false;
         ordered_ = true;
+    }
+    if constexpr (single_thread) {
+        ordered_ = false;
+        search_and_answer();
+        return;
     }
     changed_.notify_all();
 }
@@ -134,6 +144,10 @@ bool Searcher::stopping() const {
 }
 
 void Searcher::wait_for_answer(milliseconds patience) {
+    // On the only thread a search has ended before the next line is acted on.
+    if constexpr (single_thread) {
+        return;
+    }
     std::unique_lock lock(mutex_);
     auto const answered = [this] { return answered_; };
     if (!changed_.wait_for(lock, patience, answered)) {

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <cstdint>
+#include <functional>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -83,6 +84,7 @@ class Searcher {
 
  private:
     void run();
+    void search_and_answer();
     void search();
     void prepare(SearchOrder const& order);
     void root_returned(int alpha, int beta, int score);
@@ -94,6 +96,9 @@ class Searcher {
     void answer(std::vector<Move> const& moves);
     void end_looking();
     void wait_for_release();
+    /// Waits until it is ready or the deadline has come.
+    void wait_until(std::optional<std::chrono::steady_clock::time_point> deadline,
+                    std::function<bool()> const& ready);
     SearchUse use() const;
 
     Output& output_;

@@ -6,6 +6,7 @@
 #include <exception>
 #include <utility>
 
+#include "platform/single_thread.h"
 #include "play/dead_draw.h"
 #include "play/searcher.h"
 #include "play/strength.h"
@@ -23,15 +24,19 @@ void Searcher::run() {
         }
         ordered_ = false;
         lock.unlock();
-        ChessPosition const root = position_;
-        try {
-            search();
-        } catch (std::exception const& error) {
-            // The moves of the tree that it had made stand on the board.
-            position_ = root;
-            output_.remark(std::string("the search failed: ") + error.what());
-            answer(lines_.empty() ? std::vector<Move>() : lines_[0].moves);
-        }
+        search_and_answer();
+    }
+}
+
+void Searcher::search_and_answer() {
+    ChessPosition const root = position_;
+    try {
+        search();
+    } catch (std::exception const& error) {
+        // The moves of the tree that it had made stand on the board.
+        position_ = root;
+        output_.remark(std::string("the search failed: ") + error.what());
+        answer(lines_.empty() ? std::vector<Move>() : lines_[0].moves);
     }
 }
 
@@ -198,8 +203,7 @@ void Searcher::play_a_level() {
     }
     milliseconds const pause =
         thinking_pause(order_.limits, position_.white_to_move(), position_.get_hash());
-    std::unique_lock lock(mutex_);
-    changed_.wait_until(lock, start_ + pause, [this] { return quit_ || stop_wanted_; });
+    wait_until(start_ + pause, [this] { return quit_ || stop_wanted_; });
 }
 
 void Searcher::end_looking() {
@@ -207,9 +211,26 @@ void Searcher::end_looking() {
     looking_ = false;
 }
 
+// Where the only thread cannot wait, the page holds the answer back.
 void Searcher::wait_for_release() {
+    wait_until(std::nullopt, [this] { return quit_ || released_; });
+}
+
+void Searcher::wait_until(std::optional<std::chrono::steady_clock::time_point> deadline,
+                          std::function<bool()> const& ready) {
+    if constexpr (single_thread) {
+        while (can_wait() && !ready() &&
+               (!deadline || std::chrono::steady_clock::now() < *deadline)) {
+            wait_around(deadline);
+        }
+        return;
+    }
     std::unique_lock lock(mutex_);
-    changed_.wait(lock, [this] { return quit_ || released_; });
+    if (deadline) {
+        changed_.wait_until(lock, *deadline, ready);
+    } else {
+        changed_.wait(lock, ready);
+    }
 }
 
 // The board is the front's again before the answer is out, so that a GUI that answers at once is

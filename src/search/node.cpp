@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "platform/single_thread.h"
 #include "position/chess_position.h"
 #include "search/analysis.h"
 #include "search/transposition_table.h"
@@ -13,6 +14,9 @@ namespace {
 constexpr std::uint64_t clock_mask = 0x3fff;
 constexpr int clock_ply = 2;
 
+/// Where there is one thread, it looks around at a node whose number has none of these bits.
+constexpr std::uint64_t look_mask = 0x3ff;
+
 /// Reversible plies up to which a leaf keeps its whole value, and what each further one takes.
 constexpr int fade_start = 50;
 constexpr double fade_per_ply = 0.02;
@@ -23,6 +27,11 @@ constexpr double fade_per_ply = 0.02;
 // root (oddity 43).
 void Analysis::new_node() {
     std::uint64_t const nodes = counters_.node_count.load(std::memory_order_relaxed);
+    if constexpr (single_thread) {
+        if ((nodes & look_mask) == 0) {
+            look_around();
+        }
+    }
     std::uint64_t const max_nodes = limits_.max_nodes.load(std::memory_order_relaxed);
     if (max_nodes != SearchLimits::no_node_limit) {
         if (max_nodes <= nodes) {

@@ -39,7 +39,7 @@ std::uint64_t LeafCounter::divide(
     MoveList list;
     generator_.generate_moves(position, list);
     std::uint64_t total = 0;
-    root_move_t root{Move(), 0, list.size()};
+    root_move_t root{Move(), 0, static_cast<std::size_t>(list.size())};
     for (Move const& move : list) {
         root.move = move;
         before(root);

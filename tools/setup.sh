@@ -60,3 +60,20 @@ install_now() {
 }
 
 build_packages=(cmake ninja-build g++)
+
+# set_up_native TARGET...: builds for this machine what another system's programs are compared with,
+# and puts the folder into PLATFORM_NATIVE; unless that names one already.
+set_up_native() {
+    [ -z "${PLATFORM_NATIVE-}" ] || return 0
+    install_packages "${build_packages[@]}" libgtest-dev libcli11-dev rapidjson-dev libsqlite3-dev
+    [ -f build/check/CMakeCache.txt ] || cmake --preset check >&2
+    cmake --build --preset check --target "$@" >&2
+    PLATFORM_NATIVE=$PWD/build/check
+}
+
+# test_platform FOLDER RUNNER PATTERN: the tests of tests/platforms on the programs of a build folder.
+test_platform() {
+    PLATFORM_FOLDER=$PWD/$1 PLATFORM_RUNNER=$2 PLATFORM_NATIVE=$PLATFORM_NATIVE \
+        PLATFORM_BOOK=$PLATFORM_NATIVE/Orvelin.bin PLATFORM_DATA=$PWD/tests/data \
+        python3 -B -m unittest discover -v -s "$PWD/tests/platforms" -p "$3"
+}

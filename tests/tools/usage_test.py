@@ -102,6 +102,8 @@ class UsageTest(unittest.TestCase):
         self.assert_usage_error("tools/check-interfaces", "one", "two")
         self.assert_usage_error("tools/check-cluster", "one", "two")
         self.assert_usage_error("tools/make-packages", "one", "two")
+        self.assert_usage_error("tools/make-web-engine", "one", "two")
+        self.assert_usage_error("tools/make-windows-packages", "one", "two")
         self.assert_usage_error("tools/make-screenshot", "one", "two", "three")
         self.assert_usage_error("tools/check-packages", "--made", "--made")
 

@@ -54,7 +54,8 @@ class Conversation:
             cwd=folder,
         )
         self.lines = queue.Queue()
-        threading.Thread(target=self._read, daemon=True).start()
+        self.reader = threading.Thread(target=self._read, daemon=True)
+        self.reader.start()
 
     def _read(self):
         for line in self.process.stdout:
@@ -81,12 +82,7 @@ class Conversation:
         """The status of the process behind `quit`."""
         with contextlib.suppress(OSError):
             self.send("quit\n")
-            self.process.stdin.close()
-        try:
-            return self.process.wait(PATIENCE)
-        finally:
-            self.process.kill()
-            self.process.stdout.close()
+        return self.process.wait(PATIENCE)
 
     def __enter__(self):
         return self
@@ -94,3 +90,7 @@ class Conversation:
     def __exit__(self, *_):
         self.process.kill()
         self.process.wait()
+        self.reader.join()
+        with contextlib.suppress(OSError):
+            self.process.stdin.close()
+        self.process.stdout.close()

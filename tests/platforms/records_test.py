@@ -2,7 +2,6 @@
 
 import os
 import signal
-import subprocess
 import tempfile
 import unittest
 
@@ -69,7 +68,6 @@ class SignalTest(unittest.TestCase):
             engine.until("info depth 3 ")
             engine.process.send_signal(signal.SIGTERM)
             self.assertEqual(engine.process.wait(60), 128 + signal.SIGTERM)
-            engine.process.stdin = subprocess.DEVNULL
 
 
 if __name__ == "__main__":

@@ -52,7 +52,7 @@ else()
   find_package(Threads REQUIRED)
 endif()
 
-if(CMAKE_BUILD_TYPE STREQUAL "Release" AND NOT ORVELIN_SANITIZE
+if(CMAKE_BUILD_TYPE STREQUAL "Release" AND NOT ORVELIN_SANITIZE AND NOT EMSCRIPTEN
    AND NOT ORVELIN_PROFILE STREQUAL "generate")
   include(CheckIPOSupported)
   check_ipo_supported(RESULT orvelin_lto OUTPUT orvelin_lto_output LANGUAGES CXX)

@@ -116,6 +116,18 @@ TEST(CommandQueue, SeesThatTheEndIsNear) {
     EXPECT_TRUE(queue.ending());
 }
 
+TEST(CommandQueue, FetchesLinesWhereNobodyPushesThem) {
+    CommandQueue queue;
+    int fetched = 0;
+    queue.fill_by([&](auto) { queue.push(command(std::to_string(++fetched))); });
+    EXPECT_EQ(queue.pop(std::nullopt)->line, "1");
+    queue.fill();
+    EXPECT_EQ(fetched, 2);
+    // What waits is taken first.
+    EXPECT_EQ(queue.pop(std::nullopt)->line, "2");
+    EXPECT_EQ(fetched, 2);
+}
+
 TEST(CommandQueue, CallsForAStopThatWaitsOrComes) {
     CommandQueue queue;
     int calls = 0;

@@ -1,5 +1,5 @@
-// orvelin-signature where there is not all of POSIX: the nodes, and a hash over all lines, of the sessions in a
-// file. Fails when a line is not the one on record.
+// orvelin-signature where there is not all of POSIX: the nodes, and a hash over all lines, of the
+// sessions in a file. Fails when a line is not the one on record.
 
 #include <cstddef>
 #include <exception>

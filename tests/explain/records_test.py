@@ -188,7 +188,7 @@ class NamesTest(unittest.TestCase):
 class ToolsTest(ToolTest):
     def test_records_of_a_file(self):
         pgn = self.file("a.pgn", "1. f3 e5 2. g4 Qh4# 0-1\n\n1. e4 *\n")
-        command = f"'{ANALYSE}' '{pgn}' --limit depth=4 --lines 2 --moves best,played --quiet"
+        command = f"'{ANALYSE}' '{pgn}' --limit depth=4 --moves best,played --quiet"
         self.program("make", f"{command} --jsonl '{self.file('a.jsonl')}'\n")
         self.run_program("make")
         name = self.file("a.jsonl")

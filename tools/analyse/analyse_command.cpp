@@ -24,7 +24,7 @@ namespace {
 struct arguments_t {
     std::vector<std::string> files;
     std::string limit = "depth=10";
-    std::optional<int> lines;
+    int lines = 1;
     std::string plies = "0-";
     std::optional<std::string> moves;
     bool no_leaves = false;
@@ -64,13 +64,8 @@ bool played_wanted(arguments_t const& arguments) {
     return false;
 }
 
-/// The second line tells which moves are the only good ones.
-int lines_of(arguments_t const& arguments) {
-    return arguments.lines.value_or(arguments.output.pgn.empty() ? 1 : 2);
-}
-
 Request request_of(arguments_t const& arguments) {
-    return {limit_of(arguments.limit), lines_of(arguments), !arguments.no_leaves,
+    return {limit_of(arguments.limit), arguments.lines, !arguments.no_leaves,
             played_wanted(arguments)};
 }
 
@@ -155,8 +150,7 @@ void add_question_options(CLI::App& app, arguments_t& arguments) {
     app.add_option("--limit", arguments.limit,
                    "How far each position is looked into: static, depth=N or nodes=N; depth=10")
         ->option_text("LIMIT");
-    app.add_option("--lines", arguments.lines,
-                   "So many best lines of each position; 1, with --pgn 2")
+    app.add_option("--lines", arguments.lines, "So many best lines of each position; 1")
         ->option_text("K")
         ->check(CLI::Range(1, most_lines));
     app.add_option("--plies", arguments.plies,
@@ -179,7 +173,7 @@ void add_output_options(CLI::App& app, arguments_t& arguments) {
         ->option_text("FILE");
     app.add_option("--pgn", arguments.output.pgn,
                    "Write the games with scores, marks, better lines and sentences; - is standard "
-                   "output. Asks for --moves best,played and --lines 2 by itself")
+                   "output. Asks for --moves best,played by itself, and tells ! with --lines 2")
         ->option_text("FILE");
     app.add_flag("--resume", arguments.output.resume,
                  "Go on with what is in the output files; what they hold is not done again");

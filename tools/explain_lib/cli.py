@@ -60,9 +60,8 @@ def _parser():
     add("--game", type=positive, metavar="N", help="which of the games (default 1)")
     depth = f"search so deep (default for the page of a game: {GAME_DEPTH})"
     add("--depth", type=positive, metavar="N", help=depth)
-    lines = "so many best lines (default 1, of a game 2)"
     add("--nodes", type=positive, metavar="N", help="search so many nodes")
-    add("--lines", type=number(1, MOST_LINES), metavar="K", help=lines)
+    add("--lines", type=number(1, MOST_LINES), metavar="K", help="so many best lines (default 1)")
     add("--html", type=file_name, metavar="FILE", help="write a page")
     add("--svg", type=file_name, metavar="FILE", help="write a picture")
     add("--analyse", type=command, metavar="CMD", help=ANALYSE_HELP)
@@ -201,9 +200,7 @@ def _follow(options, folder, console):
     if options.html and not options.nodes:
         depth = depth or GAME_DEPTH
     limit = limit_words(depth, options.nodes)
-    # The second line tells which moves are the only good ones.
-    lines = options.lines or (1 if limit == "static" else 2)
-    records = game_records(_analyser(options, folder), game, limit, lines, console)
+    records = game_records(_analyser(options, folder), game, limit, options.lines or 1, console)
     return _show_game(options, records, game.title() or "Game")
 
 

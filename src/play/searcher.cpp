@@ -166,6 +166,23 @@ void Searcher::ponderhit(TimePlan const& plan, std::chrono::steady_clock::time_p
     changed_.notify_all();
 }
 
+void Searcher::wait_until(std::optional<std::chrono::steady_clock::time_point> deadline,
+                          std::function<bool()> const& ready) {
+    if constexpr (single_thread) {
+        while (can_wait() && !ready() &&
+               (!deadline || std::chrono::steady_clock::now() < *deadline)) {
+            wait_around(deadline);
+        }
+        return;
+    }
+    std::unique_lock lock(mutex_);
+    if (deadline) {
+        changed_.wait_until(lock, *deadline, ready);
+    } else {
+        changed_.wait(lock, ready);
+    }
+}
+
 void Searcher::tell_progress() {
     Move const move = analysis_.current_root_move();
     // Before the first iteration there is nothing to tell.

@@ -6,7 +6,6 @@
 #include <exception>
 #include <utility>
 
-#include "platform/single_thread.h"
 #include "play/dead_draw.h"
 #include "play/searcher.h"
 #include "play/strength.h"
@@ -214,23 +213,6 @@ void Searcher::end_looking() {
 // Where the only thread cannot wait, the page holds the answer back.
 void Searcher::wait_for_release() {
     wait_until(std::nullopt, [this] { return quit_ || released_; });
-}
-
-void Searcher::wait_until(std::optional<std::chrono::steady_clock::time_point> deadline,
-                          std::function<bool()> const& ready) {
-    if constexpr (single_thread) {
-        while (can_wait() && !ready() &&
-               (!deadline || std::chrono::steady_clock::now() < *deadline)) {
-            wait_around(deadline);
-        }
-        return;
-    }
-    std::unique_lock lock(mutex_);
-    if (deadline) {
-        changed_.wait_until(lock, *deadline, ready);
-    } else {
-        changed_.wait(lock, ready);
-    }
 }
 
 // The board is the front's again before the answer is out, so that a GUI that answers at once is

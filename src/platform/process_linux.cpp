@@ -1,4 +1,5 @@
 #include <fcntl.h>
+#include <unistd.h>
 
 #include "platform/process.h"
 
@@ -8,6 +9,14 @@ void prepare_process() {}
 
 bool is_open(int descriptor) {
     return ::fcntl(descriptor, F_GETFD) >= 0;
+}
+
+bool is_terminal(int descriptor) {
+    return ::isatty(descriptor) == 1;
+}
+
+int process_id() {
+    return ::getpid();
 }
 
 }  // namespace orvelin

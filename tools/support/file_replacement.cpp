@@ -1,14 +1,12 @@
 #include "support/file_replacement.h"
 
-#include <cerrno>
-#include <cstring>
-#include <fcntl.h>
 #include <fstream>
 #include <stdexcept>
 #include <string>
-#include <sys/stat.h>
 #include <system_error>
-#include <unistd.h>
+
+#include "platform/new_file.h"
+#include "platform/process.h"
 
 namespace orvelin::tools {
 
@@ -29,8 +27,10 @@ FileReplacement::FileReplacement(std::filesystem::path const& target) : target_(
             fail(target, "not a regular file");
         }
         // The rename would not ask.
-        if (access(target_.c_str(), W_OK) != 0) {
-            fail(target, std::strerror(errno));
+        try {
+            check_writable(target_);
+        } catch (std::system_error const& refusal) {
+            fail(target, refusal.what());
         }
     }
     create();
@@ -38,38 +38,34 @@ FileReplacement::FileReplacement(std::filesystem::path const& target) : target_(
 
 FileReplacement::~FileReplacement() {
     if (!temporary_.empty()) {
-        unlink(temporary_.c_str());
+        std::error_code error;
+        std::filesystem::remove(temporary_, error);
     }
 }
 
 void FileReplacement::create() {
     // A name of one's own: two processes may write the same target, and one process several files.
     constexpr int attempts = 100;
-    int descriptor = -1;
-    std::filesystem::path name;
-    for (int i = 0; descriptor < 0 && i < attempts; ++i) {
-        name = target_;
-        name += ".tmp" + std::to_string(getpid()) + "-" + std::to_string(i);
-        // Not a private file: the permissions are those of any new file of this user.
-        descriptor = open(name.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0666);
-        if (descriptor < 0 && errno != EEXIST) {
-            break;
+    for (int i = 0; i < attempts; ++i) {
+        std::filesystem::path name = target_;
+        name += ".tmp" + std::to_string(process_id()) + "-" + std::to_string(i);
+        try {
+            if (create_new_file(name, target_)) {
+                temporary_ = name;
+                return;
+            }
+        } catch (std::system_error const& refusal) {
+            fail(target_, refusal.what());
         }
     }
-    if (descriptor < 0) {
-        fail(target_, std::strerror(errno));
-    }
-    temporary_ = name;
-    struct stat old {};
-    if (stat(target_.c_str(), &old) == 0) {
-        fchmod(descriptor, old.st_mode & 07777);
-    }
-    close(descriptor);
+    fail(target_, std::make_error_code(std::errc::file_exists).message());
 }
 
 void FileReplacement::commit() {
-    if (std::rename(temporary_.c_str(), target_.c_str()) != 0) {
-        fail(target_, std::strerror(errno));
+    std::error_code error;
+    std::filesystem::rename(temporary_, target_, error);
+    if (error) {
+        fail(target_, error.message());
     }
     temporary_.clear();
 }

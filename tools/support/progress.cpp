@@ -1,7 +1,8 @@
 #include "support/progress.h"
 
 #include <iostream>
-#include <unistd.h>
+
+#include "platform/process.h"
 
 namespace orvelin::tools {
 
@@ -11,7 +12,7 @@ constexpr char const* clear_line = "\r\033[K";
 
 progress_style_t style_of_standard_error() {
     using namespace std::chrono_literals;
-    if (isatty(STDERR_FILENO) == 1) {
+    if (is_terminal(standard_error)) {
         return {true, 500ms, 100ms};
     }
     return {false, 2000ms, 2000ms};

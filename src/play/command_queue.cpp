@@ -65,10 +65,10 @@ std::optional<Command> CommandQueue::pop(
     }
     std::unique_lock lock(mutex_);
     auto const ready = [this] { return end_ || !commands_.empty(); };
-    if (deadline) {
-        changed_.wait_until(lock, *deadline, ready);
-    } else {
+    if (!deadline) {
         changed_.wait(lock, ready);
+    } else if (!fill_) {
+        changed_.wait_until(lock, *deadline, ready);
     }
     if (commands_.empty()) {
         return std::nullopt;

@@ -202,7 +202,10 @@ void Searcher::play_a_level() {
     }
     milliseconds const pause =
         thinking_pause(order_.limits, position_.white_to_move(), position_.get_hash());
-    wait_until(start_ + pause, [this] { return quit_ || stop_wanted_; });
+    std::unique_lock lock(mutex_);
+    auto const end = start_ + pause;
+    lock.unlock();
+    wait_until(end, [this] { return quit_ || stop_wanted_; });
 }
 
 void Searcher::end_looking() {

@@ -67,14 +67,16 @@ class Conversation:
         self.process.stdin.flush()
 
     def until(self, begin):
-        """The lines to the first that begins so, without what changes from run to run."""
+        """The lines to the first that begins so, without what changes from run to run, and without
+        those of long searches, which come each second."""
         heard = []
         end = time.monotonic() + PATIENCE
         while True:
             line = self.lines.get(timeout=max(end - time.monotonic(), 0.01))
             if line is None:
                 raise EOFError(f"no {begin} behind {heard}")
-            heard.append(CHANGING.sub("", line))
+            if " currmove " not in line:
+                heard.append(CHANGING.sub("", line))
             if line.startswith(begin):
                 return heard
 

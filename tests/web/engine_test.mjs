@@ -57,6 +57,29 @@ const tasks = {
     const heard = await converse(engine, ["stop"], "^bestmove");
     return { early: early.filter((line) => line.startsWith("bestmove")), last: heard.at(-1) };
   },
+  // All is sent at once, as by somebody who clicks through a game.
+  async hurry(engine) {
+    const answers = [];
+    const first = ["position startpos", "go infinite", "stop", "position startpos moves e2e4",
+      "go infinite", "stop", "position startpos moves e2e4 e7e5", "go depth 3", "isready"];
+    await new Promise((done, fail) => {
+      setTimeout(() => fail(new Error("only " + answers.join(", "))), 60000).unref?.();
+      engine.onmessage = ({ data }) => {
+        if (data.startsWith("bestmove") && answers.push(data) === 3) {
+          done();
+        }
+      };
+      engine.postMessage(first.join("\n"));
+    });
+    return answers;
+  },
+  async refused(engine) {
+    await converse(engine, ["position startpos", "go infinite"], "^info depth 2 ");
+    const heard = await converse(engine, ["go depth 1", "position startpos moves a2a3", "isready"],
+      "^readyok");
+    const last = (await converse(engine, ["stop"], "^bestmove")).at(-1);
+    return { refusals: heard.filter((line) => line.includes("ignored")), last };
+  },
   async movetime(engine) {
     const start = performance.now();
     const heard = await converse(engine, ["position startpos", "go movetime 300"], "^bestmove");
@@ -81,6 +104,14 @@ const checks = {
   held(result) {
     assert.deepEqual(result.early, []);
     assert.match(result.last, /^bestmove f7[a-h]/);
+  },
+  hurry(result) {
+    assert.equal(result.length, 3);
+    result.forEach((line, i) => assert.match(line, [/[a-h][34]|[a-h]3/, /[a-h][56]/, MOVE][i]));
+  },
+  refused(result) {
+    assert.equal(result.refusals.length, 2, result.refusals.join("\n"));
+    assert.match(result.last, MOVE);
   },
   movetime(result) {
     assert.match(result.last, MOVE);
@@ -127,7 +158,16 @@ for (const shared of [true, false]) {
       const heard = await converse(engine, [long, "d", "go depth 1"], "^bestmove");
       assert.match(heard.at(-1), MOVE);
     });
-    test("quit ends the worker", () => engine.postMessage("quit"));
+    test("quit ends the worker, whatever still waits for it", async () => {
+      let heard = 0;
+      engine.postMessage("position startpos moves " + "g1f3 g8f6 f3g1 f6g8 ".repeat(20000));
+      engine.postMessage("quit");
+      engine.onmessage = () => (heard += 1);
+      engine.postMessage("isready");
+      await new Promise((done) => setTimeout(done, 200));
+      assert.equal(heard, 0);
+      assert.equal(engine.link.waiting?.length ?? 0, 0);
+    });
   });
 }
 

@@ -172,6 +172,9 @@ async function work() {
 
 const firstWord = (line) => line.trim().split(/\s+/)[0];
 
+// What the engine does not do while it searches.
+const REFUSED = new Set(["position", "go", "ucinewgame", "d", "eval", "flip", "bench", "perft"]);
+
 // Lines go to the worker as bytes of the ring; what finds no room there waits here.
 class SharedLink {
   constructor(worker) {
@@ -201,16 +204,24 @@ class SharedLink {
       }, 5);
     }
   }
+  close() {
+    clearTimeout(this.timer);
+    this.waiting = [];
+  }
 }
 
 // Where no memory is shared, a search hears nothing: to stop it, its worker is ended, the first move
 // of its last line is the answer, and a new worker is told the options and the position.
 class PlainLink {
   options = new Map();
-  position = null;
+  // The position, and what was done to it since.
+  board = [];
   // Of the search that runs: its command, the first moves of its last line, whether its answer is
   // to wait for a stop, that answer, and whether the stop has come.
   search = null;
+  // What was sent behind a stop whose answer has not come yet, or is being heard.
+  later = [];
+  answering = false;
 
   constructor(engine) {
     this.engine = engine;
@@ -218,16 +229,28 @@ class PlainLink {
   send(line) {
     const word = firstWord(line);
     const { search } = this;
-    if (search && word === "stop") {
+    if (this.answering) {
+      this.later.push(line);
+    } else if (!search) {
+      this.remember(word, line);
+      this.engine.worker.postMessage(line + "\n");
+    } else if (word === "isready") {
+      this.engine.emit("readyok");
+    } else if (search.stopped) {
+      // A second stop belongs to the next search, if there is one.
+      if (this.later.length > 0 || (word !== "stop" && word !== "ponderhit")) {
+        this.later.push(line);
+      }
+    } else if (word === "stop") {
       search.stopped = true;
       this.finish();
-    } else if (search && word === "ponderhit") {
-      const kept = this.position;
-      this.renew();
-      this.send(search.go.replace(/\bponder\b/, ""));
-      this.position = kept;
-    } else if (search && word === "isready") {
-      this.engine.emit("readyok");
+    } else if (word === "ponderhit") {
+      if (/\bponder\b/.test(search.go)) {
+        this.renew();
+        this.send(search.go.replace(/\bponder\b/, ""));
+      }
+    } else if (REFUSED.has(word)) {
+      this.engine.emit(`info string ${word} is ignored while a search runs, stop it first`);
     } else {
       this.remember(word, line);
       this.engine.worker.postMessage(line + "\n");
@@ -238,8 +261,10 @@ class PlainLink {
     if (word === "setoption" && name) {
       this.options.set(name, line);
     } else if (word === "position") {
-      this.position = line;
-    } else if (word === "go" && !this.search && !/\bperft\b/.test(line)) {
+      this.board = [line];
+    } else if (word === "flip") {
+      this.board.push(line);
+    } else if (word === "go" && !/\bperft\b/.test(line)) {
       this.search = { go: line, held: /\b(infinite|ponder)\b/.test(line) };
     }
   }
@@ -263,27 +288,35 @@ class PlainLink {
   // Nothing to be done while the answer is not known, or must not yet be given.
   finish() {
     const { search } = this;
-    if (!search || (search.held && !search.stopped)) {
+    if (!this.engine.worker || !search || (search.held && !search.stopped)) {
       return;
     }
     if (search.answer) {
       this.search = null;
-      this.engine.emit(search.answer);
+      this.answer(search.answer);
     } else if (search.stopped && search.moves) {
       const [move, reply] = search.moves;
       this.renew();
-      this.engine.emit(`bestmove ${move}` + (reply ? ` ponder ${reply}` : ""));
+      this.answer(`bestmove ${move}` + (reply ? ` ponder ${reply}` : ""));
     }
+  }
+  // What the answer makes its hearer send comes behind what was sent before.
+  answer(line) {
+    this.answering = true;
+    this.engine.emit(line);
+    this.answering = false;
+    const { later } = this;
+    this.later = [];
+    later.forEach((next) => this.engine.postMessage(next));
   }
   renew() {
     this.search = null;
     this.engine.start();
-    for (const line of [...this.options.values(), this.position]) {
-      if (line) {
-        this.engine.worker.postMessage(line + "\n");
-      }
+    for (const line of [...this.options.values(), ...this.board]) {
+      this.engine.worker.postMessage(line + "\n");
     }
   }
+  close() {}
 }
 
 /** See orvelin.d.ts. */
@@ -309,6 +342,7 @@ export class Orvelin {
   }
 
   terminate() {
+    this.link?.close();
     this.worker?.terminate();
     this.worker = null;
   }

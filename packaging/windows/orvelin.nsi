@@ -18,6 +18,7 @@ Section
   SetOutPath "$INSTDIR"
   File "${SOURCE}\orvelin.exe"
   File "${SOURCE}\orvelin-play.exe"
+  File "${SOURCE}\orvelin-book.exe"
   File "${SOURCE}\Orvelin.bin"
   File "${SOURCE}\START.txt"
   File "${SOURCE}\LICENSE"
@@ -34,6 +35,7 @@ SectionEnd
 Section Uninstall
   Delete "$INSTDIR\orvelin.exe"
   Delete "$INSTDIR\orvelin-play.exe"
+  Delete "$INSTDIR\orvelin-book.exe"
   Delete "$INSTDIR\Orvelin.bin"
   Delete "$INSTDIR\START.txt"
   Delete "$INSTDIR\LICENSE"

@@ -7,10 +7,10 @@ import tempfile
 import unittest
 import zipfile
 
-from program import PATIENCE, RUNNER, run
+from program import PATIENCE, RUNNER, command, native, run
 
 PACKAGES = os.environ.get("PLATFORM_PACKAGES", "")
-FILES = ["LICENSE", "Orvelin.bin", "START.txt", "orvelin-play.exe", "orvelin.exe"]
+FILES = ["LICENSE", "Orvelin.bin", "START.txt", "orvelin-book.exe", "orvelin-play.exe", "orvelin.exe"]
 KEY = r"HKCU\Software\Microsoft\Windows\CurrentVersion\Uninstall\Orvelin"
 
 
@@ -40,6 +40,20 @@ class PackagesTest(unittest.TestCase):
                 os.path.join(folder, top),
             )
             self.assertIn("info string book move\n", out)
+
+    def test_a_book_is_made_byte_for_byte(self):
+        with tempfile.TemporaryDirectory() as folder:
+            with open(os.path.join(folder, "lines.txt"), "w", encoding="ascii") as file:
+                file.write("e2e4 e7e5 g1f3\nd2d4 d7d5 c2c4\n")
+            # The second time there is one to replace.
+            for _ in range(2):
+                words = command("orvelin-book", "make", "lines.txt", "-o", "made.bin")
+                made = run(words, folder=folder)
+                self.assertEqual(made[2], 0, made[1])
+            run(native("orvelin-book", "make", "lines.txt", "-o", "native.bin"), folder=folder)
+            with open(os.path.join(folder, "made.bin"), "rb") as one:
+                with open(os.path.join(folder, "native.bin"), "rb") as two:
+                    self.assertEqual(one.read(), two.read())
 
     def test_the_installer_leaves_nothing_behind(self):
         with tempfile.TemporaryDirectory() as folder:

@@ -115,6 +115,8 @@ class FaultTest(MatchTest):
         self.assertEqual((record["reason"], fault["kind"]), ("length", "illegal ponder move"))
         self.assertIn("a1a1", fault["detail"])
 
+
+class RunTest(MatchTest):
     def test_faults_ends_at_the_first(self):
         engines = (*self.fake("illegal", 1), *self.fake())
         run = self.match(*engines, "--tc", "60", "--faults", games=40, status=1)

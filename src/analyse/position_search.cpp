@@ -15,6 +15,8 @@ namespace orvelin::analyse {
 
 namespace {
 
+static_assert(most_lines == AnalysisState::most_lines);
+
 /// The legal move with the same squares and code; whether it gives check need not be known.
 Move find_legal(std::vector<Move> const& legal, Move const& wanted) {
     auto const found = std::find_if(legal.begin(), legal.end(), [&wanted](Move const& move) {

@@ -80,6 +80,9 @@ struct Result {
     Line played;
 };
 
+/// As many lines as the search has room for.
+inline constexpr int most_lines = 50;
+
 /// What is asked about one position.
 struct Question {
     std::string fen;
@@ -88,8 +91,8 @@ struct Question {
     int lines = 1;
     /// Whether each line is followed to its leaf.
     bool leaves = true;
-    /// The move that was played, to be searched by itself to the same limit; the empty move for
-    /// none.
+    /// The move that was played, to be searched by itself to the same limit, but one ply deeper by
+    /// the extension of only moves; the empty move for none.
     Move played;
 };
 

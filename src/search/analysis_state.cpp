@@ -11,7 +11,6 @@ namespace orvelin {
 
 namespace {
 
-constexpr unsigned int most_lines = 50;
 constexpr unsigned int most_threads = 2;
 
 }  // namespace

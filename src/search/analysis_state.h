@@ -85,7 +85,8 @@ class AnalysisState {
 
     // Options.
 
-    /// Wanted number of lines: 0 gives 1, at most 50.
+    static constexpr unsigned int most_lines = 50;
+    /// Wanted number of lines: 0 gives 1, at most `most_lines`.
     void set_multipv(unsigned int lines);
     /// 0 gives 1, at most 2; stored and never read, the search has one thread.
     void set_max_threads(unsigned int threads);

@@ -106,6 +106,7 @@ TEST_F(AnalyseToolFaults, TellsFaultsOfTheCommandLine) {
          std::vector<texts_t>{{"--limit", "depth=101"},
                               {"--limit", "time=3"},
                               {"--lines", "0"},
+                              {"--lines", "51"},
                               {"--lines", "x"},
                               {"--plies", "9-3"},
                               {"--moves", "worst"},

@@ -146,13 +146,12 @@ constexpr char const* footer =
     "Exit code 0 for success, 1 for a failure, 2 for bad usage, 130 after Ctrl-C.";
 
 void add_question_options(CLI::App& app, arguments_t& arguments) {
-    constexpr int most_lines = 256;
     app.add_option("--limit", arguments.limit,
                    "How far each position is looked into: static, depth=N or nodes=N; depth=10")
         ->option_text("LIMIT");
     app.add_option("--lines", arguments.lines, "So many best lines of each position; 1")
         ->option_text("K")
-        ->check(CLI::Range(1, most_lines));
+        ->check(CLI::Range(1, analyse::most_lines));
     app.add_option("--plies", arguments.plies,
                    "Of games only the positions behind so many half-moves; all")
         ->option_text("FROM-TO");

@@ -96,14 +96,14 @@ void refuse_other_program(analyse::Receipt const& there, analyse::Receipt const&
 }
 
 Request request_of(analyse::Record const& record) {
-    constexpr int most_lines = 256;
     auto const limit = analyse::parse_limit(record.receipt.limit);
     if (!limit) {
         throw RecordError("field receipt.limit: unknown limit " +
                           play::shown(record.receipt.limit));
     }
-    if (record.receipt.lines < 1 || record.receipt.lines > most_lines) {
-        throw RecordError("field receipt.lines: not from 1 to " + std::to_string(most_lines));
+    if (record.receipt.lines < 1 || record.receipt.lines > analyse::most_lines) {
+        throw RecordError("field receipt.lines: not from 1 to " +
+                          std::to_string(analyse::most_lines));
     }
     return {*limit, record.receipt.lines, record.receipt.leaves, record.receipt.played};
 }

@@ -8,7 +8,7 @@ import unittest
 from support import BUILD, DISCOVERED, PROGRAMS, SCRIPTS, SOURCE, PackageTest, bench_nodes, run
 
 DOCUMENTS = ("README.md", "NEWS.md", "LICENSE", "docs/match.md", "docs/uci.md")
-DOCUMENTS += ("docs/images/xboard.png",)
+DOCUMENTS += ("docs/images/report.png", "docs/images/xboard.png")
 SCALE_SCRIPTS = ("analyse.slurm", "analyse-parallel")
 
 

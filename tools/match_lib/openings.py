@@ -152,5 +152,3 @@ def chess960_array(chance):
         files[file] = piece
     pieces = "".join(files)
     return f"{pieces.lower()}/pppppppp/8/8/8/8/PPPPPPPP/{pieces} w KQkq - 0 1"
-
-

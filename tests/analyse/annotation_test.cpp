@@ -159,7 +159,7 @@ TEST(AnnotationTest, LinesThatCannotBePlayedEndWhereTheyCan) {
         GameAnnotation other(shared_tables(), game);
         other.add(0, record);
         std::size_t const shown = std::string(moves).starts_with("d2d4") ? 2 : 0;
-        auto const& variations = other.annotated("").moves.at(0).variations;
+        auto const variations = other.annotated("").moves.at(0).variations;
         EXPECT_EQ(variations.empty() ? 0 : variations[0].moves.size(), shown) << moves;
     }
     // The first record counts.

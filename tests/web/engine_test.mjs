@@ -18,8 +18,9 @@ const folder = path.dirname(fileURLToPath(import.meta.resolve("orvelin")));
 // Sends lines and hears all that comes, until a line that matches; runs in a page too.
 const converse = async (engine, lines, last, seconds = 120) => {
   const heard = [];
+  let timer;
   const end = new Promise((done, fail) => {
-    setTimeout(() => fail(new Error("no " + last + " in " + heard.join("\n"))), seconds * 1000);
+    timer = setTimeout(() => fail(new Error("no " + last + " in " + heard.join("\n"))), seconds * 1000);
     engine.onerror = ({ message }) => fail(new Error(message));
     engine.onmessage = ({ data }) => {
       heard.push(data);
@@ -29,7 +30,7 @@ const converse = async (engine, lines, last, seconds = 120) => {
     };
   });
   engine.postMessage(lines.join("\n"));
-  return end;
+  return end.finally(() => clearTimeout(timer));
 };
 
 // What each engine has to do; its result is looked at by the tests below.

@@ -166,17 +166,34 @@ class UsageTest(MatchTest):
         other = self.file("other.jsonl")
         self.run_tool(*two, "--shard", "2/2", "--seed", "5", "--jsonl", other)
         with open(parts[1], encoding="ascii") as file:
-            half = self.file("half.jsonl", "".join(file.readlines()[:2]))
+            lines = file.readlines()
+        half = self.file("half.jsonl", "".join(lines[:2]))
+        with open(parts[0], encoding="ascii") as file:
+            strange = self.file("strange.jsonl", "".join([*lines, *file.readlines()[1:]]))
         for files, words in (
             (parts[:1], "shard 2/2 is missing"),
             ([parts[0], parts[0]], "shard 1/2 is there twice"),
             ([parts[0], other], "are not of the same match: seed was 1, and is 5"),
             ([parts[0], half], "half.jsonl: 1 games are missing, such as game 4"),
+            ([parts[0], strange], "strange.jsonl: game 1 is not of shard 2/2"),
         ):
             run = self.run_tool("merge", *files, "-o", self.file("out"), status=1)
             self.assertIn(words, run.stderr)
             self.assertFalse(os.path.exists(self.file("out")))
         self.assertEqual(self.run_tool("merge", *parts, "-o", "-").stdout.count("\n"), 5)
+
+    def test_the_same_games_count_once(self):
+        two = (*self.fake(), *self.fake("level"), "--depth", "1", *SHORT)
+        self.match(*two)
+        with open(self.games, encoding="ascii") as file:
+            copy = self.file("copy.jsonl", file.read())
+        for second in (self.games, copy):
+            run = self.run_tool("report", self.games, second, status=1)
+            self.assertIn(f"{second}: game 1 is in {self.games} too", run.stderr)
+        # Another run of the same match is another match.
+        again = self.file("again.jsonl")
+        self.run_tool(*two, "--games", "2", "--jsonl", again)
+        self.assertIn("| good   |     4 |", self.run_tool("report", self.games, again).stdout)
 
 
 if __name__ == "__main__":

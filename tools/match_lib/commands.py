@@ -58,9 +58,10 @@ def _sprt(words, standings):
 
 def _gathered(names):
     """(standings, function that gives the games as PGN)."""
-    standings, matches = Standings(), []
+    standings, matches, seen = Standings(), [], results.Seen()
     for index, name in enumerate(names):
         head, records = results.read(name)
+        seen.add(name, head, records)
         for player in head["players"]:
             if player["name"] not in standings.names:
                 standings.names.append(player["name"])

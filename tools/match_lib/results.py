@@ -59,6 +59,27 @@ def _checked(name, records):
     return records
 
 
+class Seen:
+    """Refuses games that another file has brought already: they would count twice, and make every
+    error too small."""
+
+    def __init__(self):
+        self._places = {}
+
+    def add(self, name, head, records):
+        """ToolError when one of the records of a file was there before."""
+        match = json.dumps({**head, "shard": None})
+        for record in records:
+            # A game without a move has no times that would tell it from another one.
+            if not record["moves"]:
+                continue
+            key = hash((match, json.dumps(record)))
+            if key in self._places:
+                words = f"game {record['game']} is in {self._places[key]} too"
+                raise ToolError(f"{name}: {words}: the same games count once only")
+            self._places[key] = name
+
+
 def controls_of(head):
     """The time controls of the players by their names, as PGN has them."""
     return {player["name"]: Limit(**player["limit"]).words() for player in head["players"]}
@@ -90,7 +111,10 @@ def _whole(head, count, parts):
     records = []
     for which, (name, own) in sorted(parts.items()):
         schedule = Schedule(len(head["players"]), head["gauntlet"], head["games"], (which, count))
-        if lacking := set(schedule.numbers()) - {record["game"] for record in own}:
+        played, planned = {record["game"] for record in own}, set(schedule.numbers())
+        if strange := played - planned:
+            raise ToolError(f"{name}: game {min(strange)} is not of shard {which}/{count}")
+        if lacking := planned - played:
             raise read_error(name, f"{len(lacking)} games are missing, such as game {min(lacking)}")
         records += own
     return sorted(records, key=lambda record: record["game"])

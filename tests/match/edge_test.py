@@ -1,8 +1,11 @@
 """Matches that are interrupted, taken up again, merged, or refused."""
 
+import contextlib
+import json
 import os
 import signal
 import subprocess
+import sys
 import time
 import unittest
 
@@ -18,7 +21,8 @@ class InterruptionTest(MatchTest):
 
     def start(self, *arguments):
         pipes = {"stdout": subprocess.PIPE, "stderr": subprocess.PIPE}
-        process = subprocess.Popen(self.arguments(*arguments), text=True, **pipes)
+        command = self.arguments(*arguments)
+        process = subprocess.Popen(command, text=True, start_new_session=True, **pipes)
         self.addCleanup(process.stdout.close)
         self.addCleanup(process.stderr.close)
         self.addCleanup(process.wait)
@@ -44,16 +48,74 @@ class InterruptionTest(MatchTest):
         with open(self.file("games.pgn"), encoding="utf-8") as file:
             self.assertEqual(file.read().count("[Event "), 6)
 
-    def test_ctrl_c(self):
-        process = self.start(*self.slow_match())
+    def interrupt(self, number, send):
+        """Starts a match and sends a signal to it; what it says."""
+        figures = self.file("figures.json")
+        process = self.start(*self.slow_match(), "--json", figures)
         self.wait_for_games(2)
-        process.send_signal(signal.SIGINT)
+        send(process)
         output, errors = process.communicate(timeout=60)
-        self.assertEqual(process.returncode, 130, errors)
+        self.assertEqual(process.returncode, 128 + number, errors)
         self.assertIn("| slow ", output)
         self.assertIn(f"go on with --resume --jsonl {self.games}", errors)
+        self.assertNotIn("broken down", errors)
+        with open(figures, encoding="utf-8") as file:
+            self.assertEqual(json.load(file)["games"], self.lines() - 1)
         self.assert_gone("slow")
+        self.assertEqual([record["faults"] for record in self.records()], [[]] * (self.lines() - 1))
+        return errors
+
+    def test_ctrl_c(self):
+        self.interrupt(signal.SIGINT, lambda process: process.send_signal(signal.SIGINT))
         self.finish(self.lines() - 1)
+
+    def test_the_whole_group_is_told(self):
+        errors = self.interrupt(
+            signal.SIGTERM, lambda process: os.killpg(process.pid, signal.SIGTERM)
+        )
+        self.assertIn("interrupted by SIGTERM; ", errors)
+
+    def test_engines_are_told_before_the_match(self):
+        def hang_up(process):
+            for line in self.told("slow"):
+                if line.startswith("pid "):
+                    with contextlib.suppress(ProcessLookupError):
+                        os.kill(int(line.split()[1]), signal.SIGKILL)
+            # The worker finds its engine dead first.
+            time.sleep(0.1)
+            process.send_signal(signal.SIGHUP)
+
+        self.interrupt(signal.SIGHUP, hang_up)
+
+    def test_ctrl_c_before_the_first_game(self):
+        # The interpreter and the tool have begun, and the engine keeps silent.
+        for number, message in ((signal.SIGINT, ""), (signal.SIGTERM, " by SIGTERM")):
+            engines = (*self.fake("silent"), *self.fake(), "--depth", "1")
+            process = self.start(*engines, "--patience", "60")
+            deadline = time.monotonic() + 60
+            while not os.path.exists(self.file("silent.log")) or "uci" not in self.told("silent"):
+                self.assertLess(time.monotonic(), deadline)
+                time.sleep(0.02)
+            process.send_signal(number)
+            output, errors = process.communicate(timeout=60)
+            self.assertEqual((process.returncode, output), (128 + number, ""))
+            self.assertEqual(errors, f"orvelin-match: interrupted{message}\n")
+            self.assert_gone("silent")
+            os.unlink(self.file("silent.log"))
+
+    def test_ctrl_c_while_the_tool_is_read(self):
+        code = (
+            "import os, runpy, signal, sys; sys.argv = sys.argv[1:]\n"
+            "class Finder:\n"
+            "    def find_spec(self, name, *_):\n"
+            "        if name == 'match_lib': os.kill(os.getpid(), signal.SIGINT)\n"
+            "sys.meta_path.insert(0, Finder())\n"
+            "runpy.run_path(sys.argv[0], run_name='__main__')"
+        )
+        run = subprocess.run(
+            [sys.executable, "-c", code, TOOL], capture_output=True, text=True, check=False
+        )
+        self.assertEqual((run.returncode, run.stderr), (130, "orvelin-match: interrupted\n"))
 
     def test_kill(self):
         process = self.start(*self.slow_match(), "--concurrency", "2")

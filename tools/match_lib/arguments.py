@@ -29,7 +29,8 @@ Other commands: `orvelin-match merge FILE... -o FILE` makes one file of those of
 `orvelin-match report FILE...` tells again what such files hold; each has --help. The table goes to
 standard output, progress to standard error; as FILE, - is standard output. The exit status is 0
 when the match came to its end, 1 when --faults found a fault, an engine cannot be started, or a file
-cannot be read or written, 2 for bad usage, 130 when it was interrupted.
+cannot be read or written, 2 for bad usage, 130, 143 or 129 when it was interrupted by
+Ctrl-C, SIGTERM or SIGHUP.
 """
 MOST_GAMES = 10000000
 DEFAULT_GAMES = 100

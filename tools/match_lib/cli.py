@@ -2,11 +2,35 @@
 
 import contextlib
 import functools
+import signal
 
 from match_lib import arguments, commands, report
 from match_lib.match import Match
 from orvelin_lib.files import write_file
-from orvelin_lib.tool_main import INTERRUPTED, ToolError, print_whole, run_tool
+from orvelin_lib.tool_main import ToolError, print_whole, run_tool, take_signals
+
+
+class _Interruption(KeyboardInterrupt):
+    """A signal ends the run before a game was begun."""
+
+    def __init__(self, number):
+        super().__init__()
+        self.number = number
+
+
+def _interrupt(number, _frame):
+    raise _Interruption(number)
+
+
+def _end(console, number, options=None):
+    """Tells which signal it was; the exit status."""
+    name = f" by {signal.Signals(number).name}" if number != signal.SIGINT else ""
+    console.say(f"interrupted{name}{_hint(options) if options else ''}")
+    return 128 + number
+
+
+def _hint(options):
+    return f"; go on with --resume --jsonl {options.jsonl}" if options.jsonl else ""
 
 
 def _put_out(options, standings):
@@ -16,27 +40,30 @@ def _put_out(options, standings):
         print_whole(report.text(standings, options.sprt))
 
 
-
-
 def _play(words, console):
     options = arguments.parser().parse_args(words)
     arguments.check(options)
     match = Match(options, console)
     with contextlib.closing(match):
         try:
-            interrupted = match.play()
+            signalled = match.play()
         except ToolError as error:
-            hint = f"; go on with --resume --jsonl {options.jsonl}" if options.jsonl else ""
-            raise ToolError(f"{error}{hint}") from None
+            raise ToolError(f"{error}{_hint(options)}") from None
     _put_out(options, match.standings)
-    if interrupted:
-        if options.jsonl:
-            console.say(f"interrupted; go on with --resume --jsonl {options.jsonl}")
-        return INTERRUPTED
+    if signalled is not None:
+        return _end(console, signalled, options)
     return 1 if options.faults and match.standings.faults else 0
 
 
 def _run(words, console):
+    take_signals(_interrupt)
+    try:
+        return _chosen(words, console)
+    except _Interruption as interruption:
+        return _end(console, interruption.number)
+
+
+def _chosen(words, console):
     if words[:1] == ["merge"]:
         return commands.merge(words[1:])
     if words[:1] == ["report"]:

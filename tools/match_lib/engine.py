@@ -165,6 +165,10 @@ class Listener:
                 self._engines[output].receive()
         return answer
 
+    def ends_within(self, seconds):
+        """Waits: True when the run is to end."""
+        return bool(select.select([self._stop], [], [], seconds)[0])
+
     def need(self, engine, word, seconds):
         """The same; a fault when it does not come."""
         answer = self.wait(engine, word, time.monotonic() + seconds)

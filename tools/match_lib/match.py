@@ -110,7 +110,6 @@ class Match:
         for record in records:
             self.standings.add(record)
         self._display = Display(console, options.quiet)
-        self._interrupted = False
 
     def _folder(self):
         if self._options.dialogues:
@@ -127,20 +126,20 @@ class Match:
         return options.sprt is not None and options.sprt.verdict(standings.pairs) is not None
 
     def play(self):
-        """Plays what is left; True when it was interrupted."""
+        """Plays what is left; the signal that interrupted it, None without one."""
         if not self._tasks or self._is_over():
-            return False
+            return None
         count = min(self._options.concurrency, len(self._tasks))
         self._warn_of_few_cores(count)
-        workers = Workers(self._settings, self._folder(), self._tasks, count)
+        stop, signals = StopSignal(), []
 
-        def on_signal(_number, _frame):
-            # Once only: a second signal could meet the first one in the middle of stop().
-            if not self._interrupted:
-                self._interrupted = True
-                workers.stop()
+        def on_signal(number, _frame):
+            signals.append(number)
+            stop.give()
 
+        # Before there is a process that a signal would end without a word.
         take_signals(on_signal)
+        workers = Workers(self._settings, self._folder(), self._tasks, count, stop)
         try:
             for entry in workers.entries():
                 self._take(entry)
@@ -149,7 +148,7 @@ class Match:
         finally:
             workers.stop()
             self._display.close()
-        return self._interrupted
+        return signals[0] if signals else None
 
     def _warn_of_few_cores(self, games):
         """Where engines wait for each other their clocks run on."""

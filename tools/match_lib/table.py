@@ -3,7 +3,7 @@
 import os
 import time
 
-from match_lib.engine import Fault, Listener, MatchEngine
+from match_lib.engine import Fault, Interrupted, Listener, MatchEngine
 from match_lib.game import WON, Game
 from orvelin_lib.engines import checked
 from orvelin_lib.files import make_folder, write_file
@@ -13,6 +13,8 @@ from orvelin_lib.tool_main import ToolError
 SETTLING_GAMES = 3
 # An engine that loses on time in every game would fill the disk.
 MOST_DIALOGUES = 100
+# A batch system ends the engines together with the tool, which may hear of it later than they.
+ENDING_SECONDS = 1
 
 
 def start_engine(player, settings, listener):
@@ -68,6 +70,8 @@ class Table:
         try:
             game.play()
         except Fault as fault:
+            if fault.kind == "crash" and self._listener.ends_within(ENDING_SECONDS):
+                raise Interrupted from None
             loser = engines.index(fault.engine)
             game.verdict = game.verdict or (WON[1 - loser], fault.kind)
             faults.append(self._saved(fault, plan.number, engines))

@@ -35,18 +35,18 @@ class StopSignal:
 
     def forget_input(self):
         """Called by each child: while any process holds the input the pipe does not end."""
-        os.close(self._input)
+        self.give()
 
     def give(self):
-        if self._input is not None:
-            os.close(self._input)
-            self._input = None
+        """May be called again, and by the handler of a signal."""
+        end, self._input = self._input, None
+        if end is not None:
+            os.close(end)
 
 
 def _work(settings, folder, tasks, counter, entries, stop):
-    # The terminal's interrupt reaches every process; the first one decides for all.
+    # A terminal, `timeout` or a batch system tells every process; the first one decides for all.
     take_signals(signal.SIG_IGN)
-    signal.signal(signal.SIGTERM, signal.SIG_DFL)
     stop.forget_input()
     parent = os.getppid()
     table = Table(settings, folder, stop.output)
@@ -72,10 +72,10 @@ class Workers:
     """The processes of a run; their entries come in the order in which games end. A task is (plan,
     opening)."""
 
-    def __init__(self, settings, folder, tasks, count):
+    def __init__(self, settings, folder, tasks, count, stop):
         context = multiprocessing.get_context("fork")
         self._entries = context.Queue()
-        self._stop = StopSignal()
+        self._stop = stop
         counter = _Counter(context.Lock())
         arguments = (settings, folder, tasks, counter, self._entries, self._stop)
         self._processes = [context.Process(target=_work, args=arguments) for _ in range(count)]

@@ -79,6 +79,15 @@ class StandingsTest(unittest.TestCase):
         self.assertEqual(made.work["B"].faults["time"], 1)
         self.assertIn("  B: time: x: f", report.text(made))
 
+    def test_searches_beyond_their_nodes(self):
+        made = self.standings(game(1, "A", "B", "1-0", overruns=[0, 3]))
+        self.assertNotIn(" over |", report.text(self.standings(game(1, "A", "B", "1-0"))))
+        text = report.text(made)
+        self.assertRegex(text, r"faults \| over \|\n")
+        self.assertRegex(text, r"\| B .*\|    3 \|\n")
+        figures = {each["engine"]: each for each in json.loads(report.json_text(made))["engines"]}
+        self.assertEqual((figures["A"]["overruns"], figures["B"]["overruns"]), (0, 3))
+
     def test_tables(self):
         made = self.standings(
             game(1, "A", "B", "1-0"), game(2, "B", "A", "0-1"), game(3, "C", "A", "1-0"),

@@ -64,6 +64,16 @@ class PlayTest(MatchTest):
         self.assertIn("setoption name Hash value 33", self.told("level"))
         self.assertIn("go depth 3", self.told("level"))
 
+    def test_engines_that_do_not_keep_to_their_nodes(self):
+        # Both tell 900 nodes for each search.
+        engines = (*self.fake(), "nodes=224", *self.fake("level"), "nodes=225", *SHORT)
+        run = self.match(*engines, games=4)
+        words = "good tells more than 4 times the nodes that it is given"
+        self.assertEqual(run.stderr.count(words), 1)
+        self.assertNotIn("level tells", run.stderr)
+        self.assertEqual(sorted(self.records()[0]["overruns"]), [0, 3])
+        self.assertRegex(run.stdout, r"\| good .*\|   12 \|\n")
+
     def test_fewer_cores_than_engines(self):
         core = min(os.sched_getaffinity(0))
         words = "2 engines think at a time on 1 core: their clocks run while they wait"

@@ -9,7 +9,14 @@ from match_lib.engine import Fault
 from orvelin_lib.board import START_FEN, WHITE
 from orvelin_lib.rules import Referee
 
+# An engine looks at its nodes now and then only; beyond so many times its limit it has none.
+NODES_FACTOR = 4
 WON = {0: "1-0", 1: "0-1"}
+
+
+def is_overrun(limit, nodes):
+    """True when a search told far more nodes than it was given."""
+    return limit.kind == "nodes" and nodes is not None and nodes > NODES_FACTOR * limit.amount
 
 
 class Game:
@@ -35,6 +42,8 @@ class Game:
         self._adjudicator = Adjudicator(settings.draw, settings.resign, pawns)
         # The move that each engine ponders on, if it does.
         self._pondered = [None, None]
+        # Searches of each engine far beyond its nodes.
+        self._overruns = [0, 0]
         self._columns = {
             name: [] for name in ("moves", "scores", "depths", "nodes", "times", "clocks")
         }
@@ -55,7 +64,8 @@ class Game:
 
     def record(self):
         """What is kept of the moves, half-move by half-move."""
-        return {"opening": list(self._opening.moves), **self._columns}
+        opening = list(self._opening.moves)
+        return {"opening": opening, **self._columns, "overruns": self._overruns}
 
     def _synchronise(self):
         for engine in self._engines:
@@ -80,6 +90,7 @@ class Game:
         clock.spend(elapsed)
         report = engine.report()
         self._note(move, report, elapsed, clock)
+        self._overruns[index] += is_overrun(clock.limit, report.nodes)
         number = (len(self._opening.moves) + len(self._columns["moves"]) + 1) // 2
         verdict = self._adjudicator.report(index, report.score, report.mate, number)
         if verdict is None and number >= self._settings.max_moves > 0 and index == 1:

@@ -5,6 +5,7 @@ import os
 from match_lib import report, results
 from match_lib.display import Display
 from match_lib.engine import EngineFailure, Listener
+from match_lib.game import NODES_FACTOR
 from match_lib.openings import OpeningFile, RandomOpenings
 from match_lib.pairing import Schedule, opening_order
 from match_lib.pgn_text import pgn_text
@@ -110,6 +111,8 @@ class Match:
         for record in records:
             self.standings.add(record)
         self._display = Display(console, options.quiet)
+        # Engines of which was said that they do not keep to their nodes.
+        self._overrun = set()
 
     def _folder(self):
         if self._options.dialogues:
@@ -160,9 +163,18 @@ class Match:
             words = f"{counted(thinking, 'engine')} think at a time on {counted(cores, 'core')}"
             self._display.say(f"{words}: their clocks run while they wait for each other")
 
+    def _tell_overruns(self, entry):
+        """Once for each engine."""
+        for name, count in zip((entry["white"], entry["black"]), entry["overruns"]):
+            if count and name not in self._overrun:
+                self._overrun.add(name)
+                words = f"{name} tells more than {NODES_FACTOR} times the nodes that it is given"
+                self._display.say(f"{words}: its games are of another strength than that")
+
     def _take(self, entry):
         self.standings.add(entry)
         if entry["kind"] == "game":
+            self._tell_overruns(entry)
             if self._journal:
                 self._journal.write(entry)
             if self._pgn:

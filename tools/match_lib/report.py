@@ -27,7 +27,14 @@ def text(standings, sprt=None):
 
 def standings_table(standings):
     """A row for each player, the best first."""
-    return table(HEAD, [_row(standings, name) for name in _ranked(standings)])
+    names = _ranked(standings)
+    head, rows = [*HEAD], [_row(standings, name) for name in names]
+    # Hardly any match has such searches.
+    if any(standings.work[name].overruns for name in names):
+        head.append("over")
+        for name, row in zip(names, rows):
+            row.append(standings.work[name].overruns)
+    return table(head, rows)
 
 
 def _ranked(standings):
@@ -141,6 +148,7 @@ def _figures(standings, name):
         "depth": work.depth,
         "nodes_per_second": work.speed,
         "time_losses": work.time_losses,
+        "overruns": work.overruns,
         "faults": dict(work.faults),
     }
 

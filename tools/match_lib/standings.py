@@ -37,6 +37,8 @@ class Work:
         self.depths = Counter()
         self.nodes = self.node_time = 0
         self.time_losses = 0
+        # Searches far beyond their nodes.
+        self.overruns = 0
         self.faults = Counter()
         self.growth = self.process_games = 0
 
@@ -49,6 +51,8 @@ class Work:
             if nodes:
                 self.nodes += nodes
                 self.node_time += time
+        # Older records do not have it.
+        self.overruns += entry.get("overruns", (0, 0))[index]
         if entry["memory"]:
             self.growth = max(self.growth, entry["memory"][index]["growth"])
             self.process_games = max(self.process_games, entry["memory"][index]["games"])

@@ -7,6 +7,7 @@ import unittest
 
 from match_lib.clocks import Limit
 from match_lib.engine import Fault, Listener, MatchEngine
+from match_lib.engine_options import EngineOption
 from match_lib.players import Player
 
 EARLY = "info depth 3 score cp 1 nodes 30 pv g1f3"
@@ -14,6 +15,42 @@ FIRST = "info depth 4 score cp 7 nodes 40 pv e2e4"
 SECOND = "info depth 5 multipv 2 score cp 5 nodes 50 pv d2d4"
 THIRD = "info depth 6 nodes 60"
 REMARK = "info string depth 9 score cp 9 nodes 90 pv"
+
+
+class EngineOptionTest(unittest.TestCase):
+    def assert_taken(self, line, good, bad):
+        option = EngineOption.parse(f"option name {line}")
+        for value in good:
+            self.assertIsNone(option.problem(value), value)
+        for value, problem in bad:
+            self.assertEqual(option.problem(value), problem)
+        return option
+
+    def test_spin(self):
+        bad = (("-4", "is below -3"), ("65", "is above 64"), ("", "is not a whole number"),
+               ("1.5", "is not a whole number"), ("max", "is not a whole number"))
+        option = self.assert_taken("Skill Level type spin default 5 min -3 max 64", "-3 0 64".split(), bad)
+        self.assertEqual(option.command("7"), "setoption name Skill Level value 7")
+        self.assert_taken("Hash type spin", ("99999", "-1"), [("x", "is not a whole number")])
+
+    def test_check(self):
+        bad = [(value, "is not true or false") for value in ("True", "1", "", "on")]
+        self.assert_taken("Ponder type check default false", ("true", "false"), bad)
+
+    def test_combo(self):
+        line = "Style type combo default Very Risky var Calm var Very Risky var Maximum"
+        bad = [(value, "is not one of Calm, Very Risky, Maximum") for value in ("Very", "Risky", "")]
+        self.assert_taken(line, ("Calm", "very risky", "Maximum"), bad)
+
+    def test_string_and_button(self):
+        self.assert_taken("File type string default <empty>", ("", "a var b", "<empty>"), ())
+        option = self.assert_taken(
+            "Clear Hash type button", [""], [("1", "is too much: a button has no value")])
+        self.assertEqual(option.command(""), "setoption name Clear Hash")
+
+    def test_other_lines(self):
+        for line in ("id name x", "option", "option name x", "option name x type", "info string"):
+            self.assertIsNone(EngineOption.parse(line), line)
 
 
 class EngineTest(unittest.TestCase):

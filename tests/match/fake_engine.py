@@ -98,7 +98,9 @@ class FakeEngine:
     def obey(self, line):
         words = line.split()
         if words[0] == "uci" and KIND != "silent":
-            say(f"id name Fake {KIND}\noption name Hash type spin")
+            say(f"id name Fake {KIND}\noption name Hash type spin default 1 min 1 max 64")
+            say("option name Play Style type combo default Calm var Calm var Very Risky")
+            say("option name Clear Hash type button")
             say("option name UCI_Chess960 type check\noption name Ponder type check\nuciok")
         elif words[0] == "isready":
             say("readyok")

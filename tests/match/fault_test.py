@@ -75,7 +75,8 @@ class FaultTest(MatchTest):
     def test_a_search_that_never_ends(self):
         record, fault = self.fault_of("stall", "--longest", "1", *SHORT, tc=("--nodes", "9"))
         self.assert_lost(record, "stall", "stall")
-        self.assertEqual(fault["detail"], "no bestmove within 1 s")
+        self.assertEqual(fault["detail"], "no bestmove within 1 s, 900 nodes instead of 9")
+        self.assertEqual(record["overruns"][record["white"] != "stall"], 2)
 
     def test_time(self):
         record, fault = self.fault_of("slow", *SHORT, tc=("--tc", "0.2"))
@@ -164,12 +165,23 @@ class StartTest(MatchTest):
             (("--engine", f"cmd={missing}"), f"cannot run {missing}: No such file"),
             (self.fake("silent"), "silent: no uciok within 1 s"),
             (("--engine", "cmd=/bin/true"), "true: ended with status 0"),
-            ((*self.fake("winning"), "option.Threads=1"), "winning: has no option Threads"),
         ):
             run = self.match(*good, *engine, "--tc", "60", "--patience", "1", status=1)
             self.assertIn(f"orvelin-match: {words}", run.stderr)
             self.assertFalse(os.path.exists(self.games))
         self.assert_gone("good")
+
+    def test_options_that_the_engine_refuses(self):
+        for word, message in (
+            ("option.Threads=1", "has no option Threads"),
+            ("option.Hash=65", "option Hash: '65' is above 64"),
+            ("option.Play Style=Risky", "option Play Style: 'Risky' is not one of Calm, Very Risky"),
+        ):
+            engines = (*self.fake(), *self.fake("winning"), word)
+            run = self.match(*engines, "--depth", "1", status=2)
+            self.assertEqual(run.stderr, f"orvelin-match: winning: {message}\n")
+            self.assertFalse(os.path.exists(self.games))
+        self.assert_gone("winning")
 
 
 if __name__ == "__main__":

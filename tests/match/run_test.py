@@ -58,10 +58,13 @@ class PlayTest(MatchTest):
         self.assertEqual([record["moves"][0] for record in self.records()], ["a1b1"] * 2)
 
     def test_options_reach_the_engines(self):
-        words = ("option.hash=33", "--each", "option.Hash=7")
+        words = ("option.hash=33", "option.Clear Hash=", "option.play style=very risky")
+        words += ("--each", "option.Hash=7")
         self.match(*self.fake(), *self.fake("level"), *words, "--depth", "3", *SHORT)
         self.assertIn("setoption name Hash value 7", self.told("good"))
         self.assertIn("setoption name Hash value 33", self.told("level"))
+        self.assertIn("setoption name Clear Hash", self.told("level"))
+        self.assertIn("setoption name Play Style value very risky", self.told("level"))
         self.assertIn("go depth 3", self.told("level"))
 
     def test_engines_that_do_not_keep_to_their_nodes(self):

@@ -5,6 +5,7 @@ import select
 import subprocess
 import time
 
+from match_lib.engine_options import EngineOption
 from orvelin_lib.engine import number_after
 from orvelin_lib.process import EngineFailure, EngineProcess
 
@@ -75,9 +76,8 @@ class MatchEngine(EngineProcess):
         self._session.append((moment, "<", line))
         if line.startswith(ANSWERS):
             self._answers.append((moment, line.split()))
-        elif line.startswith("option name "):
-            option = line[len("option name ") :].split(" type ")[0]
-            self.options[option.lower()] = option
+        elif option := EngineOption.parse(line):
+            self.options[option.name.lower()] = option
         elif line.startswith("id name "):
             self.title = line[len("id name ") :]
 
@@ -105,11 +105,14 @@ class MatchEngine(EngineProcess):
                 yield from reversed(text.split("\n"))
 
     def set_option(self, name, value):
-        """Sets an option if the engine has it; whether it has."""
-        known = self.options.get(name.lower())
-        if known is not None:
-            self.send(f"setoption name {known} value {value}")
-        return known is not None
+        """Sets an option; what is wrong with it, or None."""
+        option = self.options.get(name.lower())
+        if option is None:
+            return f"has no option {name}"
+        if problem := option.problem(value):
+            return f"option {name}: {value!r} {problem}"
+        self.send(option.command(value))
+        return None
 
     def answer(self, word):
         """(moment, words) of the next answer, None when there is none yet."""

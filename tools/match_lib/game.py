@@ -133,7 +133,12 @@ class Game:
         allowed = self._clocks[index].allowed / 1000 if is_timed else settings.longest
         answer = self._listener.wait(engine, "bestmove", started + allowed)
         if answer is None and not is_timed:
-            raise Fault("stall", engine, f"no bestmove within {allowed:g} s")
+            detail = f"no bestmove within {allowed:g} s"
+            nodes, limit = engine.report().nodes, self._clocks[index].limit
+            if is_overrun(limit, nodes):
+                self._overruns[index] += 1
+                detail += f", {nodes} nodes instead of {limit.amount}"
+            raise Fault("stall", engine, detail)
         if answer is None:
             # The game is lost; the engine is given the chance to be there for the next one.
             engine.send("stop")

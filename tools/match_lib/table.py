@@ -7,7 +7,7 @@ from match_lib.engine import Fault, Interrupted, Listener, MatchEngine
 from match_lib.game import WON, Game
 from orvelin_lib.engines import checked
 from orvelin_lib.files import make_folder, write_file
-from orvelin_lib.tool_main import ToolError
+from orvelin_lib.tool_main import ToolError, UsageError
 
 # Games of a process after which its memory should not grow any more.
 SETTLING_GAMES = 3
@@ -18,7 +18,8 @@ ENDING_SECONDS = 1
 
 
 def start_engine(player, settings, listener):
-    """The engine, with its options set; ToolError when that cannot be."""
+    """The engine, with its options set; ToolError when that cannot be, UsageError when it is for
+    an option that it has not, or not with this value."""
     command = checked(player.command)
     engine = None
     try:
@@ -30,8 +31,8 @@ def start_engine(player, settings, listener):
         if settings.chess960:
             wanted.append(("UCI_Chess960", "true"))
         for name, value in wanted:
-            if not engine.set_option(name, value):
-                raise Fault("start", engine, f"has no option {name}")
+            if problem := engine.set_option(name, value):
+                raise UsageError(f"{player.name}: {problem}")
         if "ponder" not in dict(wanted):
             engine.set_option("Ponder", "true" if settings.ponder else "false")
         engine.send("isready")

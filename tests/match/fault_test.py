@@ -145,8 +145,19 @@ class RunTest(MatchTest):
         self.assertEqual(len(self.records()), 2)
 
     def test_where_dialogues_go(self):
-        self.match(*self.fake("illegal"), *self.fake(), "--tc", "60", *SHORT)
-        self.assertIn("game-1-illegal-move.txt", os.listdir(self.file("games-faults")))
+        engines = (*self.fake("illegal"), *self.fake(), "--tc", "60", *SHORT)
+        self.match(*engines)
+        names = ["game-1-illegal-move.txt", "game-2-illegal-move.txt"]
+        self.assertEqual(sorted(os.listdir(self.file("games-faults"))), names)
+        # Those of an earlier run stay.
+        os.unlink(self.games)
+        kept = self.file("games-faults/game-1-illegal-move.txt", "kept")
+        self.match(*engines)
+        names += [name.replace("move", "move-2") for name in names]
+        self.assertEqual(sorted(os.listdir(self.file("games-faults"))), sorted(names))
+        self.assertTrue(self.records()[0]["faults"][0]["file"].endswith("move-2.txt"))
+        with open(kept, encoding="ascii") as file:
+            self.assertEqual(file.read(), "kept")
 
 
 class StartTest(MatchTest):

@@ -119,6 +119,18 @@ class WriteTest(ScratchTest):
             self.assertEqual(self.content(), "old")
             self.assert_alone()
 
+    def test_a_name_that_nothing_has(self):
+        stem = self.file("new")
+        names = [files.write_new_file(stem, ".txt", text) for text in "abc"]
+        self.assertEqual(names, [f"{stem}{end}.txt" for end in ("", "-2", "-3")])
+        for name, text in zip(names, "abc"):
+            with open(name, encoding="ascii") as file:
+                self.assertEqual(file.read(), text)
+        limit_own_files(self, 4)
+        with self.assertRaisesRegex(ToolError, "cannot write .*new-4.txt: File too large"):
+            files.write_new_file(stem, ".txt", "too long")
+        self.assertEqual(len(os.listdir(self.directory)), 3)
+
     def test_a_full_disk_leaves_nothing_of_a_new_file(self):
         limit_own_files(self, 4096)
         with self.assertRaises(ToolError):

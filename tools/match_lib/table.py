@@ -6,7 +6,7 @@ import time
 from match_lib.engine import Fault, Interrupted, Listener, MatchEngine
 from match_lib.game import WON, Game
 from orvelin_lib.engines import checked
-from orvelin_lib.files import make_folder, write_file
+from orvelin_lib.files import make_folder, write_new_file
 from orvelin_lib.tool_main import ToolError, UsageError
 
 # Games of a process after which its memory should not grow any more.
@@ -139,7 +139,6 @@ class Table:
     def _saved(self, fault, number, engines):
         """Writes what was said into a file: the fault as the record has it."""
         kind, engine = fault.kind, fault.engine
-        name = os.path.join(self._folder, f"game-{number}-{kind.replace(' ', '-')}.txt")
         texts = [f"game {number}: {engine.name}: {kind}: {fault.detail}\n"]
         texts += [f"{each.name} ({each.title})\n{each.session()}" for each in engines]
         if self._saved_dialogues >= MOST_DIALOGUES:
@@ -147,7 +146,8 @@ class Table:
         else:
             try:
                 make_folder(self._folder)
-                write_file(name, "\n".join(texts))
+                name = os.path.join(self._folder, f"game-{number}-{kind.replace(' ', '-')}")
+                name = write_new_file(name, ".txt", "\n".join(texts))
                 self._saved_dialogues += 1
             except ToolError as error:
                 name = f"not saved: {error}"

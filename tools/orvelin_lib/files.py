@@ -133,6 +133,30 @@ def write_file(name, text):
         raise write_error(name, error) from None
 
 
+def write_new_file(stem, end, text):
+    """Writes a file under a name that nothing has yet: the stem, or the stem with the first free
+    number from 2 on. Its name."""
+    number = 1
+    while True:
+        name = stem + (f"-{number}" if number > 1 else "") + end
+        try:
+            # Whoever else writes there at this moment gets another name.
+            with open(name, "xb"):
+                pass
+            break
+        except FileExistsError:
+            number += 1
+        except OSError as error:
+            raise write_error(name, error) from None
+    try:
+        write_file(name, text)
+    except BaseException:
+        with contextlib.suppress(OSError):
+            os.unlink(name)
+        raise
+    return name
+
+
 def check_writable(name):
     """An error now instead of one at the end of a long run."""
     if name == "-":

@@ -144,6 +144,12 @@ class PgnTest(ScratchTest):
         self.assertIn("30... Kd7 {0.001s} 31. O-O {-0.05/1 0.001s} {illegal move} 1-0", text)
         self.assertNotIn("TimeControl", text)
 
+    def test_ends_by_adjudication(self):
+        for reason in ("draw by adjudication", "win by adjudication", "length"):
+            text = pgn_text(game(1, "A", "B", "1-0", reason))
+            self.assertIn('[Termination "adjudication"]', text)
+            self.assertIn(f"{{{reason}}} 1-0", " ".join(text.split()))
+
     def games(self):
         yield game(1, "A", "B", "0-1")
         long = [move for _ in range(20) for move in ("g1f3", "g8f6", "f3g1", "f6g8")]

@@ -112,13 +112,14 @@ class PlayTest(MatchTest):
         engines = (*self.fake("winning"), *self.fake("losing"))
         self.match(*engines, "--depth", "1", "--resign", "count=3", "score=800")
         for record in self.records():
-            self.assertEqual(record["reason"], "adjudication")
+            self.assertEqual(record["reason"], "win by adjudication")
             self.assertEqual(record["result"], "1-0" if record["white"] == "winning" else "0-1")
             self.assertEqual(len(record["moves"]), 6)
         self.games = self.file("draws.jsonl")
         engines = (*self.fake("level"), *self.fake("level")[:2], "name=other")
         self.match(*engines, "--depth", "1", "--draw", "moves=1", "count=2", "score=5")
         self.assertEqual({(r["result"], len(r["moves"])) for r in self.records()}, {("1/2-1/2", 4)})
+        self.assertEqual({r["reason"] for r in self.records()}, {"draw by adjudication"})
 
     def test_sprt_ends_the_match(self):
         engines = (*self.fake("winning"), *self.fake("losing"))

@@ -9,6 +9,8 @@ from dataclasses import asdict, dataclass
 
 # In hundredths of a pawn: more than any score that is not a mate.
 MATE = 10**6
+# The reasons of such ends.
+DRAW, WIN = "draw by adjudication", "win by adjudication"
 
 
 @dataclass(frozen=True)
@@ -78,9 +80,9 @@ class Adjudicator:
     def _verdict(self):
         white, black = self._runs
         if self._draw and min(white["draw"], black["draw"]) >= self._draw.count:
-            return "1/2-1/2", "adjudication"
+            return "1/2-1/2", DRAW
         if self._resign and min(white["win"], black["loss"]) >= self._resign.count:
-            return "1-0", "adjudication"
+            return "1-0", WIN
         if self._resign and min(white["loss"], black["win"]) >= self._resign.count:
-            return "0-1", "adjudication"
+            return "0-1", WIN
         return None

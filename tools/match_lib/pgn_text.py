@@ -2,6 +2,7 @@
 
 import textwrap
 
+from match_lib.adjudication import DRAW, WIN
 from orvelin_lib.board import START_FEN, Position
 from orvelin_lib.fen import Fen
 from orvelin_lib.notation import san
@@ -11,6 +12,9 @@ WIDTH = 80
 # The words of the standard for what ended a game; what the rules end is normal.
 TERMINATIONS = {
     "time forfeit": "time forfeit",
+    DRAW: "adjudication",
+    WIN: "adjudication",
+    # Records of earlier versions do not tell the two apart.
     "adjudication": "adjudication",
     "length": "adjudication",
     "illegal move": "rules infraction",

@@ -242,6 +242,15 @@ class UsageTest(MatchTest):
             run = self.run_tool("merge", *files, "-o", self.file("out"), status=1)
             self.assertIn(words, run.stderr)
             self.assertFalse(os.path.exists(self.file("out")))
+        whole = self.file("whole.jsonl", "precious")
+        run = self.run_tool("merge", *parts, "-o", whole, status=2)
+        self.assertIn(f"{whole} exists: give --overwrite, or name another", run.stderr)
+        with open(whole, encoding="ascii") as file:
+            self.assertEqual(file.read(), "precious")
+        self.run_tool("merge", *parts, "-o", whole, "--overwrite")
+        self.assertEqual(len(self.records(whole)), 4)
+        # The same once more changes nothing.
+        self.run_tool("merge", *parts, "-o", whole)
         self.assertEqual(self.run_tool("merge", *parts, "-o", "-").stdout.count("\n"), 5)
 
     def test_the_same_games_count_once(self):

@@ -1,5 +1,7 @@
 """What is done with the files of matches that are over: merge and report."""
 
+import os
+
 from match_lib import report, results
 from match_lib.arguments import EPILOG
 from match_lib.pgn_text import pgn_text
@@ -18,9 +20,27 @@ def merge(arguments):
     parser.add_argument("files", nargs="+", type=file_name, metavar="FILE", help="of all shards")
     name = {"type": file_name, "required": True, "metavar": "FILE"}
     parser.add_argument("-o", dest="output", **name, help="takes all games; - is standard output")
+    words = "a file that is there is replaced"
+    parser.add_argument("--overwrite", action="store_true", help=words)
     options = parser.parse_args(arguments)
-    write_file(options.output, results.lines(*results.merged(options.files)))
+    text = results.lines(*results.merged(options.files))
+    if not options.overwrite:
+        _check_kept(options.output, text)
+    write_file(options.output, text)
     return 0
+
+
+def _check_kept(name, text):
+    """UsageError when something else would be lost; a merge may be done again."""
+    if name == "-" or not os.path.isfile(name):
+        return
+    try:
+        with open(name, "rb") as file:
+            is_same = file.read() == text.encode()
+    except OSError:
+        is_same = False
+    if not is_same:
+        raise UsageError(f"{name} exists: give --overwrite, or name another")
 
 
 def report_files(arguments):

@@ -56,6 +56,27 @@ class JournalTest(ScratchTest):
         self.assertEqual(entries, [{"a": 1}])
         self.assertEqual(self.resumed()[1], [{"a": 1}, {"c": 3}])
 
+    def test_half_a_first_line_begins_anew(self):
+        self.create().close()
+        with open(self.name, "rb") as file:
+            line = file.read()
+        for length in range(len(line)):
+            with open(self.name, "wb") as file:
+                file.write(line[:length])
+            journal, head, entries = Journal.resume(self.name)
+            self.assertEqual((head, entries), (None, []))
+            journal.begin({"seed": 2})
+            journal.write({"a": 1})
+            journal.close()
+            self.assertEqual(self.resumed(), ({"seed": 2}, [{"a": 1}]))
+        # Anything else is no log, and stays.
+        for text in ("kept", '{"kind": "game"', line.decode().replace("run", "ran")):
+            self.file("log", text)
+            with self.assertRaisesRegex(ToolError, "is not the log of a run"):
+                self.resumed()
+            with open(self.name, encoding="ascii") as file:
+                self.assertEqual(file.read(), text)
+
     def test_a_full_disk_leaves_whole_lines(self):
         journal = self.create({"a": 1})
         limit_own_files(self, os.path.getsize(self.name) + 4)
@@ -81,7 +102,7 @@ class JournalTest(ScratchTest):
 
     def test_other_files_are_refused_and_kept(self):
         deep = "[" * 100000 + "\n"
-        for text in ("", "kept", "[]\n", "{}\n", "\xff\n", '{"kind": "game"}\n', deep):
+        for text in ("kept", "[]\n", "{}\n", "\xff\n", '{"kind": "game"}\n', deep):
             self.file("log", text)
             with self.assertRaisesRegex(ToolError, "log is not the log of a run", msg=text[:20]):
                 Journal.resume(self.name)

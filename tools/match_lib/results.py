@@ -20,6 +20,9 @@ def opened(options, settings):
     if not (options.resume and os.path.lexists(name)):
         return Journal.create(name, head), []
     journal, old, records = Journal.resume(name)
+    if old is None:
+        journal.begin(head)
+        return journal, []
     if old != head:
         journal.close()
         raise UsageError(f"{name} belongs to another match: {_difference(old, head)}")

@@ -28,7 +28,7 @@ class Journal:
         _lock(name, file)
         journal = Journal(name, file)
         try:
-            journal.write({"kind": "run", **head})
+            journal.begin(head)
         except ToolError:
             journal.close()
             os.unlink(name)
@@ -37,14 +37,15 @@ class Journal:
 
     @staticmethod
     def resume(name):
-        """(journal, head, entries) of a log."""
+        """(journal, head, entries) of a log; the head is None where a run was killed before it had
+        written its first line, which is then still to be written."""
         try:
             file = open(name, "r+b", buffering=0)
         except OSError as error:
             raise read_error(name, error.strerror) from None
         try:
             _lock(name, file)
-            head, entries, end = _parted(name)
+            head, entries, end = (None, [], 0) if _is_begun(name) else _parted(name)
             # To have read the file has given the lock away.
             _lock(name, file)
             # A run that was killed may have left half a line.
@@ -54,6 +55,10 @@ class Journal:
             file.close()
             raise
         return Journal(name, file), head, entries
+
+    def begin(self, head):
+        """Writes the first line."""
+        self.write({"kind": "run", **head})
 
     def write(self, entry):
         data = json.dumps(entry).encode() + b"\n"
@@ -87,6 +92,18 @@ def read_journal(name):
     """(head, entries) of a log that nobody goes on with."""
     head, entries, _ = _parted(name)
     return head, entries
+
+
+def _is_begun(name):
+    """True when there is no more than the beginning of a first line: nothing else is ever taken for
+    a log."""
+    start = b'{"kind": "run"'
+    try:
+        with open(name, "rb") as file:
+            line = file.read(MOST_LINE)
+    except OSError as error:
+        raise read_error(name, error.strerror) from None
+    return b"\n" not in line and (line.startswith(start) or start.startswith(line))
 
 
 def _parted(name):

@@ -79,6 +79,9 @@ def _resumed(options, head):
     if not options.resume:
         raise UsageError(f"{name} exists: go on with --resume, or name another")
     journal, old, entries = Journal.resume(name)
+    if old is None:
+        journal.begin(head)
+        return journal, entries
     strange = [entry for entry in entries if not report.is_record(entry)]
     if old != head or strange:
         journal.close()

@@ -71,6 +71,14 @@ class StandingsTest(unittest.TestCase):
         self.assertEqual((white.speed, black.speed), (None, 1000 * 1400 / 50))
         self.assertEqual((white.growth, black.growth, black.process_games), (0, 7, 4))
 
+    def test_growth_of_memory_after_the_third_game(self):
+        # White has played one game, Black four.
+        made = self.standings(game(1, "A", "B", "0-1"))
+        self.assertIn("growth of memory    A -, B 7 KiB\n", report.text(made))
+        figures = {each["engine"]: each for each in json.loads(report.json_text(made))["engines"]}
+        growths = (figures["A"]["memory_growth"], figures["B"]["memory_growth"])
+        self.assertEqual(growths, (None, 7))
+
     def test_faults_and_time(self):
         fault = {"kind": "time", "engine": "B", "detail": "x", "file": "f"}
         made = self.standings(
@@ -102,7 +110,27 @@ class StandingsTest(unittest.TestCase):
         made = self.standings(game(1, "A", "B", "1-0"))
         self.assertIn("| 100.0 % |  inf |  - |        - |", report.text(made))
         made.add(game(2, "B", "A", "1-0"))
-        self.assertIn("| 50.0 % | +0.0 |  - |        - |", report.text(made).replace("-0.0", "+0.0"))
+        self.assertIn("| 50.0 % | 0.0 |  - |        - |", report.text(made))
+
+    def test_infinite_and_unknown_figures_differ(self):
+        names = ("elo", "low", "high", "superiority")
+        for results, expected, cells in (
+            ((), (None,) * 4, "| - | - | - |"),
+            (("1-0",), ("inf", None, None, None), "| inf | - | - |"),
+            (("0-1", "1-0"), ("-inf", None, None, None), "| -inf | - | - |"),
+            (("1-0", "1-0"), (0.0, None, None, None), "| 0.0 | - | - |"),
+        ):
+            made = self.standings(*(
+                game(n, *("AB" if n % 2 else "BA"), result) for n, result in enumerate(results, 1)))
+            figures = json.loads(report.json_text(made))["engines"]
+            (row,) = (each for each in figures if each["engine"] == "A")
+            self.assertEqual(tuple(row[name] for name in names), expected)
+            self.assertNotIn("-0.0", report.json_text(made))
+            rows = report.standings_table(made).splitlines()
+            (line,) = (line for line in rows if line.startswith("| A "))
+            self.assertIn(cells, " ".join(line.split()))
+        made = self.standings(*(game(n, *("AB" if n % 2 else "BA"), "1/2-1/2") for n in range(1, 5)))
+        self.assertIn("| 0.0 | - | - |", " ".join(report.standings_table(made).split()))
 
     def test_sprt_and_json(self):
         made = self.standings(game(1, "A", "B", "1-0"), game(2, "B", "A", "0-1"),
@@ -112,7 +140,8 @@ class StandingsTest(unittest.TestCase):
         record = json.loads(report.json_text(made, test))
         self.assertEqual(record["sprt"]["taken"], None)
         self.assertEqual(record["engines"][0]["wins"], 3)
-        self.assertIsNone(record["engines"][0]["high"])
+        self.assertEqual(record["engines"][0]["high"], "inf")
+        self.assertRegex(report.text(made), r"\| \+338\.0 \| +inf \| ")
         self.assertAlmostEqual(record["engines"][0]["elo"], 338.04, 2)
 
 

@@ -141,7 +141,7 @@ class PlayTest(MatchTest):
         self.assertEqual(record["games"], 2)
         good = next(each for each in record["engines"] if each["engine"] == "good")
         self.assertEqual((good["draws"], good["pairs"], good["depth"]), (2, [0, 0, 1, 0, 0], 7))
-        self.assertIsNone(good["elo"])
+        self.assertEqual((good["elo"], good["low"]), (0, None))
 
 
 class RealTest(MatchTest):

@@ -3,6 +3,7 @@
 import json
 import math
 
+from match_lib.standings import SETTLING_GAMES
 from match_lib.statistics import QUANTILE, elo_of, estimate
 from orvelin_lib.table import counted, table, thousands
 
@@ -47,7 +48,7 @@ def _ranked(standings):
 
 def _row(standings, name):
     total, work = standings.totals[name], standings.work[name]
-    games = total.games
+    games, elo = total.games, _elo(total)
     found = estimate(total.pairs)
     return [
         name,
@@ -56,7 +57,7 @@ def _row(standings, name):
         total.draws,
         total.losses,
         _percent(total.points, games),
-        _signed(elo_of(total.points / games)) if games else "-",
+        "-" if elo is None else _signed(elo),
         _signed(found.error).lstrip("+") if found else "-",
         f"{100 * found.superiority:.1f} %" if found else "-",
         _percent(total.draws, games),
@@ -67,12 +68,20 @@ def _row(standings, name):
     ]
 
 
+def _elo(score):
+    """The difference to the opponents, None without a game; it is infinite for all points or none."""
+    return elo_of(score.points / score.games) if score.games else None
+
+
 def _percent(part, whole):
     return f"{100 * part / whole:.1f} %" if whole else "-"
 
 
 def _signed(elo):
-    return f"{elo:+.1f}" if math.isfinite(elo) else "inf" if elo > 0 else "-inf"
+    if not math.isfinite(elo):
+        return "inf" if elo > 0 else "-inf"
+    text = f"{elo:+.1f}"
+    return "0.0" if text in ("+0.0", "-0.0") else text
 
 
 def _pairs_line(standings):
@@ -86,12 +95,16 @@ def _counts_line(title, counts):
 
 
 def _fault_lines(standings):
-    growths = [f"{name} {standings.work[name].growth} KiB" for name in standings.names]
+    growths = [f"{name} {_growth(standings.work[name])}" for name in standings.names]
     yield f"{'growth of memory':<20}{', '.join(growths) or '-'}"
     if not standings.faults:
         yield f"{'faults':<20}none: no illegal move, crash, stall, stray answer or time loss"
     for fault in standings.faults:
         yield f"  {fault['engine']}: {fault['kind']}: {fault['detail'][:100]}: {fault['file']}"
+
+
+def _growth(work):
+    return f"{work.growth} KiB" if work.process_games > SETTLING_GAMES else "-"
 
 
 def crosstable(standings):
@@ -122,7 +135,8 @@ def progress(standings, planned, sprt=None):
 
 
 def json_text(standings, sprt=None):
-    """All figures, for other programs; what has no value, or none that is finite, is null."""
+    """All figures, for other programs: null where a figure is not known, and "inf" or "-inf" where
+    it is infinite, for which JSON has no number."""
     record = {
         "games": standings.games,
         "engines": [_figures(standings, name) for name in _ranked(standings)],
@@ -150,24 +164,27 @@ def _figures(standings, name):
         "time_losses": work.time_losses,
         "overruns": work.overruns,
         "faults": dict(work.faults),
+        "memory_growth": work.growth if work.process_games > SETTLING_GAMES else None,
     }
 
 
 def _scores(score):
     found = estimate(score.pairs)
     values = {} if found is None else vars(found)
-    names = ("elo", "low", "high", "superiority")
-    finite = {name: values.get(name) for name in names}
+    figures = {name: values.get(name) for name in ("low", "high", "superiority")}
     return {
         "games": score.games,
         "wins": score.wins,
         "draws": score.draws,
         "losses": score.losses,
         "pairs": score.pairs,
-        **{name: value if _is_finite(value) else None for name, value in finite.items()},
+        "elo": _number(_elo(score)),
+        **{name: _number(value) for name, value in figures.items()},
         "quantile": QUANTILE,
     }
 
 
-def _is_finite(value):
-    return value is not None and math.isfinite(value)
+def _number(value):
+    if value is None or math.isfinite(value):
+        return value
+    return "inf" if value > 0 else "-inf"

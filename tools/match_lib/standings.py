@@ -2,6 +2,8 @@
 
 from collections import Counter, defaultdict
 
+# Games of a process after which its memory should not grow any more.
+SETTLING_GAMES = 3
 POINTS = {"1-0": (2, 0), "0-1": (0, 2), "1/2-1/2": (1, 1)}
 
 

@@ -23,7 +23,7 @@ def elo_of(score):
         return -math.inf
     if score >= 1:
         return math.inf
-    return -400 * math.log10(1 / score - 1)
+    return 400 * math.log10(score / (1 - score))
 
 
 def score_of(elo):

@@ -5,12 +5,11 @@ import time
 
 from match_lib.engine import Fault, Interrupted, Listener, MatchEngine
 from match_lib.game import WON, Game
+from match_lib.standings import SETTLING_GAMES
 from orvelin_lib.engines import checked
 from orvelin_lib.files import make_folder, write_new_file
 from orvelin_lib.tool_main import ToolError, UsageError
 
-# Games of a process after which its memory should not grow any more.
-SETTLING_GAMES = 3
 # An engine that loses on time in every game would fill the disk.
 MOST_DIALOGUES = 100
 # A batch system ends the engines together with the tool, which may hear of it later than they.

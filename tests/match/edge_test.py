@@ -184,7 +184,7 @@ class UsageTest(MatchTest):
             ((*two, *depth, "--draw", "count=1"), "--draw: moves=NUMBER is needed"),
             ((*two, *depth, "--order", "random"), "--order random needs --openings"),
             ((*two, *depth, "--each", "cmd=x"), "--each: an engine has its cmd= and name="),
-            (("--engine", "cmd=a", "hash=3"), "--engine: 'hash=3' is not cmd=, name=, dir=, pawn="),
+            (("--engine", "cmd=a", "hash=3"), "--engine: 'hash=3' is not cmd=, name=, dir=, pawn=, margin="),
             ((*two, *depth, "--pgn", "-"), "need names of files"),
             ((*two, *depth, "--patience", "nan"), "is not between 0 and"),
             (("report",), "the following arguments are required: FILE"),
@@ -218,7 +218,21 @@ class UsageTest(MatchTest):
         self.assertIn(f"{self.games} exists: go on with --resume, or name another", run.stderr)
         run = self.match(*two, "--depth", "1", "--resume", games=4, status=2)
         self.assertIn(f"{self.games} belongs to another match: games was 2, and is 4", run.stderr)
+        for more, words in (
+            (("option.Hash=8",), "players 2 options Hash was not set, and is \"8\"\n"),
+            (("nodes=5",), "players 2 limit kind was \"depth\", and is \"nodes\"\n"),
+            (self.fake("slow"), "number of players was 2, and is 3\n"),
+            (("--draw", "moves=1", "count=2", "score=3"), "draw count was not set, and is 2\n"),
+        ):
+            run = self.match(*two[:-len(SHORT)], *more, *SHORT, "--depth", "1", "--resume", status=2)
+            self.assertIn(f"belongs to another match: {words}", run.stderr)
         self.assertEqual(self.records(), before)
+
+    def test_half_a_first_line_is_begun_anew(self):
+        self.file("games.jsonl", '{"kind": "run", "pla')
+        engines = (*self.fake(), *self.fake("level"), *SHORT, "--depth", "1")
+        self.match(*engines, "--resume")
+        self.assertEqual(len(self.records()), 2)
 
     def test_merge_wants_all_shards_of_one_match(self):
         two = (*self.fake(), *self.fake("level"), "--depth", "1", *SHORT, "--games", "4")

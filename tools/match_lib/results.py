@@ -34,12 +34,29 @@ def opened(options, settings):
 
 
 def _difference(old, new):
-    """The first setting that is another one."""
-    for key in new:
-        if old.get(key) != new[key]:
-            was, now = (json.dumps(each.get(key))[:100] for each in (old, new))
+    """The first setting that is another one, and no more than that of a nested one."""
+    old, new = (dict(_leaves(head)) for head in (old, new))
+    for key in [*new, *old]:
+        was, now = (json.dumps(each[key])[:100] if key in each else "not set" for each in (old, new))
+        if was != now:
             return f"{key} was {was}, and is {now}"
     return "it has other settings"
+
+
+def _leaves(value, path=""):
+    """(name, value) of all that is in settings, in their order."""
+    if isinstance(value, dict):
+        entries = list(value.items())
+    elif path == "players":
+        yield "number of players", len(value)
+        entries = enumerate(value, 1)
+    elif path.endswith(" options"):
+        entries = value
+    else:
+        yield path, value
+        return
+    for key, each in entries:
+        yield from _leaves(each, f"{path} {key}".strip())
 
 
 def read(name):

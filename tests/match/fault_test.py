@@ -95,6 +95,16 @@ class FaultTest(MatchTest):
         self.match(*self.fake("slow"), *self.fake(), "--movetime", "1", "--margin", "20000", *SHORT)
         self.assertEqual([record["faults"] for record in self.records()], [[], []])
 
+    def test_a_margin_for_one_of_them(self):
+        engines = (*self.fake("slow"), "margin=20000", *self.fake(), "--movetime", "100")
+        self.match(*engines, "--margin", "5000", *SHORT)
+        self.assertEqual([record["faults"] for record in self.records()], [[], []])
+        self.assertEqual(self.records()[0]["titles"], ["Fake slow", "Fake good"])
+        self.games = self.file("strict.jsonl")
+        self.match(*self.fake("slow"), "margin=1", *self.fake(), "--movetime", "100", "--margin",
+                   "20000", *SHORT)
+        self.assertEqual({record["reason"] for record in self.records()}, {"time forfeit"})
+
     def test_flood(self):
         record, _ = self.fault_of("flood", *SHORT)
         self.assert_lost(record, "flood", "flood")

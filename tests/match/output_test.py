@@ -136,6 +136,7 @@ class StandingsTest(unittest.TestCase):
         made = self.standings(game(1, "A", "B", "1-0"), game(2, "B", "A", "0-1"),
                               game(3, "A", "B", "1/2-1/2"), game(4, "B", "A", "0-1"))
         test = Sprt(0, 5)
+        self.assertRegex(report.progress(made, 9, test), r", LLR 0\.\d\d of -2.94 to 2.94, ")
         self.assertIn("SPRT of Elo 0 and 5: LLR 0.", report.text(made, test))
         record = json.loads(report.json_text(made, test))
         self.assertEqual(record["sprt"]["taken"], None)
@@ -156,6 +157,13 @@ class PgnTest(ScratchTest):
             "1. f3 e5 {+0.35/9 0.010s n=1000 [%clk 1:02:03.456]} "
             "2. g4 {-M1/3 0.003s [%clk 0:00:00.990]} "
             "2... Qh4# {+M1/0 0.040s n=400 [%clk 0:01:00.000]} {checkmate} 0-1"))
+
+    def test_what_the_engines_call_themselves(self):
+        text = " ".join(pgn_text({**MATE, "titles": ["Ada 1.0 {x}", "B"]}).split())
+        self.assertIn('[Termination "normal"] {A is Ada 1.0 {x)} 1. f3 e5', text)
+        text = " ".join(pgn_text({**MATE, "titles": ["Ada 1.0", "Bob 2"]}).split())
+        self.assertIn("{A is Ada 1.0; B is Bob 2} 1. f3", text)
+        self.assertIn('[White "A"] [Black "B"]', text)
 
     def test_one_clock_for_both(self):
         text = pgn_text(MATE, {"A": "40/60", "B": "40/60"})
@@ -180,7 +188,7 @@ class PgnTest(ScratchTest):
             self.assertIn(f"{{{reason}}} 1-0", " ".join(text.split()))
 
     def games(self):
-        yield game(1, "A", "B", "0-1")
+        yield game(1, "A", "B", "0-1", titles=["Ada 1.0", "Bob 2"])
         long = [move for _ in range(20) for move in ("g1f3", "g8f6", "f3g1", "f6g8")]
         empty = [None] * len(long)
         yield game(2, "B", "A", "1/2-1/2", opening=[], moves=long, scores=empty, depths=empty,

@@ -94,9 +94,13 @@ class PlayersTest(unittest.TestCase):
         self.assertEqual(two.options, (("Hash", "8"), ("Skill Level", "3")))
         self.assertEqual(two.folder, os.path.abspath("x"))
 
+    def test_a_margin_of_its_own(self):
+        one, two = self.players(["cmd=a", "margin=2.5"], ["cmd=b"])
+        self.assertEqual((one.margin, two.margin), (2.5, None))
+
     def test_refused(self):
         for words in (["cmd"], ["x=1"], ["cmd="], ["option.=", "cmd"], ["tc=1", "nodes=5"],
-                      ["name=a", "name=b"], ["pawn=0"], ["pawn=x"], ["nodes=x"]):
+                      ["name=a", "name=b"], ["pawn=0"], ["pawn=x"], ["margin=-1"], ["margin=x"], ["nodes=x"]):
             with self.assertRaises(ValueError, msg=words):
                 read_words(words)
         for engines, words in (

@@ -5,11 +5,10 @@ import re
 
 from match_lib.adjudication import Rule
 from match_lib.clocks import AMOUNTS, Limit
-from match_lib.players import read_words
+from match_lib.players import MOST_MARGIN, read_words
 from match_lib.sprt import Sprt
 from orvelin_lib.arguments import (
     MOST_JOBS,
-    MOST_SECONDS,
     Parser,
     decimal,
     file_name,
@@ -22,7 +21,7 @@ DESCRIPTION = """
 Plays matches between UCI engines, referees them, and tells what the results say of their strength.
 After --engine and --each stand words such as cmd=stockfish name=weak option.Hash=16 tc=10+0.1:
 cmd, name, dir (where it works), option.NAME, its own tc, movetime, nodes or depth, and pawn (what
-it calls a pawn, if not 100). What is said after --each holds for all engines.
+it calls a pawn, if not 100), margin (its own). What is said after --each holds for all engines.
 """
 EPILOG = """
 Other commands: `orvelin-match merge FILE... -o FILE` makes one file of those of all shards, and
@@ -104,7 +103,7 @@ def _add_play(add, words):
     add("--tc", **limit, metavar="TIME", help="a clock in seconds: 10+0.1, 40/60, 40/1:30+0.5")
     for word, unit in zip(AMOUNTS, ("MS", "N", "N")):
         add(f"--{word}", **limit, metavar=unit, help="of each move")
-    late = decimal(0, 1000 * MOST_SECONDS)
+    late = decimal(0, MOST_MARGIN)
     add("--margin", type=late, default=10.0, metavar="MS", help="lateness forgiven (default 10)")
     games = f"of each two who meet, an even number (default {DEFAULT_GAMES})"
     add("--games", type=number(2, MOST_GAMES), default=DEFAULT_GAMES, metavar="N", help=games)

@@ -37,7 +37,8 @@ class Game:
         for text in opening.moves:
             self._referee.play(text)
             self._line += f" {text}"
-        self._clocks = tuple(Clock(player.limit, settings.margin) for player in players)
+        margins = [settings.margin if own.margin is None else own.margin for own in players]
+        self._clocks = tuple(Clock(own.limit, each) for own, each in zip(players, margins))
         pawns = [player.pawn for player in players]
         self._adjudicator = Adjudicator(settings.draw, settings.resign, pawns)
         # The move that each engine ponders on, if it does.

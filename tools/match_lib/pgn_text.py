@@ -28,7 +28,7 @@ TERMINATIONS = {
 def pgn_text(entry, controls=None):
     """The game of a record; `controls` are the time controls of the players by their names."""
     lines = [f'[{name} "{_escaped(value)}"]' for name, value in _tags(entry, controls or {})]
-    words = " ".join([*_words(entry), f"{{{_end(entry)}}}", entry["result"]])
+    words = " ".join([*_titles(entry), *_words(entry), f"{{{_end(entry)}}}", entry["result"]])
     body = textwrap.wrap(words, WIDTH, break_long_words=False, break_on_hyphens=False)
     return "\n".join([*lines, "", *body, "", ""])
 
@@ -38,8 +38,21 @@ def _escaped(value):
 
 
 def _end(entry):
+    return _comment_text(entry["reason"])
+
+
+def _comment_text(text):
     # What a comment has inside would end it.
-    return entry["reason"].replace("}", ")")
+    return text.replace("}", ")")
+
+
+def _titles(entry):
+    """A comment with the names that the engines gave themselves, which have their versions; older
+    records have none."""
+    titles = zip((entry["white"], entry["black"]), entry.get("titles", ()))
+    words = "; ".join(f"{name} is {title}" for name, title in titles if title and title != name)
+    if words:
+        yield f"{{{_comment_text(words)}}}"
 
 
 def _tags(entry, controls):

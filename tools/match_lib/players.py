@@ -1,21 +1,25 @@
 """The engines of a match before they are started."""
 
+import argparse
 import os
-from dataclasses import asdict, dataclass
+from dataclasses import dataclass
 
 from match_lib.clocks import KINDS, Limit
-from orvelin_lib.arguments import command
+from orvelin_lib.arguments import MOST_SECONDS, command, decimal
 from orvelin_lib.tool_main import UsageError
 
 OPTION = "option."
-PLAIN_KEYS = ("cmd", "name", "dir", "pawn")
+PLAIN_KEYS = ("cmd", "name", "dir", "pawn", "margin")
+# In milliseconds.
+MOST_MARGIN = 1000 * MOST_SECONDS
 MOST_PAWN = 100000
 
 
 @dataclass(frozen=True)
 class Player:
     """An engine: options are pairs of name and value, the folder is where it works, and the pawn
-    is what it calls a pawn, in its own hundredths."""
+    is what it calls a pawn, in its own hundredths. The margin in milliseconds is that of the match
+    when it is None."""
 
     name: str
     command: tuple
@@ -23,9 +27,7 @@ class Player:
     options: tuple = ()
     folder: str | None = None
     pawn: int = 100
-
-    def as_dict(self):
-        return asdict(self)
+    margin: float | None = None
 
 
 def read_words(words):
@@ -56,6 +58,11 @@ def _read(key, text):
         if not (text.isascii() and text.isdigit() and 1 <= int(text[:9]) <= MOST_PAWN):
             raise ValueError(f"pawn: {text!r} is not between 1 and {MOST_PAWN}")
         return int(text)
+    if key == "margin":
+        try:
+            return decimal(0, MOST_MARGIN)(text)
+        except argparse.ArgumentTypeError as error:
+            raise ValueError(f"margin: {error}") from None
     return os.path.abspath(text) if key == "dir" else text
 
 
@@ -76,5 +83,6 @@ def players_of(engines, each, limit):
             raise UsageError(f"{name} has no time: give --tc, --movetime, --nodes or --depth")
         options = tuple(values["options"].items())
         folder, pawn = values.get("dir"), values.get("pawn", 100)
-        players.append(Player(name, words, own_limit, options, folder, pawn))
+        margin = values.get("margin")
+        players.append(Player(name, words, own_limit, options, folder, pawn, margin))
     return tuple(players)

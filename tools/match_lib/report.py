@@ -130,7 +130,7 @@ def progress(standings, planned, sprt=None):
         if found:
             words += f", Elo {_signed(found.elo)} +- {_signed(found.error).lstrip('+')}"
         if sprt is not None:
-            words += f", LLR {sprt.ratio(standings.pairs):.2f}"
+            words += f", {sprt.state(standings.pairs)}"
     return f"{words}, {counted(len(standings.faults), 'fault')}"
 
 

@@ -30,4 +30,9 @@ class Settings:
 
     def as_dict(self):
         """As JSON has it: the same settings give the same."""
-        return json.loads(json.dumps(asdict(self)))
+        values = json.loads(json.dumps(asdict(self)))
+        for player in values["players"]:
+            # Matches from before there was a margin of its own can be taken up again.
+            if player["margin"] is None:
+                del player["margin"]
+        return values

@@ -103,15 +103,16 @@ class Sprt:
         ratio = self.ratio(counts)
         return "elo1" if ratio >= high else "elo0" if ratio <= low else None
 
+    def state(self, counts):
+        """The ratio between its bounds."""
+        low, high = self.bounds
+        return f"LLR {self.ratio(counts):.2f} of {low:.2f} to {high:.2f}"
+
     def text(self, counts):
         """How far the test is, in one line."""
-        low, high = self.bounds
         words = {"elo0": f"Elo {self.elo0:g} taken", "elo1": f"Elo {self.elo1:g} taken"}
         state = words.get(self.verdict(counts), "not decided")
-        return (
-            f"SPRT of Elo {self.elo0:g} and {self.elo1:g}: "
-            f"LLR {self.ratio(counts):.2f} of {low:.2f} to {high:.2f}, {state}"
-        )
+        return f"SPRT of Elo {self.elo0:g} and {self.elo1:g}: {self.state(counts)}, {state}"
 
     def as_dict(self):
         return asdict(self)

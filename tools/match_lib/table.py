@@ -87,6 +87,7 @@ class Table:
             "pair": plan.pair,
             "white": players[0].name,
             "black": players[1].name,
+            "titles": [engine.title for engine in engines],
             "date": date,
             "fen": opening.fen,
             "chess960": self._settings.chess960,

@@ -23,8 +23,8 @@ LineSearch::LineSearch(Tables const& tables, Analysis& analysis,
                        std::atomic<bool> const& interrupted)
     : analysis_(analysis), interrupted_(interrupted), check_(tables, analysis.chessposition()) {}
 
-void LineSearch::run(Limit const& limit, int lines, Move only) {
-    prepare(limit, lines, only);
+void LineSearch::run(Limit const& limit, int lines, std::vector<Move> const& among) {
+    prepare(limit, lines, among);
     // Behind the first step above, which takes back what interrupt() asks for; from there on it is
     // heeded by the search.
     if (!interrupted_.load()) {
@@ -34,11 +34,11 @@ void LineSearch::run(Limit const& limit, int lines, Move only) {
         take_unfinished();
     }
     if (lines_.empty()) {
-        take_any_move(only);
+        take_any_move(among);
     }
 }
 
-void LineSearch::prepare(Limit const& limit, int lines, Move only) {
+void LineSearch::prepare(Limit const& limit, int lines, std::vector<Move> const& among) {
     lines_.clear();
     depth_ = 0;
     nodes_ = 0;
@@ -55,8 +55,8 @@ void LineSearch::prepare(Limit const& limit, int lines, Move only) {
     analysis_.set_movetime(no_time_for_tables);
     analysis_.set_infinite(true);
     analysis_.set_multipv(static_cast<unsigned int>(std::max(lines, 1)));
-    if (only != Move()) {
-        analysis_.set_searchmoves({only});
+    if (!among.empty()) {
+        analysis_.set_searchmoves(among);
     }
 }
 
@@ -124,12 +124,12 @@ void LineSearch::take_unfinished() {
     lines_.insert(lines_.begin(), std::move(line));
 }
 
-void LineSearch::take_any_move(Move only) {
+void LineSearch::take_any_move(std::vector<Move> const& among) {
     Line line;
     // The sums that a search was ended with may be off by what was rounded.
     analysis_.evaluation().init();
     line.score = analysis_.static_eval();
-    line.moves = {only != Move() ? only : check_.root_moves().front()};
+    line.moves = {among.empty() ? check_.root_moves().front() : among.front()};
     lines_.push_back(std::move(line));
 }
 

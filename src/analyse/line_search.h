@@ -25,9 +25,9 @@ class LineSearch {
     /// `interrupted` ends the search at its next look; it is not written.
     LineSearch(Tables const& tables, Analysis& analysis, std::atomic<bool> const& interrupted);
 
-    /// Searches so many lines, or the one that begins with `only` where that is a move. The
-    /// position must have a legal move.
-    void run(Limit const& limit, int lines, Move only);
+    /// Searches so many lines that begin with one of these moves, or with any where there are
+    /// none. The position must have a legal move.
+    void run(Limit const& limit, int lines, std::vector<Move> const& among);
 
     std::vector<Line> const& lines() const { return lines_; }
     /// Of the last iteration that ended.
@@ -36,12 +36,12 @@ class LineSearch {
     std::vector<Move> const& root_moves() const { return check_.root_moves(); }
 
  private:
-    void prepare(Limit const& limit, int lines, Move only);
+    void prepare(Limit const& limit, int lines, std::vector<Move> const& among);
     void root_returned(int alpha, int beta, int score);
     std::vector<Move> true_moves(PrincipalVariation const& line);
     void take_iteration();
     void take_unfinished();
-    void take_any_move(Move only);
+    void take_any_move(std::vector<Move> const& among);
 
     Analysis& analysis_;
     std::atomic<bool> const& interrupted_;

@@ -58,9 +58,9 @@ move_mark mark_of_loss(double loss) {
 }
 
 bool is_only_good_one(MoveInGame const& move, Judgement const& judgement) {
-    Line const* const second = move.second();
-    return judgement.is_best && second != nullptr && judgement.points >= praise_points &&
-           judgement.points - Score{second->score}.points() + 1e-9 >= praise_margin;
+    Line const* const rest = move.rest();
+    return judgement.is_best && rest != nullptr && judgement.points >= praise_points &&
+           judgement.points - Score{rest->score}.points() + 1e-9 >= praise_margin;
 }
 
 }  // namespace
@@ -103,9 +103,8 @@ Line const* MoveInGame::line() const {
     return nullptr;
 }
 
-Line const* MoveInGame::second() const {
-    bool const found = result->lines.size() > 1 && is_exact(result->lines[1]);
-    return found ? &result->lines[1] : nullptr;
+Line const* MoveInGame::rest() const {
+    return is_searched(result->rest) ? &result->rest : nullptr;
 }
 
 bool MoveInGame::is_best() const {

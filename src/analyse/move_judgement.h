@@ -27,7 +27,7 @@ inline constexpr double dubious_loss = 0.05;
 inline constexpr double mistake_loss = 0.10;
 /// From here on it is a blunder: "??".
 inline constexpr double blunder_loss = 0.20;
-/// "!" is for a move beside which every other one would be a blunder, ...
+/// "!" is for a move beside which the best of the rest would be a blunder, ...
 inline constexpr double praise_margin = blunder_loss;
 /// ... and with which there is something left to play for.
 inline constexpr double praise_points = 0.25;
@@ -59,8 +59,9 @@ struct MoveInGame {
     Line const* best() const;
     /// The line that begins with the move; null when it was not searched.
     Line const* line() const;
-    /// The best line that begins with another move, where its score is more than a bound.
-    Line const* second() const;
+    /// The best line that begins with another move than the best one; null when it was not
+    /// searched.
+    Line const* rest() const;
     /// Whether the move is the first of the best line.
     bool is_best() const;
     /// Whether the move takes what took something.

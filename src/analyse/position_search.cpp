@@ -33,6 +33,7 @@ struct PositionSearch::State {
 
     void search(Question const& question, Result& result);
     Line search_played(Question const& question, Result const& result, Move played);
+    Line search_by_itself(Question const& question, std::vector<Move> const& among);
     void find_leaf(Question const& question, Line& line);
 
     Tables tables;
@@ -73,7 +74,7 @@ void PositionSearch::State::search(Question const& question, Result& result) {
     if (search.root_moves().empty()) {
         return;
     }
-    search.run(question.limit, question.lines, Move());
+    search.run(question.limit, question.lines, {});
     result.nodes = search.nodes();
     result.depth = search.depth();
     result.lines = search.lines();
@@ -83,6 +84,14 @@ void PositionSearch::State::search(Question const& question, Result& result) {
     Move const played = find_legal(search.root_moves(), question.played);
     if (played != Move()) {
         result.played = search_played(question, result, played);
+    }
+    Move const best = result.lines.front().moves.front();
+    if (question.rest && (played == Move() || played == best)) {
+        std::vector<Move> others = search.root_moves();
+        std::erase(others, best);
+        if (!others.empty()) {
+            result.rest = search_by_itself(question, others);
+        }
     }
 }
 
@@ -95,8 +104,13 @@ Line PositionSearch::State::search_played(Question const& question, Result const
     if (among_lines != result.lines.end()) {
         return *among_lines;
     }
+    return search_by_itself(question, {played});
+}
+
+Line PositionSearch::State::search_by_itself(Question const& question,
+                                             std::vector<Move> const& among) {
     LineSearch search(tables, analysis, interrupted);
-    search.run(question.limit, 1, played);
+    search.run(question.limit, 1, among);
     Line line = search.lines().front();
     find_leaf(question, line);
     return line;

@@ -62,7 +62,8 @@ struct Line {
 
 /// What is known of one position.
 struct Result {
-    /// Of the search of the lines; that of the move that was played is not counted.
+    /// Of the search of the lines; those of the move that was played and of the rest are not
+    /// counted.
     std::uint64_t nodes = 0;
     /// Of the last iteration that ended; 0 without a search.
     int depth = 0;
@@ -78,6 +79,9 @@ struct Result {
     /// The line that begins with the move that was played, when it was asked for; its moves are
     /// empty else.
     Line played;
+    /// The best line of all moves but the first of the best line, when it was asked for; its moves
+    /// are empty else. Unlike a further one of `lines` it has a true score.
+    Line rest;
 };
 
 /// As many lines as the search has room for.
@@ -94,6 +98,11 @@ struct Question {
     /// The move that was played, to be searched by itself to the same limit, but one ply deeper by
     /// the extension of only moves; the empty move for none.
     Move played;
+    /// Whether all moves but the best one are searched by themselves too, to the same limit; when
+    /// one is left, it is searched as the move that was played. Where another move than the best
+    /// one was played nothing is asked of them, and where there is no other move there is no
+    /// answer.
+    bool rest = false;
 };
 
 /// An engine for one thread that answers for each position from a fresh state, so that an answer

@@ -22,11 +22,12 @@ char const* text_of(unexplained reason) {
 
 }  // namespace
 
-Receipt receipt_of(Limit const& limit, int lines, bool leaves, bool played) {
+Receipt receipt_of(Limit const& limit, int lines, bool leaves, bool played, bool rest) {
     return {limit.text(),
             lines,
             leaves,
             played,
+            rest,
             std::string(play::version),
             std::string(play::search_signature)};
 }

@@ -45,6 +45,8 @@ struct Receipt {
     bool leaves = true;
     /// Whether the move that was played was searched by itself.
     bool played = false;
+    /// Whether all moves but the best one were.
+    bool rest = false;
     std::string version;
     std::string signature;
 
@@ -52,7 +54,7 @@ struct Receipt {
 };
 
 /// The receipt of a question to this program.
-Receipt receipt_of(Limit const& limit, int lines, bool leaves, bool played);
+Receipt receipt_of(Limit const& limit, int lines, bool leaves, bool played, bool rest);
 
 struct RecordLeaf {
     /// UCI moves with a space between.
@@ -111,6 +113,8 @@ struct Record {
     int static_score = 0;
     term_scores_t terms{};
     std::vector<RecordLine> lines;
+    /// The best line of all moves but the best one, when they were searched by themselves.
+    std::optional<RecordLine> rest;
     std::optional<PlayedMove> played;
     Receipt receipt;
 

@@ -9,8 +9,9 @@ namespace {
 constexpr std::string_view columns =
     "number,file,line,game,ply,white,black,result,event,date,id,fen,chess960,nodes,depth,score,"
     "centipawns,mate,win,draw,loss,static,best,best_san,line_moves,line_san,leaf_fen,leaf_score,"
-    "unexplained,played,played_san,taken,played_score,mark,lost,accuracy,sentence,"
-    "limit,lines,leaves,played_asked,version,signature";
+    "unexplained,rest,rest_san,rest_score,played,played_san,taken,played_score,mark,lost,accuracy,"
+    "sentence,"
+    "limit,lines,leaves,played_asked,rest_asked,version,signature";
 
 /// One row that is put together field by field.
 class Row {
@@ -103,6 +104,15 @@ void add_best_line(Row& row, Record const& record) {
     row.text(line.unexplained);
 }
 
+void add_rest(Row& row, std::optional<RecordLine> const& rest) {
+    if (!rest) {
+        row.text("").text("").text("");
+        return;
+    }
+    row.text(first_word(rest->moves)).text(first_word(rest->san));
+    row.number(std::int64_t{rest->score.units});
+}
+
 void add_played(Row& row, std::optional<PlayedMove> const& played) {
     if (!played) {
         for (int i = 0; i < 8; ++i) {
@@ -147,9 +157,11 @@ void append_csv(std::string& out, Record const& record) {
     row.number(static_cast<std::int64_t>(record.nodes)).number(std::int64_t{record.depth});
     add_score(row, record);
     add_best_line(row, record);
+    add_rest(row, record.rest);
     add_played(row, record.played);
     row.text(record.receipt.limit).number(std::int64_t{record.receipt.lines});
     row.text(yes_or_no(record.receipt.leaves)).text(yes_or_no(record.receipt.played));
+    row.text(yes_or_no(record.receipt.rest));
     row.text(record.receipt.version).text(record.receipt.signature);
     for (float const value : record.terms) {
         row.term(value);

@@ -97,6 +97,16 @@ void append_line(std::string& out, RecordLine const& line) {
     out += "}}";
 }
 
+void append_optional_line(std::string& out, std::string_view before,
+                          std::optional<RecordLine> const& line) {
+    out += before;
+    if (line) {
+        append_line(out, *line);
+    } else {
+        out += "null";
+    }
+}
+
 void append_judgement(std::string& out, std::optional<RecordJudgement> const& judgement) {
     if (!judgement) {
         out += ",\"judgement\":null";
@@ -127,12 +137,7 @@ void append_played(std::string& out, std::optional<PlayedMove> const& played) {
     } else {
         append_field(out, ",\"taken\":", played->taken);
     }
-    out += ",\"line\":";
-    if (played->line) {
-        append_line(out, *played->line);
-    } else {
-        out += "null";
-    }
+    append_optional_line(out, ",\"line\":", played->line);
     append_judgement(out, played->judgement);
     out += '}';
 }
@@ -142,6 +147,7 @@ void append_receipt(std::string& out, Receipt const& receipt) {
     append_field(out, ",\"lines\":", receipt.lines);
     append_flag(out, ",\"leaves\":", receipt.leaves);
     append_flag(out, ",\"played\":", receipt.played);
+    append_flag(out, ",\"rest\":", receipt.rest);
     append_field(out, ",\"version\":", receipt.version);
     append_field(out, ",\"signature\":", receipt.signature);
     out += '}';
@@ -216,6 +222,7 @@ void append_json(std::string& out, Record const& record) {
         append_line(out, record.lines[i]);
     }
     out += ']';
+    append_optional_line(out, ",\"rest\":", record.rest);
     append_played(out, record.played);
     append_receipt(out, record.receipt);
     out += "}\n";

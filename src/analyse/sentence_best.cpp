@@ -27,7 +27,7 @@ constexpr double least_lead = 0.15;
 
 std::string SentenceWriter::of_best(MoveInGame const& move) {
     Line const& line = *move.line();
-    Line const* const second = move.second();
+    Line const* const rest = move.rest();
     std::string const played = name(move.played);
     if (line.why_not == unexplained::none) {
         MaterialBalance const won = material_won(move, line);
@@ -39,10 +39,10 @@ std::string SentenceWriter::of_best(MoveInGame const& move) {
         }
     }
     std::string const begin = played + (move.takes_back() ? " takes back" : " is the best move");
-    if (second != nullptr && have_leaves(line, *second) && second->score < line.score) {
-        MoveReason const reason = find_reason(move, line, *second);
+    if (rest != nullptr && have_leaves(line, *rest) && rest->score < line.score) {
+        MoveReason const reason = find_reason(move, line, *rest);
         if (reason.change <= -least_lead) {
-            std::string const text = begin + "; " + name(second->moves[0]) + ' ' + reason.deed +
+            std::string const text = begin + "; " + name(rest->moves[0]) + ' ' + reason.deed +
                                      ": " + changes_text(reason) + '.';
             if (text.size() <= longest_sentence) {
                 return text;

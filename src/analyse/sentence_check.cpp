@@ -37,9 +37,9 @@ class Reader {
  public:
     Reader(string_view sentence, MoveInGame const& move, Tables const& tables)
         : words_(play::words_of(sentence)), sentence_(sentence), move_(move), tables_(tables) {
-        // The difference that is told: a best move is better than the second one.
+        // The difference that is told: a best move is better than the best of the rest.
         better_ = move.is_best() ? move.line() : move.best();
-        worse_ = move.is_best() ? move.second() : move.line();
+        worse_ = move.is_best() ? move.rest() : move.line();
     }
 
     std::vector<std::string> faults();

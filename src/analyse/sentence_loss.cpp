@@ -57,10 +57,9 @@ std::string SentenceWriter::of_score(Line const& better, Line const& worse) {
 }
 
 std::string SentenceWriter::of_praise(MoveInGame const& move) {
-    Line const& second = *move.second();
-    std::string const begin =
-        name(move.played) + " is the only good move; " + name(second.moves[0]);
-    return of_loss(move, *move.line(), second, begin, false);
+    Line const& rest = *move.rest();
+    std::string const begin = name(move.played) + " is the only good move; " + name(rest.moves[0]);
+    return of_loss(move, *move.line(), rest, begin, false);
 }
 
 }  // namespace orvelin::analyse

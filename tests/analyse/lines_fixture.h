@@ -38,7 +38,7 @@ inline Line line_with(Line line, std::size_t index, float units, std::size_t oth
     return line;
 }
 
-/// What a search of two lines and of the move that was played would give.
+/// What a search of the best line, of the move that was played and of the rest would give.
 struct SearchedMove {
     Result result;
     MoveInGame move;
@@ -50,8 +50,8 @@ struct SearchedMove {
         result.lines = {best};
         result.played = played;
     }
-    SearchedMove& second(Line const& line) {
-        result.lines.push_back(line);
+    SearchedMove& rest(Line const& line) {
+        result.rest = line;
         return *this;
     }
     MoveInGame const& in_game() {

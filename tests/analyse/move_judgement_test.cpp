@@ -22,11 +22,10 @@ move_mark mark_of(int best, int played) {
     return moves.judged().mark;
 }
 
-move_mark mark_beside(int best, int second, bool at_least = false) {
-    Line other = line_from(positions::start, "a2a3", second);
-    other.at_least = at_least;
+move_mark mark_beside(int best, int rest) {
+    Line const other = line_from(positions::start, "a2a3", rest);
     Line const line = line_from(positions::start, "e2e4", best);
-    return SearchedMove(positions::start, line, line).second(other).judged().mark;
+    return SearchedMove(positions::start, line, line).rest(other).judged().mark;
 }
 
 TEST(MoveJudgementTest, MarksBeginAtTheirLosses) {
@@ -70,11 +69,19 @@ TEST(MoveJudgementTest, MatesThatCanBeSeenCountInDecidedGames) {
 TEST(MoveJudgementTest, OnlyTheOnlyGoodMoveIsPraised) {
     EXPECT_EQ(mark_beside(0, -260), move_mark::none);
     EXPECT_EQ(mark_beside(0, -320), move_mark::good);
-    // A bound from below proves nothing.
-    EXPECT_EQ(mark_beside(0, -320, true), move_mark::none);
     // All moves lose.
     EXPECT_EQ(mark_beside(-500, -5000), move_mark::none);
     EXPECT_EQ(mark_of(0, 0), move_mark::none);
+}
+
+// The search of further lines is one-sided: what it puts in the second place proves nothing.
+TEST(MoveJudgementTest, ASecondLinePraisesNothing) {
+    Line const line = line_from(positions::start, "e2e4", 0);
+    SearchedMove moves(positions::start, line, line);
+    moves.result.lines.push_back(line_from(positions::start, "a2a3", -320));
+    EXPECT_EQ(moves.judged().mark, move_mark::none);
+    moves.rest(line_from(positions::start, "d2d4", -10));
+    EXPECT_EQ(moves.judged().mark, move_mark::none);
 }
 
 TEST(MoveJudgementTest, ObviousMovesAreNotPraised) {
@@ -82,7 +89,7 @@ TEST(MoveJudgementTest, ObviousMovesAreNotPraised) {
                          std::string const& previous = "") {
         Line const line = line_from(fen, move, 900);
         SearchedMove moves(fen, line, line);
-        moves.second(line_from(fen, other, 0));
+        moves.rest(line_from(fen, other, 0));
         if (!previous.empty()) {
             moves.move.taken =
                 taken_by(line_from("rnbqkbnr/ppp1pppp/8/3p4/4P3/2N5/PPPP1PPP/R1BQKBNR b KQkq - 0 2",
@@ -135,7 +142,7 @@ TEST(MoveJudgementTest, ForcedMovesAreNotMarked) {
 TEST(MoveJudgementTest, AMoveIsFoundAmongTheLines) {
     SearchedMove moves(positions::start, line_from(positions::start, "a2a3", 0),
                        line_from(positions::start, "e2e4", 10));
-    moves.second(moves.result.played);
+    moves.result.lines.push_back(moves.result.played);
     moves.result.played = Line();
     EXPECT_TRUE(moves.judged().known);
     moves.result.lines[1].at_least = true;

@@ -63,6 +63,41 @@ TEST(PositionSearchTest, WithoutLegalMovesThereAreNoLines) {
     }
 }
 
+TEST(PositionSearchTest, TheRestIsSearchedBesideABestMove) {
+    std::string const fen = positions::quiet_middle_game;
+    Question asked = question(fen, "depth=5");
+    asked.rest = true;
+    Result const result = searcher().answer(asked);
+    Move const best = result.lines.at(0).moves.at(0);
+    ASSERT_FALSE(result.rest.moves.empty());
+    EXPECT_NE(result.rest.moves[0], best);
+    EXPECT_EQ(result.rest.depth, 5);
+    EXPECT_FALSE(result.rest.at_least);
+    EXPECT_EQ(result.nodes, ask(fen, "depth=5").nodes);
+    // None of the moves beside the best one is better when it is searched by itself.
+    ChessPosition position(shared_tables());
+    position.fen(fen);
+    for (Move const& move : play::legal_moves(position, shared_tables())) {
+        Line const line = ask_played(fen, "depth=4", move.algebraic(false)).played;
+        EXPECT_TRUE(move == best || line.score <= result.rest.score + 60) << move.algebraic(false);
+    }
+    asked.played = best;
+    EXPECT_EQ(moves_text(searcher().answer(asked).rest.moves), moves_text(result.rest.moves));
+    asked.played = result.rest.moves[0];
+    EXPECT_TRUE(searcher().answer(asked).rest.moves.empty());
+    asked.played = Move();
+    asked.limit = parse_limit("static").value();
+    EXPECT_TRUE(searcher().answer(asked).rest.moves.empty());
+    // There is no rest of a single move.
+    asked = question("7k/8/8/8/8/8/r7/7K w - - 0 1", "depth=3");
+    asked.rest = true;
+    EXPECT_EQ(searcher().answer(asked).lines.size(), 1U);
+    EXPECT_TRUE(searcher().answer(asked).rest.moves.empty());
+    asked.rest = false;
+    asked.fen = fen;
+    EXPECT_TRUE(searcher().answer(asked).rest.moves.empty());
+}
+
 TEST(PositionSearchTest, SeveralLinesBeginWithDifferentMoves) {
     Result const result = ask(positions::quiet_middle_game, "depth=5", 4);
     ASSERT_EQ(result.lines.size(), 4U);

@@ -42,6 +42,8 @@ inline std::string text_of(Result const& result) {
     }
     out << "played ";
     write_line(out, result.played);
+    out << "rest ";
+    write_line(out, result.rest);
     return out.str();
 }
 

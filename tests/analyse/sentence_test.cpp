@@ -122,18 +122,18 @@ TEST(SentenceTest, MatesAreTold) {
 TEST(SentenceTest, GoodMovesGetTheirReason) {
     Line const best = line_with(bishop_takes, term::material, 50);
     SearchedMove moves(attacked, best, best);
-    moves.second(line_with(bishop_lost, term::material, 800));
+    moves.rest(line_with(bishop_lost, term::material, 800));
     EXPECT_EQ(sentence_of(moves),
               "4...Bxc3+ is the only good move; 4...O-O loses a bishop: material -3.0, after "
               "5.axb4 d5.");
-    moves.result.lines[1] = bishop_lost;
+    moves.result.rest = bishop_lost;
     EXPECT_EQ(sentence_of(moves),
               "4...Bxc3+ is the only good move; 4...O-O is worse: the score goes from 0.00 to "
               "2.34, after 5.axb4 d5.");
-    moves.result.lines[1] = line_from(attacked, "e8g8 a3b4", 2 - mate_score);
+    moves.result.rest = line_from(attacked, "e8g8 a3b4", 2 - mate_score);
     EXPECT_EQ(sentence_of(moves),
               "4...Bxc3+ is the only good move; 4...O-O allows mate in 1, after 5.axb4.");
-    moves.result.lines.pop_back();
+    moves.result.rest = Line();
     EXPECT_EQ(sentence_of(moves), "4...Bxc3+ is the best move.");
     Line const wins = line_with(line_from(attacked, "b4c3 c1d2", 900), term::material, -700);
     SearchedMove won(attacked, wins, wins);
@@ -198,6 +198,7 @@ TEST(SentenceTest, IsTrueOfRealPositions) {
             // The best move of the search, and others, in turn.
             Question asked = question(fen, "depth=4", 2);
             std::size_t const turn = static_cast<std::size_t>(sentences) % 3;
+            asked.rest = true;
             asked.played = turn == 0 ? Move() : legal[turn == 1 ? 0 : legal.size() / 2];
             Result const result = search.answer(asked);
             Move const played = turn == 0 ? result.lines.at(0).moves.at(0) : asked.played;

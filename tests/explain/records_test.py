@@ -57,6 +57,7 @@ class ReadTest(unittest.TestCase):
             ("lines.0.san", 3, "san of a line is no text"),
             ("lines.0.leaf", 3, "a leaf has no moves"),
             ("lines.0.leaf.terms", [], "47 numbers"),
+            ("rest", "e4", "a line is no object"),
             ("played", "e4", "played is no object"),
             ("played.move", None, "played has no move"),
             ("played.line.score", None, "score is no number"),

@@ -62,7 +62,7 @@ def record(fen=START, ply=None, lines=(), played=None, terms=None, **fields):
     found = {"schema": 1, "number": 1, "source": source, "fen": fen, "chess960": False}
     found |= {"nodes": 1, "depth": 9, **score(**fields), "static": 0}
     found |= {"terms": all_terms(terms or {}), "lines": list(lines)}
-    return {**found, "played": played, "receipt": receipt}
+    return {**found, "rest": None, "played": played, "receipt": receipt}
 
 
 class ToolTest(ScratchTest):

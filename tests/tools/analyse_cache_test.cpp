@@ -65,6 +65,9 @@ TEST(AnalyseCache, GivesTheSameAnswerWithoutTheEngine) {
     asked.fen = CountingSource::fen(6);
     second->answer(asked, request);
     EXPECT_EQ(answers, 9);
+    request.rest = true;
+    second->answer(asked, request);
+    EXPECT_EQ(answers, 10);
 }
 
 TEST(AnalyseCache, RefusesAFileThatIsNone) {

@@ -49,6 +49,10 @@ TEST(AnalyseCsv, HasANamedColumnForEachField) {
     EXPECT_EQ(field_of(record, "played_san"), "Ka2");
     EXPECT_EQ(field_of(record, "taken"), "nb3");
     EXPECT_EQ(field_of(record, "played_score"), "-123");
+    EXPECT_EQ(field_of(record, "rest"), "a1a2");
+    EXPECT_EQ(field_of(record, "rest_san"), "Ka2");
+    EXPECT_EQ(field_of(record, "rest_score"), "-321");
+    EXPECT_EQ(field_of(record, "rest_asked"), "1");
     EXPECT_EQ(field_of(record, "mark"), "?");
     EXPECT_EQ(field_of(record, "lost"), "123.5");
     EXPECT_EQ(field_of(record, "accuracy"), "59.9");
@@ -65,9 +69,11 @@ TEST(AnalyseCsv, LeavesFieldsEmptyThatThereAreNot) {
     record.source.game = 0;
     record.lines.clear();
     record.played.reset();
+    record.rest.reset();
     for (char const* const name :
-         {"game", "ply", "best", "line_san", "leaf_fen", "leaf_score", "unexplained", "played",
-          "taken", "played_score", "mark", "lost", "accuracy", "sentence"}) {
+         {"game", "ply", "best", "line_san", "leaf_fen", "leaf_score", "unexplained", "rest",
+          "rest_san", "rest_score", "played", "taken", "played_score", "mark", "lost", "accuracy",
+          "sentence"}) {
         EXPECT_EQ(field_of(record, name), "") << name;
     }
 }

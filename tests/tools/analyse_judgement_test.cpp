@@ -38,7 +38,7 @@ std::vector<tools::Asked> positions_of(std::string const& text, tools::Plies pli
     return found;
 }
 
-tools::Request const request{{analyse::Limit::kind::depth, 4}, 2, true, true};
+tools::Request const request{{analyse::Limit::kind::depth, 4}, 2, true, true, true};
 
 class AnalyseJudgement : public AnalyseProcess {};
 
@@ -69,7 +69,8 @@ TEST_F(AnalyseJudgement, IsThatOfTheSearchOfThePosition) {
         analyse::Result const result = search.answer({.fen = asked.fen,
                                                       .limit = request.limit,
                                                       .lines = request.lines,
-                                                      .played = asked.played});
+                                                      .played = asked.played,
+                                                      .rest = true});
         analyse::MoveInGame const move{asked.fen, asked.played, asked.taken, &result};
         analyse::Judgement const judgement = analyse::judge(move, shared_tables());
         ASSERT_TRUE(record.played->judgement) << asked.fen;
@@ -114,7 +115,7 @@ TEST_F(AnalyseJudgement, IsNotGivenWithoutASearchOfTheMove) {
 }
 
 TEST_F(AnalyseJudgement, IsTheSameHoweverTheRunIsCut) {
-    texts_t const question = {"--limit", "depth=3", "--lines", "2", "--moves", "best,played"};
+    texts_t const question = {"--limit", "depth=3", "--lines", "2", "--moves", "best,played,rest"};
     auto const with = [&question](texts_t more) {
         more.insert(more.begin(), question.begin(), question.end());
         return output_of(more, games);

@@ -146,11 +146,12 @@ TEST(AnalyseSqlite, HoldsAllThatARecordSays) {
     };
     EXPECT_EQ(number("SELECT count(*) FROM positions"), 3);
     EXPECT_EQ(number("SELECT count(*) FROM games"), 1);
-    EXPECT_EQ(number("SELECT count(*) FROM lines WHERE position = 2"), 3);
+    EXPECT_EQ(number("SELECT count(*) FROM lines WHERE position = 2"), 4);
     EXPECT_EQ(number("SELECT score FROM lines WHERE position = 2 AND line = 2"), 29990);
     EXPECT_EQ(number("SELECT mate FROM lines WHERE position = 2 AND line = 2"), 5);
     EXPECT_EQ(number("SELECT score FROM lines WHERE position = 2 AND line = -1"), -123);
-    EXPECT_EQ(number("SELECT count(*) FROM terms WHERE position = 2"), 3);
+    EXPECT_EQ(number("SELECT score FROM lines WHERE position = 2 AND line = -2"), -321);
+    EXPECT_EQ(number("SELECT count(*) FROM terms WHERE position = 2"), 4);
     EXPECT_EQ(number("SELECT count(*) FROM receipt"), 1);
     analyse::Record const record = full_record(2);
     tools::Statement played(database,

@@ -77,18 +77,18 @@ TEST_F(AnalysePgn, TellsAllOfEveryMove) {
               4);
 }
 
-TEST_F(AnalysePgn, AsksForThePlayedMoveAndPraisesItByTheSecondLine) {
+TEST_F(AnalysePgn, AsksForThePlayedMoveAndPraisesItByTheRest) {
     // The king wins the opposition, or only draws.
     std::string const game = "[FEN \"8/4k3/8/3K4/4P3/8/8/8 w - - 0 1\"]\n\n1. Ke5 *\n";
     texts_t const arguments = {"--limit", "depth=7", "--pgn", pgn_, "--jsonl", out_, "--overwrite"};
     EXPECT_EQ(output_of(arguments, game), "");
-    EXPECT_NE(bytes_of(out_).find("\"lines\":1,\"leaves\":true,\"played\":true"),
+    EXPECT_NE(bytes_of(out_).find("\"lines\":1,\"leaves\":true,\"played\":true,\"rest\":true"),
               std::string::npos);
-    EXPECT_NE(in_one_line(bytes_of(pgn_)).find("1. Ke5 {[%eval "), std::string::npos);
-    texts_t longer = arguments;
-    longer.insert(longer.end(), {"--lines", "2"});
-    EXPECT_EQ(output_of(longer, game), "");
     EXPECT_NE(in_one_line(bytes_of(pgn_)).find("1. Ke5 $1 {[%eval "), std::string::npos);
+    texts_t quick = arguments;
+    quick.insert(quick.end(), {"--lines", "2", "--moves", "best,played"});
+    EXPECT_EQ(output_of(quick, game), "");
+    EXPECT_NE(in_one_line(bytes_of(pgn_)).find("1. Ke5 {[%eval "), std::string::npos);
 }
 
 TEST_F(AnalysePgn, SaysWhatTheRecordsSay) {
@@ -155,6 +155,10 @@ TEST_F(AnalysePgn, RefusesWhatMakesNoSense) {
     refused({"--shard", "1/2"}, "--pgn needs whole games");
     refused({"--resume"}, "--resume does not go with --pgn");
     refused({"--moves", "best"}, "--moves best,played");
+    refused({"--moves", "best,rest"}, "--moves best,played");
+    refused({"--moves", "best,rest,"}, "--moves is best, ");
+    refused({"--moves", "best,best"}, "--moves is best, ");
+    refused({"--moves", "played"}, "--moves is best, ");
     refused({"--jsonl", pgn_}, "cannot both go to");
     expect_error({"--limit", "depth=2", "--pgn", pgn_}, 1,
                  "--pgn is for games: line 1 of - is a position", positions(1));

@@ -46,8 +46,7 @@ TEST(AnalyseQueries, OfTheDocumentGiveRows) {
     TemporaryDirectory const directory;
     std::string const name = directory.file("out.sqlite");
     program_result_t const run = run_program(
-        analyse_binary,
-        {"--limit", "depth=3", "--lines", "2", "--moves", "best,played", "--sqlite", name},
+        analyse_binary, {"--limit", "depth=3", "--moves", "best,played,rest", "--sqlite", name},
         {.input = games});
     ASSERT_EQ(run.status, 0) << run.errors;
     tools::Database database(name, 0);

@@ -52,7 +52,8 @@ TEST(AnalyseReader, ReadsARecordWithoutGameLinesAndMove) {
     record.source.file = "-";
     record.source.id = "first";
     record.fen = "x";
-    record.receipt = analyse::receipt_of({analyse::Limit::kind::static_eval, 0}, 1, false, false);
+    record.receipt =
+        analyse::receipt_of({analyse::Limit::kind::static_eval, 0}, 1, false, false, false);
     std::string const line = json_of(record);
     EXPECT_EQ(line.find("\"game\""), std::string::npos);
     EXPECT_EQ(tools::read_record(line), record);

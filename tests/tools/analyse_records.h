@@ -57,10 +57,12 @@ inline analyse::Record full_record(std::uint64_t number) {
     record.lines[1].leaf.reset();
     record.lines[1].unexplained = "mate or draw";
     record.lines[1].score.units = 29990;
+    record.rest = line;
+    record.rest->score.units = -321;
     record.played = {"a1a2", "Ka2", "nb3", line,
                      analyse::RecordJudgement{analyse::move_mark::mistake, 123.5, 59.9,
                                               "1.Ka2 is worse: \"so\", it is said."}};
-    record.receipt = analyse::receipt_of({analyse::Limit::kind::depth, 9}, 2, true, true);
+    record.receipt = analyse::receipt_of({analyse::Limit::kind::depth, 9}, 2, true, true, true);
     return record;
 }
 

@@ -4,6 +4,7 @@
 #include <iostream>
 #include <memory>
 #include <optional>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -45,28 +46,54 @@ analyse::Limit limit_of(std::string const& text) {
     return *limit;
 }
 
-bool played_wanted(arguments_t const& arguments) {
+/// Which moves are searched.
+struct moves_t {
+    bool best = false;
+    bool played = false;
+    bool rest = false;
+};
+
+/// "best,played,rest", each word at most once.
+moves_t read_moves(std::string const& text) {
+    moves_t moves;
+    std::istringstream words(text);
+    bool known = !text.ends_with(',');
+    for (std::string word; std::getline(words, word, ',');) {
+        bool* const wanted = word == "best"     ? &moves.best
+                             : word == "played" ? &moves.played
+                             : word == "rest"   ? &moves.rest
+                                                : nullptr;
+        known = known && wanted != nullptr && !*wanted;
+        if (known) {
+            *wanted = true;
+        }
+    }
+    if (!known || !moves.best) {
+        throw UsageError("--moves is best, best,played, best,rest or best,played,rest, not " +
+                         text);
+    }
+    return moves;
+}
+
+/// Annotated games tell all that can be told.
+moves_t moves_of(arguments_t const& arguments) {
     bool const annotated = !arguments.output.pgn.empty();
     if (!arguments.moves) {
-        return annotated;
+        return {true, annotated, annotated};
     }
-    std::string const& moves = *arguments.moves;
-    if (moves == "best,played" || moves == "played,best") {
-        return true;
-    }
-    if (moves != "best") {
-        throw UsageError("--moves is best or best,played, not " + moves);
-    }
-    if (annotated) {
+    moves_t const moves = read_moves(*arguments.moves);
+    if (annotated && !moves.played) {
         throw UsageError(
-            "--pgn judges the moves that were played: it goes with --moves best,played");
+            "--pgn judges the moves that were played: it goes with --moves best,played or "
+            "best,played,rest");
     }
-    return false;
+    return moves;
 }
 
 Request request_of(arguments_t const& arguments) {
-    return {limit_of(arguments.limit), arguments.lines, !arguments.no_leaves,
-            played_wanted(arguments)};
+    moves_t const moves = moves_of(arguments);
+    return {limit_of(arguments.limit), arguments.lines, !arguments.no_leaves, moves.played,
+            moves.rest};
 }
 
 Plies plies_of(std::string const& text) {
@@ -156,7 +183,9 @@ void add_question_options(CLI::App& app, arguments_t& arguments) {
                    "Of games only the positions behind so many half-moves; all")
         ->option_text("FROM-TO");
     app.add_option("--moves", arguments.moves,
-                   "best, or best,played to search the move that was played by itself; best")
+                   "best, and what is searched by itself too: best,played the move that was "
+                   "played, to judge it; best,played,rest also all moves but the best one, to "
+                   "tell only good moves; best, with --pgn best,played,rest")
         ->option_text("WHICH");
     app.add_flag("--no-leaves", arguments.no_leaves,
                  "Do not look for the positions whose evaluation the scores are");
@@ -172,7 +201,8 @@ void add_output_options(CLI::App& app, arguments_t& arguments) {
         ->option_text("FILE");
     app.add_option("--pgn", arguments.output.pgn,
                    "Write the games with scores, marks, better lines and sentences; - is standard "
-                   "output. Asks for --moves best,played by itself, and tells ! with --lines 2")
+                   "output. Asks for --moves best,played,rest by itself; with best,played, which "
+                   "may take half the time, no move gets !. More --lines show no more")
         ->option_text("FILE");
     app.add_flag("--resume", arguments.output.resume,
                  "Go on with what is in the output files; what they hold is not done again");

@@ -33,7 +33,8 @@ void compare_receipts(analyse::Receipt const& there, analyse::Receipt const& wan
     if (there.lines != wanted.lines) {
         refuse("what is there has --lines " + std::to_string(there.lines));
     }
-    if (there.played != wanted.played || there.leaves != wanted.leaves) {
+    if (there.played != wanted.played || there.rest != wanted.rest ||
+        there.leaves != wanted.leaves) {
         refuse("what is there has other --moves or --no-leaves");
     }
 }

@@ -19,6 +19,7 @@ std::string key_of(Asked const& asked, Request const& request) {
     std::string key = asked.fen + (asked.chess960 ? "|960|" : "|") + receipt.limit + '|' +
                       std::to_string(receipt.lines) + (receipt.leaves ? "|leaves|" : "|");
     key += asked.played.algebraic(asked.chess960) + (receipt.played ? "|searched|" : "|");
+    key += receipt.rest ? "rest|" : "";
     key += asked.taken ? analyse::taken_text(*asked.taken) + '|' : "";
     return key + receipt.version + '|' + receipt.signature + '|' +
            std::to_string(analyse::record_schema);

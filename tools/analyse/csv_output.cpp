@@ -85,9 +85,13 @@ void CsvOutput::take_last(std::string const& row, std::string const& header) {
     };
     last_.number = number_in<std::uint64_t>(field("number"));
     last_.fen = field("fen");
-    last_.receipt = {field("limit"),         number_in<int>(field("lines")),
-                     field("leaves") == "1", field("played_asked") == "1",
-                     field("version"),       field("signature")};
+    last_.receipt = {field("limit"),
+                     number_in<int>(field("lines")),
+                     field("leaves") == "1",
+                     field("played_asked") == "1",
+                     field("rest_asked") == "1",
+                     field("version"),
+                     field("signature")};
 }
 
 void CsvOutput::render(analyse::Record const& record, std::string& text) const {

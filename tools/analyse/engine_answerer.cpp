@@ -34,8 +34,8 @@ class EngineAnswerer : public Answerer {
 
 Record EngineAnswerer::answer(Asked const& asked, Request const& request) {
     bool const searched = request.limit.what != analyse::Limit::kind::static_eval;
-    analyse::Question question{asked.fen,     asked.chess960, request.limit,
-                               request.lines, request.leaves, Move()};
+    analyse::Question question{asked.fen,      asked.chess960, request.limit, request.lines,
+                               request.leaves, Move(),         request.rest};
     if (searched && request.played) {
         question.played = asked.played;
     }
@@ -52,6 +52,9 @@ Record EngineAnswerer::answer(Asked const& asked, Request const& request) {
     record.terms = result.terms;
     for (Line const& line : result.lines) {
         record.lines.push_back(record_line(asked, request, line));
+    }
+    if (!result.rest.moves.empty()) {
+        record.rest = record_line(asked, request, result.rest);
     }
     record.score.units = result.static_score;
     if (!result.lines.empty()) {

@@ -45,8 +45,12 @@ struct Request {
     bool leaves = true;
     /// Whether the move that was played is searched by itself.
     bool played = false;
+    /// Whether all moves but the best one are.
+    bool rest = false;
 
-    analyse::Receipt receipt() const { return analyse::receipt_of(limit, lines, leaves, played); }
+    analyse::Receipt receipt() const {
+        return analyse::receipt_of(limit, lines, leaves, played, rest);
+    }
 };
 
 /// Which positions of the input are those of this run: those whose number leaves the remainder

@@ -177,8 +177,9 @@ std::optional<analyse::PlayedMove> read_played(Field const& field) {
 }
 
 analyse::Receipt read_receipt(Field const& field) {
-    return {field["limit"].text(),  field["lines"].number<int>(), field["leaves"].flag(),
-            field["played"].flag(), field["version"].text(),      field["signature"].text()};
+    return {field["limit"].text(),    field["lines"].number<int>(), field["leaves"].flag(),
+            field["played"].flag(),   field["rest"].flag(),         field["version"].text(),
+            field["signature"].text()};
 }
 
 void refuse_other_schema(Field const& root) {
@@ -213,6 +214,9 @@ analyse::Record read_record(std::string_view line) {
     Field const lines = root["lines"];
     for (std::size_t i = 0; i < lines.size(); ++i) {
         record.lines.push_back(read_line(lines[i]));
+    }
+    if (!root["rest"].is_null()) {
+        record.rest = read_line(root["rest"]);
     }
     record.played = read_played(root["played"]);
     record.receipt = read_receipt(root["receipt"]);

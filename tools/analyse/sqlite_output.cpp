@@ -39,7 +39,7 @@ std::int64_t signed_of(std::uint64_t value) {
 
 struct SqliteOutput::Statements {
     explicit Statements(Database& database)
-        : receipt(database, insert_statement("receipt", 7)),
+        : receipt(database, insert_statement("receipt", 8)),
           game(database, insert_statement("games", 9)),
           position(database, insert_statement("positions", 24)),
           line(database, insert_statement("lines", 17)),
@@ -64,9 +64,10 @@ SqliteOutput::SqliteOutput(std::string const& name, open_mode mode)
 SqliteOutput::~SqliteOutput() = default;
 
 void SqliteOutput::find_last() {
-    Statement receipt(database_,
-                      "SELECT schema, search_limit, lines, leaves, played, version, signature FROM "
-                      "receipt");
+    Statement receipt(
+        database_,
+        "SELECT schema, search_limit, lines, leaves, played, rest, version, signature FROM "
+        "receipt");
     if (!receipt.step()) {
         return;
     }
@@ -77,7 +78,8 @@ void SqliteOutput::find_last() {
     receipt_written_ = true;
     last_.receipt = {receipt.text(1),        static_cast<int>(receipt.number(2)),
                      receipt.number(3) != 0, receipt.number(4) != 0,
-                     receipt.text(5),        receipt.text(6)};
+                     receipt.number(5) != 0, receipt.text(6),
+                     receipt.text(7)};
     Statement position(database_, "SELECT number, fen FROM positions ORDER BY number DESC LIMIT 1");
     if (position.step()) {
         last_.number = static_cast<std::uint64_t>(position.number(0));
@@ -145,6 +147,7 @@ void SqliteOutput::add(analyse::Record const& record) {
             .bind(std::int64_t{receipt.lines})
             .bind(std::int64_t{receipt.leaves})
             .bind(std::int64_t{receipt.played})
+            .bind(std::int64_t{receipt.rest})
             .bind(receipt.version)
             .bind(receipt.signature)
             .step();
@@ -170,6 +173,9 @@ void SqliteOutput::add(analyse::Record const& record) {
     add_terms(record.number, root_terms, record.terms);
     for (std::size_t i = 0; i < record.lines.size(); ++i) {
         add_line(record.number, static_cast<int>(i) + 1, record.lines[i]);
+    }
+    if (record.rest) {
+        add_line(record.number, rest_line, *record.rest);
     }
     if (record.played && record.played->line) {
         add_line(record.number, played_line, *record.played->line);

@@ -8,7 +8,7 @@ namespace {
 
 constexpr char const* tables = R"(
 CREATE TABLE IF NOT EXISTS receipt (
-  schema INTEGER, search_limit TEXT, lines INTEGER, leaves INTEGER, played INTEGER,
+  schema INTEGER, search_limit TEXT, lines INTEGER, leaves INTEGER, played INTEGER, rest INTEGER,
   version TEXT, signature TEXT);
 CREATE TABLE IF NOT EXISTS games (
   id INTEGER PRIMARY KEY, file TEXT, game INTEGER, line INTEGER, white TEXT, black TEXT,

@@ -105,7 +105,8 @@ Request request_of(analyse::Record const& record) {
         throw RecordError("field receipt.lines: not from 1 to " +
                           std::to_string(analyse::most_lines));
     }
-    return {*limit, record.receipt.lines, record.receipt.leaves, record.receipt.played};
+    return {*limit, record.receipt.lines, record.receipt.leaves, record.receipt.played,
+            record.receipt.rest};
 }
 
 Asked asked_of(analyse::Record const& record, LineText& text) {

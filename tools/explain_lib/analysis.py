@@ -98,10 +98,11 @@ def limit_words(depth, nodes):
 
 
 def game_records(command, game, limit, lines, console=None):
-    """A record for each position of the game, the moves that were played searched too."""
+    """A record for each position of the game, the moves that were played searched too, and
+    beside a best move the rest."""
     arguments = ["--limit", limit, "--lines", str(lines)]
     if limit != "static":
-        arguments += ["--moves", "best,played"]
+        arguments += ["--moves", "best,played,rest"]
     return analyse(command, pgn_text(game), arguments, len(game.moves) + 1, console)
 
 

@@ -105,6 +105,8 @@ def check_record(record):
         raise BadRecord("lines are missing")
     for line in record["lines"]:
         _check_line(line)
+    if record.get("rest") is not None:
+        _check_line(record["rest"])
     if record.get("played") is not None:
         _check_played(record["played"])
 

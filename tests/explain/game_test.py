@@ -53,7 +53,7 @@ class FollowTest(unittest.TestCase):
         self.assertEqual(first.term, "material")
         # A pawn, and what it is to be ahead.
         self.assertGreater(first.change, 0.9)
-        self.assertNotEqual(last.term, "stm")
+        self.assertNotEqual(last.term, "right to move")
         (note,) = notes_for([first, second, last], records)
         self.assertIn("3 half-moves from 1. Kxd2 on lead to", note)
         (note,) = notes_for([last], records)

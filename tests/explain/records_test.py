@@ -99,6 +99,16 @@ class ReadTest(unittest.TestCase):
         with self.assertRaises(ToolError) as refusal:
             pick(all_of_them, 5, "it")
         self.assertIn("there is no number 5", str(refusal.exception))
+        # The second game of the file was broken.
+        for each in second:
+            each["source"]["game"] = 3
+        self.assertEqual(pick([*first, *second], 3, "it"), second)
+        with self.assertRaises(ToolError) as refusal:
+            pick([*first, *second], 2, "it")
+        self.assertIn("or it was left out", str(refusal.exception))
+        for each in second:
+            each["source"] |= {"game": 1, "file": "b.pgn"}
+        self.assertEqual(pick([*first, *second], 2, "it"), second)
         with self.assertRaises(ToolError) as refusal:
             pick(first[::-1], 1, "it")
         self.assertIn("missing", str(refusal.exception))

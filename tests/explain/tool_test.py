@@ -258,7 +258,7 @@ class RefusalTest(ToolTest):
             ["--startpos", START],
             ["--startpos", "--pgn", "a.pgn"],
             ["--startpos", "--lines", "3"],
-            ["--startpos", "--depth", "3", "--lines", "257"],
+            ["--startpos", "--depth", "3", "--lines", "51"],
             ["--startpos", "--depth", "3", "--svg", "a.svg"],
             ["--startpos", "--depth", "3", "--all"],
             ["--startpos", "--records", "a.jsonl"],

@@ -45,7 +45,8 @@ ALL_HELP = f"draw also the terms below {terminal.LEAST_PAWNS} pawns (terminal)"
 
 
 # What orvelin-analyse takes.
-MOST_LINES = 256
+MOST_LINES = 50
+LINES_HELP = f"so many best lines, 1 to {MOST_LINES} (default 1); a game shows the best one alone"
 
 
 def _parser():
@@ -61,7 +62,7 @@ def _parser():
     depth = f"search so deep (default for the page of a game: {GAME_DEPTH})"
     add("--depth", type=positive, metavar="N", help=depth)
     add("--nodes", type=positive, metavar="N", help="search so many nodes")
-    add("--lines", type=number(1, MOST_LINES), metavar="K", help="so many best lines (default 1)")
+    add("--lines", type=number(1, MOST_LINES), metavar="K", help=LINES_HELP)
     add("--html", type=file_name, metavar="FILE", help="write a page")
     add("--svg", type=file_name, metavar="FILE", help="write a picture")
     add("--analyse", type=command, metavar="CMD", help=ANALYSE_HELP)

@@ -89,6 +89,7 @@ def steps_of(records):
     for before, after in zip(records, records[1:]):
         mark = judged_move(before).mark
         term, change = biggest_change(before, after)
+        term = TERMS[term].full
         endgame = endgame_function(squares_of(after["fen"])) is not None
         played = before["played"]
         steps.append(

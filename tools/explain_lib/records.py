@@ -132,22 +132,30 @@ def _check_order(records, title):
 
 
 def pick(records, number, title):
-    """Game `number` of some records, counted from 1: the list of its records. A position without a
-    game is a list of one."""
-    chosen, count, before = [], 0, None
+    """Game or position `number` of some records, counted from 1: the list of its records. A position
+    without a game is a list of one. Games count as in their files, those that could not be read too;
+    those of a further file count on."""
+    chosen, count, before, base, file = [], 0, None, 0, None
     for record in records:
         source = record["source"]
         game = (source.get("file"), source["game"]) if source.get("game") else None
         if game is None or game != before:
-            count += 1
             if chosen:
                 break
+            if game is None:
+                base, count = base + 1, count + 1
+            else:
+                base = base if game[0] == file else count
+                file, count = game[0], base + game[1]
         before = game
         if count == number:
             chosen.append(record)
     if not chosen:
-        noun = "game or position" if count == 1 else "games and positions"
-        raise ToolError(f"{title} has {count} {noun}; there is no number {number}")
+        left_out = ", or it was left out" if number < count else ""
+        raise ToolError(
+            f"the last game or position of {title} has number {count}; there is no number "
+            f"{number}{left_out}"
+        )
     if chosen[0]["source"].get("game"):
         _check_order(chosen, title)
     return chosen

@@ -7,9 +7,11 @@
 #include "analyse/line_search.h"
 #include "analyse/static_evaluator.h"
 #include "generation/tables.h"
+#include "play/dead_draw.h"
 #include "play/position_reader.h"
 #include "position/chess_position.h"
 #include "search/analysis.h"
+#include "search/score.h"
 
 namespace orvelin::analyse {
 
@@ -26,6 +28,12 @@ Move find_legal(std::vector<Move> const& legal, Move const& wanted) {
     return found == legal.end() ? Move() : *found;
 }
 
+/// Whatever the search thinks of it.
+bool is_drawn(ChessPosition const& position, Tables const& tables) {
+    return play::is_mate_impossible(position.fen()) ||
+           (!position.check() && play::legal_moves(position, tables).empty());
+}
+
 }  // namespace
 
 struct PositionSearch::State {
@@ -34,7 +42,7 @@ struct PositionSearch::State {
     void search(Question const& question, Result& result);
     Line search_played(Question const& question, Result const& result, Move played);
     Line search_by_itself(Question const& question, std::vector<Move> const& among);
-    void find_leaf(Question const& question, Line& line);
+    void complete(Question const& question, Line& line);
 
     Tables tables;
     ChessPosition position;
@@ -54,6 +62,7 @@ Result PositionSearch::answer(Question const& question) {
     state_->evaluator.evaluate(question.fen);
     result.static_score = state_->evaluator.score();
     result.terms = state_->evaluator.terms();
+    result.drawn = is_drawn(state_->evaluator.position(), state_->tables);
     if (question.limit.what != Limit::kind::static_eval) {
         state_->search(question, result);
     }
@@ -79,7 +88,7 @@ void PositionSearch::State::search(Question const& question, Result& result) {
     result.depth = search.depth();
     result.lines = search.lines();
     for (Line& line : result.lines) {
-        find_leaf(question, line);
+        complete(question, line);
     }
     Move const played = find_legal(search.root_moves(), question.played);
     if (played != Move()) {
@@ -112,12 +121,21 @@ Line PositionSearch::State::search_by_itself(Question const& question,
     LineSearch search(tables, analysis, interrupted);
     search.run(question.limit, 1, among);
     Line line = search.lines().front();
-    find_leaf(question, line);
+    complete(question, line);
     return line;
 }
 
-void PositionSearch::State::find_leaf(Question const& question, Line& line) {
-    if (question.leaves && line.depth > 0 && !interrupted.load()) {
+/// Looks behind the first move of a line, and then for its leaf.
+void PositionSearch::State::complete(Question const& question, Line& line) {
+    position.fen(question.fen);
+    position.make_move(line.moves[0]);
+    line.drawn = is_drawn(position, tables);
+    position.unmake_move();
+    if (line.drawn) {
+        line.score = draw_score;
+        line.at_least = false;
+        line.why_not = unexplained::mate_or_draw;
+    } else if (question.leaves && line.depth > 0 && !interrupted.load()) {
         leaf_finder.find(line);
     }
 }

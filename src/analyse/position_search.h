@@ -54,6 +54,9 @@ struct Line {
     /// The score is no more than a lower bound: the search gives some of its further lines so, and
     /// then with one move only. No leaf is looked for.
     bool at_least = false;
+    /// Behind the first move the game is drawn, whatever the search thinks of it: by stalemate, or
+    /// because no side can give mate. The score is 0 then.
+    bool drawn = false;
     /// As far as they are true: to the end of the game at most.
     std::vector<Move> moves;
     unexplained why_not = unexplained::not_found;
@@ -69,6 +72,8 @@ struct Result {
     int depth = 0;
     /// Static evaluation in engine units, from the side to move.
     int static_score = 0;
+    /// The game is drawn: by stalemate, or because no side can give mate.
+    bool drawn = false;
     term_scores_t terms{};
     /// As the search ranks them, best first; empty where there is no legal move, and without a
     /// search. At a limit of nodes they are those of the last iteration that ended; in the first

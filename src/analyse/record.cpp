@@ -46,7 +46,7 @@ std::string moves_text(std::vector<Move> const& moves, bool chess960) {
 RecordLine record_line(Line const& line, bool leaf_asked, bool chess960) {
     RecordLine record;
     record.depth = line.depth;
-    record.score.units = line.score;
+    record.score = {line.score, line.drawn};
     record.at_least = line.at_least;
     record.moves = moves_text(line.moves, chess960);
     if (!leaf_asked) {

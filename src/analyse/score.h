@@ -10,9 +10,13 @@ namespace orvelin::analyse {
 struct Score {
     /// Engine units.
     int units = 0;
+    /// The game is drawn, whatever is played: by stalemate, or because no side can give mate.
+    bool drawn = false;
 
     int centipawns() const { return play::to_centipawns(units); }
-    play::WinDrawLoss chances() const { return play::win_draw_loss(units); }
+    play::WinDrawLoss chances() const {
+        return drawn ? play::WinDrawLoss{0, 1000, 0} : play::win_draw_loss(units);
+    }
     /// The points of the game that the side to move may expect, 0 to 1.
     double points() const;
     /// Moves to the mate, negative when the side to move is mated, 0 when it is so already;

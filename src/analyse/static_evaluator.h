@@ -25,6 +25,7 @@ class StaticEvaluator {
     /// From the side to move, in engine units.
     int score() const { return score_; }
     term_scores_t const& terms() const { return terms_; }
+    ChessPosition const& position() const { return position_; }
     /// Whether the score is the rounded sum of the terms, and not that of a function of an endgame.
     bool is_sum() const;
 

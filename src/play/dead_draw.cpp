@@ -2,7 +2,6 @@
 
 #include <cctype>
 #include <string>
-#include <string_view>
 
 #include "position/chess_position.h"
 
@@ -12,7 +11,8 @@ namespace {
 
 constexpr int last_reversible_ply = 100;
 
-/// Read from the FEN, whose first field has the pieces.
+}  // namespace
+
 bool is_mate_impossible(std::string_view fen) {
     int knights = 0;
     int bishops[2] = {};
@@ -44,8 +44,6 @@ bool is_mate_impossible(std::string_view fen) {
     }
     return bishops[0] == 0 || bishops[1] == 0;
 }
-
-}  // namespace
 
 bool is_dead_draw(ChessPosition const& position) {
     return position.get_dfz() >= last_reversible_ply || is_mate_impossible(position.fen());

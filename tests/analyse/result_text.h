@@ -25,9 +25,9 @@ inline std::string moves_text(std::vector<Move> const& moves) {
 
 inline void write_line(std::ostream& out, Line const& line) {
     out << "depth " << line.depth << " score " << line.score << (line.at_least ? " or more" : "")
-        << moves_text(line.moves) << " why not " << static_cast<int>(line.why_not) << " leaf "
-        << line.leaf.score << moves_text(line.leaf.moves) << ' ' << line.leaf.fen << " fading "
-        << line.leaf.fading;
+        << (line.drawn ? " drawn" : "") << moves_text(line.moves) << " why not "
+        << static_cast<int>(line.why_not) << " leaf " << line.leaf.score
+        << moves_text(line.leaf.moves) << ' ' << line.leaf.fen << " fading " << line.leaf.fading;
     write_terms(out, line.leaf.terms);
 }
 

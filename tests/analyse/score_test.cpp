@@ -8,6 +8,12 @@ namespace orvelin::analyse::test {
 
 namespace {
 
+TEST(ScoreTest, ADrawIsCertain) {
+    EXPECT_EQ((Score{0, true}.chances().draw), 1000);
+    EXPECT_EQ((Score{0, true}.points()), 0.5);
+    EXPECT_LT(Score{0}.chances().draw, 1000);
+}
+
 TEST(ScoreTest, PointsGrowWithTheScore) {
     EXPECT_EQ(Score{0}.points(), 0.5);
     EXPECT_NEAR(Score{299}.points() + Score{-299}.points(), 1, 1e-12);

@@ -6,11 +6,14 @@ from explain_lib.evaluation import (
     BadTable,
     Evaluation,
     endgame_function,
+    is_mate_impossible,
     middle_game_share,
     read_table,
 )
 from explain_lib.session import Session
+from explain_lib.terminal import PLAIN, Style, explain
 from explain_lib.terms import TERMS
+from orvelin_lib.fen import Fen
 from support import ENGINE, PATIENCE, START, line_of, table
 
 # (position, special endgame, bishops of opposite colours)
@@ -31,6 +34,30 @@ POSITIONS = (
     ("8/4k3/8/3r4/8/8/8/Q3K3 w - - 0 1", "KQKR", False),
     ("8/4k3/8/8/8/8/8/4K3 w - - 0 1", None, False),
 )
+
+
+class DeadDrawTest(unittest.TestCase):
+    def test_pieces_that_cannot_give_mate(self):
+        for text, drawn in (
+            ("8/8/4k3/8/8/4K3/8/8", True),
+            ("8/8/4k3/8/8/4KN2/8/8", True),
+            ("8/8/4kn2/8/8/4KN2/8/8", False),
+            ("4kb2/8/8/8/8/8/8/2B1K3", True),
+            ("2b1k3/8/8/8/8/8/8/2B1K3", False),
+            ("8/8/4k3/8/8/4KP2/8/8", False),
+        ):
+            board = Fen.parse(text + " w - - 0 1").board
+            self.assertEqual(is_mate_impossible(board), drawn, text)
+
+    def test_nobody_is_ahead_there(self):
+        with Session([ENGINE], PATIENCE) as session:
+            line = line_of("8/8/4k3/8/8/4K3/8/8 w - - 0 1")
+            evaluation = session.evaluation(line)
+        style = Style(80, PLAIN, False)
+        text = explain(evaluation, line.position, style, False)
+        self.assertIn("Drawn: no side can give mate.", text)
+        self.assertNotIn("For White", text)
+        self.assertIn("These terms decide nothing.", " ".join(text.split()))
 
 
 class EngineTest(unittest.TestCase):

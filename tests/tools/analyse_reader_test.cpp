@@ -48,6 +48,7 @@ TEST(AnalyseReader, ReadsBackWhatWasWrittenToTheLastBit) {
 
 TEST(AnalyseReader, ReadsARecordWithoutGameLinesAndMove) {
     analyse::Record record;
+    record.score.drawn = true;
     record.number = 1;
     record.source.file = "-";
     record.source.id = "first";

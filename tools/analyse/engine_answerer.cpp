@@ -57,10 +57,12 @@ Record EngineAnswerer::answer(Asked const& asked, Request const& request) {
         record.rest = record_line(asked, request, result.rest);
     }
     record.score.units = result.static_score;
-    if (!result.lines.empty()) {
-        record.score.units = result.lines.front().score;
+    if (result.drawn) {
+        record.score = {draw_score, true};
+    } else if (!result.lines.empty()) {
+        record.score = {result.lines.front().score, result.lines.front().drawn};
     } else if (searched) {
-        record.score.units = text_.in_check(asked.fen) ? -mate_score : 0;
+        record.score.units = -mate_score;
     }
     if (asked.played.word() != 0) {
         record.played = played_move(asked, request, result);

@@ -27,11 +27,6 @@ std::string LineText::san(std::string const& fen, std::vector<Move> const& moves
     return text;
 }
 
-bool LineText::in_check(std::string const& fen) {
-    state_->position.fen(fen);
-    return state_->position.check();
-}
-
 Move LineText::legal_move(std::string const& fen, std::string const& text) {
     state_->position.fen(fen);
     return play::find_legal_move(state_->position, shared_tables(), text);

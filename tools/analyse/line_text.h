@@ -20,8 +20,6 @@ class LineText {
 
     /// The moves from the position on, with a space between.
     std::string san(std::string const& fen, std::vector<Move> const& moves);
-    /// Whether the side to move is in check.
-    bool in_check(std::string const& fen);
     /// The legal move that the UCI text means; the empty move when there is none.
     Move legal_move(std::string const& fen, std::string const& text);
 

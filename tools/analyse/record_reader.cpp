@@ -125,10 +125,16 @@ analyse::Source read_source(Field const& field) {
     return source;
 }
 
+/// The chances follow from the score, but where the game is drawn.
+analyse::Score read_score(Field const& field) {
+    constexpr int certain = 1000;
+    return {field["score"].score(), field["draw"].number<int>() == certain};
+}
+
 analyse::RecordLine read_line(Field const& field) {
     analyse::RecordLine line;
     line.depth = field["depth"].number<int>();
-    line.score.units = field["score"].score();
+    line.score = read_score(field);
     line.at_least = field["at_least"].flag();
     line.moves = field["moves"].text();
     line.san = field["san"].text();
@@ -208,7 +214,7 @@ analyse::Record read_record(std::string_view line) {
     record.chess960 = root["chess960"].flag();
     record.nodes = root["nodes"].number<std::uint64_t>();
     record.depth = root["depth"].number<int>();
-    record.score.units = root["score"].score();
+    record.score = read_score(root);
     record.static_score = root["static"].score();
     record.terms = read_terms(root["terms"]);
     Field const lines = root["lines"];

@@ -60,6 +60,17 @@ def endgame_function(board):
     return next((name for name in names if name in ENDGAMES), None)
 
 
+def is_mate_impossible(board):
+    """Whether no side can ever give mate: with a minor piece at most, or with bishops on squares
+    of one colour."""
+    pieces = [(piece.upper(), at) for at, piece in enumerate(board) if piece.upper() in "QRBNP"]
+    kinds = [kind for kind, _ in pieces]
+    if kinds in ([], ["N"]):
+        return True
+    colours = {(at // 8 + at % 8) % 2 for _, at in pieces}
+    return set(kinds) == {"B"} and len(colours) == 1
+
+
 def _finite(text):
     number = float(text)
     if not math.isfinite(number):
@@ -110,6 +121,7 @@ class Evaluation:
         table, self.printed_total = read_table(lines)
         self.middle_share = middle_game_share(board)
         self.endgame = endgame_function(board)
+        self.is_drawn = is_mate_impossible(board)
         self.parts = [Contribution(name, *table[name], self.middle_share) for name in TERMS]
         self.halved = table[BISHOPS][0] != 0
         self.sum = sum(part.net for part in self.parts)
@@ -159,6 +171,8 @@ class Evaluation:
     def notes(self):
         """What a reader has to know beside the terms."""
         notes = []
+        if self.is_drawn:
+            notes.append("The game is drawn: no side can give mate. These terms decide nothing.")
         if self.halved:
             notes.append(f"Bishops of opposite colours: the sum of {self.sum:.0f} units is halved.")
         if self.endgame:

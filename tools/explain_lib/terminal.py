@@ -74,6 +74,8 @@ def board_lines(board, side):
 
 
 def _headline(evaluation):
+    if evaluation.is_drawn:
+        return "Drawn: no side can give mate."
     pawns = evaluation.pawns(evaluation.total)
     share = round(100 * evaluation.middle_share)
     return (

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 #include "analyse/term_names.h"
 
@@ -19,6 +20,10 @@ constexpr std::size_t most_losses = 3;
 
 /// What makes up for such a part of the largest loss is told too.
 constexpr double least_return = 0.4;
+
+/// What is told must leave such a part of itself in the difference of all terms: else other things
+/// decide, each too small to be told.
+constexpr double least_left = 0.4;
 
 /// In pawns of the phase: by less the material has not decided.
 constexpr double least_material = 0.6;
@@ -71,40 +76,58 @@ std::string deed_of(GroupChange const& group, Leaf const& worse, bool white) {
     return (white ? sum : -sum) < 0 ? deed.behind : deed.less;
 }
 
+/// Says "loses" of what the line itself loses, and else what the better one wins or has more. Empty
+/// where that cannot be said in few words.
+std::string deed_of_material(MoveInGame const& move, Line const& better, Line const& worse,
+                             bool& is_missed_chance) {
+    MaterialBalance const best = material_change(move, better);
+    MaterialBalance const won = material_change(move, worse);
+    if (won.value() <= -pawn && best.value() > -pawn) {
+        std::string const lost = won_text(-won);
+        return lost.empty() ? "" : "loses " + lost;
+    }
+    if (best.value() >= pawn && won.value() < pawn) {
+        is_missed_chance = true;
+        std::string const missed = won_text(best);
+        return missed.empty() ? "" : "misses winning " + missed;
+    }
+    std::string const less = won_text(best - won);
+    bool const is_plain = !less.empty() && less.find(" for ") == std::string::npos;
+    return is_plain ? "ends " + less + " worse" : "";
+}
+
 /// True when material is told of.
 bool tell_material(MoveInGame const& move, Line const& better, Line const& worse,
                    MoveReason& reason) {
     bool const lets_promote = promotes(worse.leaf, false) && !promotes(better.leaf, false);
     bool const misses_promotion = promotes(better.leaf, true) && !promotes(worse.leaf, true);
-    MaterialBalance const best = material_won(move, better);
-    MaterialBalance const won = material_won(move, worse);
-    if ((won - best).value() > -pawn) {
+    if ((material_change(move, worse) - material_change(move, better)).value() > -pawn) {
         return false;
     }
+    bool is_missed_chance = misses_promotion && !lets_promote;
     if (lets_promote || misses_promotion) {
         reason.deed = lets_promote ? "lets a pawn promote" : "misses the promotion of a pawn";
-        reason.is_missed_chance = !lets_promote;
-    } else if (won.value() < 0) {
-        std::string const lost = won_text(best.value() < 0 ? best - won : -won);
-        reason.deed = lost.empty() ? "" : "loses " + lost;
     } else {
-        std::string const missed = won_text(won.value() > 0 ? best - won : best);
-        reason.deed = missed.empty() ? "" : "misses winning " + missed;
-        reason.is_missed_chance = true;
+        reason.deed = deed_of_material(move, better, worse, is_missed_chance);
     }
     if (reason.deed.empty()) {
-        reason.is_missed_chance = false;
         return false;
     }
-    reason.moves_needed = moves_to_material(reason.is_missed_chance ? better.leaf : worse.leaf);
+    reason.is_missed_chance = is_missed_chance;
+    reason.moves_needed = moves_to_material(is_missed_chance ? better.leaf : worse.leaf);
     return true;
 }
 
-/// All terms that changed, the largest loss first.
+/// It changes hands with every move: a line that is a move shorter has not lost it.
+bool is_told(TermChange const& one) {
+    return one.index != term::stm;
+}
+
+/// All terms that changed and are told, the largest loss first.
 std::vector<TermChange> by_loss(Explanation const& explanation) {
     std::vector<TermChange> terms;
     for (GroupChange const& group : explanation.groups) {
-        terms.insert(terms.end(), group.terms.begin(), group.terms.end());
+        std::copy_if(group.terms.begin(), group.terms.end(), std::back_inserter(terms), is_told);
     }
     std::stable_sort(
         terms.begin(), terms.end(),
@@ -115,7 +138,9 @@ std::vector<TermChange> by_loss(Explanation const& explanation) {
 /// Tells of the group first when it is many small terms that make it the one that lost most.
 void tell_losses(std::vector<TermChange> const& terms, GroupChange const& group,
                  MoveReason& reason) {
-    bool const by_group = term_names()[terms.front().index].group != group.group;
+    // Its sum is named as a whole, with the right to move in it.
+    bool const by_group = term_names()[terms.front().index].group != group.group &&
+                          group.group != term_group::development;
     if (by_group) {
         reason.losses.push_back({group_name(group.group), group.change});
     }
@@ -137,12 +162,33 @@ void tell_losses(std::vector<TermChange> const& terms, GroupChange const& group,
     }
 }
 
+/// Without what is not told. What rounds to nothing is none.
+double told_change(GroupChange const& group) {
+    double change = 0;
+    for (TermChange const& one : group.terms) {
+        change += is_told(one) ? one.change : 0;
+    }
+    return change;
+}
+
+/// Whether the changes that are named account for the difference of all.
+bool explains(MoveReason const& reason, double change) {
+    double named = reason.gain ? reason.gain->change : 0;
+    for (NamedChange const& loss : reason.losses) {
+        named += loss.change;
+    }
+    return named <= -least_told && change <= named * least_left;
+}
+
 }  // namespace
 
-MaterialBalance material_won(MoveInGame const& move, Line const& line) {
-    bool const white = white_to_move(move);
+MaterialBalance material_change(MoveInGame const& move, Line const& line) {
     MaterialBalance const change = material_of(line.leaf.fen) - material_of(move.fen);
-    MaterialBalance won = white ? change : -change;
+    return white_to_move(move) ? change : -change;
+}
+
+MaterialBalance material_won(MoveInGame const& move, Line const& line) {
+    MaterialBalance won = material_change(move, line);
     if (move.taken) {
         won.more[static_cast<std::size_t>(move.taken->kind - white_pawn)] -= 1;
     }
@@ -165,21 +211,23 @@ std::size_t moves_to_material(Leaf const& leaf) {
 MoveReason find_reason(MoveInGame const& move, Line const& better, Line const& worse) {
     MoveReason reason;
     Explanation const explanation = explain(move.fen, better.leaf, worse.leaf);
-    if (explanation.change > -least_told) {
+    std::vector<TermChange> const terms = by_loss(explanation);
+    if (explanation.change > -least_told || terms.empty()) {
         return reason;
     }
-    auto const least = std::min_element(
-        explanation.groups.begin(), explanation.groups.end(),
-        [](GroupChange const& one, GroupChange const& other) { return one.change < other.change; });
-    tell_losses(by_loss(explanation), *least, reason);
-    if (reason.losses.empty()) {
+    auto const least = std::min_element(explanation.groups.begin(), explanation.groups.end(),
+                                        [](GroupChange const& one, GroupChange const& other) {
+                                            return told_change(one) < told_change(other);
+                                        });
+    tell_losses(terms, *least, reason);
+    if (reason.losses.empty() || !explains(reason, explanation.change)) {
         return {};
     }
     reason.change = explanation.change;
     double const material =
         explanation.groups[static_cast<std::size_t>(term_group::material)].change;
     // A piece that hangs in the one leaf and is gone in the other has lost nothing yet.
-    bool const is_material = material <= std::min(least->change / 2, -least_material);
+    bool const is_material = material <= std::min(told_change(*least) / 2, -least_material);
     if (!is_material || !tell_material(move, better, worse, reason)) {
         reason.deed = deed_of(*least, worse.leaf, white_to_move(move));
     }

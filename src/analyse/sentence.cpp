@@ -50,6 +50,9 @@ std::string SentenceWriter::write(MoveInGame const& move, Judgement const& judge
     if (std::string const text = of_mate(move, judgement); !text.empty()) {
         return text;
     }
+    if (move.line()->drawn) {
+        return of_draw(move, judgement);
+    }
     switch (judgement.mark) {
         case move_mark::good:
             return of_praise(move);

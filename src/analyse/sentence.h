@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "analyse/move_judgement.h"
+#include "analyse/move_reason.h"
 #include "position/chess_position.h"
 
 namespace orvelin {
@@ -43,7 +44,11 @@ class SentenceWriter {
     std::string of_score(Line const& better, Line const& worse);
     std::string of_praise(MoveInGame const& move);
     std::string of_best(MoveInGame const& move);
+    std::string of_draw(MoveInGame const& move, Judgement const& judgement);
     std::string of_near(MoveInGame const& move);
+    std::string with_better(std::string const& begin, Line const& better, MoveReason const& reason);
+    std::string with_replies(std::string const& begin, Line const& worse, MoveReason const& reason,
+                             std::string const& better);
     std::string with_lines(std::string const& begin, Line const* line, std::size_t wanted,
                            std::string const& better);
     bool white() const { return position_.white_to_move(); }

@@ -4,8 +4,12 @@
 
 #include "analyse/material_balance.h"
 #include "analyse/move_reason.h"
+#include "analyse/san.h"
 #include "analyse/sentence.h"
 #include "analyse/sentence_words.h"
+#include "generation/tables.h"
+#include "play/dead_draw.h"
+#include "search/score.h"
 
 namespace orvelin::analyse {
 
@@ -52,6 +56,26 @@ std::string SentenceWriter::of_best(MoveInGame const& move) {
     return begin + '.';
 }
 
+/// Of a move behind which the game is drawn.
+std::string SentenceWriter::of_draw(MoveInGame const& move, Judgement const& judgement) {
+    std::string const played = name(move.played);
+    if (play::is_mate_impossible(move.fen)) {
+        return played + " changes nothing: no side can give mate.";
+    }
+    position_.make_move(legal_form(position_, tables_, move.played));
+    bool const dead = play::is_mate_impossible(position_.fen());
+    position_.unmake_move();
+    std::string const text =
+        played + (dead ? " takes the draw: no side can give mate" : " is stalemate");
+    if (judgement.mark <= move_mark::good) {
+        return text + '.';
+    }
+    Line const& best = *move.best();
+    return with_lines(text + (dead ? ", and the score goes from " : ": the score goes from ") +
+                          eval_text(best.score, white()) + " to " + eval_text(draw_score, white()),
+                      nullptr, 0, "; better " + name(best.moves[0]));
+}
+
 std::string SentenceWriter::of_near(MoveInGame const& move) {
     Line const& best = *move.best();
     Line const& line = *move.line();
@@ -64,7 +88,8 @@ std::string SentenceWriter::of_near(MoveInGame const& move) {
     bool const hardly = best.score - line.score < clearly_worse;
     std::string const begin =
         played + (hardly ? " is hardly worse than " : " is worse than ") + other;
-    if (have_leaves(best, line)) {
+    // What hardly differs in the end may differ much in parts.
+    if (!hardly && have_leaves(best, line)) {
         MoveReason reason = find_reason(move, best, line);
         // Where much is lost and gained the largest loss tells little.
         if (!reason.losses.empty() && !reason.gain) {

@@ -50,7 +50,7 @@ class Reader {
     void read_change(string_view word);
     void read_score(string_view word);
     void read_mate(string_view word);
-    void read_pieces(string_view verb, std::vector<MaterialBalance> const& known);
+    void read_pieces(string_view verb, MaterialBalance const& known, string_view end = "");
     void look_at_pieces();
     bool is_of_a_line(std::vector<Move> const& moves) const;
     void fault(string_view word, char const* why) {
@@ -196,33 +196,35 @@ void Reader::read_mate(string_view word) {
     }
 }
 
-void Reader::read_pieces(string_view verb, std::vector<MaterialBalance> const& known) {
+/// Looks at the text behind the verb, where it has this end.
+void Reader::read_pieces(string_view verb, MaterialBalance const& known, string_view end) {
     std::size_t const begin = sentence_.find(verb);
     if (begin == string_view::npos) {
         return;
     }
     string_view text = sentence_.substr(begin + verb.size());
     text = text.substr(0, std::min(text.find(", after"), text.find_first_of(":;.")));
+    if (!text.ends_with(end)) {
+        return;
+    }
+    text.remove_suffix(end.size());
     auto const pieces = pieces_of(text);
-    bool const true_of_one =
-        pieces && std::any_of(known.begin(), known.end(), [&pieces](MaterialBalance const& one) {
-            return pieces_of(one) == *pieces;
-        });
-    if (!true_of_one) {
+    if (!pieces || pieces_of(known) != *pieces) {
         fault(text, "is not what the leaves have more or less");
     }
 }
 
 void Reader::look_at_pieces() {
-    auto const won = [this](Line const* line) {
+    auto const of_leaf = [this](Line const* line, auto const& count) {
         bool const has_leaf = line != nullptr && line->why_not == unexplained::none;
-        return has_leaf ? material_won(move_, *line) : MaterialBalance();
+        return has_leaf ? count(move_, *line) : MaterialBalance();
     };
-    MaterialBalance const better = won(better_);
-    MaterialBalance const worse = won(worse_);
-    read_pieces(" loses ", {-worse, better - worse});
-    read_pieces(" misses winning ", {better, better - worse});
-    read_pieces(" wins ", {better});
+    MaterialBalance const better = of_leaf(better_, material_change);
+    MaterialBalance const worse = of_leaf(worse_, material_change);
+    read_pieces(" loses ", -worse);
+    read_pieces(" misses winning ", better);
+    read_pieces(" ends ", better - worse, " worse");
+    read_pieces(" wins ", of_leaf(better_, material_won));
 }
 
 }  // namespace

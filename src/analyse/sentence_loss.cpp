@@ -18,24 +18,50 @@ std::string SentenceWriter::of_loss(MoveInGame const& move, Line const& better, 
     if (have_leaves(better, worse)) {
         reason = find_reason(move, better, worse);
     }
-    if (reason.losses.empty()) {
-        return with_lines(begin + ' ' + of_score(better, worse), &worse, usual_replies, tail);
+    while (!reason.losses.empty()) {
+        std::string const text = begin + ' ' + reason.deed + ": " + changes_text(reason);
+        std::string const told =
+            reason.is_missed_chance ? (show_better ? with_better(text, better, reason) : text + '.')
+                                    : with_replies(text, worse, reason, tail);
+        if (!told.empty() && told.size() <= longest_sentence) {
+            return told;
+        }
+        // With fewer reasons there may be room for the line.
+        reason.losses.pop_back();
+        reason.gain.reset();
     }
-    std::string const text = begin + ' ' + reason.deed + ": " + changes_text(reason);
-    if (!reason.is_missed_chance) {
-        std::size_t const needed = std::max<std::size_t>(reason.moves_needed, 1) - 1;
-        return with_lines(text, &worse, std::max(needed, usual_replies), tail);
+    return with_lines(begin + ' ' + of_score(better, worse), &worse, usual_replies, tail);
+}
+
+/// The line goes as far as the captures that are told of; empty where there is no room for that.
+std::string SentenceWriter::with_better(std::string const& begin, Line const& better,
+                                        MoveReason const& reason) {
+    for (std::size_t moves = std::max(reason.moves_needed, usual_replies);
+         moves >= std::max<std::size_t>(reason.moves_needed, 1); --moves) {
+        std::string text = begin + "; better " + moves_from_here(known_moves(better), moves) + '.';
+        if (text.size() <= longest_sentence) {
+            return text;
+        }
     }
-    if (show_better) {
-        for (std::size_t moves = std::max(reason.moves_needed, usual_replies); moves > 0; --moves) {
-            std::string shown =
-                text + "; better " + moves_from_here(known_moves(better), moves) + '.';
-            if (shown.size() <= longest_sentence) {
-                return shown;
+    return "";
+}
+
+/// The same with the replies to the worse move, before what would have been better.
+std::string SentenceWriter::with_replies(std::string const& begin, Line const& worse,
+                                         MoveReason const& reason, std::string const& better) {
+    std::size_t const needed = std::max<std::size_t>(reason.moves_needed, 1) - 1;
+    if (needed == 0) {
+        return with_lines(begin, &worse, usual_replies, better);
+    }
+    for (std::string const& tail : {better, std::string()}) {
+        for (std::size_t moves = std::max(needed, usual_replies); moves >= needed; --moves) {
+            std::string text = begin + ", after " + replies(known_moves(worse), moves) + tail + '.';
+            if (text.size() <= longest_sentence) {
+                return text;
             }
         }
     }
-    return with_lines(text, nullptr, 0, tail);
+    return "";
 }
 
 std::string SentenceWriter::of_score(Line const& better, Line const& worse) {

@@ -21,6 +21,9 @@ std::string without_braces(std::string_view text) {
     return plain;
 }
 
+/// Another one is none.
+constexpr std::size_t longest_command = 40;
+
 }  // namespace
 
 void PgnLines::add(std::string_view word) {
@@ -60,8 +63,22 @@ void PgnLines::add_comment(std::string_view text) {
         return;
     }
     open('{');
+    // A command such as [%eval 0.35] is read by programs, some of which know no line end in it.
+    std::string command;
     for (std::string_view const word : words) {
-        add(word);
+        bool const begins = command.empty() && word.starts_with("[%");
+        if (!begins && command.empty()) {
+            add(word);
+            continue;
+        }
+        command += (command.empty() ? "" : " ") + std::string(word);
+        if (word.ends_with(']') || command.size() > longest_command) {
+            add(command);
+            command.clear();
+        }
+    }
+    if (!command.empty()) {
+        add(command);
     }
     close('}');
 }

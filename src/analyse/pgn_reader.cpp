@@ -184,7 +184,9 @@ bool PgnReader::read_word(Game& game, string_view word) {
         return true;
     }
     if (string_view const result = result_of(word); !result.empty()) {
-        game.result = result;
+        // Where the two differ, databases and players look at the tag.
+        string_view const tag = result_of(game.tag("Result"));
+        game.result = tag.empty() || tag == "*" ? result : tag;
         return false;
     }
     word = without_number(word);
@@ -203,7 +205,7 @@ void PgnReader::read_move(Game& game, string_view word, std::uint64_t line) {
     if (result != san_result::found) {
         break_game(game, line,
                    "move " + move_number_text(position_) + ' ' + play::shown(word) + ' ' +
-                       why_not_found(result, position_.fen()));
+                       why_not_found(result, position_.fen()) + letters_hint(result, word));
         return;
     }
     game.moves.push_back(move);

@@ -138,6 +138,13 @@ std::string why_not_found(san_result result, std::string const& fen) {
     return "";
 }
 
+std::string letters_hint(san_result result, std::string_view text) {
+    constexpr std::string_view foreign = "SLTDPFCV";
+    bool const may_be = result == san_result::no_move && text.size() > 2 &&
+                        foreign.find(text.front()) != std::string_view::npos;
+    return may_be ? "; pieces are written with the English letters K, Q, R, B, N" : "";
+}
+
 Move legal_form(ChessPosition const& position, Tables const& tables, Move const& move) {
     return legal_form_among(play::legal_moves(position, tables), move);
 }

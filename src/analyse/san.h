@@ -41,6 +41,10 @@ FoundMove find_san(std::span<Move const> legal, std::string_view text);
 /// <FEN>".
 std::string why_not_found(san_result result, std::string const& fen);
 
+/// What to add where the text may have a German, Dutch or French letter for its piece; else
+/// nothing.
+std::string letters_hint(san_result result, std::string_view text);
+
 /// The generator's own form of a move, whose check bit is true; the empty move when there is none.
 Move legal_form(ChessPosition const& position, Tables const& tables, Move const& move);
 

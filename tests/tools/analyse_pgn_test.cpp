@@ -77,6 +77,12 @@ TEST_F(AnalysePgn, TellsAllOfEveryMove) {
               4);
 }
 
+TEST_F(AnalysePgn, BreaksNoCommandOverALineEnd) {
+    std::string const text = output_of({"--limit", "depth=2", "--pgn", "-"}, games);
+    EXPECT_EQ(text.find("[%eval\n"), std::string::npos) << text;
+    EXPECT_NE(text.find("[%eval "), std::string::npos);
+}
+
 TEST_F(AnalysePgn, AsksForThePlayedMoveAndPraisesItByTheRest) {
     // The king wins the opposition, or only draws.
     std::string const game = "[FEN \"8/4k3/8/3K4/4P3/8/8/8 w - - 0 1\"]\n\n1. Ke5 *\n";

@@ -2,6 +2,7 @@
 
 #include "tools/analyse_tool.h"
 
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <string>
 
@@ -40,6 +41,22 @@ TEST_F(AnalyseTool, TellsABrokenGameAndGoesOn) {
     EXPECT_EQ(output_of({"--limit", "static"}), "");
 }
 
+TEST_F(AnalyseTool, TellsHowMuchThereWas) {
+    auto const errors = [](texts_t const& arguments, std::string const& input) {
+        program_result_t const result = analyse(arguments, input);
+        EXPECT_EQ(result.status, 0) << result.errors;
+        return result.errors;
+    };
+    EXPECT_EQ(errors({"--limit", "static"}, two_games), "orvelin-analyse: 2 games, 12 positions\n");
+    EXPECT_EQ(errors({"--limit", "static"}, ""), "orvelin-analyse: 0 positions\n");
+    EXPECT_EQ(errors({"--limit", "static", "--quiet"}, two_games), "");
+    // A game that is too short is no failure, though another one is broken.
+    std::string const broken = "[Event \"x\"]\n\n1. e4 e5 2. Sf3 *\n\n" + std::string(two_games);
+    std::string const told = errors({"--limit", "static", "--plies", "200-"}, broken);
+    EXPECT_NE(told.find("2 games, 0 positions, 1 left out\n"), std::string::npos) << told;
+    EXPECT_NE(told.find("English letters"), std::string::npos) << told;
+}
+
 TEST_F(AnalyseTool, WritesTheSameWithTwoJobs) {
     std::string const name = input(60);
     for (std::string const limit : {"static", "nodes=3000"}) {
@@ -65,6 +82,7 @@ TEST_F(AnalyseTool, WhatItWritesCanBeVerified) {
     EXPECT_NE(result.output.find(": nodes is 3"), std::string::npos) << result.output;
     expect_error({"verify", "-"}, 1, "line 1: no JSON", "rubbish\n");
     expect_error({"verify", "-"}, 1, "no record");
+    expect_error({"verify", "-"}, 1, "only the files of --jsonl", "number,file\r\n");
     expect_error({"verify", directory_.file("none")}, 1, "No such file");
 }
 
@@ -101,12 +119,18 @@ TEST_F(AnalyseTool, ShardsAreMergedToTheSameBytes) {
     EXPECT_EQ(output_of(arguments), "");
     EXPECT_EQ(bytes_of(out_), whole);
 
+    expect_error(arguments, 1, "--overwrite replaces it");
+    arguments.emplace_back("--overwrite");
+    EXPECT_EQ(output_of(arguments), "");
+    arguments.pop_back();
+    std::filesystem::remove(out_);
     arguments.back() = "41";
     expect_error(arguments, 1, "the last position is 40 and not 41");
     std::string const part = bytes_of(parts[1]);
     put_bytes(parts[1], part.substr(0, part.rfind("{\"schema\"")));
     put_bytes(out_, "as it was");
     arguments.resize(6);
+    arguments.emplace_back("--overwrite");
     expect_error(arguments, 1, "position 38 is missing");
     EXPECT_EQ(bytes_of(out_), "as it was");
     expect_error({"merge", parts[0], parts[0]}, 1, "again in");

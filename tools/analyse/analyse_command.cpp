@@ -16,6 +16,7 @@
 #include "analyse/jobs_option.h"
 #include "analyse/position_files.h"
 #include "analyse/stop_signals.h"
+#include "support/counted.h"
 #include "support/tool_main.h"
 
 namespace orvelin::tools {
@@ -129,6 +130,13 @@ std::unique_ptr<AnswerCache> open_cache(arguments_t const& arguments, analyse::L
     return std::make_unique<AnswerCache>(arguments.cache);
 }
 
+/// "5 games, 104 positions, 1 left out".
+std::string summary(AnalyseRun const& run, PositionFiles const& input) {
+    std::string text = input.games() == 0 ? "" : counted(input.games(), "game", "games") + ", ";
+    text += counted(run.answered(), "position", "positions");
+    return text + (input.broken() == 0 ? "" : ", " + std::to_string(input.broken()) + " left out");
+}
+
 int analyse_files(arguments_t const& arguments) {
     Request const request = request_of(arguments);
     PositionFiles::Settings input_settings{arguments.files, plies_of(arguments.plies),
@@ -159,8 +167,12 @@ int analyse_files(arguments_t const& arguments) {
     };
     AnalyseRun run(std::move(settings), input, maker, outputs, signals);
     int const code = run.run();
-    if (code == exit_success && run.positions() == 0 && input.broken() > 0) {
+    bool const nothing_read = run.positions() == 0 && input.games() == 0;
+    if (code == exit_success && nothing_read && input.broken() > 0) {
         throw std::runtime_error("nothing of the input could be read");
+    }
+    if (!arguments.quiet) {
+        std::cerr << "orvelin-analyse: " + summary(run, input) + '\n';
     }
     return code;
 }
@@ -176,7 +188,9 @@ void add_question_options(CLI::App& app, arguments_t& arguments) {
     app.add_option("--limit", arguments.limit,
                    "How far each position is looked into: static, depth=N or nodes=N; depth=10")
         ->option_text("LIMIT");
-    app.add_option("--lines", arguments.lines, "So many best lines of each position; 1")
+    app.add_option("--lines", arguments.lines,
+                   "So many best lines of each position, 1 to 50; 1. A game that is annotated "
+                   "shows the best one alone")
         ->option_text("K")
         ->check(CLI::Range(1, analyse::most_lines));
     app.add_option("--plies", arguments.plies,
@@ -202,7 +216,7 @@ void add_output_options(CLI::App& app, arguments_t& arguments) {
     app.add_option("--pgn", arguments.output.pgn,
                    "Write the games with scores, marks, better lines and sentences; - is standard "
                    "output. Asks for --moves best,played,rest by itself; with best,played, which "
-                   "may take half the time, no move gets !. More --lines show no more")
+                   "may take half the time, no move gets !")
         ->option_text("FILE");
     app.add_flag("--resume", arguments.output.resume,
                  "Go on with what is in the output files; what they hold is not done again");
@@ -219,7 +233,7 @@ void add_run_options(CLI::App& app, arguments_t& arguments) {
     app.add_option("--cache", arguments.cache,
                    "Take answers from this file, and keep new ones there")
         ->option_text("FILE");
-    app.add_flag("--quiet", arguments.quiet, "Tell no progress");
+    app.add_flag("--quiet", arguments.quiet, "Tell neither progress nor what was done");
 }
 
 }  // namespace

@@ -47,6 +47,8 @@ class AnalyseRun {
 
     /// Positions that the source gave, those of other shards and earlier runs too.
     std::uint64_t positions() const { return number_; }
+    /// Those that were answered and written.
+    std::uint64_t answered() const { return answered_; }
 
  private:
     using positions_t = std::vector<Asked>;

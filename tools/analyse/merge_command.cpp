@@ -1,10 +1,12 @@
 // One file of those of several shards.
 
 #include <CLI/CLI.hpp>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <memory>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "analyse/commands.h"
@@ -23,6 +25,7 @@ struct arguments_t {
     std::vector<std::string> files;
     std::string output;
     std::uint64_t positions = 0;
+    bool overwrite = false;
 };
 
 /// Rubbish may have a fault in every line.
@@ -70,6 +73,10 @@ void write_all(arguments_t const& arguments, StopSignals const& signals, LineFil
 }
 
 int merge(arguments_t const& arguments) {
+    std::error_code ignored;
+    if (!arguments.overwrite && std::filesystem::is_regular_file(arguments.output, ignored)) {
+        throw std::runtime_error(arguments.output + " is there already; --overwrite replaces it");
+    }
     StopSignals const signals;
     // It is looked through before anything is written: what is written is whole.
     if (!is_whole(arguments, signals)) {
@@ -107,6 +114,8 @@ void add_merge_records_command(CLI::App& app, command_t& command) {
         ->check(CLI::ExistingFile);
     merge_app->add_option("-o,--output", arguments->output, "The file to write; standard output")
         ->option_text("FILE");
+    merge_app->add_flag("--overwrite", arguments->overwrite,
+                        "Replace an output file that is there");
     merge_app->add_option("--positions", arguments->positions, "There must be so many positions")
         ->option_text("N")
         ->check(CLI::PositiveNumber);

@@ -112,6 +112,7 @@ bool PositionFiles::File::next_game() {
             tell(games_->reason());
             continue;
         }
+        ++files_.games_;
         source_.file = shown_name_;
         source_.line = game->line;
         source_.game = game->number;

@@ -39,6 +39,8 @@ class PositionFiles : public PositionSource {
     double read_share() const;
     /// Games and lines that could not be read.
     std::uint64_t broken() const { return broken_; }
+    /// Games that could be read, with positions that were asked for or without.
+    std::uint64_t games() const { return games_; }
 
  private:
     class File;
@@ -53,6 +55,7 @@ class PositionFiles : public PositionSource {
     std::uint64_t total_bytes_ = 0;
     std::atomic<std::uint64_t> bytes_read_ = 0;
     std::uint64_t broken_ = 0;
+    std::uint64_t games_ = 0;
 };
 
 }  // namespace orvelin::tools

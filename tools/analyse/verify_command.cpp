@@ -42,6 +42,13 @@ struct verdict_t {
     std::optional<std::string> difference;
 };
 
+/// What to add where a file of another kind of output is given.
+char const* other_format_hint(std::string const& line) {
+    bool const is_other = line.starts_with("number,") || line.starts_with("SQLite format 3") ||
+                          line.starts_with("[Event ");
+    return is_other ? "; only the files of --jsonl can be verified" : "";
+}
+
 /// Goes over a file until the first difference.
 class VerifyRun {
  public:
@@ -91,7 +98,7 @@ std::optional<verdict_t> VerifyRun::work(line_t const& line, std::size_t worker)
         verdict.difference = workers_[worker]->difference(line.text);
     } catch (RecordError const& error) {
         throw RecordError(arguments_.file + ": line " + std::to_string(line.number) + ": " +
-                          error.what());
+                          error.what() + other_format_hint(line.text));
     }
     if (interrupted_) {
         return std::nullopt;

@@ -1,6 +1,9 @@
 #include "analyse/answer_cache.h"
 
 #include <atomic>
+#include <chrono>
+#include <string_view>
+#include <thread>
 #include <utility>
 
 #include "analyse/record_json.h"
@@ -23,6 +26,30 @@ std::string key_of(Asked const& asked, Request const& request) {
     key += asked.taken ? analyse::taken_text(*asked.taken) + '|' : "";
     return key + receipt.version + '|' + receipt.signature + '|' +
            std::to_string(analyse::record_schema);
+}
+
+/// Of two processes that begin a file at a time one is refused at once, without the wait that it
+/// has asked for.
+void set_up(Database& database) {
+    using clock = std::chrono::steady_clock;
+    auto const until = clock::now() + std::chrono::milliseconds(wait_milliseconds);
+    while (true) {
+        try {
+            // Readers and a writer do not wait for one another. What a crash of the machine takes
+            // away is searched again.
+            database.run(
+                "PRAGMA journal_mode=WAL; PRAGMA synchronous=NORMAL;"
+                "CREATE TABLE IF NOT EXISTS answers (key TEXT PRIMARY KEY, record TEXT) "
+                "WITHOUT ROWID");
+            return;
+        } catch (DatabaseError const& error) {
+            bool const is_locked = std::string_view(error.what()).ends_with("is locked");
+            if (!is_locked || clock::now() >= until) {
+                throw;
+            }
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
 }
 
 class CachedAnswerer : public Answerer {
@@ -56,11 +83,7 @@ class CachedAnswerer : public Answerer {
 }  // namespace
 
 AnswerCache::AnswerCache(std::string const& name) : database_(name, wait_milliseconds) {
-    // Readers and a writer do not wait for one another. What a crash of the machine takes away is
-    // searched again.
-    database_.run(
-        "PRAGMA journal_mode=WAL; PRAGMA synchronous=NORMAL;"
-        "CREATE TABLE IF NOT EXISTS answers (key TEXT PRIMARY KEY, record TEXT) WITHOUT ROWID");
+    set_up(database_);
     find_ = std::make_unique<Statement>(database_, "SELECT record FROM answers WHERE key = ?");
     keep_ = std::make_unique<Statement>(database_, "INSERT OR IGNORE INTO answers VALUES (?, ?)");
 }

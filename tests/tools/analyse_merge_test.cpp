@@ -65,6 +65,21 @@ TEST_F(AnalyseMerge, TellsGapsAndDoubles) {
                                         "positions 6 to 8 are missing"}));
 }
 
+TEST_F(AnalyseMerge, TellsAShardThatIsMissing) {
+    file(lines_of({1, 4, 7, 10}));
+    file(lines_of({3, 6, 9}));
+    merged();
+    EXPECT_EQ(faults_,
+              (std::vector<std::string>{"shard 2/3 is missing: no file has its positions, of which "
+                                        "2 is the first"}));
+    names_.clear();
+    file(lines_of({1, 4, 7}));
+    file(lines_of({2, 8}));
+    file(lines_of({3, 6, 9}));
+    merged();
+    EXPECT_EQ(faults_, std::vector<std::string>{"position 5 is missing"});
+}
+
 TEST_F(AnalyseMerge, RefusesWhatIsNoRecordOrOutOfOrder) {
     std::string const good = lines_of({1, 2});
     auto const reason_with = [&](std::string const& text) {

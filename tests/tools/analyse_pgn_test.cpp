@@ -168,8 +168,12 @@ TEST_F(AnalysePgn, RefusesWhatMakesNoSense) {
     refused({"--jsonl", pgn_}, "cannot both go to");
     expect_error({"--limit", "depth=2", "--pgn", pgn_}, 1,
                  "--pgn is for games: line 1 of - is a position", positions(1));
-    EXPECT_EQ(bytes_of(pgn_), "");
+    EXPECT_FALSE(std::filesystem::exists(pgn_));
     put_bytes(pgn_, games);
+    for (char const* const option : {"--jsonl", "--csv", "--sqlite"}) {
+        expect_error({"--limit", "depth=2", option, out_, "--pgn", pgn_}, 1, "is there already");
+        EXPECT_FALSE(std::filesystem::exists(out_)) << option;
+    }
     expect_error({"--limit", "depth=2", "--pgn", pgn_}, 1, "is there already", games);
     expect_error({pgn_, "--overwrite", "--pgn", pgn_}, 2, "is read, and cannot be written too");
     EXPECT_EQ(bytes_of(pgn_), games);

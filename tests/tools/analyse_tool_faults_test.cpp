@@ -123,6 +123,12 @@ TEST_F(AnalyseToolFaults, TellsFaultsOfTheCommandLine) {
                               {"merge"}}) {
         expect_error(arguments, 2, "");
     }
+    expect_error({"--depth", "12"}, 2, "--limit depth=12");
+    expect_error({"--nodes", "9"}, 2, "--limit nodes=9");
+    for (char const* const command : {"verfy", "vreify", "verifyy", "merg"}) {
+        expect_error({command, "x"}, 2, "is a command");
+    }
+    expect_error({"other", "x"}, 1, "No such file");
     EXPECT_NE(output_of({"--help"}).find("--limit"), std::string::npos);
     EXPECT_NE(output_of({"verify", "--help"}).find("--sample"), std::string::npos);
     EXPECT_EQ(output_of({"--version"}), "Orvelin 0.40.1\n");

@@ -1,12 +1,15 @@
 // The analysis itself.
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
+#include <filesystem>
 #include <iostream>
 #include <memory>
 #include <optional>
 #include <sstream>
 #include <stdexcept>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "analyse/analyse_outputs.h"
@@ -26,6 +29,9 @@ namespace {
 struct arguments_t {
     std::vector<std::string> files;
     std::string limit = "depth=10";
+    /// Other programs have these; here they are the limit.
+    std::string depth;
+    std::string nodes;
     int lines = 1;
     std::string plies = "0-";
     std::optional<std::string> moves;
@@ -137,7 +143,40 @@ std::string summary(AnalyseRun const& run, PositionFiles const& input) {
     return text + (input.broken() == 0 ? "" : ", " + std::to_string(input.broken()) + " left out");
 }
 
+void refuse_other_limits(arguments_t const& arguments) {
+    if (!arguments.depth.empty()) {
+        throw UsageError("--depth is written as --limit depth=" + arguments.depth);
+    }
+    if (!arguments.nodes.empty()) {
+        throw UsageError("--nodes is written as --limit nodes=" + arguments.nodes);
+    }
+}
+
+/// Whether a name that is no file is nearly that of a command: the same but for one letter, or two
+/// that changed places.
+void refuse_mistyped_command(std::vector<std::string> const& files) {
+    std::error_code ignored;
+    if (files.empty() || std::filesystem::exists(files.front(), ignored)) {
+        return;
+    }
+    for (std::string const command : {"verify", "merge"}) {
+        std::string const& name = files.front();
+        std::size_t const begin = static_cast<std::size_t>(
+            std::mismatch(name.begin(), name.end(), command.begin(), command.end()).first -
+            name.begin());
+        std::size_t const end = static_cast<std::size_t>(
+            std::mismatch(name.rbegin(), name.rend(), command.rbegin(), command.rend()).first -
+            name.rbegin());
+        std::size_t const longer = std::max(name.size(), command.size());
+        if (begin + end + 2 >= longer && name.size() + 1 >= command.size()) {
+            throw UsageError(name + " is no file; " + command + " is a command");
+        }
+    }
+}
+
 int analyse_files(arguments_t const& arguments) {
+    refuse_other_limits(arguments);
+    refuse_mistyped_command(arguments.files);
     Request const request = request_of(arguments);
     PositionFiles::Settings input_settings{arguments.files, plies_of(arguments.plies),
                                            arguments.chess960};
@@ -188,6 +227,8 @@ void add_question_options(CLI::App& app, arguments_t& arguments) {
     app.add_option("--limit", arguments.limit,
                    "How far each position is looked into: static, depth=N or nodes=N; depth=10")
         ->option_text("LIMIT");
+    app.add_option("--depth", arguments.depth)->group("");
+    app.add_option("--nodes", arguments.nodes)->group("");
     app.add_option("--lines", arguments.lines,
                    "So many best lines of each position, 1 to 50; 1. A game that is annotated "
                    "shows the best one alone")

@@ -35,7 +35,12 @@ CsvOutput::CsvOutput(std::string const& name, open_mode mode) : file_(name, mode
             throw std::runtime_error("cannot resume " + file_.name() + ": " + error.what());
         }
     }
+}
+
+void CsvOutput::finish() {
     if (file_.size() == 0) {
+        std::string header;
+        analyse::append_csv_header(header);
         file_.add(header);
     }
 }
@@ -101,6 +106,7 @@ void CsvOutput::render(analyse::Record const& record, std::string& text) const {
 }
 
 void CsvOutput::write(std::vector<Answered> const&, std::string const& text) {
+    finish();
     file_.add(text);
 }
 

@@ -16,6 +16,9 @@ class CsvOutput : public RecordOutput {
     void render(analyse::Record const& record, std::string& text) const override;
     void write(std::vector<Answered> const& answered, std::string const& text) override;
 
+    /// Writes the first line where it is not there yet.
+    void finish() override;
+
  private:
     void find_last(std::string const& header);
     void take_last(std::string const& row, std::string const& header);

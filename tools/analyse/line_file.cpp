@@ -1,6 +1,7 @@
 #include "analyse/line_file.h"
 
 #include <cerrno>
+#include <exception>
 #include <fcntl.h>
 #include <poll.h>
 #include <stdexcept>
@@ -26,13 +27,21 @@ LineFile::LineFile(std::string const& name, open_mode mode)
 }
 
 LineFile::~LineFile() {
+    // A run that is refused leaves no file behind that would be in the way of the next.
+    if (is_new_ && size_ == 0 && std::uncaught_exceptions() > 0) {
+        ::unlink(shown_name_.c_str());
+    }
     if (descriptor_ != STDOUT_FILENO) {
         ::close(descriptor_);
     }
 }
 
 void LineFile::open(std::string const& name, open_mode mode) {
-    descriptor_ = ::open(name.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
+    descriptor_ = ::open(name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    is_new_ = descriptor_ >= 0;
+    if (descriptor_ < 0 && errno == EEXIST) {
+        descriptor_ = ::open(name.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
+    }
     if (descriptor_ < 0 && (errno == EACCES || errno == EINVAL || errno == ENXIO)) {
         // A pipe or a device that is there to be written alone.
         descriptor_ = ::open(name.c_str(), O_WRONLY | O_CLOEXEC);

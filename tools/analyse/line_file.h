@@ -47,6 +47,8 @@ class LineFile {
 
     std::string shown_name_;
     int descriptor_ = -1;
+    /// It was not there before.
+    bool is_new_ = false;
     bool is_file_ = false;
     std::uint64_t size_ = 0;
 };

@@ -1,5 +1,6 @@
 #include "analyse/shard_merge.h"
 
+#include <algorithm>
 #include <queue>
 #include <stdexcept>
 #include <tuple>
@@ -28,10 +29,51 @@ ShardMerge::ShardMerge(std::vector<std::string> const& names, int stop) {
     for (std::string const& name : names) {
         files_.push_back(std::make_unique<File>(name, stop));
         advance(*files_.back());
+        files_.back()->first = files_.back()->number;
         if (files_.back()->number > 0) {
             compare_receipts(*files_.back());
         }
+        std::uint64_t const step = step_of(name, stop);
+        shards_ = step > 0 && (shards_ == 0 || step < shards_) ? step : shards_;
     }
+}
+
+/// Positions of a shard that no file holds are told once, by the shard.
+void ShardMerge::tell_missing(std::uint64_t first, std::uint64_t last,
+                              std::function<void(std::string const& fault)> const& fault) {
+    for (std::uint64_t number = first; shards_ > 1 && number <= last; ++number) {
+        std::uint64_t const shard = (number - 1) % shards_ + 1;
+        bool const is_there = std::any_of(files_.begin(), files_.end(), [&](auto const& file) {
+            return file->first > 0 && (file->first - 1) % shards_ + 1 == shard;
+        });
+        if (is_there) {
+            continue;
+        }
+        if (first < number) {
+            fault(missing(first, number - 1));
+        }
+        if (missing_shards_.insert(shard).second) {
+            fault("shard " + std::to_string(shard) + '/' + std::to_string(shards_) +
+                  " is missing: no file has its positions, of which " + std::to_string(number) +
+                  " is the first");
+        }
+        first = number + 1;
+    }
+    if (first <= last) {
+        fault(missing(first, last));
+    }
+}
+
+/// The number of shards, as the step from the first record of a file to its second shows it; 0 when
+/// there is no second.
+std::uint64_t ShardMerge::step_of(std::string const& name, int stop) {
+    File file(name, stop);
+    advance(file);
+    std::uint64_t const first = file.number;
+    if (first > 0) {
+        advance(file);
+    }
+    return file.number > first ? file.number - first : 0;
 }
 
 void ShardMerge::advance(File& file) {
@@ -81,7 +123,7 @@ void ShardMerge::run(std::function<void(std::string_view line)> const& line,
         queue.pop();
         File& file = *files_[index];
         if (number > last_ + 1) {
-            fault(missing(last_ + 1, number - 1));
+            tell_missing(last_ + 1, number - 1, fault);
         }
         if (number == last_) {
             fault("position " + std::to_string(number) + " is in " +

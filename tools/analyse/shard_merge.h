@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -33,13 +34,21 @@ class ShardMerge {
         std::string line;
         /// Of the line; 0 at the end.
         std::uint64_t number = 0;
+        /// Of the first line.
+        std::uint64_t first = 0;
     };
 
-    void advance(File& file);
+    static void advance(File& file);
+    static std::uint64_t step_of(std::string const& name, int stop);
+    void tell_missing(std::uint64_t first, std::uint64_t last,
+                      std::function<void(std::string const& fault)> const& fault);
     void compare_receipts(File const& file);
 
     std::vector<std::unique_ptr<File>> files_;
     std::uint64_t last_ = 0;
+    /// As far as the files show it; 0 when they do not.
+    std::uint64_t shards_ = 0;
+    std::set<std::uint64_t> missing_shards_;
     analyse::Receipt receipt_;
     std::string receipt_file_;
 };

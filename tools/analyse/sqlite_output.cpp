@@ -1,5 +1,6 @@
 #include "analyse/sqlite_output.h"
 
+#include <exception>
 #include <filesystem>
 #include <system_error>
 
@@ -53,7 +54,7 @@ struct SqliteOutput::Statements {
 };
 
 SqliteOutput::SqliteOutput(std::string const& name, open_mode mode)
-    : database_(prepared(name, mode), wait_milliseconds) {
+    : database_(prepared(name, mode), wait_milliseconds), is_new_(mode == open_mode::create) {
     // Only one process is to write; others may read between transactions.
     database_.run(sqlite_schema().c_str());
     statements_ = std::make_unique<Statements>(database_);
@@ -61,7 +62,16 @@ SqliteOutput::SqliteOutput(std::string const& name, open_mode mode)
     find_last();
 }
 
-SqliteOutput::~SqliteOutput() = default;
+SqliteOutput::~SqliteOutput() {
+    // As with the other outputs, a run that is refused leaves no file behind.
+    if (is_new_ && !receipt_written_ && std::uncaught_exceptions() > 0) {
+        if (in_transaction_) {
+            roll_back();
+        }
+        std::error_code ignored;
+        std::filesystem::remove(database_.name(), ignored);
+    }
+}
 
 void SqliteOutput::find_last() {
     Statement receipt(

@@ -44,6 +44,8 @@ class SqliteOutput : public RecordOutput {
     std::string game_file_;
     std::uint64_t game_number_ = 0;
     bool receipt_written_ = false;
+    /// It may be taken away as long as nothing is in it.
+    bool is_new_ = false;
     bool in_transaction_ = false;
     std::chrono::steady_clock::time_point began_;
 };

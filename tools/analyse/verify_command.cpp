@@ -28,6 +28,7 @@ struct arguments_t {
     std::string file;
     double percent = 100;
     std::size_t jobs = 1;
+    bool quiet = false;
 };
 
 /// A record to verify.
@@ -120,7 +121,7 @@ void VerifyRun::hand_on(verdict_t const& verdict) {
 }
 
 bool VerifyRun::stop_wanted() {
-    if (!different_) {
+    if (!different_ && !arguments_.quiet) {
         progress_.show(counted(verified_.load(), "record", "records") + " verified");
     }
     return signals_.stopped() || different_;
@@ -179,6 +180,7 @@ void add_verify_records_command(CLI::App& app, command_t& command) {
         })
         ->check(CLI::Range(0.0, 100.0));
     add_jobs_option(*verify, arguments->jobs);
+    verify->add_flag("--quiet", arguments->quiet, "Tell no progress");
     verify->callback(
         [arguments, &command] { command = [arguments] { return VerifyRun(*arguments).run(); }; });
 }

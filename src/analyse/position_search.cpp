@@ -29,8 +29,8 @@ Move find_legal(std::vector<Move> const& legal, Move const& wanted) {
 }
 
 /// Whatever the search thinks of it.
-bool is_drawn(ChessPosition const& position, Tables const& tables) {
-    return play::is_mate_impossible(position.fen()) ||
+bool is_drawn(std::string const& fen, ChessPosition const& position, Tables const& tables) {
+    return play::is_mate_impossible(fen) ||
            (!position.check() && play::legal_moves(position, tables).empty());
 }
 
@@ -62,7 +62,7 @@ Result PositionSearch::answer(Question const& question) {
     state_->evaluator.evaluate(question.fen);
     result.static_score = state_->evaluator.score();
     result.terms = state_->evaluator.terms();
-    result.drawn = is_drawn(state_->evaluator.position(), state_->tables);
+    result.drawn = is_drawn(question.fen, state_->evaluator.position(), state_->tables);
     if (question.limit.what != Limit::kind::static_eval) {
         state_->search(question, result);
     }
@@ -129,7 +129,7 @@ Line PositionSearch::State::search_by_itself(Question const& question,
 void PositionSearch::State::complete(Question const& question, Line& line) {
     position.fen(question.fen);
     position.make_move(line.moves[0]);
-    line.drawn = is_drawn(position, tables);
+    line.drawn = is_drawn(position.fen(), position, tables);
     position.unmake_move();
     if (line.drawn) {
         line.score = draw_score;

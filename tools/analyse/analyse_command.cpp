@@ -1,17 +1,13 @@
 // The analysis itself.
 
 #include <CLI/CLI.hpp>
-#include <algorithm>
-#include <filesystem>
 #include <iostream>
 #include <memory>
-#include <optional>
-#include <sstream>
 #include <stdexcept>
 #include <string>
-#include <system_error>
 #include <vector>
 
+#include "analyse/analyse_arguments.h"
 #include "analyse/analyse_outputs.h"
 #include "analyse/analyse_run.h"
 #include "analyse/answer_cache.h"
@@ -26,110 +22,9 @@ namespace orvelin::tools {
 
 namespace {
 
-struct arguments_t {
-    std::vector<std::string> files;
-    std::string limit = "depth=10";
-    /// Other programs have these; here they are the limit.
-    std::string depth;
-    std::string nodes;
-    int lines = 1;
-    std::string plies = "0-";
-    std::optional<std::string> moves;
-    bool no_leaves = false;
-    bool chess960 = false;
-    OutputOptions output;
-    std::string shard = "1/1";
-    std::size_t jobs = 1;
-    std::string cache;
-    bool quiet = false;
-};
-
-analyse::Limit limit_of(std::string const& text) {
-    auto const limit = analyse::parse_limit(text);
-    if (!limit) {
-        throw UsageError("--limit is static, depth=N with N from 1 to 100, or nodes=N, not " +
-                         text);
-    }
-    return *limit;
-}
-
-/// Which moves are searched.
-struct moves_t {
-    bool best = false;
-    bool played = false;
-    bool rest = false;
-};
-
-/// "best,played,rest", each word at most once.
-moves_t read_moves(std::string const& text) {
-    moves_t moves;
-    std::istringstream words(text);
-    bool known = !text.ends_with(',');
-    for (std::string word; std::getline(words, word, ',');) {
-        bool* const wanted = word == "best"     ? &moves.best
-                             : word == "played" ? &moves.played
-                             : word == "rest"   ? &moves.rest
-                                                : nullptr;
-        known = known && wanted != nullptr && !*wanted;
-        if (known) {
-            *wanted = true;
-        }
-    }
-    if (!known || !moves.best) {
-        throw UsageError("--moves is best, best,played, best,rest or best,played,rest, not " +
-                         text);
-    }
-    return moves;
-}
-
-/// Annotated games tell all that can be told.
-moves_t moves_of(arguments_t const& arguments) {
-    bool const annotated = !arguments.output.pgn.empty();
-    if (!arguments.moves) {
-        return {true, annotated, annotated};
-    }
-    moves_t const moves = read_moves(*arguments.moves);
-    if (annotated && !moves.played) {
-        throw UsageError(
-            "--pgn judges the moves that were played: it goes with --moves best,played or "
-            "best,played,rest");
-    }
-    return moves;
-}
-
-Request request_of(arguments_t const& arguments) {
-    moves_t const moves = moves_of(arguments);
-    return {limit_of(arguments.limit), arguments.lines, !arguments.no_leaves, moves.played,
-            moves.rest};
-}
-
-Plies plies_of(std::string const& text) {
-    auto const plies = parse_plies(text);
-    if (!plies) {
-        throw UsageError("--plies is FROM-TO, as in 20-60, 20- or -60, not " + text);
-    }
-    return *plies;
-}
-
-Shard shard_of(std::string const& text) {
-    auto const shard = parse_shard(text);
-    if (!shard) {
-        throw UsageError("--shard is I/N with I from 1 to N, not " + text);
-    }
-    return *shard;
-}
-
-void refuse_for_pgn(Request const& request, Shard const& shard) {
-    if (request.limit.what == analyse::Limit::kind::static_eval) {
-        throw UsageError("--pgn needs a search: it does not go with --limit static");
-    }
-    if (shard.count > 1) {
-        throw UsageError("--pgn needs whole games: it does not go with --shard");
-    }
-}
-
 /// Looking an answer up takes longer than a static evaluation.
-std::unique_ptr<AnswerCache> open_cache(arguments_t const& arguments, analyse::Limit const& limit) {
+std::unique_ptr<AnswerCache> open_cache(AnalyseArguments const& arguments,
+                                        analyse::Limit const& limit) {
     if (arguments.cache.empty() || limit.what == analyse::Limit::kind::static_eval) {
         return nullptr;
     }
@@ -143,40 +38,7 @@ std::string summary(AnalyseRun const& run, PositionFiles const& input) {
     return text + (input.broken() == 0 ? "" : ", " + std::to_string(input.broken()) + " left out");
 }
 
-void refuse_other_limits(arguments_t const& arguments) {
-    if (!arguments.depth.empty()) {
-        throw UsageError("--depth is written as --limit depth=" + arguments.depth);
-    }
-    if (!arguments.nodes.empty()) {
-        throw UsageError("--nodes is written as --limit nodes=" + arguments.nodes);
-    }
-}
-
-/// Whether a name that is no file is nearly that of a command: the same but for one letter, or two
-/// that changed places.
-void refuse_mistyped_command(std::vector<std::string> const& files) {
-    std::error_code ignored;
-    if (files.empty() || std::filesystem::exists(files.front(), ignored)) {
-        return;
-    }
-    for (std::string const command : {"verify", "merge"}) {
-        std::string const& name = files.front();
-        std::size_t const begin = static_cast<std::size_t>(
-            std::mismatch(name.begin(), name.end(), command.begin(), command.end()).first -
-            name.begin());
-        std::size_t const end = static_cast<std::size_t>(
-            std::mismatch(name.rbegin(), name.rend(), command.rbegin(), command.rend()).first -
-            name.rbegin());
-        std::size_t const longer = std::max(name.size(), command.size());
-        if (begin + end + 2 >= longer && name.size() + 1 >= command.size()) {
-            throw UsageError(name + " is no file; " + command + " is a command");
-        }
-    }
-}
-
-int analyse_files(arguments_t const& arguments) {
-    refuse_other_limits(arguments);
-    refuse_mistyped_command(arguments.files);
+int analyse_files(AnalyseArguments const& arguments) {
     Request const request = request_of(arguments);
     PositionFiles::Settings input_settings{arguments.files, plies_of(arguments.plies),
                                            arguments.chess960};
@@ -223,7 +85,7 @@ constexpr char const* footer =
     "in them.\n"
     "Exit code 0 for success, 1 for a failure, 2 for bad usage, 130 after Ctrl-C.";
 
-void add_question_options(CLI::App& app, arguments_t& arguments) {
+void add_question_options(CLI::App& app, AnalyseArguments& arguments) {
     app.add_option("--limit", arguments.limit,
                    "How far each position is looked into: static, depth=N or nodes=N; depth=10")
         ->option_text("LIMIT");
@@ -247,7 +109,7 @@ void add_question_options(CLI::App& app, arguments_t& arguments) {
     app.add_flag("--chess960", arguments.chess960, "Positions without a game are of Chess960");
 }
 
-void add_output_options(CLI::App& app, arguments_t& arguments) {
+void add_output_options(CLI::App& app, AnalyseArguments& arguments) {
     app.add_option("--jsonl", arguments.output.jsonl, "Write lines of JSON; - is standard output")
         ->option_text("FILE");
     app.add_option("--csv", arguments.output.csv, "Write CSV; - is standard output")
@@ -265,7 +127,7 @@ void add_output_options(CLI::App& app, arguments_t& arguments) {
                  "Begin output files that are there anew");
 }
 
-void add_run_options(CLI::App& app, arguments_t& arguments) {
+void add_run_options(CLI::App& app, AnalyseArguments& arguments) {
     app.add_option("--shard", arguments.shard,
                    "Of N machines this is machine I; merge puts the "
                    "records back in order")
@@ -281,7 +143,7 @@ void add_run_options(CLI::App& app, arguments_t& arguments) {
 
 void add_analyse_command(CLI::App& app, command_t& command) {
     app.footer(footer);
-    auto const arguments = std::make_shared<arguments_t>();
+    auto const arguments = std::make_shared<AnalyseArguments>();
     app.add_option("FILE", arguments->files, "Games or positions; - is standard input");
     add_question_options(app, *arguments);
     add_output_options(app, *arguments);

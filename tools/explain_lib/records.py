@@ -133,8 +133,8 @@ def _check_order(records, title):
 
 def pick(records, number, title):
     """Game or position `number` of some records, counted from 1: the list of its records. A position
-    without a game is a list of one. Games count as in their files, those that could not be read too;
-    those of a further file count on."""
+    without a game is a list of one. Games count as in their files, with those that could not be
+    read; those of a further file count on."""
     chosen, count, before, base, file = [], 0, None, 0, None
     for record in records:
         source = record["source"]

@@ -19,8 +19,9 @@ CLASSES = {mark: name.split()[0] for mark, name in MARK_NAMES.items()}
 MARKS_WORDS = (
     "A mark is for what a move gives away of the chances: ?! from 5 points on, ? from 10, ?? from "
     "20. ! is for the best move where the best of all others gives away 20 points, which only "
-    "records with a search of the others can tell. Accuracy is the mean over a side's moves that were not forced: 100 "
-    "for one that gives nothing away, half as much for each 17 points given away. "
+    "records with a search of the others can tell. Accuracy is the mean over a side's moves that "
+    "were not forced: 100 for one that gives nothing away, half as much for each 17 points given "
+    "away. "
 )
 # Half-moves between two numbers below the graph, at least so many of them on the page.
 TICKS = (2, 4, 10, 20, 40, 100, 200, 400, 1000)

@@ -1,8 +1,10 @@
 // Where records are written, and how an output is resumed.
 
+#include <chrono>
 #include <gtest/gtest.h>
 #include <memory>
 #include <string>
+#include <thread>
 #include <unistd.h>
 
 #include "analyse/csv_output.h"
@@ -96,6 +98,17 @@ TEST_P(AnalyseTextOutput, OnlyOneWritesAFileAtATime) {
               std::string::npos);
     EXPECT_NE(reason_from([&] { open(open_mode::replace); }).find("another process"),
               std::string::npos);
+}
+
+TEST_P(AnalyseTextOutput, ARunThatIsTakenUpWaitsForTheEndOfTheLastOne) {
+    auto last = open(open_mode::create);
+    add(*last, 1, 2);
+    std::thread ending([&last] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(200));
+        last.reset();
+    });
+    EXPECT_EQ(reason_from([&] { open(open_mode::resume); }), "");
+    ending.join();
 }
 
 TEST_P(AnalyseTextOutput, AFullDiskLeavesWholeRecords) {

@@ -1,6 +1,7 @@
 #include "analyse/line_file.h"
 
 #include <cerrno>
+#include <chrono>
 #include <exception>
 #include <fcntl.h>
 #include <poll.h>
@@ -11,6 +12,14 @@
 #include <unistd.h>
 
 namespace orvelin::tools {
+
+namespace {
+
+/// A run that was interrupted, on another machine perhaps, may need a moment to its end when the
+/// next one takes it up.
+constexpr std::chrono::milliseconds last_run_patience{2000};
+
+}  // namespace
 
 LineFile::LineFile(std::string const& name, open_mode mode)
     : shown_name_(name == "-" ? "standard output" : name) {
@@ -57,9 +66,7 @@ void LineFile::open(std::string const& name, open_mode mode) {
         }
         return;
     }
-    if (::flock(descriptor_, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
-        throw std::runtime_error("cannot write " + shown_name_ + ": another process is writing it");
-    }
+    lock(mode == open_mode::resume ? last_run_patience : std::chrono::milliseconds(0));
     // Only now nobody else changes it any more.
     if (::fstat(descriptor_, &status) != 0) {
         fail("cannot write", errno);
@@ -71,6 +78,21 @@ void LineFile::open(std::string const& name, open_mode mode) {
         throw std::runtime_error(shown_name_ +
                                  " is there already; --resume goes on with it, --overwrite begins "
                                  "it anew");
+    }
+}
+
+void LineFile::lock(std::chrono::milliseconds patience) const {
+    auto const end = std::chrono::steady_clock::now() + patience;
+    while (::flock(descriptor_, LOCK_EX | LOCK_NB) != 0) {
+        if (errno != EWOULDBLOCK && errno != EINTR) {
+            // There are systems of files without locks.
+            return;
+        }
+        if (std::chrono::steady_clock::now() >= end) {
+            throw std::runtime_error("cannot write " + shown_name_ +
+                                     ": another process is writing it");
+        }
+        ::poll(nullptr, 0, 20);
     }
 }
 

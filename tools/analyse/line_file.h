@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -42,6 +43,8 @@ class LineFile {
 
  private:
     void open(std::string const& name, open_mode mode);
+    /// Takes the file for this process, waiting so long for another one to end.
+    void lock(std::chrono::milliseconds patience) const;
     void take_back(std::size_t written) const;
     [[noreturn]] void fail(std::string const& what, int error) const;
 

@@ -61,7 +61,7 @@ class OutputTest(ToolTest):
         self.assertLess(os.path.getsize(name), 150000)
 
 
-class EngineTest(ToolTest):
+class PlacesTest(ToolTest):
     def repository(self):
         """A folder with the tool and its packages in it, and nothing that is built."""
         tools = self.file("tree/tools")
@@ -71,6 +71,8 @@ class EngineTest(ToolTest):
             os.symlink(os.path.join(ROOT, "tools", name), os.path.join(tools, name))
         return tools
 
+
+class EngineTest(PlacesTest):
     def wrapper(self, path, text=""):
         os.makedirs(os.path.dirname(path), exist_ok=True)
         self.program(os.path.relpath(path, self.directory), f"{text}\nexec '{ENGINE}'\n")
@@ -137,13 +139,9 @@ class EngineTest(ToolTest):
             self.assertNotIn("Traceback", run.stderr)
 
 
-class AnalyserTest(ToolTest):
+class AnalyserTest(PlacesTest):
     def test_where_it_is_found(self):
-        tools = self.file("tree/tools")
-        os.makedirs(tools)
-        shutil.copy(TOOL, tools)
-        for name in ("explain_lib", "orvelin_lib"):
-            os.symlink(os.path.join(ROOT, "tools", name), os.path.join(tools, name))
+        tools = self.repository()
         tool = os.path.join(tools, "orvelin-explain")
         question = ["--startpos", "--depth", "1"]
         run = self.explain(*question, analyse=None, tool=tool, status=1, PATH="/usr/bin:/bin")

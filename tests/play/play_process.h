@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -19,6 +20,9 @@ using orvelin::test::milliseconds;
 class PlayProcess : public orvelin::test::EngineProcess {
  public:
     PlayProcess() : EngineProcess(orvelin::test::play_binary) {}
+    /// In this directory, where a book may lie.
+    explicit PlayProcess(std::filesystem::path const& directory)
+        : EngineProcess(orvelin::test::play_binary, directory) {}
     ~PlayProcess() {
         close_input();
         wait(milliseconds(2000));

@@ -1,7 +1,6 @@
 // The files that options name, and an output that takes nothing.
 
 #include <algorithm>
-#include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <string>
@@ -10,6 +9,7 @@
 #include "book/bk_move.h"
 #include "play/play_process.h"
 #include "support/book_file.h"
+#include "support/installed_book.h"
 #include "support/program.h"
 #include "support/temporary_directory.h"
 
@@ -19,7 +19,10 @@ namespace {
 
 using orvelin::test::book_bytes;
 using orvelin::test::book_entry;
+using orvelin::test::book_in_the_way;
 using orvelin::test::BookFile;
+using orvelin::test::installed_book_in_sight;
+using orvelin::test::TemporaryDirectory;
 using texts_t = std::vector<std::string>;
 
 /// The published key of the start position, and e2e4.
@@ -40,17 +43,12 @@ TEST(ProcessPlayFiles, ABookMoveIsToldAsOneWithoutAScore) {
 }
 
 TEST(ProcessPlayFiles, AMissingBookIsToldOnceAndWhenItIsWanted) {
-    PlayProcess process;
-    BookFile const book({book_entry(start_key, e2e4, 1)});
+    ASSERT_FALSE(installed_book_in_sight()) << book_in_the_way;
+    TemporaryDirectory const directory;
+    PlayProcess process(directory.path());
     process.set_option("OwnBook", "true");
     process.send("position startpos moves e2e4");
     std::string const missing = "info string no book is installed, moves are searched";
-    bool const installed = std::filesystem::exists("/usr/games/orvelin.files/Orvelin.bin") ||
-                           std::filesystem::exists("/usr/local/games/orvelin.files/Orvelin.bin") ||
-                           std::filesystem::exists("Orvelin.bin");
-    if (installed) {
-        GTEST_SKIP() << "a book is installed";
-    }
     EXPECT_TRUE(process.told({}).empty());
     EXPECT_EQ(process.ask("go depth 1").at(0), missing);
     EXPECT_NE(process.ask("go depth 1").at(0), missing);

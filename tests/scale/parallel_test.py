@@ -120,6 +120,15 @@ class ParallelTest(ScratchTest):
     def workers(self, shard):
         return self.processes(PROGRAM, f"{shard}/{SHARDS}\0")
 
+    def kill_a_shard(self, *options):
+        process = self.start(*options)
+        self.wait_for_the_middle(2)
+        (worker,) = self.workers(2)
+        os.kill(worker, signal.SIGKILL)
+        self.finish(process)
+        self.assert_whole()
+        self.assertEqual(self.starts(), [1, 2, 1, 1])
+
     def jobs(self):
         """(host, exit status) of all jobs of the log, as they ended at last."""
         with open(self.file("joblog"), encoding="utf-8") as file:
@@ -129,13 +138,7 @@ class ParallelTest(ScratchTest):
 
 class LocalTest(ParallelTest):
     def test_a_shard_that_is_killed(self):
-        process = self.start("--jobs", "2")
-        self.wait_for_the_middle(2)
-        (worker,) = self.workers(2)
-        os.kill(worker, signal.SIGKILL)
-        self.finish(process)
-        self.assert_whole()
-        self.assertEqual(self.starts(), [1, 2, 1, 1])
+        self.kill_a_shard("--jobs", "2")
 
     def test_names_with_marks_of_the_shell_and_of_parallel(self):
         name = "it's {} $HOME `x` \\ * {#} é\n.jsonl"
@@ -214,13 +217,7 @@ class SshTest(ParallelTest):
         self.assertEqual([job[1] for job in self.jobs()], ["0"] * SHARDS)
 
     def test_a_shard_that_is_killed(self):
-        process = self.start(*self.options)
-        self.wait_for_the_middle(2)
-        (worker,) = self.workers(2)
-        os.kill(worker, signal.SIGKILL)
-        self.finish(process)
-        self.assert_whole()
-        self.assertEqual(self.starts(), [1, 2, 1, 1])
+        self.kill_a_shard(*self.options)
 
     def test_interrupted_and_taken_up_again_by_one_machine(self):
         process = self.start(*self.options)

@@ -48,6 +48,10 @@ const data = (page) => page.evaluate(() => JSON.parse(document.getElementById("d
 const placementOf = (position) => position.fen.split(" ")[0];
 const where = (page) => page.textContent("#where");
 
+// A link within the page is followed after the click has returned.
+const arrivesAt = (page, words) => page.waitForFunction(
+  (wanted) => document.getElementById("where").textContent.includes(wanted), words);
+
 // The pieces field of a FEN, read off the board that is drawn.
 const drawn = (page) => page.evaluate(() => {
   const squares = Array(64).fill(".");
@@ -158,7 +162,7 @@ describe("a game", () => {
     assert.deepEqual(await dots.allTextContents(), marked.map((move) => move.mark));
     assert.deepEqual((await page.locator(".dot.mate").allTextContents()).at(-1), "#");
     await page.locator(".moments a").first().click();
-    assert.ok((await where(page)).includes(marked[0].san));
+    await arrivesAt(page, `After ${marked[0].label}${marked[0].san}`);
   }));
 
   test("bars open to terms", () => withPage("game1.html", {}, async (page) => {
@@ -185,7 +189,7 @@ describe("a game", () => {
 
   test("an address leads to a move", () => withPage("game1.html", {}, async (page, file) => {
     await page.goto(pathToFileURL(file).href + "#ply-36");
-    assert.match(await where(page), /^After 18\.\.\.Bxc4/);
+    await arrivesAt(page, "After 18...Bxc4");
   }));
 
   test("all is reached by the keyboard", () => withPage("game1.html", {}, async (page) => {

@@ -74,7 +74,7 @@ bool MoveFinder::enter_candidates(ChessPosition const& position, SanText const& 
     Square const to(wanted.to);
     BitBoard from = position.piece(piece) & reach_of(attacks_, wanted.piece, to, position.pieces());
     while (from) {
-        table_[index(from.get_reset_square().get_unique_square())] = to_ull(to.bitboard());
+        table_[index(from.take_first_square())] = to_ull(to.bitboard());
     }
     return true;
 }

@@ -45,7 +45,7 @@ template <typename LookUp>
     std::uint64_t attacked = 0;
     std::uint64_t all_safe = 0;
     while (pieces) {
-        BitBoard const targets = attacks_from(pieces.get_reset_square().get_unique_square());
+        BitBoard const targets = attacks_from(pieces.take_first_square());
         BitBoard const safe = targets & allowed;
         attacked |= to_ull(targets);
         all_safe |= to_ull(safe);

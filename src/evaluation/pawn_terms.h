@@ -37,7 +37,7 @@ template <int Side>
 int race_bonus(BitBoard passed, Square enemy_king, Distance const& distance) {
     int bonus = 0;
     while (passed) {
-        int const id = passed.get_reset_square().get_unique_square().id();
+        int const id = passed.take_first_square().id();
         int const ranks = Side == side::white ? id >> 3 : 7 - (id >> 3);
         Square const promotion((id & 7) + (Side == side::white ? 56 : 0));
         if (distance(enemy_king, promotion) > 7 - ranks) {

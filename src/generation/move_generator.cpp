@@ -53,7 +53,7 @@ void MoveGenerator::fill(ChessPosition const& position, BitBoard enemies,
                          movetable_t& table) const {
     BitBoard pieces = position.piece(PieceId);
     while (pieces) {
-        Square const from = pieces.get_reset_square().get_unique_square();
+        Square const from = pieces.take_first_square();
         table[index(from)] = to_ull(reached_from<Side, PieceId>(from, enemies));
     }
 }
@@ -130,7 +130,7 @@ void MoveGenerator::prepare(ChessPosition const& position) {
     if (position.check() || pinned_ || position.ep() != Square()) {
         BitBoard checkers = SideOf<enemy_of<Side>>::blocked_attackers(position, own_king_);
         while (checkers) {
-            potential_checkers_.push_back(checkers.get_reset_square().get_unique_square());
+            potential_checkers_.push_back(checkers.take_first_square());
         }
     }
 

@@ -45,7 +45,7 @@ void MoveGenerator::pawn_captures(ChessPosition const& position, Reach const& re
                  ahead<enemy_of<Side>>(last_rank, 1);
     }
     while (pawns) {
-        Square const from = pawns.get_reset_square().get_unique_square();
+        Square const from = pawns.take_first_square();
         BitBoard const reached = reach.template reached_from<Side, Own::pawn>(from);
         BitBoard const to_set = reached & targets_ & ~last_rank;
         if (to_set) {
@@ -85,7 +85,7 @@ void MoveGenerator::promotions(ChessPosition const& position, Square from, BitBo
         to_set &= legal_targets(position, from);
     }
     while (to_set) {
-        Square const to = to_set.get_reset_square().get_unique_square();
+        Square const to = to_set.take_first_square();
         for (move_t const code : {promo_queen, promo_rook, promo_bishop, promo_knight}) {
             Move move(from, to, code, Piece(SideOf<Side>::pawn), position[to.id()]);
             set_checkstatus<Side>(position, move);

@@ -77,7 +77,7 @@ bool MoveGenerator::is_legal_kingmove(ChessPosition const& position, Move const&
     BitBoard const occupied = occupied_ & ~move.from().bitboard();
     BitBoard attackers = Enemy::blocked_attackers(position, to.bitboard());
     while (attackers) {
-        Square const attacker = attackers.get_reset_square().get_unique_square();
+        Square const attacker = attackers.take_first_square();
         if (!(connections_->line_segment(to, attacker) & occupied)) {
             return false;
         }

@@ -44,8 +44,8 @@ void MoveGenerator::append_moves(ChessPosition const& position, Square from, Bit
         check_squares = ~BitBoard();
     }
     while (to_set && count < MoveList::capacity) {
+        Square const to = to_set.get_first_square();
         BitBoard const to_bit = to_set.get_reset_square();
-        Square const to = to_bit.get_unique_square();
         move.to(to);
         // Asked on free squares too: an illegal promotion can leave a piece there that is in no
         // set.
@@ -122,8 +122,8 @@ void MoveGenerator::piece_moves(ChessPosition const& position, Reach const& reac
     BitBoard const held = position.check() ? ~BitBoard() : pinned_;
     BitBoard pieces = position.piece(PieceId);
     while (pieces) {
+        Square const from = pieces.get_first_square();
         BitBoard const from_bit = pieces.get_reset_square();
-        Square const from = from_bit.get_unique_square();
         BitBoard to_set = to_mask & reach.template reached_from<Side, PieceId>(from);
         if (!to_set) {
             continue;
@@ -141,10 +141,10 @@ void MoveGenerator::king_moves(ChessPosition const& position, Reach const& reach
     Piece const king(SideOf<Side>::king);
     BitBoard pieces = position.piece(SideOf<Side>::king);
     while (pieces) {
-        Square const from = pieces.get_reset_square().get_unique_square();
+        Square const from = pieces.take_first_square();
         BitBoard to_set = to_mask & reach.template reached_from<Side, SideOf<Side>::king>(from);
         while (to_set) {
-            Square const to = to_set.get_reset_square().get_unique_square();
+            Square const to = to_set.take_first_square();
             Move move(from, to, normal_move, king, position[to.id()]);
             if (!is_legal_kingmove<Side>(position, move)) {
                 continue;

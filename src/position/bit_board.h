@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <bit>
 #include <compare>
 #include <cstddef>
 #include <cstdint>
@@ -36,8 +37,8 @@ constexpr std::array<std::int8_t, 128> make_table() {
 
 /// A set of squares in one 64-bit word, bit n for square id n: a1 is the lowest bit.
 ///
-/// A plain word, copied freely and used by every thread. The scan and the count read two constant
-/// tables and take no branch.
+/// A plain word, copied freely and used by every thread. The scan of a set known to have one square
+/// and the count read two constant tables and take no branch.
 class BitBoard {
  public:
     /// Entry i is the number of set bits of i.
@@ -91,6 +92,12 @@ class BitBoard {
         BitBoard const lowest(word_ & (0 - word_));
         word_ &= word_ - 1;
         return lowest;
+    }
+    /// Takes the lowest square out and returns it; no square for the empty set.
+    constexpr Square take_first_square() {
+        Square const first = get_first_square();
+        word_ &= word_ - 1;
+        return first;
     }
     /// Takes the lowest bit out of a raw word and returns its square id, 64 for the empty word.
     static constexpr int get_reset_square(std::uint64_t& word) {
@@ -152,9 +159,7 @@ class BitBoard {
     void write() const;
 
  private:
-    static constexpr int first_id(std::uint64_t word) {
-        return m_first_square_id[bit_scan::index(word & (0 - word))];
-    }
+    static constexpr int first_id(std::uint64_t word) { return std::countr_zero(word); }
 
     std::uint64_t word_ = 0;
 };

@@ -89,7 +89,7 @@ void ChessPosition::find_pins_to_king() {
         (board_tables_.empty_board_rook(king) & (piece(enemy::rook) | enemy_queens)) |
         (board_tables_.empty_board_bishop(king) & (piece(enemy::bishop) | enemy_queens));
     while (sliders) {
-        const Square slider = sliders.get_reset_square().get_unique_square();
+        const Square slider = sliders.take_first_square();
         const BitBoard between = board_tables_.line_segment(slider, king) & pieces();
         BitBoard others = between;
         others.get_reset_square();

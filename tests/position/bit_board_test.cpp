@@ -77,6 +77,9 @@ TEST(BitBoard, ScanAndCountAgreeWithTrial) {
         EXPECT_EQ(board.get_first_square().id(), lowest(word));
         EXPECT_EQ(board.popcount(), count(word));
         EXPECT_EQ(BitBoard::popcount(word), count(word));
+        BitBoard rest = board;
+        EXPECT_EQ(rest.take_first_square().id(), lowest(word));
+        EXPECT_EQ(to_ull(rest), word & (word - 1));
     }
     for (int i = 0; i < 64; ++i) {
         EXPECT_EQ(Square(i).bitboard().get_unique_square().id(), i);
@@ -108,6 +111,16 @@ TEST(BitBoard, ResetSquareTakesTheLowestOut) {
 TEST(BitBoard, ResetSquareOfAnEmptySetIsEmpty) {
     BitBoard board;
     EXPECT_EQ(board.get_reset_square(), BitBoard());
+    EXPECT_EQ(board, BitBoard());
+}
+
+TEST(BitBoard, TakingSquaresGivesThemInOrderAndThenNone) {
+    BitBoard board({Square("h8"), Square("b1"), Square("a1")});
+    EXPECT_EQ(board.take_first_square(), Square("a1"));
+    EXPECT_EQ(board.take_first_square(), Square("b1"));
+    EXPECT_EQ(board, Square("h8").bitboard());
+    EXPECT_EQ(board.take_first_square(), Square("h8"));
+    EXPECT_EQ(board.take_first_square(), Square());
     EXPECT_EQ(board, BitBoard());
 }
 

@@ -68,22 +68,17 @@ template <bool OneKing>
 }
 
 /// Squares of the enemy king's battlefield that the pieces attack.
-template <bool OneKing>
-[[gnu::always_inline]] inline void find_battlefield_attacks(
-    terms_t& terms, Mobility const& maps, KingZone<side::white, OneKing> const& white,
-    KingZone<side::black, OneKing> const& black) {
+[[gnu::always_inline]] inline void find_battlefield_attacks(terms_t& terms, Mobility const& maps) {
     terms.integers[term::knight_battlefield_attack] =
-        black.count_within_field(maps.white_knight_battlefield_attack()) -
-        white.count_within_field(maps.black_knight_battlefield_attack());
+        count(maps.white_knight_battlefield_attack()) -
+        count(maps.black_knight_battlefield_attack());
     terms.integers[term::bishop_battlefield_attack] =
-        black.count_within_field(maps.white_bishop_battlefield_attack()) -
-        white.count_within_field(maps.black_bishop_battlefield_attack());
+        count(maps.white_bishop_battlefield_attack()) -
+        count(maps.black_bishop_battlefield_attack());
     terms.integers[term::rook_battlefield_attack] =
-        black.count_within_field(maps.white_rook_battlefield_attack()) -
-        white.count_within_field(maps.black_rook_battlefield_attack());
+        count(maps.white_rook_battlefield_attack()) - count(maps.black_rook_battlefield_attack());
     terms.integers[term::queen_battlefield_attack] =
-        black.count_within_field(maps.white_queen_battlefield_attack()) -
-        white.count_within_field(maps.black_queen_battlefield_attack());
+        count(maps.white_queen_battlefield_attack()) - count(maps.black_queen_battlefield_attack());
 }
 
 /// All terms of the kings but their activity, on the maps and the pawn record of the position.
@@ -108,7 +103,7 @@ template <bool OneKing>
         static_cast<float>(black.pressure(maps) - white.pressure(maps)) * king_attack_scale);
     terms.integers[term::pawn_storm] =
         (black.count_field(position.white_pawn()) - white.count_field(position.black_pawn())) * 5;
-    find_battlefield_attacks(terms, maps, white, black);
+    find_battlefield_attacks(terms, maps);
     find_contacts(terms, position, white, black);
 }
 

@@ -113,9 +113,9 @@ inline void PieceSquareTables::follow(Move const& move) {
         follow_special<Make>(move);
         return;
     }
-    int const to = move.to().id();
+    int const to = move.to_id();
     change<Make>(move.piece_id(), to);
-    change<!Make>(move.piece_id(), move.from().id());
+    change<!Make>(move.piece_id(), move.from_id());
     change<!Make>(move.capture_id(), to);
 }
 

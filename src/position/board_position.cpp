@@ -118,14 +118,14 @@ void BoardPosition::make_move(Move const& move) {
 }
 
 void BoardPosition::make_normal_move(Move const& move) {
-    Square const from = move.from();
-    Square const to = move.to();
+    auto const from = static_cast<std::size_t>(move.from_id());
+    auto const to = static_cast<std::size_t>(move.to_id());
     if (from == to) {
         note_odd_move(move);
     }
-    lift(index(to), static_cast<std::size_t>(move.capture_id()));
-    lift(index(from), static_cast<std::size_t>(move.piece_id()));
-    place(index(to), static_cast<std::size_t>(move.piece_id()));
+    lift(to, static_cast<std::size_t>(move.capture_id()));
+    lift(from, static_cast<std::size_t>(move.piece_id()));
+    place(to, static_cast<std::size_t>(move.piece_id()));
 }
 
 void BoardPosition::make_special_move(Move const& move) {
@@ -181,10 +181,12 @@ void BoardPosition::unmake_move(Move const& move) {
 }
 
 void BoardPosition::unmake_normal_move(Move const& move) {
-    lift(index(move.to()), static_cast<std::size_t>(move.piece_id()));
-    place(index(move.from()), static_cast<std::size_t>(move.piece_id()));
+    auto const from = static_cast<std::size_t>(move.from_id());
+    auto const to = static_cast<std::size_t>(move.to_id());
+    lift(to, static_cast<std::size_t>(move.piece_id()));
+    place(from, static_cast<std::size_t>(move.piece_id()));
     // Without a capture this writes into board 0, which is emptied by the caller.
-    place(index(move.to()), static_cast<std::size_t>(move.capture_id()));
+    place(to, static_cast<std::size_t>(move.capture_id()));
 }
 
 void BoardPosition::unmake_special_move(Move const& move) {

@@ -50,8 +50,8 @@ std::uint16_t ChessPosition::castlingrights_after(Move const& move) const {
 }
 
 Square ChessPosition::ep_after(Move const& move) const {
-    int const from = move.from().id();
-    int const to = move.to().id();
+    int const from = move.from_id();
+    int const to = move.to_id();
     if (std::abs(to - from) != 16) {
         return Square();
     }

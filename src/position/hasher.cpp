@@ -25,6 +25,15 @@ constexpr std::size_t row(int id) {
     return index(id & (HashKeys::rows - 1));
 }
 
+/// The rights on the rooks of a1, h1, a8 and h8 as the bits of an index.
+constexpr std::size_t corner_rights(unsigned rights) {
+    return (rights & 1) | (rights >> 6 & 6) | (rights >> 12 & 8);
+}
+
+static_assert(corner_rights(0x0001) == 1 && corner_rights(0x0080) == 2);
+static_assert(corner_rights(0x0100) == 4 && corner_rights(0x8000) == 8);
+static_assert(corner_rights(chess960_rights) == 0);
+
 /// What a promotion changes in both keys.
 struct promotion_change_t {
     std::uint64_t key;
@@ -61,6 +70,12 @@ Hasher<KeySet>::Hasher(Tables const& tables) : key_set_(BoardTables(tables).hash
     pawn_keys_.reserve(start_capacity);
     keys_.push_back(0);
     pawn_keys_.push_back(0);
+    // The keys of the set come in the order h1, a1, h8, a8.
+    for (std::size_t i = 0; i < corner_keys_.size(); ++i) {
+        corner_keys_[i] =
+            ((i & 1) != 0 ? key_set_.castling[1] : 0) ^ ((i & 2) != 0 ? key_set_.castling[0] : 0) ^
+            ((i & 4) != 0 ? key_set_.castling[3] : 0) ^ ((i & 8) != 0 ? key_set_.castling[2] : 0);
+    }
 }
 
 template <int KeySet>
@@ -88,18 +103,8 @@ std::uint64_t Hasher<KeySet>::hash() const {
     HashKeys const& keys = key_set_;
     const std::uint16_t rights = position_->castlingrights();
     if (rights != 0) {
-        if (rights & 0x0001) {
-            key ^= keys.castling[1];
-        }
-        if (rights & 0x0080) {
-            key ^= keys.castling[0];
-        }
-        if (rights & 0x0100) {
-            key ^= keys.castling[3];
-        }
-        if (rights & 0x8000) {
-            key ^= keys.castling[2];
-        }
+        // One look-up for all: branches on each would be guessed wrong now and then.
+        key ^= corner_keys_[corner_rights(rights)];
         // The published keys know corner rooks only; the raw word tells all other rights apart.
         if (rights & chess960_rights) {
             key ^= rights;
@@ -120,8 +125,8 @@ void Hasher<KeySet>::make_move(Move const& move) {
     std::uint64_t key = keys_.back();
     std::uint64_t pawn_key = pawn_keys_.back();
     HashKeys const& keys = key_set_;
-    const std::size_t from = index(move.from().id() & 63);
-    const std::size_t to = index(move.to().id() & 63);
+    const std::size_t from = index(move.from_id());
+    const std::size_t to = index(move.to_id());
     const std::size_t moved = row(move.piece_id());
     const std::size_t captured = row(move.capture_id());
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <vector>
 
@@ -52,6 +53,8 @@ class Hasher {
  private:
     ChessPosition const* position_ = nullptr;
     HashKeys const& key_set_;
+    /// Contribution of the rights on corner rooks, by corner_rights().
+    std::array<std::uint64_t, 16> corner_keys_{};
     std::vector<std::uint64_t> keys_;
     std::vector<std::uint64_t> pawn_keys_;
 };

@@ -65,6 +65,11 @@ class Move {
     }
     constexpr void to(Square const& square) { put(to_shift, 0x3F, bits(square.id())); }
 
+    /// The ids as they stand in the word, 0 to 63, those of the empty move 0: for moves that are
+    /// known not to be empty, which then need not be asked for it.
+    constexpr int from_id() const { return static_cast<int>(field(from_shift, 0x3F)); }
+    constexpr int to_id() const { return static_cast<int>(field(to_shift, 0x3F)); }
+
     constexpr move_t code() const { return static_cast<move_t>(field(code_shift, 7)); }
     constexpr void code(move_t const& code) { put(code_shift, 7, code); }
     constexpr xmove_t xcode() const { return static_cast<xmove_t>(field(xcode_shift, 0xFF)); }

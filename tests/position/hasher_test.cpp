@@ -125,6 +125,41 @@ TEST_F(HasherTest, LosingARightChangesTheKeyWithoutTheStack) {
     EXPECT_EQ(position.get_hash(), before);
 }
 
+TEST_F(HasherTest, AnyRightsFoldInTheKeyOfEachCornerAndTheWordForOtherRooks) {
+    position.newgame();
+    position.set_castlingrights(0);
+    const std::uint64_t without = position.get_hash();
+    for (unsigned rights = 0; rights <= 0xFFFF; ++rights) {
+        std::uint64_t key = without;
+        key ^= (rights & 0x0001) != 0 ? keys.castling[1] : 0;
+        key ^= (rights & 0x0080) != 0 ? keys.castling[0] : 0;
+        key ^= (rights & 0x0100) != 0 ? keys.castling[3] : 0;
+        key ^= (rights & 0x8000) != 0 ? keys.castling[2] : 0;
+        key ^= (rights & 0x7E7E) != 0 ? rights : 0;
+        position.set_castlingrights(static_cast<short>(rights));
+        ASSERT_EQ(position.get_hash(), key) << rights;
+    }
+}
+
+/// A move that captures nothing or anything changes the pawn key by the pawns in it alone.
+TEST_F(HasherTest, PawnKeyFollowsPawnsAlone) {
+    for (int const moved : {1, 2, 3, 4, 5, 6, 9, 10, 11, 12, 13, 14}) {
+        for (int const captured : {0, 1, 2, 3, 4, 5, 6, 9, 10, 11, 12, 13, 14}) {
+            Hasher<1> hasher(tables);
+            hasher.make_move(
+                Move(Square("c4"), Square("d5"), normal_move, Piece(moved), Piece(captured)));
+            std::uint64_t pawns = 0;
+            if (moved == 1 || moved == 9) {
+                pawns ^= piece_key(moved, "c4") ^ piece_key(moved, "d5");
+            }
+            if (captured == 1 || captured == 9) {
+                pawns ^= piece_key(captured, "d5");
+            }
+            EXPECT_EQ(hasher.pawn_hash(), pawns) << moved << ' ' << captured;
+        }
+    }
+}
+
 TEST_F(HasherTest, PawnCaptureChangesThePawnKeyByItsSquares) {
     position.fen("4k3/8/8/3n4/4P3/8/8/4K3 w - - 0 1");
     std::uint64_t before = position.get_pawnhash();

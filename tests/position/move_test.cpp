@@ -16,6 +16,8 @@ TEST(Move, WordZeroHasNoSquares) {
     EXPECT_EQ(move.word(), 0U);
     EXPECT_EQ(move.from(), Square());
     EXPECT_EQ(move.to(), Square());
+    EXPECT_EQ(move.from_id(), 0);
+    EXPECT_EQ(move.to_id(), 0);
     EXPECT_EQ(move.algebraic(false), "0000");
     EXPECT_EQ(move.algebraic(true), "0000");
     EXPECT_EQ(move.dump(),
@@ -28,6 +30,8 @@ TEST(Move, PacksItsFields) {
     EXPECT_EQ(move.word(), 0x091D3D3BU);
     EXPECT_EQ(move.from().name(), "e7");
     EXPECT_EQ(move.to().name(), "d8");
+    EXPECT_EQ(move.from_id(), Square("e7").id());
+    EXPECT_EQ(move.to_id(), Square("d8").id());
     EXPECT_EQ(move.code(), promo_rook);
     EXPECT_EQ(move.piece(), Piece(1));
     EXPECT_EQ(move.piece_id(), 1);

@@ -122,7 +122,7 @@ bool Evaluation::terms_are_current() {
 
 template <group_t Group>
 [[gnu::always_inline]] inline float Evaluation::add_group(float score) {
-    return add_blend<Group>(score, terms_, mg_phase_, eg_phase_, variable_vector_.data());
+    return add_blend<Group>(score, terms_, mg_phase_, eg_phase_);
 }
 
 float Evaluation::evaluate_terms() {
@@ -285,7 +285,6 @@ void Evaluation::find_stm() {
 
 float Evaluation::blend_stm(float score) {
     float const side = static_cast<float>(terms_.integers[term::stm]);
-    variable_vector_[term::stm] = side;
     float const end_game = side * Weight::eg_row[term::stm] * eg_phase_;
     float const middle_game = side * Weight::mg_row[term::stm] * mg_phase_;
     return score + (end_game + middle_game);
@@ -298,16 +297,23 @@ void Evaluation::scale_opposite_bishops() {
     score_ = rounded(halved ? score_ * 0.5F : score_);
 }
 
+std::vector<float> const& Evaluation::variable_vector() const {
+    for (std::size_t i = 0; i < variable_vector_.size(); ++i) {
+        variable_vector_[i] = terms_.value(i);
+    }
+    return variable_vector_;
+}
+
 int Evaluation::material() const {
-    return static_cast<int>(variable_vector_[term::material]);
+    return static_cast<int>(terms_.value(term::material));
 }
 
 int Evaluation::mobility() const {
-    return static_cast<int>(variable_vector_[term::mobility]);
+    return static_cast<int>(terms_.value(term::mobility));
 }
 
 int Evaluation::king_safety() const {
-    return static_cast<int>(variable_vector_[term::king_attack]);
+    return static_cast<int>(terms_.value(term::king_attack));
 }
 
 std::string Evaluation::fen() const {

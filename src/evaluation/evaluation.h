@@ -112,8 +112,9 @@ class Evaluation {
     int KRPKR() const;
     int KQKR();
 
-    /// Terms of the last evaluation, in the order of `term`.
-    std::vector<float> const& variable_vector() const { return variable_vector_; }
+    /// Terms of the last evaluation, in the order of `term`. The reference goes on to those of the
+    /// next evaluation with the next call.
+    std::vector<float> const& variable_vector() const;
     std::vector<float> const& weight_mg_vector() const { return weight_.mg; }
     std::vector<float> const& weight_eg_vector() const { return weight_.eg; }
     /// Attack maps of the last evaluated position.
@@ -133,8 +134,7 @@ class Evaluation {
     std::uint64_t missed_pht_reads() const { return missed_pht_reads_; }
 
  private:
-    // These fill `terms_`; the variable vector follows with the sum, or at the end of a step that
-    // is taken by itself.
+    // These fill `terms_`.
     void find_phase();
     void find_phase_and_material();
     void find_mobility_terms();
@@ -149,11 +149,8 @@ class Evaluation {
     void find_stm();
     /// A step by itself may be taken on another position than the last evaluation was.
     void forget_last_evaluation();
-    /// Ends a step: writes terms `first` to `last` to the variable vector.
-    void publish(std::size_t first, std::size_t last);
-    void publish(std::size_t index) { publish(index, index); }
 
-    /// Adds the blended terms of a group to `score` and writes them to the variable vector.
+    /// Adds the blended terms of a group to `score`.
     template <group_t Group>
     float add_group(float score);
     float blend_stm(float score);
@@ -183,7 +180,8 @@ class Evaluation {
     /// The record of the last pawn structure seen: the first one or a slot of the table.
     PHTrecord const* pawn_record_ = &first_record_;
     Weight weight_;
-    std::vector<float> variable_vector_;
+    /// The terms as floats, written when they are asked for: a search never does.
+    mutable std::vector<float> variable_vector_;
     bool log_ = false;
     std::ofstream log_stream_;
     std::uint64_t total_evals_ = 0;

@@ -17,15 +17,14 @@ std::string Evaluation::report() {
         if (name.size() < name_width) {
             name.resize(name_width, ' ');
         }
-        float const middle_game = variable_vector_[i] * weight_.mg[i];
-        float const end_game = variable_vector_[i] * weight_.eg[i];
+        float const middle_game = terms_.value(i) * weight_.mg[i];
+        float const end_game = terms_.value(i) * weight_.eg[i];
         text << name << std::setw(20) << middle_game << "     " << std::setw(20) << end_game
              << "\n";
         total = static_cast<int>(static_cast<float>(total) + middle_game * mg_phase_ +
                                  end_game * eg_phase_);
     }
-    double const divisor =
-        static_cast<double>(variable_vector_[term::opposite_colored_bishops]) + 1.0;
+    double const divisor = static_cast<double>(terms_.value(term::opposite_colored_bishops)) + 1.0;
     text << "\n\nTotal score: " << static_cast<int>(static_cast<double>(total) / divisor)
          << "     (white's point of view)\n";
     return text.str();

@@ -1,6 +1,8 @@
 // The steps of the evaluation by themselves. static_eval() takes none of them: it goes through the
 // same terms in an order that serves the sum.
 
+#include <cstdint>
+
 #include "evaluation/development_terms.h"
 #include "evaluation/evaluation.h"
 #include "evaluation/king_terms.h"
@@ -15,13 +17,6 @@ void Evaluation::forget_last_evaluation() {
     phase_material_ = no_material;
 }
 
-void Evaluation::publish(std::size_t first, std::size_t last) {
-    forget_last_evaluation();
-    for (std::size_t i = first; i <= last; ++i) {
-        variable_vector_[i] = terms_.value(i);
-    }
-}
-
 void Evaluation::compute_phase() {
     forget_last_evaluation();
     find_phase();
@@ -29,7 +24,7 @@ void Evaluation::compute_phase() {
 
 void Evaluation::compute_material() {
     terms_.integers[term::material] = material_.get_eval(position_.materialindex());
-    publish(term::material);
+    forget_last_evaluation();
 }
 
 void Evaluation::compute_mobility() {
@@ -37,32 +32,32 @@ void Evaluation::compute_mobility() {
     terms_.integers[term::locked_up_rook] =
         KingZone<side::black, false>(position_, mobility_).shut_in_rook(position_) -
         KingZone<side::white, false>(position_, mobility_).shut_in_rook(position_);
-    publish(term::mobility, term::queen_mobility);
-    publish(term::locked_up_rook, term::own_hanging_material);
-    publish(term::safe_queencheck);
+    forget_last_evaluation();
 }
 
 // The term exists in the vectors but measures nothing (oddity 102).
 void Evaluation::compute_space() {
     terms_.integers[term::space] = 0;
-    publish(term::space);
+    forget_last_evaluation();
 }
 
 void Evaluation::compute_pst() {
+    // Not a term of this step, and where that stores zeros behind its own.
+    std::uint32_t const king_attack = terms_.float_bits[term::king_attack];
     find_pst_terms();
-    publish(term::pst_pawn, term::pst_king);
+    terms_.float_bits[term::king_attack] = king_attack;
+    forget_last_evaluation();
 }
 
 void Evaluation::compute_pawn_eval() {
     find_pawn_record();
     find_pawn_terms();
-    publish(term::rookpawn, term::pawn_islands);
-    publish(term::bad_bishop);
+    forget_last_evaluation();
 }
 
 void Evaluation::compute_development() {
     find_development();
-    publish(term::development);
+    forget_last_evaluation();
 }
 
 void Evaluation::compute_king_safety() {
@@ -70,23 +65,22 @@ void Evaluation::compute_king_safety() {
     int const locked_up_rook = terms_.integers[term::locked_up_rook];
     king_terms::find<false>(terms_, position_, mobility_, *pawn_record_);
     terms_.integers[term::locked_up_rook] = locked_up_rook;
-    publish(term::pawn_shield, term::open_files_on_king);
-    publish(term::knight_king_contact, term::queen_battlefield_attack);
+    forget_last_evaluation();
 }
 
 void Evaluation::compute_king_activity() {
     find_king_activity();
-    publish(term::king_activity);
+    forget_last_evaluation();
 }
 
 void Evaluation::compute_pinned_pieces() {
     find_pinned_pieces();
-    publish(term::pinned_pieces);
+    forget_last_evaluation();
 }
 
 void Evaluation::compute_opposite_colored_bishops() {
     find_opposite_colored_bishops();
-    publish(term::opposite_colored_bishops);
+    forget_last_evaluation();
 }
 
 }  // namespace orvelin

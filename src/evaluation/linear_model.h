@@ -109,14 +109,14 @@ template <group_t Group>
     }
 }
 
-/// Adds the blend of the terms of a group to the score and writes them to the variables.
+/// Adds the blend of the terms of a group to the score.
 ///
 /// Each operation rounds to float by itself: end game first, then middle game, then the sum of the
 /// two. These are independent of each other, so the compiler takes four terms at a time; the sum
 /// over the terms is not and keeps its order.
 template <group_t Group>
 [[gnu::always_inline]] inline float add_blend(float score, terms_t const& terms, float mg_phase,
-                                              float eg_phase, float* variables) {
+                                              float eg_phase) {
     constexpr std::size_t size = Group.size();
     static_assert(Group.first + size <= Weight::padded);
     alignas(16) std::array<float, size> values;
@@ -126,9 +126,6 @@ template <group_t Group>
         float const end_game = values[i] * Weight::eg_row[Group.first + i] * eg_phase;
         float const middle_game = values[i] * Weight::mg_row[Group.first + i] * mg_phase;
         addends[i] = end_game + middle_game;
-    }
-    for (std::size_t i = 0; i < Group.terms(); ++i) {
-        variables[Group.first + i] = values[i];
     }
     for (std::size_t i = 0; i < Group.terms(); ++i) {
         score += addends[i];

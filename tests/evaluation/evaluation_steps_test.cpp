@@ -61,6 +61,18 @@ TEST(EvaluationStepsTest, NoStepOnAnotherPositionChangesTheNextEvaluation) {
     }
 }
 
+/// Places of the steps' own terms lie between those of others.
+TEST(EvaluationStepsTest, AStepOnTheSamePositionChangesNoTerm) {
+    for (step_t const& step : all_steps()) {
+        FreshEvaluation at(crowded_fen);
+        at.score();
+        std::vector<float> const terms = at.evaluation().variable_vector();
+        EXPECT_NE(terms[term::king_attack], 0.0F);
+        (at.evaluation().*step.take)();
+        EXPECT_EQ(at.evaluation().variable_vector(), terms) << step.name;
+    }
+}
+
 // A move that only the position follows: to the evaluation the position stands as it did before.
 TEST(EvaluationStepsTest, NoStepBehindAMoveChangesTheNextEvaluation) {
     Move const capture{Square(std::string("e2")), Square(std::string("a6")),

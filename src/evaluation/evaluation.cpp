@@ -135,16 +135,17 @@ float Evaluation::evaluate_terms() {
     find_pinned_pieces();
     float sum = add_group<group::material_to_space>(0.0F);
     sum = add_group<group::pst_of_pieces>(sum);
+    king_relations_t const& relations = find_king_relations();
     // Turned zones are made for one king a side.
     if (several(position_.white_king()) || several(position_.black_king())) {
-        king_terms::find<false>(terms_, position_, mobility_, *pawn_record_);
+        king_terms::find<false>(terms_, position_, mobility_, relations);
     } else {
-        king_terms::find<true>(terms_, position_, mobility_, *pawn_record_);
+        king_terms::find<true>(terms_, position_, mobility_, relations);
     }
-    find_king_activity();
+    find_king_activity(relations);
     sum = add_group<group::pst_to_king_attack>(sum);
     sum = add_group<group::castling_to_battlefield>(sum);
-    find_pawn_terms();
+    find_pawn_terms(relations);
     return add_group<group::king_activity_to_bishops>(sum);
 }
 
@@ -223,7 +224,44 @@ void Evaluation::find_pawn_record() {
     terms_.integers[term::pawn_islands] = pawn_record_->islands;
 }
 
-void Evaluation::find_pawn_terms() {
+// Most moves are of other pieces, and a structure is mostly met with the kings that it was met with
+// before. The record keeps what belongs to one king a side, and to its own pawns: on an
+// inconsistent board others may stand.
+king_relations_t const& Evaluation::find_king_relations() {
+    BitBoard const white = position_.white_king();
+    BitBoard const black = position_.black_king();
+    if (!single(white) || !single(black) || position_.board_is_inconsistent()) {
+        return loose_king_relations();
+    }
+    king_relations_t& relations = pawn_record_->relations;
+    auto const kings = static_cast<std::uint16_t>(white.get_first_square().id() +
+                                                  64 * black.get_first_square().id());
+    if (relations.kings != kings) {
+        compute_king_relations(relations);
+        relations.kings = kings;
+    }
+    return relations;
+}
+
+king_relations_t const& Evaluation::loose_king_relations() {
+    compute_king_relations(loose_relations_);
+    return loose_relations_;
+}
+
+void Evaluation::compute_king_relations(king_relations_t& relations) const {
+    PHTrecord const& record = *pawn_record_;
+    king_terms::find_pawn_cover(relations, position_, mobility_, record);
+    relations.activity =
+        static_cast<std::int16_t>(king_activity::difference(position_, record, distance_));
+    relations.white_passer_score =
+        pawn_terms::score_near_king(record.white_passer_score, record.white_passed,
+                                    SideOf<side::black>::king_square(position_), distance_);
+    relations.black_passer_score =
+        pawn_terms::score_near_king(record.black_passer_score, record.black_passed,
+                                    SideOf<side::white>::king_square(position_), distance_);
+}
+
+void Evaluation::find_pawn_terms(king_relations_t const& relations) {
     using namespace pawn_terms;
     terms_.integers[term::blocked_pawns] =
         blocked_pawns<side::black>(position_) - blocked_pawns<side::white>(position_);
@@ -233,9 +271,9 @@ void Evaluation::find_pawn_terms() {
     BitBoard const white_attacks = mobility_.white_attacks();
     BitBoard const black_attacks = mobility_.black_attacks();
     passers_t const white{record.white_passed, record.white_stop, record.white_behind,
-                          record.white_passer_score};
+                          relations.white_passer_score, record.white_passer_score == 0};
     passers_t const black{record.black_passed, record.black_stop, record.black_behind,
-                          record.black_passer_score};
+                          relations.black_passer_score, record.black_passer_score == 0};
     terms_.integers[term::passed_pawns] =
         passed_pawn_score<side::white>(position_, white, white_attacks, black_attacks, distance_) -
         passed_pawn_score<side::black>(position_, black, black_attacks, white_attacks, distance_);
@@ -254,9 +292,8 @@ void Evaluation::find_development() {
 }
 
 // Weighted by the phase here and again by the weights (oddity 108).
-void Evaluation::find_king_activity() {
-    int const difference = king_activity::difference(position_, *pawn_record_, distance_);
-    terms_.set_float<term::king_activity>(static_cast<float>(difference) * eg_phase_);
+void Evaluation::find_king_activity(king_relations_t const& relations) {
+    terms_.set_float<term::king_activity>(static_cast<float>(relations.activity) * eg_phase_);
 }
 
 void Evaluation::find_pinned_pieces() {

@@ -141,9 +141,16 @@ class Evaluation {
     void find_pst_terms();
     /// Makes the record of the position's pawn key the current one, from the table or computed.
     void find_pawn_record();
-    void find_pawn_terms();
+    /// The relations of the position's pawns and kings, kept in its record where that can be. The
+    /// record and the maps around the kings have to be those of the position.
+    king_relations_t const& find_king_relations();
+    /// Computes them on the record and the maps as they stand; the squares of the kings stay.
+    void compute_king_relations(king_relations_t& relations) const;
+    /// The same, kept in no record.
+    king_relations_t const& loose_king_relations();
+    void find_pawn_terms(king_relations_t const& relations);
     void find_development();
-    void find_king_activity();
+    void find_king_activity(king_relations_t const& relations);
     void find_pinned_pieces();
     void find_opposite_colored_bishops();
     void find_stm();
@@ -178,7 +185,9 @@ class Evaluation {
     /// it as its own then (oddity 110).
     PHTrecord first_record_;
     /// The record of the last pawn structure seen: the first one or a slot of the table.
-    PHTrecord const* pawn_record_ = &first_record_;
+    PHTrecord* pawn_record_ = &first_record_;
+    /// The last relations that no record keeps.
+    king_relations_t loose_relations_;
     Weight weight_;
     /// The terms as floats, written when they are asked for: a search never does.
     mutable std::vector<float> variable_vector_;

@@ -51,7 +51,7 @@ void Evaluation::compute_pst() {
 
 void Evaluation::compute_pawn_eval() {
     find_pawn_record();
-    find_pawn_terms();
+    find_pawn_terms(loose_king_relations());
     forget_last_evaluation();
 }
 
@@ -63,13 +63,13 @@ void Evaluation::compute_development() {
 void Evaluation::compute_king_safety() {
     // That term is one of compute_mobility().
     int const locked_up_rook = terms_.integers[term::locked_up_rook];
-    king_terms::find<false>(terms_, position_, mobility_, *pawn_record_);
+    king_terms::find<false>(terms_, position_, mobility_, loose_king_relations());
     terms_.integers[term::locked_up_rook] = locked_up_rook;
     forget_last_evaluation();
 }
 
 void Evaluation::compute_king_activity() {
-    find_king_activity();
+    find_king_activity(loose_king_relations());
     forget_last_evaluation();
 }
 

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 
 #include "evaluation/counting.h"
 #include "evaluation/king_zone.h"
@@ -81,28 +82,38 @@ template <bool OneKing>
         count(maps.white_queen_battlefield_attack()) - count(maps.black_queen_battlefield_attack());
 }
 
-/// All terms of the kings but their activity, on the maps and the pawn record of the position.
+/// The terms that the pawns around the kings decide.
+inline void find_pawn_cover(king_relations_t& relations, ChessPosition const& position,
+                            Mobility const& maps, PHTrecord const& pawns) {
+    KingZone<side::white, false> const white(position, maps);
+    KingZone<side::black, false> const black(position, maps);
+    BitBoard const white_open = pawns.white_open_files;
+    BitBoard const black_open = pawns.black_open_files;
+    relations.pawn_shield = static_cast<std::int16_t>(
+        (white.pawn_shield(position, white_open) - black.pawn_shield(position, black_open)) * 10);
+    relations.open_files_on_king = static_cast<std::int16_t>(
+        (black.count_near(white_open) - white.count_near(black_open)) * 15);
+    relations.pawn_storm = static_cast<std::int16_t>(
+        (black.count_field(position.white_pawn()) - white.count_field(position.black_pawn())) * 5);
+}
+
+/// All terms of the kings but their activity, on the maps and the relations of the position.
 /// `OneKing` says that neither side has several kings, see KingZone.
 template <bool OneKing>
 [[gnu::always_inline]] inline void find(terms_t& terms, ChessPosition const& position,
-                                        Mobility const& maps, PHTrecord const& pawns) {
+                                        Mobility const& maps, king_relations_t const& relations) {
     KingZone<side::white, OneKing> const white(position, maps);
     KingZone<side::black, OneKing> const black(position, maps);
-    BitBoard const white_open = pawns.white_open_files;
-    BitBoard const black_open = pawns.black_open_files;
 
     terms.integers[term::locked_up_rook] =
         black.shut_in_rook(position) - white.shut_in_rook(position);
     terms.integers[term::castling_rights] =
         castling_rights(static_cast<unsigned>(position.castlingrights()));
-    terms.integers[term::pawn_shield] =
-        (white.pawn_shield(position, white_open) - black.pawn_shield(position, black_open)) * 10;
-    terms.integers[term::open_files_on_king] =
-        (black.count_near(white_open) - white.count_near(black_open)) * 15;
+    terms.integers[term::pawn_shield] = relations.pawn_shield;
+    terms.integers[term::open_files_on_king] = relations.open_files_on_king;
     terms.set_float<term::king_attack>(
         static_cast<float>(black.pressure(maps) - white.pressure(maps)) * king_attack_scale);
-    terms.integers[term::pawn_storm] =
-        (black.count_field(position.white_pawn()) - white.count_field(position.black_pawn())) * 5;
+    terms.integers[term::pawn_storm] = relations.pawn_storm;
     find_battlefield_attacks(terms, maps);
     find_contacts(terms, position, white, black);
 }

@@ -28,7 +28,7 @@ class PawnHashTable {
 
     /// The record of `key`, or none; counted as read() is. It stays where it is until a write to
     /// the same slot.
-    PHTrecord const* find(std::uint64_t key);
+    PHTrecord* find(std::uint64_t key);
     /// Asks the processor to fetch the slot of `key`; changes nothing and waits for nothing.
     void prefetch(std::uint64_t key) const {
         char const* const first = reinterpret_cast<char const*>(&table_[key & (size_ - 1)]);
@@ -65,9 +65,9 @@ class PawnHashTable {
     std::unique_ptr<PHTrecord[]> table_;
 };
 
-inline PHTrecord const* PawnHashTable::find(std::uint64_t key) {
+inline PHTrecord* PawnHashTable::find(std::uint64_t key) {
     ++total_;
-    PHTrecord const& record = slot(key);
+    PHTrecord& record = slot(key);
     if (record.key == key) {
         return &record;
     }

@@ -23,13 +23,22 @@ inline constexpr std::array<int, 8> won_race{0, 0, 50, 100, 200, 300, 400, 0};
 static_assert(king_near_passer[4] == 15 && king_near_passer[5] == 0);
 static_assert(won_race[2] == 50 && won_race[6] == 400);
 
-/// Passed pawn sets of one side, from the pawn record.
+/// Passed pawns of one side.
 struct passers_t {
     BitBoard passed;
     BitBoard stop;
     BitBoard behind;
+    /// What the pawns are worth with the enemy king where he stands.
     int score;
+    /// There are none, or all of them are near home.
+    bool idle;
 };
+
+/// The score of the passed pawns, less by what the enemy king takes who is near.
+inline int score_near_king(int score, BitBoard passed, Square enemy_king,
+                           Distance const& distance) {
+    return score - king_near_passer[static_cast<std::size_t>(distance(enemy_king, passed))];
+}
 
 /// Sum over the passed pawns that run home alone: the enemy king's distance to the promotion
 /// square exceeds the ranks still to go. Neither the side to move nor a blocker is looked at.
@@ -53,22 +62,19 @@ template <int Side>
 inline int passed_pawn_score(ChessPosition const& position, passers_t const& passers,
                              BitBoard own_attacks, BitBoard enemy_attacks,
                              Distance const& distance) {
-    if (passers.score == 0) {
+    if (passers.idle) {
         return 0;
     }
     using own = SideOf<Side>;
     using enemy = SideOf<enemy_of<Side>>;
     BitBoard const enemy_rooks = enemy::rooks(position);
-    Square const enemy_king = enemy::king_square(position);
-
     int score = passers.score;
-    score -= king_near_passer[static_cast<std::size_t>(distance(enemy_king, passers.passed))];
     // Every enemy piece blocks, the king included, except a rook.
     score -= 50 * count(passers.stop & enemy::pieces(position) & ~enemy_rooks);
     score -= 50 * count(passers.stop & enemy_attacks & ~own_attacks);
     if (!(enemy::knights(position) | enemy::bishops(position) | enemy_rooks |
           enemy::queens(position))) {
-        score += race_bonus<Side>(passers.passed, enemy_king, distance);
+        score += race_bonus<Side>(passers.passed, enemy::king_square(position), distance);
     }
     // Once each, however many rooks there are.
     if (own::rooks(position) & passers.behind) {

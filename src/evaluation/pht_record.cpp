@@ -105,6 +105,8 @@ void PHTrecord::set_pawns(BitBoard const& white, BitBoard const& black) {
     islands = island_count(black_files) - island_count(white_files);
     doubled = doubled_pawns<side::black>(black) - doubled_pawns<side::white>(white);
     rookpawns = (black & vborder).popcount() - (white & vborder).popcount();
+    // Those of another structure.
+    relations = king_relations_t();
 }
 
 }  // namespace orvelin

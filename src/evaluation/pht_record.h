@@ -7,10 +7,26 @@
 
 namespace orvelin {
 
+/// What the pawns and two kings decide together, whatever else is on the board.
+struct king_relations_t {
+    /// Both on a1, which no kings are.
+    static constexpr std::uint16_t no_kings = 0;
+
+    /// Squares of the kings in one number, White's in the lower six bits.
+    std::uint16_t kings = no_kings;
+    std::int16_t activity = 0;            ///< before the share of the end game, White's view
+    std::int16_t pawn_shield = 0;         ///< the term
+    std::int16_t open_files_on_king = 0;  ///< the term
+    std::int16_t pawn_storm = 0;          ///< the term
+    std::int32_t white_passer_score = 0;  ///< the record's, less by what a near enemy king takes
+    std::int32_t black_passer_score = 0;  ///< as for White
+};
+
 /// What depends on the pawns alone, for one pawn structure.
 ///
-/// A plain record: everything but the key is a pure function of the two pawn sets. All scores are
-/// black minus white, the passer scores excepted, which stand for their own side.
+/// A plain record: everything but the key and the relations is a pure function of the two pawn
+/// sets. All scores are black minus white, the passer scores excepted, which stand for their own
+/// side.
 struct PHTrecord {
     /// Number of maximal runs of adjacent set bits, for each mask of eight files.
     static const std::array<std::uint8_t, 256> pawn_island_table;
@@ -47,6 +63,8 @@ struct PHTrecord {
     std::int32_t isolated = 0;            ///< pawns without a friend on an adjacent file
     std::int32_t islands = 0;             ///< groups of adjacent files with pawns
     std::int32_t rookpawns = 0;           ///< pawns on the a and h files
+
+    king_relations_t relations;  ///< with the last kings that stood beside the pawns
 };
 
 }  // namespace orvelin

@@ -94,6 +94,7 @@ std::vector<std::string> const starts{
     "8/P5k1/8/2p5/5P2/1K6/6p1/8 w - - 0 1",
     "QQQQ1QQQ/8/1k6/8/8/8/5P1P/1NBR1K2 b - - 0 1",
     "1r2n2k/8/2q5/8/8/5B2/3Q4/K2R4 w - - 0 1",
+    "1r2k1r1/pp1ppp1p/3n4/8/2p5/3B4/PP1PPP1P/1R2K1R1 w GBgb - 0 1",
 };
 
 /// Evaluates behind each step of some kind, chosen at random.
@@ -231,6 +232,66 @@ TEST(EvaluationWalk, AMoveThatStaysOnA1IsNoNullMove) {
     position.make_move(position.convert_to_move("a1a1"));
     evaluation.static_eval();
     EXPECT_EQ(evaluation.variable_vector()[term::castling_rights], 0.0F);
+}
+
+/// Positions that share kings or pawns, as the record of the pawns keeps what both decide.
+std::vector<std::string> const related{
+    "r3k3/1p3P2/2p5/P7/5p2/8/1P4P1/R3K3 w - - 0 1",
+    "4k2r/1p3P2/2p5/P7/5p2/8/1P4P1/2N1K3 b - - 0 1",
+    "1k5r/1p3P2/2p5/P7/5p2/8/1P4P1/2N1K3 b - - 0 1",
+    "4k2r/1p3P2/2p5/P7/5p2/8/1P4P1/2N3K1 w - - 0 1",
+    "4k2r/1p6/2p2P2/P7/5p2/8/1P4P1/2N1K3 w - - 0 1",
+    "4k2r/8/2p5/8/5p2/8/8/2N1K3 w - - 0 1",
+    "4k2r/8/8/8/8/8/8/2N1K3 w - - 0 1",
+    "4k2r/8/8/8/8/8/8/2N2K2 w - - 0 1",
+};
+
+TEST(EvaluationWalk, WhatKingsAndPawnsDecideIsThatOfThePosition) {
+    for (std::string const& first : related) {
+        for (std::string const& second : related) {
+            ChessPosition position(shared_tables());
+            position.fen(first);
+            Evaluation evaluation(position, shared_tables());
+            for (std::string const& text : {first, second, first}) {
+                position.fen(text);
+                ASSERT_NO_FATAL_FAILURE(expect_the_fresh_other_terms(evaluation, position));
+            }
+        }
+    }
+}
+
+// A step finds the maps and the pawn record as they stand, and those may be of another position.
+TEST(EvaluationWalk, StepsByThemselvesLeaveNothingForWholeEvaluations) {
+    for (std::string const& first : related) {
+        for (std::string const& second : related) {
+            ChessPosition position(shared_tables());
+            position.fen(first);
+            Evaluation evaluation(position, shared_tables());
+            evaluation.compute_pawn_eval();
+            evaluation.compute_king_safety();
+            position.fen(second);
+            evaluation.compute_king_safety();
+            evaluation.compute_king_activity();
+            for (std::string const& text : {second, first}) {
+                position.fen(text);
+                ASSERT_NO_FATAL_FAILURE(expect_the_fresh_other_terms(evaluation, position));
+            }
+        }
+    }
+}
+
+// A pawn stays behind that the key of the pawns does not know.
+TEST(EvaluationWalk, PawnsOfAContradictedBoardAreLookedAtAgain) {
+    ChessPosition position(shared_tables());
+    position.fen("r3k3/1p6/8/8/8/8/1P6/RK6 w - - 0 1");
+    Evaluation evaluation(position, shared_tables());
+    evaluation.static_eval();
+    EXPECT_EQ(evaluation.variable_vector()[term::pawn_shield], 10.0F);
+    position.make_foreign_move(
+        Move(Square("c3"), Square("c4"), normal_move, Piece(white_pawn), Piece()));
+    position.unmake_move();
+    evaluation.static_eval();
+    EXPECT_EQ(evaluation.variable_vector()[term::pawn_shield], 20.0F);
 }
 
 // Such a move leaves another board behind it, with the count of moves that was evaluated.

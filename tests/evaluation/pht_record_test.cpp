@@ -207,6 +207,7 @@ TEST(PHTrecord, NewRecordIsZero) {
     EXPECT_FALSE(record.black_open_files);
     EXPECT_EQ(record.white_passer_score, 0);
     EXPECT_EQ(record.rookpawns, 0);
+    EXPECT_EQ(record.relations.kings, king_relations_t::no_kings);
 }
 
 TEST(PHTrecord, ClearZeroesAllFields) {
@@ -231,6 +232,14 @@ TEST(PHTrecord, SetPawnsLeavesTheKey) {
     record.key = 99;
     record.set_pawns(rank2, rank7);
     EXPECT_EQ(record.key, 99U);
+}
+
+TEST(PHTrecord, SetPawnsForgetsTheKingsOfAnotherStructure) {
+    PHTrecord record = analysed({"e4"}, {"d5"});
+    EXPECT_EQ(record.relations.kings, king_relations_t::no_kings);
+    record.relations.kings = 4;
+    record.set_pawns(squares({"e4"}), BitBoard());
+    EXPECT_EQ(record.relations.kings, king_relations_t::no_kings);
 }
 
 TEST(PHTrecord, NoPawnsAtAllOpenEveryFile) {

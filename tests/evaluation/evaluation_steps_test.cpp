@@ -64,7 +64,7 @@ TEST(EvaluationStepsTest, NoStepOnAnotherPositionChangesTheNextEvaluation) {
 /// Places of the steps' own terms lie between those of others.
 TEST(EvaluationStepsTest, AStepOnTheSamePositionChangesNoTerm) {
     for (step_t const& step : all_steps()) {
-        FreshEvaluation at(crowded_fen);
+        FreshEvaluation at("r1bq1rk1/ppp2ppp/2n5/4P3/2B3nQ/5N2/PPP2PPP/RNB2RK1 w - - 0 1");
         at.score();
         std::vector<float> const terms = at.evaluation().variable_vector();
         EXPECT_NE(terms[term::king_attack], 0.0F);

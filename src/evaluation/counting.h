@@ -1,9 +1,9 @@
 #pragma once
 
-#include <bit>
 #include <cstddef>
 #include <cstdint>
 
+#include "platform/population_count.h"
 #include "position/bit_board.h"
 
 /// Counting of squares for the evaluation: by the processor where it can, which is one instruction
@@ -12,30 +12,6 @@
 /// The sums are taken in one byte, as the table holds bytes: a look-up and its addition are then
 /// one instruction. No count exceeds 64, so nothing is lost.
 namespace orvelin {
-
-#if defined(__x86_64__)
-
-/// A program for every such processor may not contain what the first of them lacked, so it is
-/// asked for at the start. False until this is initialised, which changes no count.
-inline bool const counts_in_hardware =
-    (__builtin_cpu_init(), __builtin_cpu_supports("popcnt") != 0);
-
-/// The instruction by its name, as the compiler would not take it for every processor.
-inline int count_in_hardware(std::uint64_t word) {
-    std::uint64_t number = 0;
-    asm("popcnt %1, %0" : "=r"(number) : "r"(word) : "cc");
-    return static_cast<int>(number);
-}
-
-#else
-
-inline constexpr bool counts_in_hardware = false;
-
-inline int count_in_hardware(std::uint64_t word) {
-    return std::popcount(word);
-}
-
-#endif
 
 /// Number of set bits of the low 16 bits.
 inline std::uint8_t bits_of_quarter(std::uint64_t word) {

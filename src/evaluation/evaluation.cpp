@@ -136,7 +136,7 @@ float Evaluation::evaluate_terms() {
     float sum = add_group<group::material_to_space>(0.0F);
     sum = add_group<group::pst_of_pieces>(sum);
     king_relations_t const& relations = find_king_relations();
-    // Turned zones are made for one king a side.
+    // Where a king shuts in a rook is looked up for one king a side.
     if (several(position_.white_king()) || several(position_.black_king())) {
         king_terms::find<false>(terms_, position_, mobility_, relations);
     } else {
@@ -225,8 +225,7 @@ void Evaluation::find_pawn_record() {
 }
 
 // Most moves are of other pieces, and a structure is mostly met with the kings that it was met with
-// before. The record keeps what belongs to one king a side, and to its own pawns: on an
-// inconsistent board others may stand.
+// before. The record keeps what belongs to one king a side, and to the pawns that stood there.
 king_relations_t const& Evaluation::find_king_relations() {
     BitBoard const white = position_.white_king();
     BitBoard const black = position_.black_king();
@@ -236,9 +235,12 @@ king_relations_t const& Evaluation::find_king_relations() {
     king_relations_t& relations = pawn_record_->relations;
     auto const kings = static_cast<std::uint16_t>(white.get_first_square().id() +
                                                   64 * black.get_first_square().id());
-    if (relations.kings != kings) {
+    if (relations.kings != kings || relations.white_pawns != position_.white_pawn() ||
+        relations.black_pawns != position_.black_pawn()) {
         compute_king_relations(relations);
         relations.kings = kings;
+        relations.white_pawns = position_.white_pawn();
+        relations.black_pawns = position_.black_pawn();
     }
     return relations;
 }

@@ -46,7 +46,7 @@ class Evaluation {
     /// Leaves nothing of the positions evaluated so far that a later evaluation or search reads:
     /// passed pawns and attack maps, which a search may read before its own first evaluation, and
     /// the pawn record of a board without pawns are those of a new object. The counters stay, and
-    /// so do what only spares work and the figures of the last report.
+    /// so do the phase and score of the last evaluation and what only spares work.
     void forget();
     /// Opens (emptied) or closes "eval_log.log", which nothing writes to yet.
     void set_log(bool on);

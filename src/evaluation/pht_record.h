@@ -7,11 +7,16 @@
 
 namespace orvelin {
 
-/// What the pawns and two kings decide together, whatever else is on the board.
+/// What pawns and two kings decide together beside the record of the pawn key, whatever else is on
+/// the board.
 struct king_relations_t {
     /// Both on a1, which no kings are.
     static constexpr std::uint16_t no_kings = 0;
 
+    /// Those that were on the board: a promotion that takes a pawn leaves it in the key, so that
+    /// other pawns can have the key of the record.
+    BitBoard white_pawns;
+    BitBoard black_pawns;
     /// Squares of the kings in one number, White's in the lower six bits.
     std::uint16_t kings = no_kings;
     std::int16_t activity = 0;            ///< before the share of the end game, White's view

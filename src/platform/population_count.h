@@ -14,10 +14,10 @@ inline bool const counts_in_hardware =
     (__builtin_cpu_init(), __builtin_cpu_supports("popcnt") != 0);
 
 /// The instruction by its name, as the compiler would not take it for every processor. Only where
-/// the processor has it.
+/// the processor has it: it is volatile so that it is not moved in front of that question.
 inline int count_in_hardware(std::uint64_t word) {
     std::uint64_t number = 0;
-    asm("popcnt %1, %0" : "=r"(number) : "r"(word) : "cc");
+    asm volatile("popcnt %1, %0" : "=r"(number) : "r"(word) : "cc");
     return static_cast<int>(number);
 }
 

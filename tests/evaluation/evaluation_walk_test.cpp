@@ -1,6 +1,8 @@
 // The evaluation along walks through the game tree, where it keeps what has not changed, against
 // the plain one, which keeps nothing.
 
+#include <array>
+#include <cstdint>
 #include <cstring>
 #include <gtest/gtest.h>
 #include <optional>
@@ -9,6 +11,7 @@
 #include <vector>
 
 #include "evaluation/evaluation.h"
+#include "evaluation/weight.h"
 #include "generation/move_generator.h"
 #include "position/chess_position.h"
 #include "support/plain_evaluation.h"
@@ -276,6 +279,53 @@ TEST(EvaluationWalk, StepsByThemselvesLeaveNothingForWholeEvaluations) {
                 position.fen(text);
                 ASSERT_NO_FATAL_FAILURE(expect_the_fresh_other_terms(evaluation, position));
             }
+        }
+    }
+}
+
+// A promotion that takes a pawn leaves it in the key of the pawns (by design), as a move text may
+// that is no legal one, so that two structures have one record. Cover and storm are those of the
+// pawns that stand there; the open files in them are those of the record.
+TEST(EvaluationWalk, StructuresWithTheSameKeyKeepTheirOwnCover) {
+    struct structure_t {
+        char const* move;
+        float pawn_shield;
+        float pawn_storm;
+    };
+    struct way_t {
+        char const* fen;
+        std::array<structure_t, 2> structures;
+    };
+    char const* const promotions = "5n1p/6Pk/8/8/8/8/5PPP/R4RK1 w - - 0 1";
+    char const* const storm = "7p/6P1/8/7K/8/8/8/k7 w - - 0 1";
+    char const* const black_storm = "K7/8/8/8/7k/8/6p1/7P b - - 0 1";
+    for (way_t const& way : std::vector<way_t>{
+             {promotions, {{{"g7f8q", 20, 0}, {"g7h8n", 30, 0}}}},
+             {promotions, {{{"g7h8n", 30, 0}, {"g7f8q", 30, 0}}}},
+             {storm, {{{"g7g8q", 0, -5}, {"g7h8q", 0, 0}}}},
+             {storm, {{{"g7h8q", 0, 0}, {"g7g8q", 0, -5}}}},
+             {black_storm, {{{"g2g1q", 0, 5}, {"g2h1q", 0, 0}}}},
+             {black_storm, {{{"g2h1q", 0, 0}, {"g2g1q", 0, 5}}}},
+             {positions::start, {{{"e2e3q", -30, 0}, {"e2d7q", -20, 0}}}},
+             {positions::start, {{{"e2d7q", -20, 0}, {"e2e3q", -30, 0}}}},
+         }) {
+        ChessPosition position(shared_tables());
+        position.fen(way.fen);
+        Evaluation evaluation(position, shared_tables());
+        std::optional<std::uint64_t> key;
+        for (structure_t const& structure : way.structures) {
+            Move const move = position.convert_to_move(structure.move);
+            ASSERT_NE(move, Move());
+            evaluation.make_move(move);
+            position.make_move(move);
+            ASSERT_EQ(position.get_pawnhash(), key.value_or(position.get_pawnhash()));
+            key = position.get_pawnhash();
+            evaluation.static_eval();
+            auto const& terms = evaluation.variable_vector();
+            EXPECT_EQ(terms[term::pawn_shield], structure.pawn_shield) << position.fen();
+            EXPECT_EQ(terms[term::pawn_storm], structure.pawn_storm) << position.fen();
+            evaluation.unmake_move(move);
+            position.unmake_move();
         }
     }
 }

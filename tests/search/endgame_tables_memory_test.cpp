@@ -53,6 +53,17 @@ TEST_F(EndgameTables, ASecondTableTakesTheMemoryOfAnUnfinishedFirst) {
     EXPECT_EQ(threshold(), 0U);
 }
 
+TEST_F(EndgameTables, ForgettingEndsBothTables) {
+    root_with("KBNk", kbnk_floor + spare);
+    root_with("KQkr", kqkr_floor + spare);
+    ASSERT_GE(kbnk().progress(), 0);
+    ASSERT_GE(kqkr().progress(), 0);
+    analysis_.forget();
+    EXPECT_EQ(kbnk().progress(), -1);
+    EXPECT_EQ(kqkr().progress(), -1);
+    EXPECT_EQ(threshold(), 0U);
+}
+
 TEST_F(EndgameTables, ATooSmallHashIsNotLent) {
     set_material("KBNk");
     analysis_.set_hash_size(7);

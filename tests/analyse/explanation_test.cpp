@@ -12,12 +12,14 @@
 #include "support/data_file.h"
 #include "support/positions.h"
 #include "support/shared_tables.h"
+#include "support/test_config.h"
 
 namespace orvelin::analyse::test {
 
 namespace {
 
 using orvelin::test::shared_tables;
+using orvelin::test::short_tests;
 
 std::string const black_to_move = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR b KQkq - 0 1";
 
@@ -74,7 +76,7 @@ TEST(ExplanationTest, GroupsOfRealLinesAddUpToTheDifferenceOfTheScores) {
     int compared = 0;
     for (auto const& block : orvelin::test::read_data_blocks("leaf_positions.txt")) {
         for (std::string const& fen : block) {
-            Question asked = question(fen, "depth=4");
+            Question asked = question(fen, short_tests ? "depth=3" : "depth=4");
             ChessPosition position(shared_tables());
             position.fen(fen);
             asked.played = play::legal_moves(position, shared_tables()).back();

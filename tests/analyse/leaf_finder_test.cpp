@@ -14,12 +14,14 @@
 #include "support/data_file.h"
 #include "support/fresh_evaluation.h"
 #include "support/positions.h"
+#include "support/test_config.h"
 
 namespace orvelin::analyse::test {
 
 namespace {
 
 using orvelin::test::search_tables;
+using orvelin::test::short_tests;
 using orvelin::test::texts_t;
 
 class LeafFinderTest : public orvelin::test::AnalysisFixture {
@@ -152,7 +154,7 @@ TEST(LeafShareTest, NearlyAllScoresOfGamesAreExplained) {
         int explained = 0;
         int unexplained_scores = 0;
         for (std::string const& fen : block) {
-            Result const result = search.answer(question(fen, "depth=6"));
+            Result const result = search.answer(question(fen, short_tests ? "depth=4" : "depth=6"));
             Line const& line = result.lines.at(0);
             explained += line.why_not == unexplained::none ? 1 : 0;
             unexplained_scores += line.why_not == unexplained::not_found ? 1 : 0;

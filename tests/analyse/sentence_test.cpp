@@ -11,12 +11,14 @@
 #include "search/score.h"
 #include "support/data_file.h"
 #include "support/positions.h"
+#include "support/test_config.h"
 
 namespace orvelin::analyse::test {
 
 namespace {
 
 using orvelin::test::shared_tables;
+using orvelin::test::short_tests;
 
 std::string sentence_of(SearchedMove& moves) {
     std::string const text = SentenceWriter(shared_tables()).write(moves.in_game(), moves.judged());
@@ -268,7 +270,7 @@ TEST(SentenceTest, IsTrueOfRealPositions) {
             position.fen(fen);
             std::vector<Move> const legal = play::legal_moves(position, shared_tables());
             // The best move of the search, and others, in turn.
-            Question asked = question(fen, "depth=4", 2);
+            Question asked = question(fen, short_tests ? "depth=3" : "depth=4", 2);
             std::size_t const turn = static_cast<std::size_t>(sentences) % 3;
             asked.rest = true;
             asked.played = turn == 0 ? Move() : legal[turn == 1 ? 0 : legal.size() / 2];

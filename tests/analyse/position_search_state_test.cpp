@@ -12,6 +12,7 @@
 #include "play/position_reader.h"
 #include "support/data_file.h"
 #include "support/shared_tables.h"
+#include "support/test_config.h"
 
 namespace orvelin::analyse::test {
 
@@ -33,8 +34,8 @@ std::vector<std::string> positions_of(std::string const& file, std::size_t count
 /// Questions of all kinds: middle games, endings without pawns and with a table, several lines,
 /// limits of both sorts, a move that was played.
 std::vector<Question> questions() {
-    static constexpr char const* limits[] = {"depth=5", "static", "nodes=3000", "depth=4",
-                                             "nodes=20"};
+    static constexpr char const* limits[] = {orvelin::test::short_tests ? "depth=3" : "depth=5",
+                                             "static", "nodes=3000", "depth=4", "nodes=20"};
     std::vector<Question> questions;
     for (auto const& [file, count] : {std::pair("search_depth8.txt", 40),
                                       {"search_endings.txt", 40},

@@ -12,6 +12,7 @@
 #include "play/position_reader.h"
 #include "support/positions.h"
 #include "support/shared_tables.h"
+#include "support/test_config.h"
 
 namespace orvelin::analyse::test {
 
@@ -201,13 +202,14 @@ TEST(PositionSearchTest, ThePlayedMoveIsSearchedByItself) {
 }
 
 TEST(PositionSearchTest, ThePlayedMoveIsTakenFromTheLinesWhereItIsAmongThem) {
-    Result const lines = ask(positions::quiet_middle_game, "depth=4", 3);
+    std::string const limit = orvelin::test::short_tests ? "depth=3" : "depth=4";
+    Result const lines = ask(positions::quiet_middle_game, limit, 3);
     for (Line const& line : lines.lines) {
         if (line.at_least) {
             continue;
         }
         Result const result =
-            ask_played(positions::quiet_middle_game, "depth=4", line.moves[0].algebraic(false), 3);
+            ask_played(positions::quiet_middle_game, limit, line.moves[0].algebraic(false), 3);
         EXPECT_EQ(result.played.score, line.score);
         EXPECT_EQ(result.played.moves, line.moves);
     }

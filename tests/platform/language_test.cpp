@@ -1,5 +1,6 @@
 #include "platform/language.h"
 
+#include <cmath>
 #include <cstdint>
 #include <gtest/gtest.h>
 
@@ -8,7 +9,10 @@ namespace {
 
 TEST(Language, TheBitsOfANumberAreKept) {
     EXPECT_EQ(bit_cast<std::uint32_t>(1.0F), 0x3f800000U);
-    EXPECT_EQ(bit_cast<float>(0x80000000U), -0.0F);
+    // By value it equals the zero without a sign.
+    EXPECT_TRUE(std::signbit(bit_cast<float>(0x80000000U)));
+    EXPECT_EQ(bit_cast<float>(0x80000000U), 0.0F);
+    EXPECT_EQ(bit_cast<std::uint32_t>(-0.0F), 0x80000000U);
 }
 
 TEST(Language, APlainWordIsReadAndWritten) {

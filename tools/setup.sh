@@ -75,5 +75,5 @@ set_up_native() {
 test_platform() {
     PLATFORM_FOLDER=$PWD/$1 PLATFORM_RUNNER=$2 PLATFORM_NATIVE=$PLATFORM_NATIVE \
         PLATFORM_BOOK=$PLATFORM_NATIVE/Orvelin.bin PLATFORM_DATA=$PWD/tests/data \
-        python3 -B -m unittest discover -v -s "$PWD/tests/platforms" -p "$3"
+        python3 -B "$PWD/tests/support/run_tests.py" "$PWD/tests/platforms" "$3"
 }

@@ -2,8 +2,9 @@
 // memory and without. NATIVE is a build of orvelin-play to compare the speed with, if it is set.
 import assert from "node:assert/strict";
 import { execFileSync } from "node:child_process";
-import { readFileSync } from "node:fs";
+import { copyFileSync, mkdtempSync, readFileSync, rmSync, writeFileSync } from "node:fs";
 import { createServer } from "node:http";
+import { tmpdir } from "node:os";
 import path from "node:path";
 import { after, before, describe, test } from "node:test";
 import { fileURLToPath } from "node:url";
@@ -14,6 +15,12 @@ import Orvelin from "orvelin";
 const BENCH_NODES = "2030223";
 const MOST_BYTES = 200000;
 const folder = path.dirname(fileURLToPath(import.meta.resolve("orvelin")));
+
+const scratchFolder = (context) => {
+  const name = mkdtempSync(path.join(tmpdir(), "orvelin-"));
+  context.after(() => rmSync(name, { recursive: true }));
+  return name;
+};
 
 // Sends lines and hears all that comes, until a line that matches; runs in a page too.
 const converse = async (engine, lines, last, seconds = 120) => {
@@ -134,6 +141,34 @@ test("nothing in it evaluates text or asks for anything but the module", () => {
   const text = readFileSync(path.join(folder, "orvelin.mjs"), "utf8");
   assert.doesNotMatch(text, /\beval\s*\(|\bFunction\(|importScripts|XMLHttpRequest|https?:/);
   assert.equal(text.match(/\bfetch\(/g).length, 1);
+});
+
+// What node 18 lacks is taken away, from the worker too.
+test("the script of the README plays a move and ends", (context) => {
+  const scratch = scratchFolder(context);
+  const readme = readFileSync(path.join(folder, "README.md"), "utf8");
+  const script = readme.match(/`play\.mjs`[^]*?\n\n((?: {4}.*\n|\n)+)/)[1].replace(/^ {4}/gm, "");
+  writeFileSync("play.mjs", script);
+  context.after(() => rmSync("play.mjs"));
+  const old = path.join(scratch, "old.cjs");
+  writeFileSync(old, ["crypto", "CustomEvent", "navigator", "WebSocket"]
+    .map((name) => `delete globalThis.${name};\n`).join(""));
+  const heard = execFileSync(process.execPath, ["--require", old, "play.mjs"],
+    { encoding: "utf8", timeout: 60000 });
+  assert.match(heard, /^info depth 12 [^]*^bestmove [a-h][1-8][a-h][1-8].*\n$/m);
+});
+
+test("a module that is not there is told", async (context) => {
+  const scratch = scratchFolder(context);
+  copyFileSync(path.join(folder, "orvelin.mjs"), path.join(scratch, "orvelin.mjs"));
+  const { Orvelin: Lonely } = await import(path.join(scratch, "orvelin.mjs"));
+  for (const shared of [true, false]) {
+    const engine = new Lonely({ shared });
+    const told = new Promise((done) => (engine.onerror = ({ message }) => done(message)));
+    engine.postMessage("isready");
+    assert.match(await told, /orvelin\.wasm/);
+    engine.terminate();
+  }
 });
 
 for (const shared of [true, false]) {

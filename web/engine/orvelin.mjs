@@ -60,7 +60,8 @@ class SharedInput {
   }
 }
 
-// What the module asks of its system beside its own imports: the time. All else is not there.
+// What the module asks of its system beside its own imports: the time. All else is not there;
+// chance among it, which node 18 has elsewhere than a page.
 function systemOf(module, memory) {
   const view = () => new DataView(memory().buffer);
   const success = 0;
@@ -77,10 +78,6 @@ function systemOf(module, memory) {
     },
     environ_sizes_get: nothing,
     environ_get: () => success,
-    getentropy(place, size) {
-      crypto.getRandomValues(new Uint8Array(memory().buffer, place, size));
-      return success;
-    },
     emscripten_notify_memory_growth() {},
     proc_exit(status) {
       throw new Error("the engine ended with status " + status);

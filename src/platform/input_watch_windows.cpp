@@ -1,6 +1,4 @@
 #include <array>
-#include <atomic>
-#include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
@@ -11,40 +9,9 @@
 #include <windows.h>
 
 #include "platform/input_watch.h"
+#include "platform/process.h"
 
 namespace orvelin {
-
-namespace {
-
-/// What there is no such signal for here has its number elsewhere.
-constexpr int hang_up = 1;
-
-/// The signal that has come, and the event that tells so. They outlive every watch: the system
-/// calls from a thread of its own.
-std::atomic<int> signal_came = 0;
-HANDLE signal_event = nullptr;
-
-BOOL WINAPI note_console_event(DWORD event) {
-    switch (event) {
-        case CTRL_C_EVENT:
-            signal_came = SIGINT;
-            break;
-        case CTRL_BREAK_EVENT:
-            signal_came = SIGTERM;
-            break;
-        default:
-            // The console is closed, or the user logs off.
-            signal_came = hang_up;
-    }
-    SetEvent(signal_event);
-    if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT) {
-        // With the return the process would be ended with a status of the system's.
-        Sleep(1000);
-    }
-    return TRUE;
-}
-
-}  // namespace
 
 /// Here nothing waits for a pipe and for something else at a time, so that a thread of its own
 /// reads. It outlives the watch, since it may wait for input for ever, and so does this.
@@ -67,6 +34,9 @@ struct InputWatch::State {
 void InputWatch::State::read_on() {
     for (;;) {
         int const number = _read(input, buffer.data(), static_cast<unsigned int>(buffer.size()));
+        if (number <= 0) {
+            outlast_interruption(input);
+        }
         {
             std::lock_guard const lock(mutex);
             begin = 0;
@@ -95,21 +65,18 @@ InputWatch::~InputWatch() {
     [[maybe_unused]] State* const kept = state_.release();
 }
 
-void InputWatch::block_signals() {
-    signal_event = CreateEventW(nullptr, TRUE, FALSE, nullptr);
-    SetConsoleCtrlHandler(note_console_event, TRUE);
-}
+// What comes from the console ends the process by itself, as prepare_process() has asked.
+void InputWatch::block_signals() {}
 
 // That nobody reads the output any more is found out by writing.
 InputWatch::seen_t InputWatch::wait(wanted_t wanted,
                                     std::optional<std::chrono::milliseconds> most) {
     // Of an input that is not read on, nothing is heard here.
     bool const reads = wanted == wanted_t::bytes;
-    std::array<HANDLE, 3> const sources{signal_event, state_->flag, state_->filled};
-    WaitForMultipleObjects(reads ? 3 : 2, sources.data(), FALSE,
+    std::array<HANDLE, 2> const sources{state_->flag, state_->filled};
+    WaitForMultipleObjects(reads ? 2 : 1, sources.data(), FALSE,
                            most ? static_cast<DWORD>(most->count()) : INFINITE);
     seen_t seen;
-    seen.signal = signal_came;
     seen.flag = WaitForSingleObject(state_->flag, 0) == WAIT_OBJECT_0;
     seen.input = reads && WaitForSingleObject(state_->filled, 0) == WAIT_OBJECT_0;
     return seen;

@@ -7,6 +7,9 @@ namespace orvelin {
 
 void prepare_process() {}
 
+// A signal comes before the end of the input.
+void outlast_interruption(int) {}
+
 bool is_open(int descriptor) {
     return ::fcntl(descriptor, F_GETFD) >= 0;
 }

@@ -4,6 +4,8 @@ namespace orvelin {
 
 void prepare_process() {}
 
+void outlast_interruption(int) {}
+
 bool is_open(int) {
     return true;
 }

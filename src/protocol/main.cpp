@@ -91,6 +91,9 @@ int main() {
     dispatch_loop(console_communicator, engine_communicator, engine, input_line, output_line);
 
     console_thread.join();
+    if (!std::cin) {
+        outlast_interruption(standard_input);
+    }
     engine_communicator.to_engine("quit");
     engine.from_console();
     return 0;

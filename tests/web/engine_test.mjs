@@ -154,7 +154,7 @@ test("the script of the README plays a move and ends", (context) => {
   writeFileSync(old, ["crypto", "CustomEvent", "navigator", "WebSocket"]
     .map((name) => `delete globalThis.${name};\n`).join(""));
   const heard = execFileSync(process.execPath, ["--require", old, "play.mjs"],
-    { encoding: "utf8", timeout: 60000 });
+    { encoding: "utf8", timeout: 240000 });
   assert.match(heard, /^info depth 12 [^]*^bestmove [a-h][1-8][a-h][1-8].*\n$/m);
 });
 

@@ -257,6 +257,7 @@ class RefusalTest(ToolTest):
             ["--startpos", "--pgn", "a.pgn"],
             ["--startpos", "--lines", "3"],
             ["--startpos", "--depth", "3", "--lines", "51"],
+            ["--startpos", "--depth", "101"],
             ["--startpos", "--depth", "3", "--svg", "a.svg"],
             ["--startpos", "--depth", "3", "--all"],
             ["--startpos", "--records", "a.jsonl"],
@@ -281,6 +282,15 @@ class RefusalTest(ToolTest):
             self.assertEqual(len(run.stderr.splitlines()), 1)
             self.assertTrue(run.stderr.endswith("; see --help\n"), run.stderr)
         self.assertIn(f"{len(TERMS)} terms", self.explain("--help").stdout)
+
+    def test_what_is_read_is_not_written(self):
+        name = self.file("a.pgn", "1. e4 e5 *")
+        for option in ("--html", "--svg"):
+            for other in (name, self.file("./a.pgn")):
+                run = self.explain("--pgn", name, option, other, status=2)
+                self.assertIn("is read, and cannot be written too", run.stderr)
+            self.explain("--records", name, option, name, status=2)
+        self.assertEqual(self.read("a.pgn"), "1. e4 e5 *")
 
 
 if __name__ == "__main__":

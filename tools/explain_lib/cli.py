@@ -24,7 +24,7 @@ from orvelin_lib.arguments import Parser, command, file_name, number, positive, 
 from orvelin_lib.board import START_FEN, Position
 from orvelin_lib.engines import ENGINE_HELP, checked, default_engine
 from orvelin_lib.fen import Fen, FenError
-from orvelin_lib.files import check_writable, write_file
+from orvelin_lib.files import check_writable, is_same_file, write_file
 from orvelin_lib.notation import parse_move
 from orvelin_lib.pgn import Game, Played, read_game
 from orvelin_lib.tool_main import ToolError, print_whole, run_tool
@@ -45,7 +45,7 @@ ALL_HELP = f"draw also the terms below {terminal.LEAST_PAWNS} pawns (terminal)"
 
 
 # What orvelin-analyse takes.
-MOST_LINES = 50
+MOST_LINES, MOST_DEPTH = 50, 100
 LINES_HELP = f"so many best lines, 1 to {MOST_LINES} (default 1); a game shows the best one alone"
 
 
@@ -60,7 +60,7 @@ def _parser():
     add("--records", type=file_name, metavar="FILE", help="explain records; - is standard input")
     add("--game", type=positive, metavar="N", help="which of the games (default 1)")
     depth = f"search so deep (default for the page of a game: {GAME_DEPTH})"
-    add("--depth", type=positive, metavar="N", help=depth)
+    add("--depth", type=number(1, MOST_DEPTH), metavar="N", help=depth)
     add("--nodes", type=positive, metavar="N", help="search so many nodes")
     add("--lines", type=number(1, MOST_LINES), metavar="K", help=LINES_HELP)
     add("--html", type=file_name, metavar="FILE", help="write a page")
@@ -95,6 +95,9 @@ def _check_usage(parser, options):
         parser.error("--all goes without --depth and --nodes")
     if options.svg == options.html == "-":
         parser.error("--svg and --html cannot both go to standard output")
+    for name in filter(None, (options.svg, options.html)):
+        if any(is_same_file(name, read) for read in (options.pgn, options.records) if read):
+            parser.error(f"{name} is read, and cannot be written too")
 
 
 def _searches_position(options):

@@ -121,6 +121,14 @@ class _Target:
                 os.unlink(name)
 
 
+def is_same_file(name, other):
+    """Whether two names, neither of them standard input or output, are those of one file."""
+    try:
+        return "-" not in (name, other) and os.path.samefile(name, other)
+    except OSError:
+        return False
+
+
 def write_file(name, text):
     """Writes a file whole or not at all: when it cannot be written the old one stays. `-` is
     standard output."""

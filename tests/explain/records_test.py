@@ -4,6 +4,7 @@ import copy
 import json
 import re
 import unittest
+import xml.etree.ElementTree as ET
 
 from explain_lib.judgement import judged_move, pawn_of, score_text, side_of
 from explain_lib.records import pick, records_of
@@ -234,6 +235,18 @@ class ToolsTest(ToolTest):
         self.assertEqual(page.count("<script"), 2)
         self.assertIn("default-src 'none'", page)
         self.assertNotRegex(page, r"https?://(?!www\.w3\.org/2000/svg)")
+
+    def test_the_style_is_read_alike_as_html_and_as_xml(self):
+        records = made()
+        for each in records:
+            each["source"]["white"] = "@style@ & @script@"
+        page = report_page(Report(records))
+        rule = ".panel > :last-child, .moments p { margin-bottom: 0; }"
+        # HTML knows no entities in a style.
+        self.assertIn(rule, page)
+        root = ET.fromstring(page)
+        self.assertIn(rule, root.find("head/style").text)
+        self.assertIn("@style@ & @script@", root.find("head/title").text)
 
 
 if __name__ == "__main__":

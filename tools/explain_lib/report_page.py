@@ -26,7 +26,7 @@ MARKS_WORDS = (
 # Half-moves between two numbers below the graph, at least so many of them on the page.
 TICKS = (2, 4, 10, 20, 40, 100, 200, 400, 1000)
 MOST_TICKS = 12
-DATA_PLACE, SCRIPT_PLACE = "@data@", "@script@"
+STYLE_PLACE, DATA_PLACE, SCRIPT_PLACE = "@style@", "@data@", "@script@"
 
 
 def _file(name):
@@ -54,8 +54,9 @@ def _head(title):
     meta = add(head, "meta", content=POLICY)
     meta.set("http-equiv", "Content-Security-Policy")
     add(head, "link", rel="icon", href="data:,")
+    # Before all that a game says.
+    add(head, "style", STYLE_PLACE)
     add(head, "title", title)
-    add(head, "style", _file("report.css").replace("FONTS", FONTS))
     return root
 
 
@@ -290,8 +291,11 @@ def report_page(report):
     written = json.dumps(data, separators=(",", ":"), allow_nan=False)
     for sign in "<>&":
         written = written.replace(sign, f"\\u{ord(sign):04x}")
-    # In a script HTML takes all as it stands; for readers of XML it is marked to be taken so.
+    # In a script and a style HTML takes all as it stands; for readers of XML it is marked to be
+    # taken so.
     script = f"//<![CDATA[\n{_file('report.js')}//]]>"
+    style = f"/*<![CDATA[*/\n{_file('report.css').replace('FONTS', FONTS)}/*]]>*/"
+    above, _, text = text.partition(STYLE_PLACE)
     head, _, rest = text.rpartition(DATA_PLACE)
     between, _, tail = rest.partition(SCRIPT_PLACE)
-    return f"<!DOCTYPE html>\n{head}{written}{between}{script}{tail}\n"
+    return f"<!DOCTYPE html>\n{above}{style}{head}{written}{between}{script}{tail}\n"

@@ -176,6 +176,18 @@ class JudgementTest(unittest.TestCase):
         self.assertIn("double praise_margin = blunder_loss;", text)
         self.assertIn(f"gives away {points['blunder_loss']} points", MARKS_WORDS)
 
+    def test_bars_that_are_not_the_score_have_a_note(self):
+        drawn = {"win": 0, "loss": 0}
+        for fen, fields, words in (
+            (START, {}, "^$"),
+            ("8/8/4k3/8/8/2KN4/8/8 w - - 0 1", drawn, "no side can give mate"),
+            ("8/8/4k3/8/8/2KN4/8/8 w - - 0 1", {}, "no side can give mate"),
+            ("7k/5Q2/6K1/8/8/8/8/8 b - - 0 1", drawn, "^The game is drawn"),
+            ("8/5k2/8/4KP2/8/8/8/8 w - - 0 1", {}, "^For KPK the search"),
+        ):
+            (position,) = Report([record(fen, **fields)]).data()["positions"]
+            self.assertRegex(position["note"], words, fen)
+
     def test_scores_are_for_white(self):
         pawn = pawn_of(START)
         self.assertEqual(score_text(record(units=int(pawn * 2)), START), "+2.00")

@@ -181,6 +181,10 @@ describe("a game", () => {
     assert.match(await page.textContent("#chart-words"), /before any search/);
   }));
 
+  test("bars that decide nothing have a note", () => withPage("mate.html", {}, async (page) => {
+    assert.match(await page.textContent("#chart-words"), /The game is drawn\./);
+  }));
+
   test("the board turns", () => withPage("game1.html", {}, async (page) => {
     const straight = await drawn(page);
     await page.keyboard.press("f");

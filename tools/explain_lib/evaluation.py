@@ -60,6 +60,9 @@ def endgame_function(board):
     return next((name for name in names if name in ENDGAMES), None)
 
 
+NO_MATE_NOTE = "The game is drawn: no side can give mate. These terms decide nothing."
+
+
 def is_mate_impossible(board):
     """Whether no side can ever give mate: with a minor piece at most, or with bishops on squares
     of one colour."""
@@ -69,6 +72,10 @@ def is_mate_impossible(board):
         return True
     colours = {(at // 8 + at % 8) % 2 for _, at in pieces}
     return set(kinds) == {"B"} and len(colours) == 1
+
+
+def endgame_note(name):
+    return f"For {name} the search takes a function of its own instead of this sum."
 
 
 def _finite(text):
@@ -172,12 +179,10 @@ class Evaluation:
         """What a reader has to know beside the terms."""
         notes = []
         if self.is_drawn:
-            notes.append("The game is drawn: no side can give mate. These terms decide nothing.")
+            notes.append(NO_MATE_NOTE)
         if self.halved:
             notes.append(f"Bishops of opposite colours: the sum of {self.sum:.0f} units is halved.")
         if self.endgame:
-            notes.append(
-                f"For {self.endgame} the search takes a function of its own instead of this sum."
-            )
+            notes.append(endgame_note(self.endgame))
         return notes
 

@@ -279,7 +279,8 @@
       drawBars(move.groups, ["gain", "losing"]);
     } else {
       find("chart-words").textContent = "What the position is made of before any search, in " +
-        "pawns: right is good for White, left for Black.";
+        "pawns: right is good for White, left for Black." +
+        (position.note && " " + position.note);
       drawBars(position.groups, ["for-white", "for-black"]);
     }
   }

@@ -1,5 +1,11 @@
 """What a page shows of a game or a position, made of its records."""
 
+from explain_lib.evaluation import (
+    NO_MATE_NOTE,
+    endgame_function,
+    endgame_note,
+    is_mate_impossible,
+)
 from explain_lib.judgement import (
     chances,
     groups_of,
@@ -7,6 +13,7 @@ from explain_lib.judgement import (
     pawn_of,
     score_text,
     side_of,
+    squares_of,
     white_to_move,
 )
 from explain_lib.records import how
@@ -39,6 +46,18 @@ def white_chances(record):
     return value if white_to_move(record["fen"]) else 100 - value
 
 
+def _bars_note(record):
+    """Why the score is not that of the bars of the position; nothing where no rule says so."""
+    board = squares_of(record["fen"])
+    if is_mate_impossible(board):
+        return NO_MATE_NOTE
+    # By stalemate, or because nothing else is left to play.
+    if record["draw"] == 1000:
+        return "The game is drawn. These terms decide nothing."
+    endgame = endgame_function(board)
+    return endgame_note(endgame) if endgame else ""
+
+
 def _position(record):
     fen = record["fen"]
     return {
@@ -47,6 +66,7 @@ def _position(record):
         "score": score_text(record, fen),
         "mate": record.get("mate") is not None,
         "groups": _groups(groups_of(record["terms"], 1 / pawn_of(fen))),
+        "note": _bars_note(record),
     }
 
 

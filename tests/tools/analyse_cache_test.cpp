@@ -78,6 +78,16 @@ TEST(AnalyseCache, RefusesAFileThatIsNone) {
     EXPECT_NE(reason_from([&] { tools::AnswerCache(directory.file("no/such")); }), "");
 }
 
+// As the one that --sqlite has written.
+TEST(AnalyseCache, RefusesADatabaseOfSomethingElse) {
+    TemporaryDirectory const directory;
+    tools::Database(directory.file("records"), 0).run("CREATE TABLE positions (number INTEGER)");
+    std::string const before = bytes_of(directory.file("records"));
+    EXPECT_NE(reason_from([&] { tools::AnswerCache(directory.file("records")); }).find("no cache"),
+              std::string::npos);
+    EXPECT_EQ(bytes_of(directory.file("records")), before);
+}
+
 TEST(AnalyseProgress, TellsTimesAndRates) {
     EXPECT_EQ(tools::duration_text(0.4), "0:00");
     EXPECT_EQ(tools::duration_text(67), "1:07");

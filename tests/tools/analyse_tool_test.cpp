@@ -152,6 +152,11 @@ TEST_F(AnalyseTool, TakesAnswersFromACache) {
     EXPECT_EQ(output_of({name, "--limit", "nodes=2000", "--cache", cache, "--jobs", "2"}), plain);
     put_bytes(cache, "no cache");
     expect_error({name, "--limit", "nodes=2000", "--cache", cache}, 1, "cache");
+    expect_error({name, "--jsonl", cache, "--cache", cache}, 2, "cannot both go to");
+    expect_error({name, "--jsonl", cache, "--overwrite", "--cache", directory_.file("./cache")}, 2,
+                 "cannot be written too");
+    expect_error({name, "--cache", name}, 2, "cannot be written too");
+    EXPECT_EQ(bytes_of(cache), "no cache");
 }
 
 TEST_F(AnalyseTool, TwoProcessesShareACache) {

@@ -26,7 +26,6 @@ struct AnalyseArguments {
     OutputOptions output;
     std::string shard = "1/1";
     std::size_t jobs = 1;
-    std::string cache;
     bool quiet = false;
 };
 

@@ -25,10 +25,10 @@ namespace {
 /// Looking an answer up takes longer than a static evaluation.
 std::unique_ptr<AnswerCache> open_cache(AnalyseArguments const& arguments,
                                         analyse::Limit const& limit) {
-    if (arguments.cache.empty() || limit.what == analyse::Limit::kind::static_eval) {
+    if (arguments.output.cache.empty() || limit.what == analyse::Limit::kind::static_eval) {
         return nullptr;
     }
-    return std::make_unique<AnswerCache>(arguments.cache);
+    return std::make_unique<AnswerCache>(arguments.output.cache);
 }
 
 /// "5 games, 104 positions, 1 left out".
@@ -133,7 +133,7 @@ void add_run_options(CLI::App& app, AnalyseArguments& arguments) {
                    "records back in order")
         ->option_text("I/N");
     add_jobs_option(app, arguments.jobs);
-    app.add_option("--cache", arguments.cache,
+    app.add_option("--cache", arguments.output.cache,
                    "Take answers from this file, and keep new ones there")
         ->option_text("FILE");
     app.add_flag("--quiet", arguments.quiet, "Tell neither progress nor what was done");

@@ -58,8 +58,12 @@ outputs_t open_outputs(OutputOptions const& options, std::vector<std::string> co
                        Plies const& plies) {
     std::vector<std::string> const names = {options.jsonl, options.csv, options.sqlite,
                                             options.pgn};
-    refuse_two_of_a_place(names);
-    refuse_inputs(names, inputs);
+    std::vector<std::string> written = names;
+    written.push_back(options.cache);
+    refuse_two_of_a_place(written);
+    refuse_inputs(written, inputs);
+    // The same file may have two names.
+    refuse_inputs(names, {options.cache});
     if (options.sqlite == "-") {
         throw UsageError("--sqlite needs a file");
     }

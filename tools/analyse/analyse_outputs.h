@@ -15,6 +15,8 @@ struct OutputOptions {
     std::string csv;
     std::string sqlite;
     std::string pgn;
+    /// No output, but written too; empty for none.
+    std::string cache;
     bool resume = false;
     bool overwrite = false;
 };

@@ -172,8 +172,10 @@ std::string AnalyseRun::progress_text() const {
     std::string text = counted(count, "position", "positions") + ", " + rate_text(rate);
     // What was read for an earlier run took no time to speak of.
     double const read = settings_.input_read() - read_before_;
-    if (read_before_ >= 0 && read > 0) {
-        double const left = (1 - read_before_ - read) / read * elapsed;
+    double const unread = 1 - read_before_ - read;
+    // It is read ahead of the searches: with its end the time that they take yet is not over.
+    if (read_before_ >= 0 && read > 0 && unread > 0) {
+        double const left = unread / read * elapsed;
         text += ", " + duration_text(left) + " left";
     }
     return text;

@@ -28,6 +28,16 @@ std::string key_of(Asked const& asked, Request const& request) {
            std::to_string(analyse::record_schema);
 }
 
+/// Records that were written with --sqlite, or a database of something else, are left as they are.
+void refuse_others(Database& database) {
+    Statement tables(
+        database, "SELECT count(*) FROM sqlite_master WHERE type = 'table' AND name <> 'answers'");
+    tables.step();
+    if (tables.number(0) > 0) {
+        throw DatabaseError(database.name() + " is a database of something else, no cache");
+    }
+}
+
 /// Of two processes that begin a file at a time one is refused at once, without the wait that it
 /// has asked for.
 void set_up(Database& database) {
@@ -35,6 +45,7 @@ void set_up(Database& database) {
     auto const until = clock::now() + std::chrono::milliseconds(wait_milliseconds);
     while (true) {
         try {
+            refuse_others(database);
             // Readers and a writer do not wait for one another. What a crash of the machine takes
             // away is searched again.
             database.run(

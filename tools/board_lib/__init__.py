@@ -1,0 +1,1 @@
+"""The board in the browser: its folder is put together and served."""

@@ -65,12 +65,12 @@ def _worker(root, output):
 def assemble(root, output, binaries):
     """Makes the folder. `binaries` are {name in the folder: file}."""
     version = re.search(r"project\(orvelin VERSION ([\d.]+)", _read(root, "CMakeLists.txt")).group(1)
-    shutil.copytree(os.path.join(root, "web", "board"), output)
+    web = os.path.join(root, "web")
+    # Types and documents are for developers.
+    unused = shutil.ignore_patterns("*.d.ts", "*.md", "example.html", "package.json")
+    shutil.copytree(os.path.join(web, "board"), output, ignore=unused)
+    shutil.copytree(os.path.join(web, "engine"), os.path.join(output, "engine"), ignore=unused)
     os.remove(os.path.join(output, WORKER))
-    os.makedirs(os.path.join(output, "engine"))
-    shutil.copyfile(
-        os.path.join(root, "web", "engine", "orvelin.mjs"), os.path.join(output, "engine", "orvelin.mjs")
-    )
     shutil.copyfile(os.path.join(root, "LICENSE"), os.path.join(output, "LICENSE.txt"))
     for name, file in binaries.items():
         shutil.copyfile(file, os.path.join(output, name))

@@ -31,7 +31,8 @@ input_kind find_kind(InputText& input) {
         } else {
             text = text.substr(0, InputText::most_ahead);
             auto const end = std::find_if(text.begin(), text.end(), play::is_blank);
-            bool const positions = text.front() == '#' || is_placement({text.begin(), end});
+            auto const size = static_cast<std::size_t>(end - text.begin());
+            bool const positions = text.front() == '#' || is_placement(text.substr(0, size));
             return positions ? input_kind::positions : input_kind::games;
         }
     }

@@ -19,6 +19,12 @@ constexpr string_view byte_order_mark = "\xEF\xBB\xBF";
 constexpr std::size_t epd_fields = 4;
 constexpr std::size_t fen_fields = 6;
 
+/// Where the first blank stands, or the end.
+std::size_t find_blank(string_view text) {
+    auto const blank = std::find_if(text.begin(), text.end(), play::is_blank);
+    return static_cast<std::size_t>(blank - text.begin());
+}
+
 bool is_number(string_view word) {
     return !word.empty() && word.find_first_not_of("0123456789") == string_view::npos;
 }
@@ -29,8 +35,8 @@ std::vector<string_view> take_fields(string_view text, string_view& rest) {
     std::vector<string_view> fields;
     rest = play::trimmed(text);
     while (fields.size() < fen_fields && !rest.empty()) {
-        auto const blank = std::find_if(rest.begin(), rest.end(), play::is_blank);
-        string_view const word(rest.begin(), blank);
+        std::size_t const blank = find_blank(rest);
+        string_view const word = rest.substr(0, blank);
         // What stands in place of a counter and is neither a number nor an operation is for the
         // check of the text to name.
         bool const counter = is_number(word) || word.front() == '-';
@@ -38,7 +44,7 @@ std::vector<string_view> take_fields(string_view text, string_view& rest) {
             break;
         }
         fields.push_back(word);
-        rest = play::trimmed({blank, rest.end()});
+        rest = play::trimmed(rest.substr(blank));
     }
     return fields;
 }
@@ -53,12 +59,12 @@ Tag take_operation(string_view& rest) {
     }
     string_view const text = play::trimmed(rest.substr(0, end));
     rest.remove_prefix(std::min(end + 1, rest.size()));
-    auto const blank = std::find_if(text.begin(), text.end(), play::is_blank);
-    string_view value = play::trimmed({blank, text.end()});
+    std::size_t const blank = find_blank(text);
+    string_view value = play::trimmed(text.substr(blank));
     if (value.size() > 1 && value.front() == '"' && value.back() == '"') {
         value = value.substr(1, value.size() - 2);
     }
-    return {std::string(text.begin(), blank), std::string(value)};
+    return {std::string(text.substr(0, blank)), std::string(value)};
 }
 
 }  // namespace

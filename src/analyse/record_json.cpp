@@ -5,14 +5,22 @@
 #include <string_view>
 
 #include "platform/language.h"
+#include "platform/shortest_number.h"
 
 namespace orvelin::analyse {
 
 namespace {
 
-template <typename Value>
-void append_shortest(std::string& out, Value value) {
-    std::array<char, 32> digits;
+constexpr std::size_t room = 32;
+
+template <typename Number>
+void append_shortest(std::string& out, Number value) {
+    std::array<char, room> digits;
+    out.append(digits.data(), write_shortest(digits.data(), value));
+}
+
+void append_shortest(std::string& out, std::int64_t value) {
+    std::array<char, room> digits;
     auto const written = std::to_chars(digits.data(), digits.data() + digits.size(), value);
     out.append(digits.data(), written.ptr);
 }

@@ -76,6 +76,10 @@ void PositionSearch::interrupt() {
     state_->analysis.set_action(stop_action);
 }
 
+Tables const& PositionSearch::tables() const {
+    return state_->tables;
+}
+
 void PositionSearch::State::search(Question const& question, Result& result) {
     position.fen(question.fen);
     position.set_chess960(question.chess960);

@@ -11,6 +11,10 @@
 #include "evaluation/weight.h"
 #include "position/move.h"
 
+namespace orvelin {
+struct Tables;
+}
+
 namespace orvelin::analyse {
 
 /// What the terms of the evaluation add to the score of a position, in engine units, from the point
@@ -124,6 +128,8 @@ class PositionSearch {
     Result answer(Question const& question);
     /// From another thread: ends the search that runs, if one does.
     void interrupt();
+    /// What it was made with, for others in the same thread to read.
+    Tables const& tables() const;
 
  private:
     struct State;

@@ -13,6 +13,8 @@ LAYERS = ["platform", "time", "position", "book", "generation", "endgame", "eval
 LAYERS += ["protocol", "play"]
 # Programs beside the engine that take what they need of the front for players.
 LAYERS += ["analyse"]
+# What a board in a page asks of all of them.
+LAYERS += ["board"]
 # The arrows upward that are meant. `Tables` holds everything that is made once, and so the
 # transposition table and the reductions; docs/architecture.md tells why.
 ARROWS_UPWARD = {

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "board/json_writer.h"
+#include "board/request.h"
+
+/// What a page can ask for: each command writes the members of its answer.
+/// @throws RequestError when there is none.
+namespace orvelin::board {
+
+struct CoreState;
+
+using command_t = void (*)(Request const& request, CoreState& core, JsonWriter& answer);
+
+/// The position behind the moves of a game: its legal moves, and whether the game is over.
+void answer_position(Request const& request, CoreState& core, JsonWriter& answer);
+/// The moves of a line from there on, as players write them, and the positions behind them.
+void answer_line(Request const& request, CoreState& core, JsonWriter& answer);
+/// The static evaluation of the position, by groups of terms.
+void answer_evaluation(Request const& request, CoreState& core, JsonWriter& answer);
+
+}  // namespace orvelin::board

@@ -1,6 +1,8 @@
 // Orvelin as a worker that is spoken to in UCI text. This module is loaded twice: by who wants an
 // engine, and by the worker that the engine runs in.
 
+import { loadModule, systemOf } from "./wasm_system.mjs";
+
 const NAME = "orvelin engine";
 // What comes in during a search is handed over in shared memory: two counters of bytes, which run
 // on for ever, and a ring.
@@ -60,56 +62,8 @@ class SharedInput {
   }
 }
 
-// What the module asks of its system beside its own imports: the time. All else is not there;
-// chance among it, which node 18 has elsewhere than a page.
-function systemOf(module, memory) {
-  const view = () => new DataView(memory().buffer);
-  const success = 0;
-  const nothing = (number, size) => {
-    view().setUint32(number, 0, true);
-    view().setUint32(size, 0, true);
-    return success;
-  };
-  const known = {
-    clock_time_get(id, precision, place) {
-      const time = id === 0 ? Date.now() : performance.now();
-      view().setBigUint64(place, BigInt(Math.round(time * 1e6)), true);
-      return success;
-    },
-    environ_sizes_get: nothing,
-    environ_get: () => success,
-    emscripten_notify_memory_growth() {},
-    proc_exit(status) {
-      throw new Error("the engine ended with status " + status);
-    },
-  };
-  const NOT_THERE = 52;
-  const imports = {};
-  for (const { module: space, name, kind } of WebAssembly.Module.imports(module)) {
-    if (kind === "function" && space !== "orvelin") {
-      imports[space] ??= {};
-      imports[space][name] =
-        known[name] ?? (() => (space.startsWith("wasi") ? NOT_THERE : -NOT_THERE));
-    }
-  }
-  return imports;
-}
-
-async function loadModule() {
-  const place = new URL("./orvelin.wasm", import.meta.url);
-  if (node) {
-    const { readFile } = await import("node:fs/promises");
-    return WebAssembly.compile(await readFile(place));
-  }
-  const answer = await fetch(place);
-  if (!answer.ok) {
-    throw new Error(`${place}: ${answer.status}`);
-  }
-  return WebAssembly.compile(await answer.arrayBuffer());
-}
-
 async function makeEngine(input, shared, send) {
-  const module = await loadModule();
+  const module = await loadModule(new URL("./orvelin.wasm", import.meta.url));
   const decoder = new TextDecoder();
   let rest = "";
   let exports;
@@ -125,7 +79,7 @@ async function makeEngine(input, shared, send) {
     can_wait: () => Number(shared),
   };
   ({ exports } = await WebAssembly.instantiate(module,
-    { ...systemOf(module, () => exports.memory), orvelin }));
+    { ...systemOf(module, () => exports.memory, "orvelin"), orvelin }));
   exports._initialize();
   return exports;
 }

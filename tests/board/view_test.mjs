@@ -1,0 +1,304 @@
+// The board in the browser beside play: analysis, games in and out, keys, accessibility, budgets.
+import assert from "node:assert/strict";
+import { readFile } from "node:fs/promises";
+import { after, before, describe, test } from "node:test";
+import { audit, begin, clickMove, drawn, end, hasMoves, NARROW, openGame, ready, sansOf, says, shoot, typeMove, WIDE,
+  withBoard } from "./support.mjs";
+
+const GAME = `[Event "Club evening"]
+[Site "?"]
+[Date "2024.05.01"]
+[Round "1"]
+[White "Ada"]
+[Black "Grace"]
+[Result "1-0"]
+
+1. e4 e5 2. Bc4 Nc6 3. Qh5 Nf6 4. Qxf7# 1-0
+`;
+const START = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR";
+// What the page may load until its first move, and how long that may take on a busy machine.
+const MOST_BYTES = 2000000;
+const MOST_SECONDS = 20;
+
+before(begin);
+after(end);
+
+const paste = (page, text) => page.evaluate((words) => {
+  const data = new DataTransfer();
+  data.setData("text/plain", words);
+  document.dispatchEvent(new ClipboardEvent("paste", { clipboardData: data, bubbles: true }));
+}, text);
+
+const drop = (page, text, name) => page.evaluate(([words, file]) => {
+  const data = new DataTransfer();
+  data.items.add(new File([words], file));
+  document.dispatchEvent(new DragEvent("drop", { dataTransfer: data, bubbles: true }));
+}, [text, name]);
+
+describe("analysis", () => {
+  test("lines, arrow, chances and terms", () => withBoard({}, async (page) => {
+    await page.click("#tab-analyse");
+    await openGame(page, "r1bqkbnr/pppp1ppp/2n5/4p2Q/2B1P3/8/PPPP1PPP/RNB1K1NR b KQkq - 3 3");
+    await page.selectOption("#line-count", "5");
+    await page.waitForFunction(() => document.querySelectorAll("#lines .line").length === 5);
+    await says(page, "engine-words", "Depth");
+    assert.equal(await page.locator("#board .arrow").count(), 1);
+    for (const score of await page.locator("#lines .score").allTextContents()) {
+      assert.match(score, /^(0\.00|[+\u2212]\d+\.\d\d|#\u2212?\d+)$/);
+    }
+    assert.match(await page.locator("#lines .line button").first().textContent(), /^3\.\.\.[KQRBNa-h]/);
+    const share = await page.locator("#white-share").evaluate((bar) => parseFloat(bar.style.height));
+    assert.ok(share > 0 && share < 100, String(share));
+    assert.equal(await page.locator("#bars .bar:not(.term)").count(), 8);
+    await page.locator("#bars summary").first().click();
+    assert.ok(await page.locator("#bars details[open] .bar.term").count() > 0);
+    await page.click("#engine-switch");
+    await says(page, "engine-words", "waits");
+  }));
+
+  test("a line is gone into and left", () => withBoard({}, async (page) => {
+    await openGame(page, GAME);
+    await page.click("#last");
+    await page.click("#previous");
+    await page.waitForSelector("#lines [data-line='0'][data-step='1']");
+    await page.click("#engine-switch");
+    await typeMove(page, "Qxe5+");
+    await page.waitForSelector("#variation button[aria-pressed=true]");
+    await says(page, "where", "In a line, after 4.Qxe5+");
+    await typeMove(page, "Nxe5");
+    await says(page, "where", "4...Nxe5");
+    assert.deepEqual(await page.locator("#variation button:not(.back)").allTextContents(), ["4.Qxe5+", "Nxe5"]);
+    await page.click("#previous");
+    await says(page, "where", "4.Qxe5+");
+    await page.click("#variation .back");
+    await says(page, "where", "After 3...Nf6");
+    assert.deepEqual((await sansOf(page)).length, 7);
+  }));
+
+  test("an ending that is known", () => withBoard({}, async (page) => {
+    await page.click("#tab-analyse");
+    await openGame(page, "7k/5Q2/6K1/8/8/8/8/8 b - - 0 1");
+    await says(page, "engine-words", "over");
+    await says(page, "where", "stalemate");
+    assert.equal(await page.locator("#lines .line").count(), 0);
+  }));
+});
+
+describe("games in and out", () => {
+  test("a PGN is opened, gone through and saved", () => withBoard({}, async (page) => {
+    await openGame(page, GAME);
+    await hasMoves(page, 7);
+    assert.deepEqual(await sansOf(page), ["e4", "e5", "Bc4", "Nc6", "Qh5", "Nf6", "Qxf7#"]);
+    assert.equal(await page.locator("#game-title").textContent(), "Ada – Grace, 1-0");
+    assert.equal(await drawn(page), START);
+    await page.keyboard.press("End");
+    await says(page, "where", "After 4.Qxf7#");
+    await page.keyboard.press("ArrowLeft");
+    await says(page, "where", "After 3...Nf6");
+    await page.click("#moves [data-ply='2']");
+    await says(page, "where", "After 1...e5");
+    const download = page.waitForEvent("download");
+    await page.click("#save-pgn");
+    const text = await readFile(await (await download).path(), "utf8");
+    for (const part of ['[Event "Club evening"]', '[White "Ada"]', '[Result "1-0"]', "4. Qxf7# 1-0"]) {
+      assert.ok(text.includes(part), text);
+    }
+    // And in again.
+    await page.click("#tab-play");
+    await paste(page, text);
+    await hasMoves(page, 7);
+  }));
+
+  test("a file is dropped, and a game of it chosen", () => withBoard({}, async (page) => {
+    await drop(page, GAME + "\n" + GAME.replace("Ada", "Emmy").replace(/1\. e4.*/, "1. d4 d5 1-0"), "games.pgn");
+    await page.selectOption("dialog select", "1");
+    await page.click("dialog button.main");
+    await hasMoves(page, 2);
+    await says(page, "game-title", "Emmy – Grace");
+  }));
+
+  test("a FEN is pasted", () => withBoard({}, async (page) => {
+    await paste(page, "4k3/8/8/8/8/8/4P3/4K3 w - - 0 1");
+    await says(page, "fen", "4k3/8/8/8/8/8/4P3/4K3 w - - 0 1");
+    assert.equal(await drawn(page), "4k3/8/8/8/8/8/4P3/4K3");
+    assert.equal(await page.getAttribute("#tab-analyse", "aria-selected"), "true");
+  }));
+
+  test("a running game is not lost unasked", () => withBoard({}, async (page) => {
+    await typeMove(page, "e4");
+    await hasMoves(page, 2);
+    await openGame(page, GAME);
+    await page.click("dialog:has-text('given up') button:not(.main)");
+    assert.equal((await sansOf(page)).length, 2);
+    await openGame(page, GAME);
+    await page.click("dialog:has-text('given up') button.main");
+    await hasMoves(page, 7);
+  }));
+
+  test("hostile texts are texts", () => withBoard({}, async (page) => {
+    await page.evaluate(() => (window.hit = 0));
+    const bad = "<img src=x onerror=window.hit=1><script>window.hit=1</script>";
+    await openGame(page, GAME.replace("Ada", bad).replace("e4 e5", `e4 {${bad}} e5`));
+    await hasMoves(page, 7);
+    await says(page, "game-title", bad);
+    await page.reload();
+    await ready(page);
+    await says(page, "game-title", bad);
+    for (const text of ["8/8/8/8/8/8/8/8 w - - 0 1", "kkkkkkkk/8/8/8/8/8/8/KKKKKKKK w - - 0 1", `1. e4 ${bad}`,
+      "9/9/9/9/9/9/9/9 x y z", "\u0000\ud800\uffff", "]".repeat(10000), "(".repeat(100000)]) {
+      await openGame(page, text);
+      await page.waitForSelector("#message:not([hidden])");
+      assert.ok((await page.locator("#message").textContent()).length > 5, text);
+    }
+    await drop(page, "1. e4 ".repeat(4000000), "large.pgn");
+    await says(page, "message", "16 MiB");
+    assert.equal(await page.locator("img, main script").count(), 0);
+    assert.equal(await page.evaluate(() => window.hit ?? 0), 0);
+    await openGame(page, GAME);
+    await hasMoves(page, 7);
+  }));
+
+  test("a position is set up by hand", () => withBoard({}, async (page) => {
+    await page.click("#panel-play .set-up");
+    await page.click("dialog >> text=Empty board");
+    assert.ok(await page.locator("dialog button.main").isDisabled());
+    for (const [piece, square] of [["white king", "e1"], ["black king", "e8"], ["white queen", "d1"]]) {
+      await page.click(`dialog .palette [aria-label='${piece}']`);
+      await page.click(`dialog .cell[data-square=${square}]`);
+    }
+    await page.click("dialog .palette [aria-label='Move pieces']");
+    await page.click("dialog .cell[data-square=d1]");
+    await page.click("dialog .cell[data-square=d5]");
+    await page.click("dialog button.main");
+    await says(page, "fen", "4k3/8/8/3Q4/8/8/8/4K3 w - - 0 1");
+  }));
+});
+
+describe("for everybody", () => {
+  test("a game by keys alone", () => withBoard({}, async (page) => {
+    const tabTo = async (selector) => {
+      for (let i = 0; i < 60; i += 1) {
+        await page.keyboard.press("Tab");
+        if (await page.evaluate((wanted) => document.activeElement.matches(wanted), selector)) {
+          return;
+        }
+      }
+      assert.fail(`${selector} is not reached`);
+    };
+    const goTo = async (square) => {
+      const [file, rank] = [square.charCodeAt(0) - 97, Number(square[1])];
+      await page.keyboard.press("Home");
+      for (let i = 0; i < 8; i += 1) {
+        await page.keyboard.press("ArrowUp");
+      }
+      for (let i = 0; i < file; i += 1) {
+        await page.keyboard.press("ArrowRight");
+      }
+      for (let i = 8; i > rank; i -= 1) {
+        await page.keyboard.press("ArrowDown");
+      }
+    };
+    await tabTo("#board .cell");
+    await goTo("e2");
+    assert.equal(await page.evaluate(() => document.activeElement.ariaLabel), "e2, white pawn");
+    await page.keyboard.press("Enter");
+    await goTo("e4");
+    assert.equal(await page.evaluate(() => document.activeElement.ariaLabel), "e4, empty, possible move");
+    await page.keyboard.press("Enter");
+    await hasMoves(page, 2);
+    await says(page, "announce", "Orvelin: ");
+    await tabTo("#typed");
+    await page.keyboard.type("Nf3");
+    await page.keyboard.press("Enter");
+    await hasMoves(page, 4);
+    await page.keyboard.type("Zz9");
+    await page.keyboard.press("Enter");
+    await says(page, "message", "Zz9 is no legal move");
+    await tabTo("#resign");
+    await page.keyboard.press("Enter");
+    await says(page, "play-words", "has resigned");
+    await page.focus("#tab-play");
+    await page.keyboard.press("ArrowRight");
+    assert.equal(await page.getAttribute("#tab-analyse", "aria-selected"), "true");
+  }));
+
+  test("the board turns", () => withBoard({}, async (page) => {
+    await page.click("#flip");
+    assert.equal(await page.locator("#board .cell").first().getAttribute("data-square"), "h1");
+    assert.equal(await drawn(page), START);
+    await clickMove(page, "e2", "e4");
+    await hasMoves(page, 2);
+  }));
+
+  test("two languages", () => withBoard({ locale: "de-DE" }, async (page) => {
+    assert.equal(await page.locator("#tab-play").textContent(), "Spielen");
+    assert.equal(await page.locator("#board .cell").first().getAttribute("aria-label"), "a8, schwarzer Turm");
+    await page.selectOption("#language", "en");
+    await says(page, "tab-play", "Play");
+    await page.reload();
+    await ready(page);
+    await says(page, "tab-play", "Play");
+  }));
+
+  for (const colorScheme of ["light", "dark"]) {
+    for (const [width, viewport] of [["wide", WIDE], ["narrow", NARROW]]) {
+      test(`all views, ${colorScheme}, ${width}`, () => withBoard({ colorScheme, viewport }, async (page) => {
+        const look = async (name) => {
+          await audit(page, name);
+          const [scroll, inner] = await page.evaluate(() => [document.documentElement.scrollWidth, window.innerWidth]);
+          assert.ok(scroll <= inner, `${name} is ${scroll} pixels wide`);
+          await shoot(page, `${name}-${colorScheme}-${width}.png`);
+        };
+        await look("new");
+        await clickMove(page, "e2", "e4");
+        await hasMoves(page, 2);
+        await page.click("#board .cell[data-square=g1]");
+        await look("play");
+        await page.click("#tab-analyse");
+        await says(page, "engine-words", "Depth");
+        await page.locator("#bars summary").first().click();
+        await look("analyse");
+        await page.click("#tab-review");
+        await look("review");
+        await page.click("#about");
+        await look("about");
+        await page.keyboard.press("Escape");
+        await page.click("#open");
+        await look("open");
+        await page.keyboard.press("Escape");
+        await page.click("#moves-panel .set-up");
+        await look("setup");
+      }));
+    }
+  }
+
+  test("the switch of colours", () => withBoard({ colorScheme: "light" }, async (page) => {
+    const ground = () => page.evaluate(() => getComputedStyle(document.body).backgroundColor);
+    const light = await ground();
+    await page.click("#scheme");
+    await page.click("#scheme");
+    const dark = await ground();
+    assert.notEqual(dark, light);
+    await page.reload();
+    await ready(page);
+    assert.equal(await ground(), dark);
+  }));
+});
+
+describe("budgets", () => {
+  test("bytes, time and clicks to the first move", async (context) => {
+    let bytes = 0;
+    const started = performance.now();
+    await withBoard({
+      before: (page) => page.on("response", (response) => (bytes += Number(response.headers()["content-length"] ?? 0))),
+    }, async (page) => {
+      const shown = performance.now() - started;
+      await clickMove(page, "e2", "e4");
+      await hasMoves(page, 1);
+      const moved = performance.now() - started;
+      context.diagnostic(`${bytes} bytes, ready after ${shown.toFixed(0)} ms, first move after ${moved.toFixed(0)} ms and 2 clicks`);
+      assert.ok(bytes < MOST_BYTES, `${bytes} bytes`);
+      assert.ok(moved < 1000 * MOST_SECONDS, `${moved} ms`);
+    });
+  });
+});

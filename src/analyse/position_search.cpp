@@ -69,6 +69,14 @@ Result PositionSearch::answer(Question const& question) {
     return result;
 }
 
+void PositionSearch::explain(std::string const& fen, bool chess960, Line& line) {
+    state_->interrupted.store(false);
+    state_->position.set_chess960(chess960);
+    Question question;
+    question.fen = fen;
+    state_->complete(question, line);
+}
+
 // In this order: the search that is about to begin looks at the first behind the point at which it
 // takes back the second.
 void PositionSearch::interrupt() {

@@ -126,6 +126,10 @@ class PositionSearch {
     /// The FEN text must be one that play::check_fen() takes. An answer that interrupt() cut short
     /// must be thrown away.
     Result answer(Question const& question);
+    /// What answer() tells of a line beside its moves, score and depth, which must be set: the draw
+    /// behind its first move, the leaf, or why there is none. The moves, one at least, must be
+    /// legal in the position and go no further than the game.
+    void explain(std::string const& fen, bool chess960, Line& line);
     /// From another thread: ends the search that runs, if one does.
     void interrupt();
     /// What it was made with, for others in the same thread to read.

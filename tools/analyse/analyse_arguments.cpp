@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <sstream>
 #include <system_error>
 
 #include "support/tool_main.h"
@@ -20,42 +19,22 @@ analyse::Limit limit_of(std::string const& text) {
     return *limit;
 }
 
-/// Which moves are searched.
-struct moves_t {
-    bool best = false;
-    bool played = false;
-    bool rest = false;
-};
-
-/// "best,played,rest", each word at most once.
-moves_t read_moves(std::string const& text) {
-    moves_t moves;
-    std::istringstream words(text);
-    bool known = !text.ends_with(',');
-    for (std::string word; std::getline(words, word, ',');) {
-        bool* const wanted = word == "best"     ? &moves.best
-                             : word == "played" ? &moves.played
-                             : word == "rest"   ? &moves.rest
-                                                : nullptr;
-        known = known && wanted != nullptr && !*wanted;
-        if (known) {
-            *wanted = true;
-        }
-    }
-    if (!known || !moves.best) {
+analyse::WantedMoves read_moves(std::string const& text) {
+    auto const moves = analyse::parse_wanted_moves(text);
+    if (!moves) {
         throw UsageError("--moves is best, best,played, best,rest or best,played,rest, not " +
                          text);
     }
-    return moves;
+    return *moves;
 }
 
 /// Annotated games tell all that can be told.
-moves_t moves_of(AnalyseArguments const& arguments) {
+analyse::WantedMoves moves_of(AnalyseArguments const& arguments) {
     bool const annotated = !arguments.output.pgn.empty();
     if (!arguments.moves) {
-        return {true, annotated, annotated};
+        return {annotated, annotated};
     }
-    moves_t const moves = read_moves(*arguments.moves);
+    analyse::WantedMoves const moves = read_moves(*arguments.moves);
     if (annotated && !moves.played) {
         throw UsageError(
             "--pgn judges the moves that were played: it goes with --moves best,played or "
@@ -100,7 +79,7 @@ void refuse_mistyped_command(std::vector<std::string> const& files) {
 Request request_of(AnalyseArguments const& arguments) {
     refuse_other_limits(arguments);
     refuse_mistyped_command(arguments.files);
-    moves_t const moves = moves_of(arguments);
+    analyse::WantedMoves const moves = moves_of(arguments);
     return {limit_of(arguments.limit), arguments.lines, !arguments.no_leaves, moves.played,
             moves.rest};
 }

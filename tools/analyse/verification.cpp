@@ -109,7 +109,7 @@ Request request_of(analyse::Record const& record) {
             record.receipt.rest};
 }
 
-Asked asked_of(analyse::Record const& record, LineText& text) {
+Asked asked_of(analyse::Record const& record, analyse::LineText& text) {
     std::vector<std::string> remarks;
     std::string fen;
     play::Refusal const refusal = play::check_fen(record.fen, remarks, fen);

@@ -7,6 +7,7 @@
 
 #include "analyse/answerer.h"
 #include "analyse/line_text.h"
+#include "analyse/shared_tables.h"
 
 namespace orvelin::tools {
 
@@ -23,7 +24,7 @@ class Verification {
 
  private:
     std::unique_ptr<Answerer> answerer_;
-    LineText text_;
+    analyse::LineText text_{shared_tables()};
 };
 
 /// The first field in which two lines of JSON differ, with what stands in both: "lines[0].score is

@@ -6,12 +6,17 @@
 
 #include "position/move.h"
 
-namespace orvelin::tools {
+namespace orvelin {
+struct Tables;
+}
+
+namespace orvelin::analyse {
 
 /// Moves as players write them. Owns a board; for one thread.
 class LineText {
  public:
-    LineText();
+    /// The tables must outlive it.
+    explicit LineText(Tables const& tables);
     ~LineText();
     LineText(LineText const&) = delete;
     LineText& operator=(LineText const&) = delete;
@@ -28,4 +33,4 @@ class LineText {
     std::unique_ptr<State> state_;
 };
 
-}  // namespace orvelin::tools
+}  // namespace orvelin::analyse

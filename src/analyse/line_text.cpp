@@ -1,24 +1,26 @@
 #include "analyse/line_text.h"
 
 #include "analyse/san.h"
-#include "analyse/shared_tables.h"
 #include "play/position_reader.h"
 #include "position/chess_position.h"
 
-namespace orvelin::tools {
+namespace orvelin::analyse {
 
 struct LineText::State {
-    ChessPosition position{shared_tables()};
+    explicit State(Tables const& all) : tables(all), position(all) {}
+
+    Tables const& tables;
+    ChessPosition position;
 };
 
-LineText::LineText() : state_(std::make_unique<State>()) {}
+LineText::LineText(Tables const& tables) : state_(std::make_unique<State>(tables)) {}
 
 LineText::~LineText() = default;
 
 std::string LineText::san(std::string const& fen, std::vector<Move> const& moves) {
     state_->position.fen(fen);
     std::string text;
-    for (std::string const& move : analyse::san_line(state_->position, shared_tables(), moves)) {
+    for (std::string const& move : san_line(state_->position, state_->tables, moves)) {
         if (!text.empty()) {
             text += ' ';
         }
@@ -29,7 +31,7 @@ std::string LineText::san(std::string const& fen, std::vector<Move> const& moves
 
 Move LineText::legal_move(std::string const& fen, std::string const& text) {
     state_->position.fen(fen);
-    return play::find_legal_move(state_->position, shared_tables(), text);
+    return play::find_legal_move(state_->position, state_->tables, text);
 }
 
-}  // namespace orvelin::tools
+}  // namespace orvelin::analyse

@@ -20,6 +20,11 @@ constexpr std::array commands{
     std::pair{"position"sv, &answer_position},
     std::pair{"line"sv, &answer_line},
     std::pair{"evaluation"sv, &answer_evaluation},
+    std::pair{"leaf"sv, &answer_leaf},
+    std::pair{"pgn"sv, &answer_pgn},
+    std::pair{"to-pgn"sv, &answer_to_pgn},
+    std::pair{"record"sv, &answer_record},
+    std::pair{"book"sv, &answer_book},
 };
 
 command_t find_command(std::string_view name) {
@@ -40,6 +45,22 @@ std::string error_text(std::string_view reason) {
     return answer.written();
 }
 
+/// The answer that is written by the function, or what it throws.
+template <typename Function>
+std::string answer_by(Function const& write) {
+    try {
+        JsonWriter answer;
+        answer.open('{');
+        write(answer);
+        answer.close('}');
+        return answer.written();
+    } catch (std::bad_alloc const&) {
+        return error_text("there is too little memory for this");
+    } catch (std::exception const& error) {
+        return error_text(error.what());
+    }
+}
+
 }  // namespace
 
 BoardCore::BoardCore() : state_(std::make_unique<CoreState>()) {}
@@ -47,20 +68,17 @@ BoardCore::BoardCore() : state_(std::make_unique<CoreState>()) {}
 BoardCore::~BoardCore() = default;
 
 std::string BoardCore::answer(std::string_view request) {
-    try {
+    return answer_by([&](JsonWriter& answer) {
         Request const read(request);
-        JsonWriter answer;
-        answer.open('{');
         find_command(read.text("ask"))(read, *state_, answer);
-        answer.close('}');
-        return answer.written();
-    } catch (RequestError const& error) {
-        return error_text(error.what());
-    } catch (std::bad_alloc const&) {
-        return error_text("there is too little memory for this");
-    } catch (std::exception const& error) {
-        return error_text(error.what());
-    }
+    });
+}
+
+std::string BoardCore::take_book(std::string_view bytes) {
+    return answer_by([&](JsonWriter& answer) {
+        state_->book.take(bytes);
+        answer.number("entries", static_cast<std::int64_t>(state_->book.size()));
+    });
 }
 
 }  // namespace orvelin::board

@@ -21,6 +21,9 @@ class BoardCore {
     /// The answer to a request, which may be any bytes: what cannot be answered gives an object
     /// with the member "error", one sentence. Nothing is thrown.
     std::string answer(std::string_view request);
+    /// Takes the bytes of an opening book in the Polyglot format, which requests can ask about from
+    /// here on, or tells what is wrong with them.
+    std::string take_book(std::string_view bytes);
 
  private:
     std::unique_ptr<CoreState> state_;

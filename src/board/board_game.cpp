@@ -77,6 +77,15 @@ std::vector<Move> BoardGame::legal_moves() const {
     return play::legal_moves(position_, tables_);
 }
 
+std::string BoardGame::fen_at(std::size_t ply) const {
+    ChessPosition position(tables_);
+    position.fen(start_fen_);
+    for (std::size_t i = 0; i < ply; ++i) {
+        position.make_move(moves_[i]);
+    }
+    return position.fen();
+}
+
 std::optional<GameEnd> BoardGame::end() const {
     using enum GameEnd::kind;
     if (legal_moves().empty()) {

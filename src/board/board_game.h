@@ -59,6 +59,8 @@ class BoardGame {
     /// All moves as players write them.
     std::vector<std::string> sans() const;
     std::vector<Move> legal_moves() const;
+    /// The position behind so many of the moves.
+    std::string fen_at(std::size_t ply) const;
     /// Nothing while the game goes on.
     std::optional<GameEnd> end() const;
 

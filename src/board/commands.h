@@ -17,5 +17,16 @@ void answer_position(Request const& request, CoreState& core, JsonWriter& answer
 void answer_line(Request const& request, CoreState& core, JsonWriter& answer);
 /// The static evaluation of the position, by groups of terms.
 void answer_evaluation(Request const& request, CoreState& core, JsonWriter& answer);
+/// The games of a PGN text.
+void answer_pgn(Request const& request, CoreState& core, JsonWriter& answer);
+/// A game as a PGN text.
+void answer_to_pgn(Request const& request, CoreState& core, JsonWriter& answer);
+/// The record of an analysis of one position of a game, as orvelin-analyse writes it. Takes as long
+/// as the search.
+void answer_record(Request const& request, CoreState& core, JsonWriter& answer);
+/// The position behind a line whose evaluation is the score of the line.
+void answer_leaf(Request const& request, CoreState& core, JsonWriter& answer);
+/// The moves of the opening book.
+void answer_book(Request const& request, CoreState& core, JsonWriter& answer);
 
 }  // namespace orvelin::board

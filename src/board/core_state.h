@@ -1,15 +1,18 @@
 #pragma once
 
-#include "analyse/position_search.h"
+#include "analyse/recorder.h"
+#include "board/page_book.h"
 
 namespace orvelin::board {
 
 /// What commands share and keep from one request to the next. No answer depends on what was
 /// searched before.
 struct CoreState {
-    analyse::PositionSearch search;
+    analyse::Recorder recorder;
+    PageBook book;
 
-    Tables const& tables() const { return search.tables(); }
+    analyse::PositionSearch& search() { return recorder.search(); }
+    Tables const& tables() { return search().tables(); }
 };
 
 }  // namespace orvelin::board

@@ -13,7 +13,7 @@ void answer_evaluation(Request const& request, CoreState& core, JsonWriter& answ
     question.fen = game.position().fen();
     question.chess960 = game.chess960();
     question.limit = {analyse::Limit::kind::static_eval, 0};
-    analyse::Result const result = core.search.answer(question);
+    analyse::Result const result = core.search().answer(question);
     int const units = game.position().white_to_move() ? result.static_score : -result.static_score;
     bool const is_sum = static_cast<int>(rounded(analyse::sum_of(result.terms))) == units;
     // Where the game is drawn the terms decide nothing, and the score is that of a draw.

@@ -65,6 +65,11 @@ void JsonWriter::null(std::string_view name) {
     written_ += "null";
 }
 
+void JsonWriter::members(std::string_view object) {
+    separate();
+    written_ += object.substr(1, object.size() - 2);
+}
+
 void JsonWriter::close(char bracket) {
     written_ += bracket;
     comma_due_ = true;

@@ -26,6 +26,9 @@ class JsonWriter {
     void number(std::string_view name, double value);
     void null(std::string_view name);
 
+    /// The members of an object that is JSON already.
+    void members(std::string_view object);
+
     void close(char bracket);
 
     std::string const& written() const { return written_; }

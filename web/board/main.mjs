@@ -48,6 +48,7 @@ class App {
     const mode = MODES.includes(kept.mode) ? kept.mode : "play";
     this.turned = kept.turned === true;
     await this.#restore(kept);
+    this.#takeBook();
     this.choose(mode);
     document.body.dataset.ready = "true";
     // What is served from this machine is there without a network.
@@ -68,6 +69,18 @@ class App {
     }
     find("language").value = this.texts.language;
     this.#nameScheme();
+  }
+
+  // The book is not waited for; without it there are no book moves.
+  async #takeBook() {
+    try {
+      const answer = await fetch(new URL("./Orvelin.bin", import.meta.url));
+      if (answer.ok) {
+        await this.core.book(await answer.arrayBuffer());
+      }
+    } catch {
+      // The page works all the same.
+    }
   }
 
   async #restore({ game, view }) {

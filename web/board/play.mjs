@@ -432,7 +432,7 @@ export class Play {
     }
     const level = play.level ? texts.get("level.of", { level: play.level }) : texts.get("level.full");
     setText(find("play-title"), texts.get("play.title", { level }));
-    setText(find("play-words"), this.words());
+    setText(find("play-words"), play.over ? this.#overWords() : "");
     find("play-buttons").hidden = Boolean(play.over);
     find("over-buttons").hidden = !play.over;
     const first = app.startSide === play.side ? 0 : 1;

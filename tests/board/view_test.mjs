@@ -1,5 +1,6 @@
 // The board in the browser beside play: analysis, games in and out, keys, accessibility, budgets.
 import assert from "node:assert/strict";
+import { execFileSync } from "node:child_process";
 import { readFile } from "node:fs/promises";
 import { after, before, describe, test } from "node:test";
 import { audit, begin, clickMove, drawn, end, hasMoves, NARROW, openGame, ready, sansOf, says, shoot, typeMove, WIDE,
@@ -81,6 +82,67 @@ describe("analysis", () => {
     await says(page, "engine-words", "over");
     await says(page, "where", "stalemate");
     assert.equal(await page.locator("#lines .line").count(), 0);
+  }));
+});
+
+describe("review", () => {
+  // The records of the command line for the same game and limit.
+  const recordsOf = (depth) => execFileSync(process.env.ANALYSE, ["-", "--limit", `depth=${depth}`, "--moves",
+    "best,played,rest", "--quiet"], { input: GAME, encoding: "utf8" }).trim().split("\n").map((line) => JSON.parse(line));
+
+  test("it says what orvelin-analyse says", () => withBoard({}, async (page) => {
+    await openGame(page, GAME);
+    await hasMoves(page, 7);
+    await page.click("#tab-review");
+    await page.selectOption("#review-depth", "6");
+    await page.click("#review-go");
+    await says(page, "announce", "The review is done");
+    await says(page, "review-words", "Depth 6");
+    const records = recordsOf(6);
+    const judged = records.filter((record) => record.played);
+    assert.equal(judged.length, 7);
+    const marks = judged.map((record) => record.played.judgement.mark);
+    assert.deepEqual(await page.locator("#moves button").evaluateAll((moves) =>
+      moves.map((move) => move.querySelector(".mark")?.textContent ?? "")), marks);
+    assert.ok(marks.includes("??"));
+    const own = judged.filter((record) => record.fen.includes(" w ")).map((record) => record.played.judgement.accuracy);
+    const known = own.filter((accuracy) => accuracy !== null);
+    const mean = (known.reduce((sum, each) => sum + each, 0) / known.length).toFixed(1);
+    assert.equal(await page.locator("#review-sides strong").first().textContent(), `${mean} %`);
+    for (const [index, record] of judged.entries()) {
+      await page.click(`#moves [data-ply='${index + 1}']`);
+      await says(page, "sentence", record.played.judgement.sentence.replace(/-/g, "\u2212"));
+      const line = await page.locator("#review-lines p").first().locator("button").allTextContents();
+      assert.deepEqual(line.map((text) => text.replace(/^\d+\.+/, "")), record.lines[0].san.split(" ").slice(0, 12));
+      assert.equal(await page.getAttribute("#graph", "aria-valuenow"), String(index + 1));
+    }
+    // The line is played through on the board, and the graph leads back.
+    await page.locator("#review-lines p").first().locator("button").first().click();
+    await page.waitForSelector("#variation button");
+    await page.focus("#graph");
+    await page.keyboard.press("Home");
+    await says(page, "where", "The start");
+    await page.click("#next-mark");
+    await says(page, "where", "After");
+    await audit(page, "a review");
+    await shoot(page, "reviewed.png");
+  }));
+
+  test("it is stopped, and begun anew", () => withBoard({}, async (page) => {
+    await openGame(page, GAME);
+    await page.click("#tab-review");
+    await page.selectOption("#review-depth", "14");
+    await page.click("#review-go");
+    await page.waitForSelector("#review-progress:not([hidden])");
+    await page.click("#review-go");
+    await page.waitForSelector("#review-progress", { state: "hidden" });
+    await page.selectOption("#review-depth", "6");
+    await page.click("#review-go");
+    await says(page, "announce", "The review is done");
+    // A new move makes another game of it.
+    await openGame(page, "4k3/8/8/8/8/8/4P3/4K3 w - - 0 1");
+    await says(page, "review-words", "There are no moves yet");
+    assert.ok(!await page.locator("#review-result").isVisible());
   }));
 });
 

@@ -1,5 +1,6 @@
 """The command orvelin-board."""
 
+import contextlib
 import functools
 import os
 import threading
@@ -49,15 +50,13 @@ def _run(home, words, _console):
         server = BoardServer(folder, options.port)
     except OSError as error:
         raise ToolError(f"port {options.port}: {error.strerror}") from None
-    with server:
+    with server, contextlib.suppress(KeyboardInterrupt):
         print_whole(server.address + "\n")
         if not options.no_browser:
             # Some browsers do not come back before they are closed.
             threading.Thread(target=webbrowser.open, args=(server.address,), daemon=True).start()
-        try:
-            server.serve_forever()
-        except KeyboardInterrupt:
-            return SUCCESS
+        server.serve_forever()
+    return SUCCESS
 
 
 def main(home, words):

@@ -57,6 +57,23 @@ describe("analysis", () => {
     await says(page, "engine-words", "waits");
   }));
 
+  test("a line tells where its score comes from", () => withBoard({}, async (page) => {
+    await openGame(page, "r1bqkbnr/pppp1ppp/2n5/4p3/2B1P3/5N2/PPPP1PPP/RNBQK2R b KQkq - 3 3");
+    await page.waitForSelector("#lines .why");
+    await page.click("#lines .why >> nth=0");
+    await says(page, "chart-words", "Where the score comes from");
+    assert.equal(await page.locator("#bars .bar:not(.term)").count(), 8);
+    await page.click("#of-position");
+    await says(page, "chart-words", "Before any search");
+  }));
+
+  test("the book", () => withBoard({}, async (page) => {
+    await page.click("#tab-analyse");
+    await page.click("#book .book-move >> text=d4");
+    await says(page, "where", "After 1.d4");
+    await page.waitForSelector("#book .book-move >> text=Nf6");
+  }));
+
   test("a line is gone into and left", () => withBoard({}, async (page) => {
     await openGame(page, GAME);
     await page.click("#last");
@@ -111,7 +128,7 @@ describe("review", () => {
     assert.equal(await page.locator("#review-sides strong").first().textContent(), `${mean} %`);
     for (const [index, record] of judged.entries()) {
       await page.click(`#moves [data-ply='${index + 1}']`);
-      await says(page, "sentence", record.played.judgement.sentence.replace(/-/g, "\u2212"));
+      await says(page, "sentence", record.played.judgement.sentence.replace(/-(?=\d)/g, "\u2212"));
       const line = await page.locator("#review-lines p").first().locator("button").allTextContents();
       assert.deepEqual(line.map((text) => text.replace(/^\d+\.+/, "")), record.lines[0].san.split(" ").slice(0, 12));
       assert.equal(await page.getAttribute("#graph", "aria-valuenow"), String(index + 1));

@@ -10,6 +10,8 @@ const MOST_MOVES = 14;
 // Milliseconds between two drawings of the lines.
 const PAUSE = 120;
 
+const percent = (share) => (share < 0.005 ? "<1" : Math.round(100 * share));
+
 export class Analyse {
   #lines = [];
   #info = {};
@@ -17,6 +19,8 @@ export class Analyse {
   #key = "";
   #timer = null;
   #drawing = 0;
+  // The first move of the line whose leaf is shown.
+  #asked = null;
 
   constructor(app) {
     this.app = app;
@@ -38,6 +42,7 @@ export class Analyse {
       app.keep();
       this.#begin();
     });
+    on("of-position", () => this.#explain());
     this.name();
   }
 
@@ -141,7 +146,10 @@ export class Analyse {
         const before = app.view.line.slice(0, app.view.step);
         app.showLine(app.view.ply, [...before, ...line.moves.slice(0, sans.length)], before.length + place + 1);
       }), " "]);
-    return make("li", { class: "line" }, score, " ", ...moves);
+    const why = button(app.texts.get("why"), { class: "why", "data-line": index, "data-step": "why",
+      "aria-pressed": String(this.#asked === line.moves[0]), title: app.texts.get("why.title"),
+      "aria-label": app.texts.get("why.title") + ": " + sans[0] }, () => this.#explainLine(line, sans));
+    return make("li", { class: "line" }, score, make("span", { class: "run" }, ...moves), why);
   }
 
   #tellEngine() {
@@ -176,20 +184,52 @@ export class Analyse {
   async #explain() {
     const { app } = this;
     const { part, position } = app;
+    this.#askAbout(null);
     const [evaluation, book, ending] = await Promise.all(["evaluation", "book", "ending"].map((ask) =>
       app.core.ask({ ask, ...part }).catch((error) => ({ error: String(error) }))));
-    if (app.part !== part || !this.#entered) {
+    if (app.part !== part || !this.#entered || this.#asked) {
       return;
     }
-    if (evaluation.groups) {
-      setText(find("chart-words"), app.texts.get("evaluation.words"));
-      drawBars(find("bars"), app.texts, evaluation.groups, ["for-white", "for-black"]);
-    } else {
-      setText(find("chart-words"), evaluation.error ?? "");
-      find("bars").replaceChildren();
-    }
+    this.#tellEvaluation(evaluation, app.texts.get("evaluation.words"));
     this.#tellBook(book, position);
     this.#tellEnding(ending);
+  }
+
+  // The position behind a line whose evaluation is the line's score.
+  async #explainLine(line, sans) {
+    const { app } = this;
+    const { part } = app;
+    const { texts } = app;
+    this.#askAbout(line.moves[0]);
+    const answer = line.mate !== undefined ? { why: "mate or draw" }
+      : await app.core.ask({ ask: "leaf", ...part, line: line.moves, cp: line.centipawns })
+        .catch((error) => ({ error: String(error) }));
+    if (app.part !== part || this.#asked !== line.moves[0]) {
+      return;
+    }
+    if (answer.leaf) {
+      const moves = numbered(app.position.fen, answer.leaf.sans).join(" ");
+      this.#tellEvaluation(answer.leaf.evaluation, texts.get("evaluation.leaf", { moves: moves || sans[0] }));
+    } else {
+      const reason = texts.has("leaf." + answer.why) ? texts.get("leaf." + answer.why) : answer.error ?? answer.why;
+      this.#tellEvaluation({}, reason);
+    }
+  }
+
+  #askAbout(move) {
+    this.#asked = move;
+    find("of-position").hidden = move === null;
+    find("lines").querySelectorAll(".why").forEach((each) =>
+      (each.ariaPressed = String(this.#lines[each.dataset.line]?.moves[0] === move)));
+  }
+
+  #tellEvaluation({ groups, error }, words) {
+    setText(find("chart-words"), groups ? words : error ?? words);
+    if (groups) {
+      drawBars(find("bars"), this.app.texts, groups, ["for-white", "for-black"]);
+    } else {
+      find("bars").replaceChildren();
+    }
   }
 
   #tellBook(book, position) {
@@ -200,7 +240,7 @@ export class Analyse {
       if (legal) {
         this.app.explore(legal);
       }
-    }), make("span", { class: "faint small" }, ` ${Math.round((100 * move.weight) / sum)} % `)]);
+    }), make("span", { class: "faint small" }, ` ${percent(move.weight / sum)}\u00a0% `)]);
     find("book").replaceChildren(...(rows.length ? [make("h2", {}, this.app.texts.get("book")), make("p", {}, ...rows)] : []));
   }
 

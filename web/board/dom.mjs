@@ -37,7 +37,8 @@ export function setText(element, text) {
 
 export const on = (id, action) => find(id).addEventListener("click", action);
 
-export const typeset = (text) => text.replace(/-/g, "\u2212");
+/** With signs of numbers as they are set; the hyphens of castling stay. */
+export const typeset = (text) => text.replace(/-(?=\d)/g, "\u2212");
 
 /** A number with a sign and two places; a nought has no sign. */
 export function signed(value) {

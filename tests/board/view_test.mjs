@@ -47,7 +47,7 @@ describe("analysis", () => {
     for (const score of await page.locator("#lines .score").allTextContents()) {
       assert.match(score, /^(0\.00|[+\u2212]\d+\.\d\d|#\u2212?\d+)$/);
     }
-    assert.match(await page.locator("#lines .line button").first().textContent(), /^3\.\.\.[KQRBNa-h]/);
+    assert.match(await page.locator("#lines .run button").first().textContent(), /^3\.\.\.[KQRBNa-h]/);
     const share = await page.locator("#white-share").evaluate((bar) => parseFloat(bar.style.height));
     assert.ok(share > 0 && share < 100, String(share));
     assert.equal(await page.locator("#bars .bar:not(.term)").count(), 8);

@@ -148,8 +148,8 @@ export class Analyse {
       }), " "]);
     const why = button(app.texts.get("why"), { class: "why", "data-line": index, "data-step": "why",
       "aria-pressed": String(this.#asked === line.moves[0]), title: app.texts.get("why.title"),
-      "aria-label": app.texts.get("why.title") + ": " + sans[0] }, () => this.#explainLine(line, sans));
-    return make("li", { class: "line" }, score, make("span", { class: "run" }, ...moves), why);
+      "aria-label": `${app.texts.get("why")} ${sans[0]}` }, () => this.#explainLine(line, sans));
+    return make("li", { class: "line" }, score, why, make("span", { class: "run" }, ...moves));
   }
 
   #tellEngine() {

@@ -25,6 +25,7 @@ constexpr std::array commands{
     std::pair{"to-pgn"sv, &answer_to_pgn},
     std::pair{"record"sv, &answer_record},
     std::pair{"book"sv, &answer_book},
+    std::pair{"ending"sv, &answer_ending},
 };
 
 command_t find_command(std::string_view name) {

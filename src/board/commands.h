@@ -26,6 +26,9 @@ void answer_to_pgn(Request const& request, CoreState& core, JsonWriter& answer);
 void answer_record(Request const& request, CoreState& core, JsonWriter& answer);
 /// The position behind a line whose evaluation is the score of the line.
 void answer_leaf(Request const& request, CoreState& core, JsonWriter& answer);
+/// What the table of an ending knows of the position and its moves. Where the table is not whole
+/// yet it is built on for a step, and the answer tells how far that is.
+void answer_ending(Request const& request, CoreState& core, JsonWriter& answer);
 /// The moves of the opening book.
 void answer_book(Request const& request, CoreState& core, JsonWriter& answer);
 

@@ -1,7 +1,9 @@
 #pragma once
 
 #include "analyse/recorder.h"
+#include "board/ending_tables.h"
 #include "board/page_book.h"
+#include "generation/tables.h"
 
 namespace orvelin::board {
 
@@ -10,6 +12,7 @@ namespace orvelin::board {
 struct CoreState {
     analyse::Recorder recorder;
     PageBook book;
+    EndingTables endings{tables().attacks};
 
     analyse::PositionSearch& search() { return recorder.search(); }
     Tables const& tables() { return search().tables(); }

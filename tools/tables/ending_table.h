@@ -6,11 +6,11 @@
 #include "endgame/egt4_pieces.h"
 #include "generation/attacks.h"
 #include "tables/ending.h"
+#include "tables/fen_argument.h"
 
 namespace orvelin::tools {
 
 class Progress;
-struct ending_position_t;
 
 /// A finished table of an ending, newly built or read from a file, and the pieces to ask it with.
 ///

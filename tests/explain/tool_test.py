@@ -49,6 +49,9 @@ class OutputTest(ToolTest):
         page = ET.fromstring(self.read("a.html"))
         self.assertEqual(page.find(".//code").text, PICTURE)
         self.assertEqual(len(page.find(".//tbody")), len(TERMS))
+        self.assertIn("pawns for White", page.find(".//h1").text)
+        self.explain("8/8/4k3/8/8/2KN4/8/8 w - - 0 1", "--html", self.file("a.html"))
+        self.assertIn("Drawn", ET.fromstring(self.read("a.html")).find(".//h1").text)
 
     def test_the_picture_of_the_document_is_that_of_its_command(self):
         with open(os.path.join(ROOT, "docs", "explain.md"), encoding="utf-8") as file:

@@ -60,6 +60,7 @@ def endgame_function(board):
     return next((name for name in names if name in ENDGAMES), None)
 
 
+NO_MATE_TITLE = "Drawn: no side can give mate."
 NO_MATE_NOTE = "The game is drawn: no side can give mate. These terms decide nothing."
 
 

@@ -3,6 +3,7 @@
 import xml.etree.ElementTree as ET
 
 from explain_lib.drawing import FONTS, add
+from explain_lib.evaluation import NO_MATE_TITLE
 from explain_lib.figures import signed, typeset
 from explain_lib.terms import TERMS
 
@@ -74,7 +75,8 @@ def _finish(root):
 def position_page(evaluation, picture, side, fen, engine):
     """A position: the picture, and all 47 terms with their figures."""
     pawns = evaluation.pawns
-    root, body = _page(typeset(signed(pawns(evaluation.total))) + " pawns for White")
+    title = typeset(signed(pawns(evaluation.total))) + " pawns for White"
+    root, body = _page(NO_MATE_TITLE if evaluation.is_drawn else title)
     mover = "White" if side == "w" else "Black"
     line = add(body, "p", f"Static evaluation by {engine}, {mover} to move: ")
     add(line, "code", fen)

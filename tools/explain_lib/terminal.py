@@ -4,6 +4,7 @@ import os
 import shutil
 from dataclasses import dataclass
 
+from explain_lib.evaluation import NO_MATE_TITLE
 from explain_lib.figures import share_of_reach, signed, wrapped
 from explain_lib.terms import GROUPS, TERMS
 from orvelin_lib.board import Position
@@ -75,7 +76,7 @@ def board_lines(board, side):
 
 def _headline(evaluation):
     if evaluation.is_drawn:
-        return "Drawn: no side can give mate."
+        return NO_MATE_TITLE
     pawns = evaluation.pawns(evaluation.total)
     share = round(100 * evaluation.middle_share)
     return (

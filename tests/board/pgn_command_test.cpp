@@ -76,6 +76,7 @@ TEST(BoardPgn, ManyGamesAreToldInParts) {
     Answer const one = games_of(text, R"(,"most":1)");
     EXPECT_EQ(one.size("games"), 1U);
     EXPECT_EQ(one.number("next"), 2);
+    EXPECT_EQ(games_of(many_games(2), R"(,"most":1)").number("next"), 2);
 }
 
 TEST(BoardPgn, ALongGameIsCut) {

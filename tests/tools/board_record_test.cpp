@@ -53,7 +53,7 @@ TEST(BoardRecord, ItIsWhatTheToolWrites) {
          {"--limit", "depth=6", "--moves", "best,played,rest"},
          R"(,"limit":{"depth":6},"search":"best,played,rest")"},
         // Several lines by nodes.
-        {tags + "\n1. d4 Nf6 2. c4 e6 *\n",
+        {tags + "\n1. e4 d5 2. exd5 Qxd5 *\n",
          {"--limit", "nodes=4000", "--lines", "3", "--moves", "best,played"},
          R"(,"limit":{"nodes":4000},"lines":3)"},
         {tags + "[Variant \"Chess960\"]\n[FEN \"1r2k1r1/pppppppp/8/8/8/8/PPPPPPPP/1R2K1R1 w GBgb - "

@@ -16,43 +16,20 @@ namespace {
 /// Lines of a search are no longer.
 constexpr std::size_t longest_line = max_iteration;
 
-/// What the score may be in engine units, the likeliest first: a page may know no more than the
-/// hundredths that the protocol has, each of which stands for about three units.
-std::vector<int> scores_of(Request const& request) {
+/// The score in engine units. A page may know no more than the hundredths that the protocol has,
+/// each of which stands for three units: the nearest is near enough to find the leaf.
+int score_of(Request const& request) {
     auto const units = request.number("score");
     auto const centipawns = request.number("cp");
     if (units.has_value() == centipawns.has_value()) {
         throw RequestError("a score in engine units or cp, in hundredths, is expected");
     }
     if (units) {
-        return {static_cast<int>(request.number("score", 0, -infinite_score, infinite_score))};
+        return static_cast<int>(request.number("score", 0, -infinite_score, infinite_score));
     }
     int const most = play::to_centipawns(infinite_score);
-    auto const wanted = static_cast<int>(request.number("cp", 0, -most, most));
-    int const middle = static_cast<int>(std::lround(wanted * play::even_chance_score / 100.0));
-    std::vector<int> scores;
-    for (int const away : {0, 1, -1, 2, -2}) {
-        if (play::to_centipawns(middle + away) == wanted) {
-            scores.push_back(middle + away);
-        }
-    }
-    return scores;
-}
-
-analyse::Line explained(BoardGame const& game, std::size_t played, std::vector<int> const& scores,
-                        CoreState& core) {
-    analyse::Line line;
-    line.depth = 1;
-    line.moves.assign(game.moves().begin() + static_cast<std::ptrdiff_t>(played),
-                      game.moves().end());
-    for (int const score : scores) {
-        line.score = score;
-        core.search().explain(game.fen_at(played), game.chess960(), line);
-        if (line.why_not != analyse::unexplained::not_found) {
-            break;
-        }
-    }
-    return line;
+    auto const wanted = static_cast<double>(request.number("cp", 0, -most, most));
+    return static_cast<int>(std::lround(wanted * play::even_chance_score / 100.0));
 }
 
 void write_leaf(analyse::Line const& line, BoardGame const& game, std::size_t played,
@@ -94,7 +71,12 @@ void answer_leaf(Request const& request, CoreState& core, JsonWriter& answer) {
     for (std::size_t i = 0; i < texts.size(); ++i) {
         game.make(texts[i], i + 1);
     }
-    analyse::Line const line = explained(game, played, scores_of(request), core);
+    analyse::Line line;
+    line.depth = 1;
+    line.score = score_of(request);
+    line.moves.assign(game.moves().begin() + static_cast<std::ptrdiff_t>(played),
+                      game.moves().end());
+    core.search().explain(game.fen_at(played), game.chess960(), line);
     if (line.why_not == analyse::unexplained::none) {
         write_leaf(line, game, played, core, answer);
         return;

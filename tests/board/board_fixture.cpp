@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <rapidjson/document.h>
 #include <sstream>
+#include <utility>
 
 namespace orvelin::board::test {
 
@@ -21,11 +22,9 @@ Answer::Answer(rapidjson::Value const& value) : document_(std::make_shared<rapid
 
 rapidjson::Value const& Answer::at(char const* name) const {
     static rapidjson::Value const none;
-    auto const member =
-        document_->IsObject() ? document_->FindMember(name) : document_->MemberEnd();
-    bool const there = document_->IsObject() && member != document_->MemberEnd();
+    bool const there = document_->IsObject() && document_->HasMember(name);
     EXPECT_TRUE(there) << name << ' ' << error();
-    return there ? member->value : none;
+    return there ? std::as_const(*document_)[name] : none;
 }
 
 std::string Answer::text(char const* name) const {

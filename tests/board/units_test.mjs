@@ -82,14 +82,14 @@ describe("moves as they are given", () => {
 
   test("shown by two squares", async () => {
     const standard = await at("r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1");
-    const targets = targetsOf("e1", standard.legal, standard.fen);
+    const targets = targetsOf("e1", standard.legal);
     for (const [square, san] of [["g1", "O-O"], ["h1", "O-O"], ["c1", "O-O-O"], ["a1", "O-O-O"], ["f1", "Kf1"]]) {
       assert.deepEqual(targets.get(square).map((move) => move.san), [san], square);
     }
-    assert.equal(targetsOf("a8", standard.legal, standard.fen).size, 0);
+    assert.equal(targetsOf("a8", standard.legal).size, 0);
     // The king beside the square that he castles to steps there; castling is shown by the rook.
     const other = await at("4k3/8/8/8/8/8/8/R4K1R w HA - 0 1", true);
-    const own = targetsOf("f1", other.legal, other.fen);
+    const own = targetsOf("f1", other.legal);
     assert.deepEqual(own.get("g1").map((move) => move.san), ["Kg1"]);
     assert.deepEqual(own.get("h1").map((move) => move.san), ["O-O"]);
     assert.deepEqual(own.get("c1").map((move) => move.san), ["O-O-O"]);

@@ -30,11 +30,11 @@ const paste = (page, text) => page.evaluate((words) => {
   document.dispatchEvent(new ClipboardEvent("paste", { clipboardData: data, bubbles: true }));
 }, text);
 
-const drop = (page, text, name) => page.evaluate(([words, file]) => {
+const drop = (page, text, name, times = 1) => page.evaluate(([words, file, count]) => {
   const data = new DataTransfer();
-  data.items.add(new File([words], file));
+  data.items.add(new File([words.repeat(count)], file));
   document.dispatchEvent(new DragEvent("drop", { dataTransfer: data, bubbles: true }));
-}, [text, name]);
+}, [text, name, times]);
 
 describe("analysis", () => {
   test("lines, arrow, chances and terms", () => withBoard({}, async (page) => {
@@ -93,7 +93,19 @@ describe("analysis", () => {
     assert.deepEqual((await sansOf(page)).length, 7);
   }));
 
-  test("an ending that is known", () => withBoard({}, async (page) => {
+  test("an endgame table", () => withBoard({}, async (page) => {
+    await page.click("#tab-analyse");
+    await page.click("#engine-switch");
+    await openGame(page, "8/8/8/8/8/2k5/8/KQ6 w - - 0 1");
+    await page.click("#ask-ending");
+    // It takes a while until it is built, which is gone on with as long as the position is shown.
+    await page.waitForFunction(() => /: [1-9]\d* %|mates in/.test(document.getElementById("ending").textContent));
+    await openGame(page, "8/8/8/8/8/2k5/7P/K7 w - - 0 1");
+    await page.click("#ask-ending");
+    await says(page, "ending", "no table");
+  }));
+
+  test("a game that is over", () => withBoard({}, async (page) => {
     await page.click("#tab-analyse");
     await openGame(page, "7k/5Q2/6K1/8/8/8/8/8 b - - 0 1");
     await says(page, "engine-words", "over");
@@ -220,6 +232,7 @@ describe("games in and out", () => {
     await openGame(page, GAME.replace("Ada", bad).replace("e4 e5", `e4 {${bad}} e5`));
     await hasMoves(page, 7);
     await says(page, "game-title", bad);
+    await page.click("#engine-switch");
     await page.reload();
     await ready(page);
     await says(page, "game-title", bad);
@@ -229,7 +242,7 @@ describe("games in and out", () => {
       await page.waitForSelector("#message:not([hidden])");
       assert.ok((await page.locator("#message").textContent()).length > 5, text);
     }
-    await drop(page, "1. e4 ".repeat(4000000), "large.pgn");
+    await drop(page, "1. e4 ", "large.pgn", 4000000);
     await says(page, "message", "16 MiB");
     assert.equal(await page.locator("img, main script").count(), 0);
     assert.equal(await page.evaluate(() => window.hit ?? 0), 0);
@@ -336,6 +349,7 @@ describe("for everybody", () => {
         await page.click("#tab-analyse");
         await says(page, "engine-words", "Depth");
         await page.locator("#bars summary").first().click();
+        await page.click("#engine-switch");
         await look("analyse");
         await page.click("#tab-review");
         await look("review");

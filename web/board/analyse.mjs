@@ -2,6 +2,7 @@
 
 import { drawBars } from "./bars.mjs";
 import { button, find, make, on, setText } from "./dom.mjs";
+import { Ending } from "./ending.mjs";
 import { numbered } from "./fen.mjs";
 import { scoreText, whiteShare } from "./uci.mjs";
 
@@ -27,6 +28,7 @@ export class Analyse {
     for (let count = 1; count <= MOST_LINES; count += 1) {
       find("line-count").append(new Option(count, count));
     }
+    this.ending = new Ending(app);
     const { lines } = app.settings;
     this.count = Number.isInteger(lines) && lines >= 1 && lines <= MOST_LINES ? lines : 3;
     this.running = app.settings.engine !== false;
@@ -58,6 +60,7 @@ export class Analyse {
   leave() {
     this.#entered = false;
     this.app.searcher.stop();
+    this.ending.leave();
     clearTimeout(this.#timer);
     this.#timer = null;
   }
@@ -185,14 +188,14 @@ export class Analyse {
     const { app } = this;
     const { part, position } = app;
     this.#askAbout(null);
-    const [evaluation, book, ending] = await Promise.all(["evaluation", "book", "ending"].map((ask) =>
+    this.ending.offer(part, position);
+    const [evaluation, book] = await Promise.all(["evaluation", "book"].map((ask) =>
       app.core.ask({ ask, ...part }).catch((error) => ({ error: String(error) }))));
     if (app.part !== part || !this.#entered || this.#asked) {
       return;
     }
     this.#tellEvaluation(evaluation, app.texts.get("evaluation.words"));
     this.#tellBook(book, position);
-    this.#tellEnding(ending);
   }
 
   // The position behind a line whose evaluation is the line's score.
@@ -242,12 +245,5 @@ export class Analyse {
       }
     }), make("span", { class: "faint small" }, ` ${percent(move.weight / sum)}\u00a0% `)]);
     find("book").replaceChildren(...(rows.length ? [make("h2", {}, this.app.texts.get("book")), make("p", {}, ...rows)] : []));
-  }
-
-  #tellEnding(ending) {
-    const { texts } = this.app;
-    const kind = ending?.result;
-    find("ending").replaceChildren(...(kind ? [make("p", { class: "ending" },
-      texts.get("ending", { result: texts.has("ending." + kind) ? texts.get("ending." + kind) : kind }))] : []));
   }
 }

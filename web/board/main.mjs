@@ -318,12 +318,12 @@ class App {
     if (!this.#mayMove() || !isOwn(position.fen, square, position.side)) {
       return null;
     }
-    return [...targetsOf(square, position.legal, position.fen).keys()];
+    return [...targetsOf(square, position.legal).keys()];
   }
 
   async #chosen(from, to) {
     const { position } = this;
-    const moves = targetsOf(from, position.legal, position.fen).get(to) ?? [];
+    const moves = targetsOf(from, position.legal).get(to) ?? [];
     await this.#make(await this.#oneOf(moves));
   }
 

@@ -22,14 +22,15 @@ export async function readFile(app, file) {
 const titleOf = ({ tags, result }) =>
   `${tags.White ?? "?"} – ${tags.Black ?? "?"}, ${result}` + (tags.Date ? `, ${tags.Date}` : "");
 
-const chooseGame = (app, games) => openBox(app.texts, app.texts.get("open.which"), (box, close) => {
+const chooseGame = (app, games, count) => openBox(app.texts, app.texts.get("open.which"), (box, close) => {
   const list = make("select", { size: Math.min(12, Math.max(games.length, 2)), "aria-labelledby": "box-title" });
-  games.slice(0, MOST_SHOWN).forEach((game, index) => list.append(new Option(`${index + 1}. ${titleOf(game)}`, index)));
+  games.forEach((game, index) => list.append(new Option(`${index + 1}. ${titleOf(game)}`, index)));
   list.selectedIndex = 0;
   const take = () => close(games[list.selectedIndex]);
   list.addEventListener("dblclick", take);
   list.addEventListener("keydown", (event) => event.key === "Enter" && take());
-  box.append(list, make("p", { class: "buttons" }, button(app.texts.get("open.take"), { class: "main" }, take),
+  const note = app.texts.get("open.first", { most: MOST_SHOWN, count });
+  box.append(...(count > MOST_SHOWN ? [make("p", { class: "faint small" }, note)] : []), list, make("p", { class: "buttons" }, button(app.texts.get("open.take"), { class: "main" }, take),
     button(app.texts.get("cancel"), {}, () => close(null))));
 });
 
@@ -39,7 +40,7 @@ async function openPosition(app, fen) {
   for (const chess960 of [false, true]) {
     const answer = await app.positionOf({ start: fen, chess960, moves: [] });
     if (!answer.error) {
-      return emptyGame(answer.fen, chess960);
+      return { game: emptyGame(answer.fen, chess960), remark: answer.remarks?.[0] };
     }
     answers.push(answer.error);
   }
@@ -48,14 +49,14 @@ async function openPosition(app, fen) {
 }
 
 async function openGames(app, text) {
-  const answer = await app.core.ask({ ask: "pgn", text });
+  const answer = await app.core.ask({ ask: "pgn", text, most: MOST_SHOWN });
   const games = (answer.games ?? []).filter((game) => !game.error || game.moves.length);
   const wrong = answer.error ?? answer.games?.find((game) => game.error)?.error;
   if (!games.length) {
     app.tell(wrong ?? app.texts.get("open.nothing"));
     return null;
   }
-  const chosen = games.length === 1 ? games[0] : await chooseGame(app, games);
+  const chosen = games.length === 1 ? games[0] : await chooseGame(app, games, answer.count);
   if (!chosen) {
     return null;
   }
@@ -74,7 +75,7 @@ export async function openText(app, text) {
     return false;
   }
   app.tell("");
-  const found = isFen(trimmed) ? { game: await openPosition(app, trimmed) } : await openGames(app, trimmed);
+  const found = isFen(trimmed) ? await openPosition(app, trimmed) : await openGames(app, trimmed);
   if (!found?.game || !(await app.mayLose())) {
     return false;
   }
@@ -85,6 +86,8 @@ export async function openText(app, text) {
   await app.load(found.game);
   if (found.error) {
     app.tell(app.texts.get("open.partly", { error: found.error }));
+  } else if (found.remark) {
+    app.tell(found.remark);
   }
   return true;
 }

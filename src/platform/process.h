@@ -1,5 +1,8 @@
 #pragma once
 
+#include <string>
+#include <vector>
+
 namespace orvelin {
 
 inline constexpr int standard_input = 0;
@@ -13,6 +16,9 @@ void prepare_process();
 /// To be called behind the end of an input: where Ctrl-C ends the input too, and the process only a
 /// moment later, this waits for the latter.
 void outlast_interruption(int input);
+
+/// The words of the command line, the name of the program among them, as text that path_of() takes.
+std::vector<std::string> command_line(int number, char const* const* words);
 
 bool is_open(int descriptor);
 bool is_terminal(int descriptor);

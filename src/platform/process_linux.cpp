@@ -10,6 +10,10 @@ void prepare_process() {}
 // A signal comes before the end of the input.
 void outlast_interruption(int) {}
 
+std::vector<std::string> command_line(int number, char const* const* words) {
+    return {words, words + number};
+}
+
 bool is_open(int descriptor) {
     return ::fcntl(descriptor, F_GETFD) >= 0;
 }

@@ -3,9 +3,11 @@
 #include <io.h>
 #include <process.h>
 #include <windows.h>
-// Needs the one before it.
+// They need the one before them.
+#include <shellapi.h>
 #include <timeapi.h>
 
+#include "platform/path.h"
 #include "platform/process.h"
 
 namespace orvelin {
@@ -50,6 +52,18 @@ void outlast_interruption(int input) {
     if (is_terminal(input)) {
         Sleep(patience);
     }
+}
+
+// What the library hands over has lost the letters that the code page of the user lacks.
+std::vector<std::string> command_line(int, char const* const*) {
+    int number = 0;
+    LPWSTR* const wide = CommandLineToArgvW(GetCommandLineW(), &number);
+    std::vector<std::string> words;
+    for (int i = 0; i < number; ++i) {
+        words.push_back(name_of(wide[i]));
+    }
+    LocalFree(wide);
+    return words;
 }
 
 bool is_open(int descriptor) {

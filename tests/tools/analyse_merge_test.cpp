@@ -29,7 +29,7 @@ class AnalyseMerge : public testing::Test {
     std::string merged() {
         std::string text;
         faults_.clear();
-        tools::ShardMerge merge(names_, -1);
+        tools::ShardMerge merge(names_, nullptr);
         merge.run([&text](std::string_view line) { text += line; },
                   [this](std::string const& fault) { faults_.push_back(fault); });
         last_ = merge.last();

@@ -40,7 +40,7 @@ class AnalyseRun : public testing::Test {
  protected:
     int run(settings_t const& settings) {
         CountingSource source(settings.positions);
-        tools::StopSignals const signals;
+        StopSignals const signals;
         tools::outputs_t outputs;
         outputs.push_back(std::make_unique<tools::JsonOutput>(name_, settings.mode));
         return tools::AnalyseRun(run_settings(settings), source, plain_answerers(settings.answers),
@@ -141,7 +141,7 @@ TEST_F(AnalyseRun, AFaultOfTheInputLeavesWhatWasBefore) {
     // One by one, and by the bundle.
     for (auto const kind : {analyse::Limit::kind::depth, analyse::Limit::kind::static_eval}) {
         Faulty source;
-        tools::StopSignals const signals;
+        StopSignals const signals;
         tools::outputs_t outputs;
         outputs.push_back(std::make_unique<tools::JsonOutput>(name_, open_mode::replace));
         tools::AnalyseRun run(run_settings({.jobs = 3, .limit = {kind, 1}}), source,
@@ -154,7 +154,7 @@ TEST_F(AnalyseRun, AFaultOfTheInputLeavesWhatWasBefore) {
 TEST_F(AnalyseRun, ASignalEndsItWithWholeLinesInOrder) {
     // Far more than are read.
     CountingSource source(1000000000);
-    tools::StopSignals const signals;
+    StopSignals const signals;
     tools::outputs_t outputs;
     outputs.push_back(std::make_unique<tools::JsonOutput>(name_, open_mode::create));
     std::atomic<int> answers = 0;

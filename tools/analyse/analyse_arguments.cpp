@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "platform/path.h"
 #include "support/tool_main.h"
 
 namespace orvelin::tools {
@@ -56,7 +57,7 @@ void refuse_other_limits(AnalyseArguments const& arguments) {
 /// that changed places.
 void refuse_mistyped_command(std::vector<std::string> const& files) {
     std::error_code ignored;
-    if (files.empty() || std::filesystem::exists(files.front(), ignored)) {
+    if (files.empty() || std::filesystem::exists(path_of(files.front()), ignored)) {
         return;
     }
     for (std::string const command : {"verify", "merge"}) {

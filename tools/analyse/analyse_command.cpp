@@ -14,7 +14,7 @@
 #include "analyse/commands.h"
 #include "analyse/jobs_option.h"
 #include "analyse/position_files.h"
-#include "analyse/stop_signals.h"
+#include "platform/stop_signals.h"
 #include "support/counted.h"
 #include "support/tool_main.h"
 
@@ -51,7 +51,7 @@ int analyse_files(AnalyseArguments const& arguments) {
     }
 
     StopSignals const signals;
-    PositionFiles input(input_settings, signals.descriptor(), [](std::string const& remark) {
+    PositionFiles input(input_settings, signals.flag(), [](std::string const& remark) {
         std::cerr << "orvelin-analyse: " + remark + '\n';
     });
     outputs_t outputs = open_outputs(arguments.output, input_settings.names, input_settings.plies);

@@ -9,6 +9,7 @@
 #include "analyse/json_output.h"
 #include "analyse/pgn_output.h"
 #include "analyse/sqlite_output.h"
+#include "platform/path.h"
 #include "support/tool_main.h"
 
 namespace orvelin::tools {
@@ -34,8 +35,9 @@ void refuse_inputs(std::vector<std::string> const& names, std::vector<std::strin
     for (std::string const& name : names) {
         for (std::string const& input : inputs) {
             std::error_code ignored;
-            if (name != "-" && input != "-" && std::filesystem::equivalent(name, input, ignored) &&
-                std::filesystem::is_regular_file(name, ignored)) {
+            if (name != "-" && input != "-" &&
+                std::filesystem::equivalent(path_of(name), path_of(input), ignored) &&
+                std::filesystem::is_regular_file(path_of(name), ignored)) {
                 throw UsageError(name + " is read, and cannot be written too");
             }
         }

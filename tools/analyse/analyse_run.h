@@ -13,7 +13,7 @@
 #include "analyse/answerer.h"
 #include "analyse/position_source.h"
 #include "analyse/record_output.h"
-#include "analyse/stop_signals.h"
+#include "platform/stop_signals.h"
 #include "support/progress.h"
 
 namespace orvelin::tools {

@@ -3,13 +3,14 @@
 #include <cerrno>
 #include <chrono>
 #include <exception>
-#include <fcntl.h>
-#include <poll.h>
+#include <optional>
 #include <stdexcept>
-#include <sys/file.h>
-#include <sys/stat.h>
 #include <system_error>
-#include <unistd.h>
+
+#include "platform/changeable_file.h"
+#include "platform/file_descriptor.h"
+#include "platform/process.h"
+#include "platform/sleep.h"
 
 namespace orvelin::tools {
 
@@ -24,13 +25,21 @@ constexpr std::chrono::milliseconds last_run_patience{2000};
 LineFile::LineFile(std::string const& name, open_mode mode)
     : shown_name_(name == "-" ? "standard output" : name) {
     if (name == "-") {
-        descriptor_ = STDOUT_FILENO;
+        descriptor_ = standard_output;
+        carry_bytes(descriptor_);
         return;
     }
     try {
-        open(name, mode);
+        changeable_file_t const file = open_to_change(name);
+        descriptor_ = file.descriptor;
+        is_new_ = file.is_new;
+        is_file_ = is_regular_file(descriptor_);
+        open(mode);
+    } catch (std::system_error const& error) {
+        close();
+        fail("cannot write", error);
     } catch (...) {
-        ::close(descriptor_);
+        close();
         throw;
     }
 }
@@ -38,28 +47,19 @@ LineFile::LineFile(std::string const& name, open_mode mode)
 LineFile::~LineFile() {
     // A run that is refused leaves no file behind that would be in the way of the next.
     if (is_new_ && size_ == 0 && std::uncaught_exceptions() > 0) {
-        ::unlink(shown_name_.c_str());
-    }
-    if (descriptor_ != STDOUT_FILENO) {
-        ::close(descriptor_);
+        remove_and_close(descriptor_, shown_name_);
+    } else if (descriptor_ != standard_output) {
+        close();
     }
 }
 
-void LineFile::open(std::string const& name, open_mode mode) {
-    descriptor_ = ::open(name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-    is_new_ = descriptor_ >= 0;
-    if (descriptor_ < 0 && errno == EEXIST) {
-        descriptor_ = ::open(name.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
+void LineFile::close() {
+    if (descriptor_ >= 0) {
+        close_descriptor(descriptor_);
     }
-    if (descriptor_ < 0 && (errno == EACCES || errno == EINVAL || errno == ENXIO)) {
-        // A pipe or a device that is there to be written alone.
-        descriptor_ = ::open(name.c_str(), O_WRONLY | O_CLOEXEC);
-    }
-    struct stat status = {};
-    if (descriptor_ < 0 || ::fstat(descriptor_, &status) != 0) {
-        fail("cannot write", errno);
-    }
-    is_file_ = S_ISREG(status.st_mode);
+}
+
+void LineFile::open(open_mode mode) {
     if (!is_file_) {
         if (mode == open_mode::resume) {
             throw std::runtime_error("cannot resume " + shown_name_ + ": it is not a file");
@@ -68,10 +68,7 @@ void LineFile::open(std::string const& name, open_mode mode) {
     }
     lock(mode == open_mode::resume ? last_run_patience : std::chrono::milliseconds(0));
     // Only now nobody else changes it any more.
-    if (::fstat(descriptor_, &status) != 0) {
-        fail("cannot write", errno);
-    }
-    size_ = static_cast<std::uint64_t>(status.st_size);
+    size_ = size_of(descriptor_);
     if (mode == open_mode::replace) {
         cut(0);
     } else if (mode == open_mode::create && size_ > 0) {
@@ -83,76 +80,64 @@ void LineFile::open(std::string const& name, open_mode mode) {
 
 void LineFile::lock(std::chrono::milliseconds patience) const {
     auto const end = std::chrono::steady_clock::now() + patience;
-    while (::flock(descriptor_, LOCK_EX | LOCK_NB) != 0) {
-        if (errno != EWOULDBLOCK && errno != EINTR) {
-            // There are systems of files without locks.
-            return;
-        }
+    while (!take_alone(descriptor_)) {
         if (std::chrono::steady_clock::now() >= end) {
             throw std::runtime_error("cannot write " + shown_name_ +
                                      ": another process is writing it");
         }
-        ::poll(nullptr, 0, 20);
+        sleep_milliseconds(20);
     }
 }
 
-void LineFile::fail(std::string const& what, int error) const {
-    throw std::runtime_error(what + ' ' + shown_name_ + ": " +
-                             std::generic_category().message(error));
+void LineFile::fail(std::string const& what, std::system_error const& error) const {
+    throw std::runtime_error(what + ' ' + shown_name_ + ": " + error.code().message());
 }
 
 void LineFile::add(std::string_view text) {
     std::size_t written = 0;
-    while (written < text.size()) {
-        char const* const from = text.data() + written;
-        std::size_t const bytes = text.size() - written;
-        ssize_t const count =
-            is_file_ ? ::pwrite(descriptor_, from, bytes, static_cast<off_t>(size_ + written))
-                     : ::write(descriptor_, from, bytes);
-        if (count >= 0) {
-            written += static_cast<std::size_t>(count);
-        } else if (errno == EAGAIN) {
-            pollfd asked = {descriptor_, POLLOUT, 0};
-            ::poll(&asked, 1, -1);
-        } else if (errno != EINTR) {
-            int const error = errno;
-            take_back(written);
-            fail("cannot write", error);
+    try {
+        while (written < text.size()) {
+            std::optional<std::uint64_t> const place =
+                is_file_ ? std::optional(size_ + written) : std::nullopt;
+            written += write_at(descriptor_, place, text.substr(written));
         }
+    } catch (std::system_error const& error) {
+        take_back(written);
+        fail("cannot write", error);
     }
     size_ += text.size();
 }
 
 // Standard output may be a file that others wrote to before. To a pipe this does nothing.
 void LineFile::take_back(std::size_t written) const {
-    off_t const end = is_file_ ? static_cast<off_t>(size_)
-                               : ::lseek(descriptor_, 0, SEEK_CUR) - static_cast<off_t>(written);
-    if (end >= 0 && ::ftruncate(descriptor_, end) == 0) {
-        ::lseek(descriptor_, end, SEEK_SET);
+    if (is_file_) {
+        cut_to(descriptor_, size_);
+    } else if (std::optional<std::uint64_t> const place = place_in(descriptor_)) {
+        cut_to(descriptor_, *place - written);
     }
 }
 
 void LineFile::read(std::uint64_t from, std::size_t bytes, std::string& text) const {
     text.resize(bytes);
     std::size_t have = 0;
-    while (have < bytes) {
-        ssize_t const count =
-            ::pread(descriptor_, text.data() + have, bytes - have, static_cast<off_t>(from + have));
-        if (count == 0) {
-            break;
+    try {
+        while (have < bytes) {
+            std::size_t const count =
+                read_at(descriptor_, from + have, text.data() + have, bytes - have);
+            if (count == 0) {
+                break;
+            }
+            have += count;
         }
-        if (count > 0) {
-            have += static_cast<std::size_t>(count);
-        } else if (errno != EINTR) {
-            fail("cannot read", errno);
-        }
+    } catch (std::system_error const& error) {
+        fail("cannot read", error);
     }
     text.resize(have);
 }
 
 void LineFile::cut(std::uint64_t size) {
-    if (::ftruncate(descriptor_, static_cast<off_t>(size)) != 0) {
-        fail("cannot write", errno);
+    if (!cut_to(descriptor_, size)) {
+        fail("cannot write", std::system_error(errno, std::generic_category()));
     }
     size_ = size;
 }

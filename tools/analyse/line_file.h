@@ -5,6 +5,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 namespace orvelin::tools {
 
@@ -42,11 +43,12 @@ class LineFile {
     std::string const& name() const { return shown_name_; }
 
  private:
-    void open(std::string const& name, open_mode mode);
+    void open(open_mode mode);
+    void close();
     /// Takes the file for this process, waiting so long for another one to end.
     void lock(std::chrono::milliseconds patience) const;
     void take_back(std::size_t written) const;
-    [[noreturn]] void fail(std::string const& what, int error) const;
+    [[noreturn]] void fail(std::string const& what, std::system_error const& error) const;
 
     std::string shown_name_;
     int descriptor_ = -1;

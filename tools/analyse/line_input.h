@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "analyse/descriptor_input.h"
+#include "platform/descriptor_input.h"
 
 namespace orvelin::tools {
 
@@ -13,7 +13,7 @@ class LineInput {
     /// No record is nearly as long.
     static constexpr std::size_t longest = std::size_t{1} << 26;
 
-    LineInput(std::string const& name, int stop) : name_(name), input_(name, stop) {}
+    LineInput(std::string const& name, WakeUp const* stop) : name_(name), input_(name, stop) {}
 
     /// The next line without its line end; false at the end.
     /// @throws std::runtime_error when it cannot be read, a line is too long, or the last one has

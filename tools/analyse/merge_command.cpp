@@ -12,7 +12,8 @@
 #include "analyse/commands.h"
 #include "analyse/line_file.h"
 #include "analyse/shard_merge.h"
-#include "analyse/stop_signals.h"
+#include "platform/path.h"
+#include "platform/stop_signals.h"
 #include "support/counted.h"
 #include "support/file_replacement.h"
 #include "support/tool_main.h"
@@ -39,7 +40,7 @@ bool is_whole(arguments_t const& arguments, StopSignals const& signals) {
             std::cerr << "orvelin-analyse: " << fault << '\n';
         }
     };
-    ShardMerge merge(arguments.files, signals.descriptor());
+    ShardMerge merge(arguments.files, signals.flag());
     merge.run([](std::string_view) {}, tell);
     if (arguments.positions > merge.last()) {
         tell("the last position is " + std::to_string(merge.last()) + " and not " +
@@ -57,7 +58,7 @@ bool is_whole(arguments_t const& arguments, StopSignals const& signals) {
 void write_all(arguments_t const& arguments, StopSignals const& signals, LineFile& output) {
     constexpr std::size_t block = 1 << 18;
     std::string text;
-    ShardMerge(arguments.files, signals.descriptor())
+    ShardMerge(arguments.files, signals.flag())
         .run(
             [&](std::string_view line) {
                 text += line;
@@ -74,7 +75,8 @@ void write_all(arguments_t const& arguments, StopSignals const& signals, LineFil
 
 int merge(arguments_t const& arguments) {
     std::error_code ignored;
-    if (!arguments.overwrite && std::filesystem::is_regular_file(arguments.output, ignored)) {
+    if (!arguments.overwrite &&
+        std::filesystem::is_regular_file(path_of(arguments.output), ignored)) {
         throw std::runtime_error(arguments.output + " is there already; --overwrite replaces it");
     }
     StopSignals const signals;
@@ -87,9 +89,9 @@ int merge(arguments_t const& arguments) {
         write_all(arguments, signals, output);
         return signals.stopped() ? exit_stopped : exit_success;
     }
-    FileReplacement replacement(arguments.output);
+    FileReplacement replacement(path_of(arguments.output));
     {
-        LineFile output(replacement.path().string(), open_mode::replace);
+        LineFile output(name_of(replacement.path()), open_mode::replace);
         write_all(arguments, signals, output);
     }
     if (signals.stopped()) {

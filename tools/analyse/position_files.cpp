@@ -3,13 +3,13 @@
 #include <stdexcept>
 #include <utility>
 
-#include "analyse/descriptor_input.h"
 #include "analyse/input_kind.h"
 #include "analyse/input_text.h"
 #include "analyse/pgn_reader.h"
 #include "analyse/position_lines.h"
 #include "analyse/shared_tables.h"
 #include "analyse/utf8.h"
+#include "platform/descriptor_input.h"
 #include "position/chess_position.h"
 
 namespace orvelin::tools {
@@ -40,7 +40,8 @@ analyse::input_kind kind_of_begin(analyse::InputText& text) {
 /// One file, and where the reading of it stands.
 class PositionFiles::File {
  public:
-    File(Settings const& settings, std::string const& name, int stop, PositionFiles& files)
+    File(Settings const& settings, std::string const& name, WakeUp const* stop,
+         PositionFiles& files)
         : settings_(settings),
           name_(name),
           shown_name_(analyse::valid_utf8(name)),
@@ -187,7 +188,7 @@ bool PositionFiles::File::next_of_lines(Asked& asked) {
     }
 }
 
-PositionFiles::PositionFiles(Settings settings, int stop, tell_t tell)
+PositionFiles::PositionFiles(Settings settings, WakeUp const* stop, tell_t tell)
     : settings_(std::move(settings)), stop_(stop), tell_(std::move(tell)) {
     for (std::string const& name : settings_.names) {
         std::uint64_t const size = size_of_file(name);

@@ -9,6 +9,7 @@
 
 #include "analyse/plies.h"
 #include "analyse/position_source.h"
+#include "platform/wake_up.h"
 
 namespace orvelin::tools {
 
@@ -26,8 +27,8 @@ class PositionFiles : public PositionSource {
     /// Told what is read past, and why.
     using tell_t = std::function<void(std::string const& remark)>;
 
-    /// The input ends early when the descriptor `stop` becomes readable.
-    PositionFiles(Settings settings, int stop, tell_t tell);
+    /// The input ends early when the flag `stop` is set.
+    PositionFiles(Settings settings, WakeUp const* stop, tell_t tell);
     ~PositionFiles() override;
 
     /// @throws std::runtime_error when a file cannot be read.
@@ -48,7 +49,7 @@ class PositionFiles : public PositionSource {
     bool open_next();
 
     Settings settings_;
-    int stop_;
+    WakeUp const* stop_;
     tell_t tell_;
     std::size_t next_file_ = 0;
     std::unique_ptr<File> file_;

@@ -25,7 +25,7 @@ std::string missing(std::uint64_t first, std::uint64_t last) {
 
 }  // namespace
 
-ShardMerge::ShardMerge(std::vector<std::string> const& names, int stop) {
+ShardMerge::ShardMerge(std::vector<std::string> const& names, WakeUp const* stop) {
     for (std::string const& name : names) {
         files_.push_back(std::make_unique<File>(name, stop));
         advance(*files_.back());
@@ -66,7 +66,7 @@ void ShardMerge::tell_missing(std::uint64_t first, std::uint64_t last,
 
 /// The number of shards, as the step from the first record of a file to its second shows it; 0 when
 /// there is no second.
-std::uint64_t ShardMerge::step_of(std::string const& name, int stop) {
+std::uint64_t ShardMerge::step_of(std::string const& name, WakeUp const* stop) {
     File file(name, stop);
     advance(file);
     std::uint64_t const first = file.number;

@@ -18,7 +18,7 @@ class ShardMerge {
  public:
     /// @throws std::runtime_error when a file cannot be read, or what stands in it is no record or
     /// of another run than the others.
-    ShardMerge(std::vector<std::string> const& names, int stop);
+    ShardMerge(std::vector<std::string> const& names, WakeUp const* stop);
 
     /// Calls for each line, with its line end, in order. What is missing or there twice is told, a
     /// line each; a line that is there twice is given once.
@@ -29,7 +29,7 @@ class ShardMerge {
 
  private:
     struct File {
-        File(std::string const& name, int stop) : input(name, stop) {}
+        File(std::string const& name, WakeUp const* stop) : input(name, stop) {}
         LineInput input;
         std::string line;
         /// Of the line; 0 at the end.
@@ -39,7 +39,7 @@ class ShardMerge {
     };
 
     static void advance(File& file);
-    static std::uint64_t step_of(std::string const& name, int stop);
+    static std::uint64_t step_of(std::string const& name, WakeUp const* stop);
     void tell_missing(std::uint64_t first, std::uint64_t last,
                       std::function<void(std::string const& fault)> const& fault);
     void compare_receipts(File const& file);

@@ -14,8 +14,8 @@
 #include "analyse/line_input.h"
 #include "analyse/ordered_jobs.h"
 #include "analyse/record_reader.h"
-#include "analyse/stop_signals.h"
 #include "analyse/verification.h"
+#include "platform/stop_signals.h"
 #include "support/counted.h"
 #include "support/progress.h"
 #include "support/tool_main.h"
@@ -54,7 +54,7 @@ char const* other_format_hint(std::string const& line) {
 class VerifyRun {
  public:
     explicit VerifyRun(arguments_t const& arguments)
-        : arguments_(arguments), input_(arguments.file, signals_.descriptor()) {
+        : arguments_(arguments), input_(arguments.file, signals_.flag()) {
         for (std::size_t i = 0; i < arguments.jobs; ++i) {
             workers_.push_back(std::make_unique<Verification>(make_engine_answerer()));
         }

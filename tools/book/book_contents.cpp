@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "book/entry_text.h"
+#include "platform/path.h"
 #include "support/file_replacement.h"
 
 namespace orvelin::tools {
@@ -95,7 +96,7 @@ void write_book(std::string const& name, BookContents const& contents) {
     for (Book_record const& record : contents.records()) {
         bytes.append(record.bytes(), Book_record::size);
     }
-    write_file(name, bytes);
+    write_file(path_of(name), bytes);
     std::cout << name << ": " << size_text(contents.size(), contents.positions()) << '\n';
 }
 

@@ -7,6 +7,7 @@
 #include <stdexcept>
 #include <system_error>
 
+#include "platform/path.h"
 #include "support/progress.h"
 
 namespace orvelin::tools {
@@ -21,7 +22,7 @@ namespace {
 
 BookReader::BookReader(std::string const& name) : name_(name) {
     std::error_code error;
-    std::filesystem::file_status const status = std::filesystem::status(name, error);
+    std::filesystem::file_status const status = std::filesystem::status(path_of(name), error);
     if (!std::filesystem::exists(status)) {
         fail(name, error.message());
     }
@@ -29,11 +30,11 @@ BookReader::BookReader(std::string const& name) : name_(name) {
     if (!std::filesystem::is_regular_file(status)) {
         fail(name, "not a regular file");
     }
-    file_.open(name, std::ios::binary);
+    file_.open(path_of(name), std::ios::binary);
     if (!file_) {
         fail(name, std::strerror(errno));
     }
-    std::uint64_t const bytes = std::filesystem::file_size(name);
+    std::uint64_t const bytes = std::filesystem::file_size(path_of(name));
     size_ = bytes / Book_record::size;
     stray_bytes_ = bytes % Book_record::size;
 }

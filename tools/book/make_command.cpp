@@ -17,6 +17,7 @@
 #include "book/book_maker.h"
 #include "book/commands.h"
 #include "generation/tables.h"
+#include "platform/path.h"
 #include "support/position_argument.h"
 #include "support/progress.h"
 #include "support/tool_main.h"
@@ -55,10 +56,10 @@ void add_file(BookMaker& maker, std::string const& name) {
         return add_lines(maker, std::cin, "standard input");
     }
     // A folder opens as a file.
-    if (std::filesystem::is_directory(name)) {
+    if (std::filesystem::is_directory(path_of(name))) {
         throw std::runtime_error("cannot read " + name + ": a folder");
     }
-    std::ifstream file(name);
+    std::ifstream file(path_of(name));
     if (!file) {
         throw std::runtime_error("cannot read " + name + ": " + std::strerror(errno));
     }

@@ -6,6 +6,7 @@
 #include <system_error>
 
 #include "platform/new_file.h"
+#include "platform/path.h"
 #include "platform/process.h"
 
 namespace orvelin::tools {
@@ -13,7 +14,7 @@ namespace orvelin::tools {
 namespace {
 
 [[noreturn]] void fail(std::filesystem::path const& file, std::string const& reason) {
-    throw std::runtime_error("cannot write " + file.string() + ": " + reason);
+    throw std::runtime_error("cannot write " + name_of(file) + ": " + reason);
 }
 
 }  // namespace

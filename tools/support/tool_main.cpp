@@ -4,6 +4,9 @@
 #include <exception>
 #include <iostream>
 #include <string>
+#include <vector>
+
+#include "platform/process.h"
 
 namespace orvelin::tools {
 
@@ -43,8 +46,16 @@ int run_tool(CLI::App& app, int argc, char const* const* argv, std::function<int
 int tool_main(char const* name, char const* description, set_up_t set_up, int argc,
               char const* const* argv) {
     try {
+        prepare_process();
+        std::vector<std::string> const line = command_line(argc, argv);
+        std::vector<char const*> words;
+        for (std::string const& word : line) {
+            words.push_back(word.c_str());
+        }
         CLI::App app(description, name);
-        return run_tool(app, argc, argv, set_up(app));
+        // As with all systems, a word that begins with a slash is a file.
+        app.allow_windows_style_options(false);
+        return run_tool(app, static_cast<int>(words.size()), words.data(), set_up(app));
     } catch (std::exception const& error) {
         return fail(name, error.what(), exit_failure);
     }

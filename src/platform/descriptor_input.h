@@ -3,17 +3,20 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 
-namespace orvelin::tools {
+#include "platform/wake_up.h"
 
-/// Reads a file or standard input, and ends early when another descriptor becomes readable, as that
-/// of StopSignals does. One thread reads; bytes_read() may be asked from any.
+namespace orvelin {
+
+/// Reads a file or standard input, and ends early when a flag is set, as that of StopSignals is.
+/// One thread reads; bytes_read() may be asked from any.
 class DescriptorInput {
  public:
-    /// Opens the file; "-" is standard input. A negative `stop` never ends anything.
+    /// Opens the file; "-" is standard input. A null `stop` never ends anything.
     /// @throws std::runtime_error when it cannot be opened, or is a directory.
-    DescriptorInput(std::string const& name, int stop);
+    DescriptorInput(std::string const& name, WakeUp const* stop);
     ~DescriptorInput();
     DescriptorInput(DescriptorInput const&) = delete;
     DescriptorInput& operator=(DescriptorInput const&) = delete;
@@ -26,12 +29,10 @@ class DescriptorInput {
     std::uint64_t bytes_read() const { return bytes_read_; }
 
  private:
-    /// False when the reading is to end.
-    bool wait_for_input() const;
+    /// What the system needs for it.
+    struct State;
 
-    std::string name_;
-    int descriptor_;
-    int stop_;
+    std::unique_ptr<State> state_;
     std::atomic<std::uint64_t> bytes_read_ = 0;
     bool ended_ = false;
 };
@@ -39,4 +40,4 @@ class DescriptorInput {
 /// The bytes in a file; nothing for standard input, a pipe, or what cannot be looked at.
 std::uint64_t size_of_file(std::string const& name);
 
-}  // namespace orvelin::tools
+}  // namespace orvelin

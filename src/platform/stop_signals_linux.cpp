@@ -1,42 +1,33 @@
-#include "analyse/stop_signals.h"
-
 #include <array>
 #include <atomic>
 #include <cerrno>
 #include <csignal>
-#include <fcntl.h>
-#include <stdexcept>
-#include <unistd.h>
+#include <optional>
 
-namespace orvelin::tools {
+#include "platform/stop_signals.h"
+
+namespace orvelin {
 
 namespace {
 
 constexpr std::array<int, 3> ending_signals = {SIGINT, SIGTERM, SIGHUP};
 
 std::atomic<bool> signal_came = false;
-std::array<int, 2> wake_pipe = {-1, -1};
+std::optional<WakeUp> stop_flag;
 std::array<struct sigaction, ending_signals.size()> actions_before;
 struct sigaction pipe_action_before;
-
-/// A full pipe is readable as it is.
-void write_to_pipe() {
-    [[maybe_unused]] auto const written = ::write(wake_pipe[1], "x", 1);
-}
 
 extern "C" void note_signal(int) {
     int const error = errno;
     signal_came = true;
-    write_to_pipe();
+    stop_flag->set();
     errno = error;
 }
 
 }  // namespace
 
 StopSignals::StopSignals() {
-    if (::pipe2(wake_pipe.data(), O_CLOEXEC | O_NONBLOCK) != 0) {
-        throw std::runtime_error("no pipe can be made");
-    }
+    stop_flag.emplace();
     signal_came = false;
     struct sigaction action = {};
     action.sa_handler = note_signal;
@@ -60,22 +51,19 @@ StopSignals::~StopSignals() {
         ::sigaction(ending_signals[i], &actions_before[i], nullptr);
     }
     ::sigaction(SIGPIPE, &pipe_action_before, nullptr);
-    for (int& end : wake_pipe) {
-        ::close(end);
-        end = -1;
-    }
+    stop_flag.reset();
 }
 
 bool StopSignals::stopped() const {
     return signal_came;
 }
 
-int StopSignals::descriptor() const {
-    return wake_pipe[0];
+WakeUp const* StopSignals::flag() const {
+    return &*stop_flag;
 }
 
 void StopSignals::wake() const {
-    write_to_pipe();
+    stop_flag->set();
 }
 
-}  // namespace orvelin::tools
+}  // namespace orvelin

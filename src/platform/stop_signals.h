@@ -1,6 +1,8 @@
 #pragma once
 
-namespace orvelin::tools {
+#include "platform/wake_up.h"
+
+namespace orvelin {
 
 /// Ctrl-C and a request to end, from now on to the end of the object's life. One at a time.
 ///
@@ -15,13 +17,13 @@ class StopSignals {
 
     /// Whether one has come.
     bool stopped() const;
-    /// Readable once one has come: what waits for input can wait for this too.
-    int descriptor() const;
-    /// Wakes what waits for the descriptor, as a signal would, without being one.
+    /// Set once one has come: what waits for input can wait for this too.
+    WakeUp const* flag() const;
+    /// Sets the flag, as a signal would, without being one.
     void wake() const;
 };
 
 /// The exit code of a program that was ended by Ctrl-C.
 inline constexpr int exit_stopped = 130;
 
-}  // namespace orvelin::tools
+}  // namespace orvelin

@@ -1,5 +1,3 @@
-#include "analyse/descriptor_input.h"
-
 #include <array>
 #include <cerrno>
 #include <fcntl.h>
@@ -9,7 +7,10 @@
 #include <system_error>
 #include <unistd.h>
 
-namespace orvelin::tools {
+#include "platform/descriptor_input.h"
+#include "platform/process.h"
+
+namespace orvelin {
 
 namespace {
 
@@ -19,7 +20,7 @@ namespace {
 
 int open_input(std::string const& name) {
     if (name == "-") {
-        return STDIN_FILENO;
+        return standard_input;
     }
     int const descriptor = ::open(name.c_str(), O_RDONLY | O_CLOEXEC);
     if (descriptor < 0) {
@@ -35,39 +36,51 @@ int open_input(std::string const& name) {
 
 }  // namespace
 
-DescriptorInput::DescriptorInput(std::string const& name, int stop)
-    : name_(name == "-" ? "standard input" : name), descriptor_(open_input(name)), stop_(stop) {}
+struct DescriptorInput::State {
+    std::string name;
+    int descriptor;
+    int stop;
 
-DescriptorInput::~DescriptorInput() {
-    if (descriptor_ != STDIN_FILENO) {
-        ::close(descriptor_);
-    }
-}
+    /// False when the reading is to end.
+    bool wait_for_input() const;
+};
 
-bool DescriptorInput::ready() const {
-    pollfd asked = {descriptor_, POLLIN, 0};
-    return ended_ || ::poll(&asked, 1, 0) != 0;
-}
-
-bool DescriptorInput::wait_for_input() const {
-    std::array<pollfd, 2> asked = {{{descriptor_, POLLIN, 0}, {stop_, POLLIN, 0}}};
+bool DescriptorInput::State::wait_for_input() const {
+    std::array<pollfd, 2> asked = {{{descriptor, POLLIN, 0}, {stop, POLLIN, 0}}};
     while (::poll(asked.data(), asked.size(), -1) < 0) {
         if (errno != EINTR) {
-            fail(name_, errno);
+            fail(name, errno);
         }
     }
     return asked[1].revents == 0;
 }
 
+DescriptorInput::DescriptorInput(std::string const& name, WakeUp const* stop)
+    : state_(
+          std::make_unique<State>(State{name == "-" ? "standard input" : name, open_input(name),
+                                        stop != nullptr ? static_cast<int>(stop->handle()) : -1})) {
+}
+
+DescriptorInput::~DescriptorInput() {
+    if (state_->descriptor != standard_input) {
+        ::close(state_->descriptor);
+    }
+}
+
+bool DescriptorInput::ready() const {
+    pollfd asked = {state_->descriptor, POLLIN, 0};
+    return ended_ || ::poll(&asked, 1, 0) != 0;
+}
+
 std::size_t DescriptorInput::read(char* place, std::size_t room) {
-    while (!ended_ && wait_for_input()) {
-        ssize_t const count = ::read(descriptor_, place, room);
+    while (!ended_ && state_->wait_for_input()) {
+        ssize_t const count = ::read(state_->descriptor, place, room);
         if (count > 0) {
             bytes_read_ += static_cast<std::uint64_t>(count);
             return static_cast<std::size_t>(count);
         }
         if (count < 0 && errno != EINTR && errno != EAGAIN) {
-            fail(name_, errno);
+            fail(state_->name, errno);
         }
         ended_ = count == 0;
     }
@@ -83,4 +96,4 @@ std::uint64_t size_of_file(std::string const& name) {
     return static_cast<std::uint64_t>(status.st_size);
 }
 
-}  // namespace orvelin::tools
+}  // namespace orvelin

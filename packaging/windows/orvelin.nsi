@@ -18,6 +18,7 @@ Section
   SetOutPath "$INSTDIR"
   File "${SOURCE}\orvelin.exe"
   File "${SOURCE}\orvelin-play.exe"
+  File "${SOURCE}\orvelin-analyse.exe"
   File "${SOURCE}\orvelin-book.exe"
   File "${SOURCE}\Orvelin.bin"
   File "${SOURCE}\START.txt"
@@ -35,6 +36,7 @@ SectionEnd
 Section Uninstall
   Delete "$INSTDIR\orvelin.exe"
   Delete "$INSTDIR\orvelin-play.exe"
+  Delete "$INSTDIR\orvelin-analyse.exe"
   Delete "$INSTDIR\orvelin-book.exe"
   Delete "$INSTDIR\Orvelin.bin"
   Delete "$INSTDIR\START.txt"

@@ -10,7 +10,7 @@ import zipfile
 from program import PATIENCE, RUNNER, command, native, run
 
 PACKAGES = os.environ.get("PLATFORM_PACKAGES", "")
-FILES = ["LICENSE", "Orvelin.bin", "START.txt", "orvelin-book.exe", "orvelin-play.exe", "orvelin.exe"]
+FILES = ["LICENSE", "Orvelin.bin", "START.txt", "orvelin-analyse.exe", "orvelin-book.exe", "orvelin-play.exe", "orvelin.exe"]
 KEY = r"HKCU\Software\Microsoft\Windows\CurrentVersion\Uninstall\Orvelin"
 
 

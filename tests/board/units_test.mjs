@@ -2,7 +2,7 @@
 import assert from "node:assert/strict";
 import { readFile } from "node:fs/promises";
 import path from "node:path";
-import { describe, test } from "node:test";
+import { after, before, describe, test } from "node:test";
 import { pathToFileURL } from "node:url";
 
 const folder = process.env.BOARD;
@@ -43,19 +43,24 @@ describe("squares and positions", () => {
       assert.match(fen, /^(?=.*r.*k.*r)[a-z]{8}\//);
     }
     const core = new BoardCore();
-    for (const number of [0, 1, 358, 959]) {
-      const start = chess960Start(number);
-      const answer = await core.ask({ ask: "position", start, chess960: true, moves: [] });
-      assert.equal(answer.error, undefined);
-      // The rights to castle are all taken.
-      assert.equal(answer.fen.split(" ")[2].length, 4);
+    try {
+      for (const number of [0, 1, 358, 959]) {
+        const start = chess960Start(number);
+        const answer = await core.ask({ ask: "position", start, chess960: true, moves: [] });
+        assert.equal(answer.error, undefined);
+        // The rights to castle are all taken.
+        assert.equal(answer.fen.split(" ")[2].length, 4);
+      }
+    } finally {
+      core.close();
     }
-    core.close();
   });
 });
 
 describe("moves as they are given", () => {
-  const core = new BoardCore();
+  let core;
+  before(() => (core = new BoardCore()));
+  after(() => core.close());
   const at = (start, chess960 = false) => core.ask({ ask: "position", start, chess960, moves: [] });
   const found = (text, legal) => typedMoves(text, legal).map((move) => move.san);
 
@@ -93,7 +98,6 @@ describe("moves as they are given", () => {
     assert.deepEqual(own.get("g1").map((move) => move.san), ["Kg1"]);
     assert.deepEqual(own.get("h1").map((move) => move.san), ["O-O"]);
     assert.deepEqual(own.get("c1").map((move) => move.san), ["O-O-O"]);
-    core.close();
   });
 });
 

@@ -99,6 +99,11 @@ class ServerTest(unittest.TestCase):
         answer, body = self.ask("/", "HEAD")
         self.assertEqual((answer.status, body), (200, b""))
         self.assertEqual(answer.headers["Content-Length"], str(len(PAGE)))
+        with socket.create_connection(("127.0.0.1", self.port), timeout=20) as plain:
+            lines = ("HEAD / HTTP/1.1", f"Host: 127.0.0.1:{self.port}", "Connection: close", "", "")
+            plain.sendall("\r\n".join(lines).encode())
+            with plain.makefile("rb") as whole:
+                self.assertTrue(whole.read().endswith(b"\r\n\r\n"))
 
     def test_other_hosts_are_refused(self):
         for host in ("", "example.org", f"example.org:{self.port}", "127.0.0.1", f"127.0.0.1:{self.port}x"):

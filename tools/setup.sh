@@ -59,6 +59,20 @@ install_now() {
     fi
 }
 
+# source_date: sets SOURCE_DATE_EPOCH, the time of all that is packed, unless it is set: that of the last
+# commit, or of the last entry of Debian's changelog. To be called in the root.
+source_date() {
+    SOURCE_DATE_EPOCH=${SOURCE_DATE_EPOCH:-$(git log -1 --format=%ct 2>/dev/null ||
+        dpkg-parsechangelog -l packaging/debian/changelog -S Timestamp)}
+    export SOURCE_DATE_EPOCH
+}
+
+# pack_folder PLACE NAME: the folder NAME in PLACE as a tarball, on standard output. Owners and times do
+# not depend on who makes it.
+pack_folder() {
+    tar -C "$1" --sort=name --owner=0 --group=0 --numeric-owner --mtime="@$SOURCE_DATE_EPOCH" -cf - "$2" | gzip -9n
+}
+
 build_packages=(cmake ninja-build g++)
 
 # set_up_native TARGET...: builds for this machine what another system's programs are compared with,

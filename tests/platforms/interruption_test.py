@@ -10,7 +10,7 @@ import termios
 import time
 import unittest
 
-from program import PATIENCE, RUNNER, Conversation, command
+from program import PATIENCE, RUNNER, Conversation, command, file_size, wait_until
 
 ENGINES = ("orvelin", "orvelin-play")
 # What the system calls the event, and the status behind it.
@@ -87,6 +87,22 @@ class InterruptionTest(unittest.TestCase):
             for name, (event, status) in EVENTS.items():
                 with self.subTest(engine=engine, event=name):
                     self.assertEqual(self.status_behind(event, engine), status)
+
+    def test_an_analysis_is_ended_with_whole_records(self):
+        fen = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1\n"
+        for name, (event, _) in EVENTS.items():
+            with self.subTest(event=name), tempfile.TemporaryDirectory() as folder:
+                file, records = (os.path.join(folder, end) for end in ("now", "records.jsonl"))
+                analysis = command("orvelin-analyse", "-", "--limit", "static", "--jsonl", records)
+                words = command("console_event", str(event), inside(file), *analysis[len(RUNNER) :])
+                with Conversation(words) as program:
+                    program.send(fen)
+                    self.assertTrue(wait_until(lambda: file_size(records) > 0))
+                    with open(file, "wb"):
+                        pass
+                    self.assertEqual(program.process.wait(PATIENCE), 130)
+                with open(records, "rb") as written:
+                    self.assertTrue(written.read().endswith(b"}\n"))
 
     def status_behind(self, event, engine):
         """The status of an engine that an event comes to in a search."""

@@ -42,6 +42,19 @@ def run(words, text="", folder=None):
     return done.stdout.decode(), done.stderr.decode(), done.returncode
 
 
+def file_size(name):
+    """The bytes in a file; none where there is none."""
+    return os.path.getsize(name) if os.path.exists(name) else 0
+
+
+def wait_until(met):
+    """Whether a condition is met before patience ends."""
+    end = time.monotonic() + PATIENCE
+    while not met() and time.monotonic() < end:
+        time.sleep(0.01)
+    return met()
+
+
 class Conversation:
     """A process that lines are sent to; what it answers is read by a thread."""
 

@@ -5,7 +5,7 @@ import os
 import tempfile
 import unittest
 
-from program import command, native, run
+from program import PATIENCE, Conversation, command, file_size, native, run, wait_until
 
 POSITIONS = """\
 rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1
@@ -68,6 +68,19 @@ class RecordsTest(unittest.TestCase):
         self.assertEqual(status, 0, error)
         with open(other, "rb") as file:
             self.assertEqual(file.read().decode(), whole)
+
+    def test_two_do_not_write_one_file(self):
+        words = command("orvelin-analyse", "-", "--limit", "static", "--jsonl", self.records)
+        with Conversation(words) as first:
+            first.send(POSITIONS)
+            self.assertTrue(wait_until(lambda: file_size(self.records) > 0))
+            _, error, status = self.analyse(
+                command("orvelin-analyse"), "--resume", "--jsonl", self.records
+            )
+            self.assertEqual(status, 1)
+            self.assertIn("another process is writing it", error)
+            first.process.stdin.close()
+            self.assertEqual(first.process.wait(PATIENCE), 0)
 
     def test_positions_are_piped_through(self):
         words = ("-", "--limit", "static", "--csv", "-")

@@ -28,7 +28,7 @@ constexpr char const* games =
 std::vector<tools::Asked> positions_of(std::string const& text, tools::Plies plies = {}) {
     TemporaryDirectory const directory;
     put_bytes(directory.file("in.pgn"), text);
-    tools::PositionFiles files({{directory.file("in.pgn")}, plies, false}, -1,
+    tools::PositionFiles files({{directory.file("in.pgn")}, plies, false}, nullptr,
                                [](std::string const& remark) { ADD_FAILURE() << remark; });
     std::vector<tools::Asked> found;
     for (tools::Asked asked; files.next(asked);) {

@@ -238,9 +238,10 @@ describe("games in and out", () => {
     await says(page, "game-title", bad);
     for (const text of ["8/8/8/8/8/8/8/8 w - - 0 1", "kkkkkkkk/8/8/8/8/8/8/KKKKKKKK w - - 0 1", `1. e4 ${bad}`,
       "9/9/9/9/9/9/9/9 x y z", "\u0000\ud800\uffff", "]".repeat(10000), "(".repeat(100000)]) {
+      // The words about the text before must not be taken for those about this one.
+      await page.evaluate(() => (document.getElementById("message").textContent = ""));
       await openGame(page, text);
-      await page.waitForSelector("#message:not([hidden])");
-      assert.ok((await page.locator("#message").textContent()).length > 5, text);
+      await page.waitForFunction(() => document.getElementById("message").textContent.length > 5);
     }
     await drop(page, "1. e4 ", "large.pgn", 4000000);
     await says(page, "message", "16 MiB");

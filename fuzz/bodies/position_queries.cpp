@@ -21,7 +21,7 @@ namespace orvelin::fuzz {
 
 namespace {
 
-constexpr int least_megabytes = 6;
+constexpr int hash_megabytes = 6;
 constexpr std::uint64_t node_limit = 300;
 constexpr int depth_limit = 8;
 constexpr int squares = 64;
@@ -138,7 +138,7 @@ Searcher& the_searcher() {
 Tables& small_tables() {
     static Tables& tables = []() -> Tables& {
         static Tables built;
-        built.transposition_table.set_size(least_megabytes);
+        built.transposition_table.set_size(hash_megabytes);
         return built;
     }();
     return tables;

@@ -16,7 +16,7 @@ namespace orvelin::fuzz {
 
 namespace {
 
-constexpr std::array<char const*, 6> positions{
+constexpr std::array<char const*, 6> san_positions{
     "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",
     "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1",
     "1r1k1rn1/P1P3p1/8/3pPp2/8/8/1p1p3P/R1RK1N2 w GAbf f6 0 1",
@@ -34,7 +34,7 @@ void fuzz_san(std::string_view input) {
         return;
     }
     ChessPosition position(small_tables());
-    position.fen(positions[static_cast<unsigned char>(input.front()) % positions.size()]);
+    position.fen(san_positions[static_cast<unsigned char>(input.front()) % san_positions.size()]);
     analyse::MoveFinder finder(small_tables());
     std::istringstream words{std::string(input.substr(1))};
     std::string word;

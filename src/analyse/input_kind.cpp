@@ -10,7 +10,7 @@ namespace orvelin::analyse {
 
 namespace {
 
-constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
+using play::byte_order_mark;
 
 /// Whether the word can only be meant as the pieces of a FEN text, however wrong it is.
 bool is_placement(std::string_view word) {

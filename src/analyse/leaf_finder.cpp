@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "analyse/static_evaluator.h"
+#include "play/dead_draw.h"
 #include "position/chess_position.h"
 #include "position/move_buffer.h"
 #include "search/analysis.h"
@@ -13,9 +14,6 @@
 namespace orvelin::analyse {
 
 namespace {
-
-/// From here on the search counts a draw.
-constexpr int last_reversible_ply = 100;
 
 /// Below this level quiescence leaves captures out that win no material.
 constexpr int losing_captures_end = -8;
@@ -64,7 +62,8 @@ void LeafFinder::find(Line& line) {
 }
 
 bool LeafFinder::game_is_over() {
-    if (position().draw_by_threefold_repetition() || position().get_dfz() > last_reversible_ply) {
+    if (position().draw_by_threefold_repetition() ||
+        position().get_dfz() > play::last_reversible_ply) {
         return true;
     }
     MoveBuffer buffer;

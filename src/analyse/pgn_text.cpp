@@ -4,16 +4,17 @@
 #include <array>
 #include <cstring>
 
+#include "play/reader_text.h"
+
 namespace orvelin::analyse {
 
 namespace {
 
+using play::byte_order_mark;
+using play::is_digit;
 using std::string_view;
 
 enum letter_t : std::uint8_t { in_word, blank, sign, result };
-
-/// The order mark that some editors put at the begin of a file, and so between joined files.
-constexpr string_view byte_order_mark = "\xEF\xBB\xBF";
 
 constexpr std::array<letter_t, 256> make_letters() {
     std::array<letter_t, 256> letters{};
@@ -27,14 +28,10 @@ constexpr std::array<letter_t, 256> make_letters() {
     return letters;
 }
 
-constexpr std::array<letter_t, 256> letters = make_letters();
+constexpr std::array<letter_t, 256> letter_kinds = make_letters();
 
 letter_t kind_of(char letter) {
-    return letters[static_cast<unsigned char>(letter)];
-}
-
-bool is_digit(char letter) {
-    return letter >= '0' && letter <= '9';
+    return letter_kinds[static_cast<unsigned char>(letter)];
 }
 
 /// A promotion in brackets belongs to its word: "e8(Q)".

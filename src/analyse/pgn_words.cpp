@@ -4,17 +4,12 @@
 #include <cstddef>
 #include <utility>
 
+#include "play/reader_text.h"
+
 namespace orvelin::analyse {
 
+using play::is_digit;
 using std::string_view;
-
-namespace {
-
-bool is_digit(char letter) {
-    return letter >= '0' && letter <= '9';
-}
-
-}  // namespace
 
 string_view result_of(string_view word) {
     constexpr std::array<std::pair<string_view, string_view>, 7> results{

@@ -11,9 +11,8 @@ namespace orvelin::analyse {
 
 namespace {
 
+using play::byte_order_mark;
 using std::string_view;
-
-constexpr string_view byte_order_mark = "\xEF\xBB\xBF";
 
 /// The fields that every line has.
 constexpr std::size_t epd_fields = 4;

@@ -5,7 +5,7 @@ namespace orvelin::analyse {
 namespace {
 
 /// In the order of `piece_t`.
-constexpr std::string_view letters = "pnbrq";
+constexpr std::string_view taken_letters = "pnbrq";
 
 }  // namespace
 
@@ -19,12 +19,13 @@ std::optional<Taken> taken_by(Move const& move) {
 }
 
 std::string taken_text(Taken const& taken) {
-    return {letters[static_cast<std::size_t>(taken.kind - white_pawn)], taken.square.file(),
+    return {taken_letters[static_cast<std::size_t>(taken.kind - white_pawn)], taken.square.file(),
             taken.square.rank()};
 }
 
 std::optional<Taken> parse_taken(std::string_view text) {
-    std::size_t const kind = text.size() == 3 ? letters.find(text[0]) : std::string_view::npos;
+    std::size_t const kind =
+        text.size() == 3 ? taken_letters.find(text[0]) : std::string_view::npos;
     if (kind == std::string_view::npos || text[1] < 'a' || text[1] > 'h' || text[2] < '1' ||
         text[2] > '8') {
         return std::nullopt;

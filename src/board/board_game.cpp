@@ -13,7 +13,6 @@ namespace orvelin::board {
 
 namespace {
 
-constexpr int last_reversible_ply = 100;
 constexpr std::ptrdiff_t times_of_repetition = 3;
 
 constexpr char const* drawn = "1/2-1/2";
@@ -98,7 +97,7 @@ std::optional<GameEnd> BoardGame::end() const {
         times_of_repetition) {
         return GameEnd{repetition, drawn};
     }
-    if (position_.get_dfz() >= last_reversible_ply) {
+    if (position_.get_dfz() >= play::last_reversible_ply) {
         return GameEnd{fifty, drawn};
     }
     if (play::is_mate_impossible(position_.fen())) {

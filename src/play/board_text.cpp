@@ -11,7 +11,7 @@ namespace orvelin::play {
 namespace {
 
 /// By piece id.
-constexpr std::string_view letters = " PNBRQK  pnbrqk ";
+constexpr std::string_view board_letters = " PNBRQK  pnbrqk ";
 
 }  // namespace
 
@@ -23,7 +23,7 @@ std::string board_text(ChessPosition const& position, Tables const& tables, bool
         text << rank + 1 << " |";
         for (int file = 0; file < 8; ++file) {
             int const id = position.get_piece_id_from(Square(8 * rank + file));
-            text << ' ' << letters[static_cast<std::size_t>(id & 15)] << " |";
+            text << ' ' << board_letters[static_cast<std::size_t>(id & 15)] << " |";
         }
         text << '\n' << rule;
     }

@@ -7,12 +7,6 @@
 
 namespace orvelin::play {
 
-namespace {
-
-constexpr int last_reversible_ply = 100;
-
-}  // namespace
-
 bool is_mate_impossible(std::string_view fen) {
     int knights = 0;
     int bishops[2] = {};

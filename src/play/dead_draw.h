@@ -8,6 +8,10 @@ class ChessPosition;
 
 namespace orvelin::play {
 
+/// So many plies without a capture or a pawn move draw the game, unless the last one gives mate.
+/// The search counts a draw beyond them.
+inline constexpr int last_reversible_ply = 100;
+
 /// Whether the game is drawn whatever is played, as long as a move is left: no side can ever give
 /// mate with the pieces on the board (a minor piece at most, or bishops of one square colour), or
 /// fifty moves of each side have gone by without progress. Mate and stalemate are not looked for.

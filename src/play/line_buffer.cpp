@@ -3,6 +3,8 @@
 #include <chrono>
 #include <utility>
 
+#include "play/reader_text.h"
+
 namespace orvelin::play {
 
 void LineBuffer::take(std::string_view bytes) {
@@ -26,7 +28,6 @@ void LineBuffer::end() {
 }
 
 void LineBuffer::finish_line() {
-    constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
     if (first_ && line_.starts_with(byte_order_mark)) {
         line_.erase(0, byte_order_mark.size());
     }

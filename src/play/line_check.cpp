@@ -3,17 +3,11 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "play/dead_draw.h"
 #include "position/move_buffer.h"
 #include "position/move_list.h"
 
 namespace orvelin::play {
-
-namespace {
-
-/// From here on the search counts a draw.
-constexpr int last_reversible_ply = 100;
-
-}  // namespace
 
 LineCheck::LineCheck(Tables const& tables, ChessPosition const& root)
     : position_(root), generator_(tables), root_moves_(legal_moves()) {}

@@ -23,10 +23,6 @@ std::string_view part(std::string_view text, std::string_view::const_iterator be
                        static_cast<std::size_t>(end - begin));
 }
 
-bool is_digit(char letter) {
-    return letter >= '0' && letter <= '9';
-}
-
 }  // namespace
 
 bool is_blank(char letter) {

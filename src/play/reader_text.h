@@ -10,6 +10,13 @@
 /// among them, and be of any length.
 namespace orvelin::play {
 
+/// The order mark that some editors put at the begin of a file, and so between joined files.
+inline constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
+
+inline bool is_digit(char letter) {
+    return letter >= '0' && letter <= '9';
+}
+
 /// Space, tab and the line ends; NUL is none.
 bool is_blank(char letter);
 

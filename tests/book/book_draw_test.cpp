@@ -20,13 +20,13 @@ using test::book_entry;
 using test::BookFile;
 using test::look_up;
 
-constexpr std::uint64_t key = 0x463B96181691FC9CU;
+constexpr std::uint64_t position_key = 0x463B96181691FC9CU;
 
 /// Entries of one key with the weights, whose moves are the words 1, 2, 3...
 std::vector<Book_record> entries_of_weights(std::vector<int> const& weights) {
     std::vector<Book_record> entries;
     for (int word = 1; int weight : weights) {
-        entries.push_back(book_entry(key, word++, weight));
+        entries.push_back(book_entry(position_key, word++, weight));
     }
     return entries;
 }
@@ -39,7 +39,7 @@ std::map<int, int> draw(std::vector<int> const& weights, int draws) {
     book.open();
     std::map<int, int> counts;
     for (int i = 0; i < draws; ++i) {
-        ++counts[book.get_move(key)];
+        ++counts[book.get_move(position_key)];
     }
     return counts;
 }
@@ -117,7 +117,7 @@ TEST(BookDrawTest, NegativeRemainderFallsToTheFirstEntryWithoutWeight) {
     int in_a_row = 0;
     auto const deadline = steady_clock::now() + std::chrono::seconds(60);
     while (in_a_row < 10 && steady_clock::now() < deadline) {
-        int const word = book.get_move(key);
+        int const word = book.get_move(position_key);
         ASSERT_TRUE(word == 1 || word == 2) << word;
         in_a_row = word == 1 ? in_a_row + 1 : 0;
         if (in_a_row == 0) {
@@ -144,7 +144,7 @@ TEST(BookDrawTest, DrawIsTheTimeSinceTheBookWasBuilt) {
     for (int i = 0; i < 20; ++i) {
         const std::int64_t tolerance = 5'000'000;
         const std::int64_t earliest = nanoseconds_since(after_building) - tolerance;
-        int const word = book.get_move(key);
+        int const word = book.get_move(position_key);
         const std::int64_t latest = nanoseconds_since(before_building) + tolerance;
         if (latest > std::int64_t{entries} * 0xFFFF) {
             break;
@@ -158,17 +158,17 @@ TEST(BookDrawTest, DrawIsTheTimeSinceTheBookWasBuilt) {
 }
 
 TEST(BookDrawTest, SumOfWeightsBeyondThirtyTwoBitsIsSafe) {
-    const BookFile file(std::vector<Book_record>(40000, book_entry(key, 7, 0xFFFF)));
-    EXPECT_EQ(look_up(file, key), 7);
-    EXPECT_EQ(look_up(file, key + 1), 0);
+    const BookFile file(std::vector<Book_record>(40000, book_entry(position_key, 7, 0xFFFF)));
+    EXPECT_EQ(look_up(file, position_key), 7);
+    EXPECT_EQ(look_up(file, position_key + 1), 0);
 }
 
 TEST(BookDrawTest, SumOfWeightsThatComesToZeroGivesNoMove) {
     // 65537 times 65535 is one less than the sum can hold.
-    std::vector<Book_record> entries(65537, book_entry(key, 7, 0xFFFF));
-    EXPECT_EQ(look_up(BookFile(entries), key), 7);
-    entries.push_back(book_entry(key, 7, 1));
-    EXPECT_EQ(look_up(BookFile(entries), key), 0);
+    std::vector<Book_record> entries(65537, book_entry(position_key, 7, 0xFFFF));
+    EXPECT_EQ(look_up(BookFile(entries), position_key), 7);
+    entries.push_back(book_entry(position_key, 7, 1));
+    EXPECT_EQ(look_up(BookFile(entries), position_key), 0);
 }
 
 TEST(BookDrawTest, DrawnMoveIsFilteredByItsPromotionField) {
@@ -176,15 +176,15 @@ TEST(BookDrawTest, DrawnMoveIsFilteredByItsPromotionField) {
     for (int field = 0; field <= 7; ++field) {
         int const kept = field >= 1 && field <= 4 ? field << 12 : 0;
         for (int const top : {0, 0x8000}) {
-            const BookFile file({book_entry(key, top | field << 12 | squares, 1)});
-            EXPECT_EQ(look_up(file, key), kept | squares) << field << " " << top;
+            const BookFile file({book_entry(position_key, top | field << 12 | squares, 1)});
+            EXPECT_EQ(look_up(file, position_key), kept | squares) << field << " " << top;
         }
     }
 }
 
 TEST(BookDrawTest, DrawnMoveMayBeNoMoveAfterTheFilter) {
-    EXPECT_EQ(look_up(BookFile({book_entry(key, 0, 9)}), key), 0);
-    EXPECT_EQ(look_up(BookFile({book_entry(key, 0xD000, 9)}), key), 0);
+    EXPECT_EQ(look_up(BookFile({book_entry(position_key, 0, 9)}), position_key), 0);
+    EXPECT_EQ(look_up(BookFile({book_entry(position_key, 0xD000, 9)}), position_key), 0);
 }
 
 }  // namespace

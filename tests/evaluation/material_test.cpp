@@ -19,14 +19,14 @@ constexpr std::uint64_t bishop = 0x100;
 constexpr std::uint64_t rook = 0x1000;
 constexpr std::uint64_t queen = 0x10000;
 
-constexpr std::uint64_t key(std::uint64_t white, std::uint64_t black) {
+constexpr std::uint64_t key_of(std::uint64_t white, std::uint64_t black) {
     return white << 32 | black;
 }
 
 int value(std::uint64_t white, std::uint64_t black) {
     static Material table;
     MaterialIndex material;
-    material.set_index(key(white, black));
+    material.set_index(key_of(white, black));
     return table.get_eval(material);
 }
 
@@ -166,7 +166,7 @@ TEST(MaterialTest, DumpListsTheWarmUpRowsInSlotOrder) {
 TEST(MaterialTest, DumpLineOfAQueenAgainstARook) {
     Material table;
     MaterialIndex material;
-    material.set_index(key(queen, rook));
+    material.set_index(key_of(queen, rook));
     EXPECT_EQ(table.get_eval(material), 450);
     EXPECT_NE(table.dump().find("{281474976714752,450},\t\t// KQkr\n"), std::string::npos);
 }
@@ -174,12 +174,12 @@ TEST(MaterialTest, DumpLineOfAQueenAgainstARook) {
 TEST(MaterialTest, AMissOverwritesTheSlot) {
     Material table;
     // Two configurations of one slot, by search: what the table holds is always the last one.
-    std::uint64_t const first = key(queen + 2 * rook + 8 * pawn, queen + rook);
+    std::uint64_t const first = key_of(queen + 2 * rook + 8 * pawn, queen + rook);
     std::uint64_t second = 0;
     for (std::uint64_t white = 1; white < 0x33333 && second == 0; ++white) {
-        if ((white & 0xF) <= 8 && key(white, 5 * pawn) != first &&
-            Material::slot(key(white, 5 * pawn)) == Material::slot(first)) {
-            second = key(white, 5 * pawn);
+        if ((white & 0xF) <= 8 && key_of(white, 5 * pawn) != first &&
+            Material::slot(key_of(white, 5 * pawn)) == Material::slot(first)) {
+            second = key_of(white, 5 * pawn);
         }
     }
     ASSERT_NE(second, 0U);

@@ -35,13 +35,13 @@ Move move_of(char const* from, char const* to, move_t code, int piece, int captu
             Piece(piece), Piece(capture)};
 }
 
-struct case_t {
+struct table_case_t {
     char const* fen;
     Move move;
 };
 
 // One move of every kind for both sides, Chess960 castling among them.
-std::vector<case_t> all_kinds() {
+std::vector<table_case_t> all_kinds() {
     return {
         {"4k3/8/8/8/8/8/4P3/4K3 w - - 0 1", move_of("e2", "e4", normal_move, 1, 0)},
         {"4k3/8/8/3p4/4N3/8/8/4K3 b - - 0 1", move_of("d5", "e4", normal_move, 9, 2)},
@@ -113,7 +113,7 @@ TEST(PieceSquareTablesTest, InitDropsWhatWasThere) {
 }
 
 TEST(PieceSquareTablesTest, EveryKindOfMoveGivesTheSumsOfTheNewBoard) {
-    for (case_t const& kind : all_kinds()) {
+    for (table_case_t const& kind : all_kinds()) {
         ChessPosition position = position_of(kind.fen);
         PieceSquareTables tables;
         tables.init(position);
@@ -124,7 +124,7 @@ TEST(PieceSquareTablesTest, EveryKindOfMoveGivesTheSumsOfTheNewBoard) {
 }
 
 TEST(PieceSquareTablesTest, UnmakingComesBackWithinTheTolerance) {
-    for (case_t const& kind : all_kinds()) {
+    for (table_case_t const& kind : all_kinds()) {
         ChessPosition const position = position_of(kind.fen);
         PieceSquareTables tables;
         tables.init(position);
@@ -135,7 +135,7 @@ TEST(PieceSquareTablesTest, UnmakingComesBackWithinTheTolerance) {
 }
 
 TEST(PieceSquareTablesTest, ANonCaptureLeavesTheSumOfNoPieceAtZero) {
-    for (case_t const& kind : all_kinds()) {
+    for (table_case_t const& kind : all_kinds()) {
         ChessPosition const position = position_of(kind.fen);
         PieceSquareTables tables;
         tables.init(position);

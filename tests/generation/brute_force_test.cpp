@@ -19,7 +19,7 @@ constexpr int games_per_start = short_tests ? 1 : 5;
 constexpr int plies_per_game = short_tests ? 30 : 80;
 
 /// Rich in castling, en passant, promotions, pins and checks; the last ones are Chess960.
-const std::string starts[] = {
+const std::string start_fens[] = {
     positions::start,
     positions::kiwipete,
     positions::rook_ending,
@@ -103,6 +103,6 @@ TEST_P(BruteForce, GeneratorFindsTheSameMovesAndChecks) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Starts, BruteForce, testing::ValuesIn(starts));
+INSTANTIATE_TEST_SUITE_P(Starts, BruteForce, testing::ValuesIn(start_fens));
 
 }  // namespace orvelin::test

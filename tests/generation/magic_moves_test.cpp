@@ -40,7 +40,7 @@ namespace orvelin::test {
 namespace {
 
 /// The tables as the engine has them.
-MagicMoves const& built() {
+MagicMoves const& built_magic_moves() {
     static MagicMoves const moves;
     return moves;
 }
@@ -68,7 +68,7 @@ std::string hexadecimal(BitBoard const& set) {
 }  // namespace
 
 TEST(MagicMoves, LookUpEqualsTheRayWalkForEverySubsetOfEveryMask) {
-    MagicMoves const& moves = built();
+    MagicMoves const& moves = built_magic_moves();
     for (int s = 0; s < 64; ++s) {
         Square const square(s);
         for (BitBoard const& set :
@@ -83,7 +83,7 @@ TEST(MagicMoves, LookUpEqualsTheRayWalkForEverySubsetOfEveryMask) {
 }
 
 TEST(MagicMoves, OccupancyOutsideTheMaskDoesNotCount) {
-    MagicMoves const& moves = built();
+    MagicMoves const& moves = built_magic_moves();
     std::mt19937_64 random(1);
     for (int i = 0; i < 20000; ++i) {
         Square const square(static_cast<int>(random() % 64));
@@ -99,11 +99,11 @@ TEST(MagicMoves, OccupancyOutsideTheMaskDoesNotCount) {
 
 TEST(MagicMoves, EveryIndexIsBelowTheSizeOfItsList) {
     for (int s = 0; s < 64; ++s) {
-        for (unsigned char const i : built().bishop_index(s)) {
-            ASSERT_LT(i, built().bishop_attacks(s).size()) << s;
+        for (unsigned char const i : built_magic_moves().bishop_index(s)) {
+            ASSERT_LT(i, built_magic_moves().bishop_attacks(s).size()) << s;
         }
-        for (unsigned char const i : built().rook_index(s)) {
-            ASSERT_LT(i, built().rook_attacks(s).size()) << s;
+        for (unsigned char const i : built_magic_moves().rook_index(s)) {
+            ASSERT_LT(i, built_magic_moves().rook_attacks(s).size()) << s;
         }
     }
 }
@@ -112,11 +112,13 @@ TEST(MagicMoves, IndexTablesAreAsLongAsTheShiftSays) {
     std::size_t bishop_bytes = 0;
     std::size_t rook_bytes = 0;
     for (int s = 0; s < 64; ++s) {
-        MagicNumber const& numbers = built().magic_numbers();
-        EXPECT_EQ(built().bishop_index(s).size(), std::size_t{1} << (64 - numbers.bishop(s).shift));
-        EXPECT_EQ(built().rook_index(s).size(), std::size_t{1} << (64 - numbers.rook(s).shift));
-        bishop_bytes += built().bishop_index(s).size();
-        rook_bytes += built().rook_index(s).size();
+        MagicNumber const& numbers = built_magic_moves().magic_numbers();
+        EXPECT_EQ(built_magic_moves().bishop_index(s).size(),
+                  std::size_t{1} << (64 - numbers.bishop(s).shift));
+        EXPECT_EQ(built_magic_moves().rook_index(s).size(),
+                  std::size_t{1} << (64 - numbers.rook(s).shift));
+        bishop_bytes += built_magic_moves().bishop_index(s).size();
+        rook_bytes += built_magic_moves().rook_index(s).size();
     }
     EXPECT_EQ(bishop_bytes, 5760U);
     EXPECT_EQ(rook_bytes, 105472U);
@@ -136,8 +138,8 @@ TEST(MagicMoves, DistinctSetsAreAscendingAndCountedWithoutTheEmptyOne) {
     std::size_t most_bishops = 0;
     std::size_t most_rooks = 0;
     for (int s = 0; s < 64; ++s) {
-        std::size_t const b = count(built().bishop_attacks(s));
-        std::size_t const r = count(built().rook_attacks(s));
+        std::size_t const b = count(built_magic_moves().bishop_attacks(s));
+        std::size_t const r = count(built_magic_moves().rook_attacks(s));
         bishops += b;
         rooks += r;
         most_bishops = std::max(most_bishops, b);
@@ -151,8 +153,8 @@ TEST(MagicMoves, DistinctSetsAreAscendingAndCountedWithoutTheEmptyOne) {
 
 TEST(MagicMoves, NoSquareHasNoMoves) {
     for (BitBoard const& occupied : {BitBoard(), BitBoard(~std::uint64_t{0})}) {
-        EXPECT_FALSE(built().bishop(Square(), occupied));
-        EXPECT_FALSE(built().rook(Square(), occupied));
+        EXPECT_FALSE(built_magic_moves().bishop(Square(), occupied));
+        EXPECT_FALSE(built_magic_moves().rook(Square(), occupied));
         EXPECT_FALSE(MagicMoves::bishop_moves(Square(), occupied));
         EXPECT_FALSE(MagicMoves::rook_moves(Square(), occupied));
         EXPECT_FALSE(MagicMoves::bishop_moves(Square(-1), occupied));
@@ -186,25 +188,25 @@ TEST(MagicMoves, PossibleOccupanciesCountInBinary) {
 
 TEST(MagicMoves, WorkingTablesAreDroppedToTenEmptyEntries) {
     for (int s = 0; s < 64; ++s) {
-        EXPECT_EQ(built().magic_bishop_moves(s), std::vector<BitBoard>(10)) << s;
-        EXPECT_EQ(built().magic_rook_moves(s), std::vector<BitBoard>(10)) << s;
+        EXPECT_EQ(built_magic_moves().magic_bishop_moves(s), std::vector<BitBoard>(10)) << s;
+        EXPECT_EQ(built_magic_moves().magic_rook_moves(s), std::vector<BitBoard>(10)) << s;
     }
 }
 
 TEST(MagicMoves, ConstructedTablesHoldTheAttackSetOfEachIndex) {
-    MagicMoves::raw_tables_t const bishops = built().construct_magic_bishop_moves();
-    MagicMoves::raw_tables_t const rooks = built().construct_magic_rook_moves();
+    MagicMoves::raw_tables_t const bishops = built_magic_moves().construct_magic_bishop_moves();
+    MagicMoves::raw_tables_t const rooks = built_magic_moves().construct_magic_rook_moves();
     for (int s = 0; s < 64; ++s) {
         auto const i = static_cast<std::size_t>(s);
         EXPECT_EQ(bishops[i], built_with_raw_tables().magic_bishop_moves(s)) << s;
         EXPECT_EQ(rooks[i], built_with_raw_tables().magic_rook_moves(s)) << s;
-        EXPECT_EQ(bishops[i].size(), built().bishop_index(s).size()) << s;
-        EXPECT_EQ(rooks[i].size(), built().rook_index(s).size()) << s;
+        EXPECT_EQ(bishops[i].size(), built_magic_moves().bishop_index(s).size()) << s;
+        EXPECT_EQ(rooks[i].size(), built_magic_moves().rook_index(s).size()) << s;
     }
 }
 
 TEST(MagicMoves, SizeIsTheSumOfTheSixArrays) {
-    for (MagicMoves const* moves : {&built(), &built_with_raw_tables()}) {
+    for (MagicMoves const* moves : {&built_magic_moves(), &built_with_raw_tables()}) {
         std::size_t bytes = 0;
         for (int s = 0; s < 64; ++s) {
             bytes += 8 * moves->magic_bishop_moves(s).size() + moves->bishop_index(s).size() +
@@ -214,7 +216,7 @@ TEST(MagicMoves, SizeIsTheSumOfTheSixArrays) {
         EXPECT_EQ(moves->size(), static_cast<int>(bytes));
     }
     // Ten entries are left of each working table; a full one has a word for each index byte.
-    EXPECT_EQ(built_with_raw_tables().size() - built().size(),
+    EXPECT_EQ(built_with_raw_tables().size() - built_magic_moves().size(),
               8 * (5760 + 105472) - 2 * 64 * 10 * 8);
 }
 
@@ -312,7 +314,7 @@ TEST(MagicMoves, SelftestReportsAShortWorkingTable) {
 }
 
 TEST(MagicMoves, SelftestFailsWithoutTheWorkingTables) {
-    std::string const output = selftest_output(built(), false);
+    std::string const output = selftest_output(built_magic_moves(), false);
     EXPECT_EQ(output.substr(0, output.find(':')), "square=0\nindex=0\nmagic_bishop_moves");
 }
 

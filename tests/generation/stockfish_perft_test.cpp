@@ -17,7 +17,7 @@ namespace orvelin::test {
 
 namespace {
 
-constexpr int depth = short_tests ? 2 : 3;
+constexpr int perft_depth = short_tests ? 2 : 3;
 constexpr std::uint64_t corner_rights = 0x8181;
 
 /// Whether the rook that each castling right names stands there, and the king on its rank.
@@ -71,7 +71,8 @@ class StockfishPerft : public testing::Test {
             return;
         }
         bool const chess960 = always_chess960 || is_chess960(position_);
-        EXPECT_EQ(perft_.divide(position_, depth, chess960), witness_.divide(fen, depth, chess960))
+        EXPECT_EQ(perft_.divide(position_, perft_depth, chess960),
+                  witness_.divide(fen, perft_depth, chess960))
             << fen;
         ++compared_;
     }

@@ -10,7 +10,7 @@
 namespace orvelin {
 namespace {
 
-const std::string start_fen = positions::start;
+using test::start_fen;
 
 class FenTest : public ::testing::Test {
  protected:

@@ -14,7 +14,7 @@
 namespace orvelin {
 namespace {
 
-const std::string start_fen = positions::start;
+using test::start_fen;
 const std::string castling_fen = positions::all_castlings;
 
 class ChessPositionTest : public ::testing::Test {

@@ -12,7 +12,7 @@
 namespace orvelin {
 namespace {
 
-const std::string start_fen = positions::start;
+using test::start_fen;
 
 class HasherTest : public ::testing::Test {
  protected:

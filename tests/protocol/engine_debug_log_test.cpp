@@ -19,9 +19,6 @@ namespace {
 using lines_t = std::vector<std::string>;
 namespace fs = std::filesystem;
 
-std::string const debug_on = "setoption name Debug value true";
-std::string const debug_off = "setoption name Debug value false";
-
 /// Names of the files in a directory whose name matches.
 std::set<std::string> files_in(fs::path const& directory, std::string const& pattern = ".*") {
     std::set<std::string> names;

@@ -20,9 +20,6 @@ namespace {
 using lines_t = std::vector<std::string>;
 namespace fs = std::filesystem;
 
-std::string const debug_on = "setoption name Debug value true";
-std::string const debug_off = "setoption name Debug value false";
-
 /// An engine in this process, in an empty working directory.
 class EngineDebugTest : protected WorkingDirectory, public EngineFixture {
  protected:

@@ -21,7 +21,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string const start_fen = positions::start;
 std::string const use_book = "setoption name OwnBook value true";
 
 /// The real engine in a directory of its own that may hold a book.

@@ -18,8 +18,6 @@ namespace {
 using lines_t = std::vector<std::string>;
 using namespace std::chrono_literals;
 
-std::string const start_fen = positions::start;
-
 /// The position that the engine holds. A bad `usermove` prints it, and ends the process.
 std::string final_fen(EngineProcess& engine) {
     engine.send("usermove ?");

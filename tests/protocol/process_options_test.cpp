@@ -18,7 +18,6 @@
 namespace orvelin::test {
 namespace {
 
-std::string const start_fen = positions::start;
 /// Only the kings can move, so that deep iterations take no time.
 std::string const locked_fen = "4k3/8/8/p1p1p1p1/P1P1P1P1/8/8/4K3 w - - 0 1";
 /// White has more than fifty moves and no mate.

@@ -10,7 +10,6 @@ namespace orvelin::test {
 
 namespace {
 
-std::string const start = positions::start;
 constexpr std::uint64_t no_limit = std::uint64_t{1} << 62;
 
 using AnalysisStateTest = AnalysisFixture;
@@ -18,7 +17,7 @@ using AnalysisStateTest = AnalysisFixture;
 }  // namespace
 
 TEST_F(AnalysisStateTest, ResetLeavesTheNodeLimit) {
-    set(start);
+    set(start_fen);
     analysis_.set_depth(7);
     analysis_.set_nodes(1234);
     analysis_.set_movetime(5);
@@ -70,7 +69,7 @@ TEST_F(AnalysisStateTest, TimesGoToTheTimeManager) {
 }
 
 TEST_F(AnalysisStateTest, MovetimeLagAndFlags) {
-    set(start);
+    set(start_fen);
     analysis_.set_movetime(0);
     EXPECT_EQ(analysis_.time_manager().soft_budget(), 1U);
     analysis_.set_movetime(1000);
@@ -113,7 +112,7 @@ TEST_F(AnalysisStateTest, StrengthIsToldAsItWasSet) {
 }
 
 TEST_F(AnalysisStateTest, TableSizeAndSwitch) {
-    set(start);
+    set(start_fen);
     analysis_.set_hash_size(8);
     EXPECT_EQ(probe_.table().get_size(), 8);
     analysis_.hashtable_enabled(false);
@@ -138,7 +137,7 @@ TEST_F(AnalysisStateTest, PlainSettersAndCounters) {
 }
 
 TEST_F(AnalysisStateTest, ClearEmptiesTablesAndNodeCount) {
-    set(start);
+    set(start_fen);
     Move const opening = move("e2e4");
     store(exact_value, 3, 17);
     probe_.history().increment(opening, 4);

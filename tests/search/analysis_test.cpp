@@ -11,7 +11,6 @@ namespace orvelin::test {
 
 namespace {
 
-std::string const start = positions::start;
 constexpr std::uint64_t no_limit = std::uint64_t{1} << 62;
 
 using AnalysisTest = AnalysisFixture;
@@ -60,7 +59,7 @@ TEST_F(AnalysisTest, StartValues) {
 }
 
 TEST_F(AnalysisTest, ConstructorClearsTheTable) {
-    set(start);
+    set(start_fen);
     store(exact_value, 3, 17);
     ASSERT_NE(record(), nullptr);
     Analysis const another(position_, search_tables());
@@ -68,7 +67,7 @@ TEST_F(AnalysisTest, ConstructorClearsTheTable) {
 }
 
 TEST_F(AnalysisTest, InitWhileSearchingFails) {
-    set(start);
+    set(start_fen);
     analysis_.set_status(searching_status);
     analysis_.set_action(stop_action);
     try {
@@ -83,7 +82,7 @@ TEST_F(AnalysisTest, InitWhileSearchingFails) {
 }
 
 TEST_F(AnalysisTest, InitClearsAFinishedStatusAndTheAction) {
-    set(start);
+    set(start_fen);
     analysis_.set_status(finished_status);
     analysis_.set_action(stop_action);
     EXPECT_NO_THROW(analysis_.init(position_));
@@ -92,7 +91,7 @@ TEST_F(AnalysisTest, InitClearsAFinishedStatusAndTheAction) {
 }
 
 TEST_F(AnalysisTest, InitCopiesAnotherPosition) {
-    set(start);
+    set(start_fen);
     ChessPosition other(search_tables());
     other.fen("7k/8/8/8/8/8/8/K2R4 b - - 3 9");
     int const id = position_.id();
@@ -103,7 +102,7 @@ TEST_F(AnalysisTest, InitCopiesAnotherPosition) {
 }
 
 TEST_F(AnalysisTest, InitRebuildsTheSumsAndResetsTheTimes) {
-    set(start);
+    set(start_fen);
     analysis_.set_movetime(1);
     analysis_.set_infinite(true);
     position_.fen("7k/8/8/8/8/8/8/K2R4 w - - 0 1");
@@ -117,7 +116,7 @@ TEST_F(AnalysisTest, InitRebuildsTheSumsAndResetsTheTimes) {
 }
 
 TEST_F(AnalysisTest, HashfullCountsEntriesOfThisSearchInTheSample) {
-    set(start);
+    set(start_fen);
     probe_.date(9);
     EXPECT_EQ(analysis_.get_hashfull(), 0);
     TTrecord written;
@@ -135,7 +134,7 @@ TEST_F(AnalysisTest, HashfullCountsEntriesOfThisSearchInTheSample) {
 }
 
 TEST_F(AnalysisTest, RunningTimeGoesOnAfterTheSearch) {
-    set(start);
+    set(start_fen);
     analysis_.set_depth(1);
     analysis_.iterative_search();
     std::uint64_t const first = analysis_.get_running_time();
@@ -146,7 +145,7 @@ TEST_F(AnalysisTest, RunningTimeGoesOnAfterTheSearch) {
 }
 
 TEST_F(AnalysisTest, EvaluationReports) {
-    set(start);
+    set(start_fen);
     std::string const report = analysis_.static_eval_report();
     EXPECT_EQ(report, analysis_.evaluation().report());
     EXPECT_NE(report.find("Total score: " + std::to_string(eval())), std::string::npos);

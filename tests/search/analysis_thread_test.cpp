@@ -12,8 +12,6 @@ namespace orvelin::test {
 
 namespace {
 
-std::string const start = positions::start;
-
 class AnalysisThread : public AnalysisFixture {
  protected:
     ~AnalysisThread() override { join(); }
@@ -97,7 +95,7 @@ class HandOverReader {
 }  // namespace
 
 TEST_F(AnalysisThread, StopWhileIdleGivesAFinishedStatusAndNoSearch) {
-    set(start);
+    set(start_fen);
     unsigned char const date = probe_.date();
     start_thread();
     analysis_.set_action(stop_action);
@@ -109,7 +107,7 @@ TEST_F(AnalysisThread, StopWhileIdleGivesAFinishedStatusAndNoSearch) {
 }
 
 TEST_F(AnalysisThread, StopWhileIdleIsTakenInOneTick) {
-    set(start);
+    set(start_fen);
     unsigned char const date = probe_.date();
     analysis_.set_action(stop_action);
     run_one_tick();
@@ -119,14 +117,14 @@ TEST_F(AnalysisThread, StopWhileIdleIsTakenInOneTick) {
 }
 
 TEST_F(AnalysisThread, IdleTickChangesNothing) {
-    set(start);
+    set(start_fen);
     run_one_tick();
     EXPECT_EQ(analysis_.get_status(), ready_status);
     EXPECT_EQ(analysis_.get_action(), no_action);
 }
 
 TEST_F(AnalysisThread, QuitWhileIdleEndsTheThread) {
-    set(start);
+    set(start_fen);
     start_thread();
     sleep_for(12);
     auto const begin = std::chrono::steady_clock::now();
@@ -138,7 +136,7 @@ TEST_F(AnalysisThread, QuitWhileIdleEndsTheThread) {
 }
 
 TEST_F(AnalysisThread, SearchThatEndsByItselfLeavesNoAction) {
-    set(start);
+    set(start_fen);
     analysis_.set_depth(2);
     analysis_.set_action(think_action);
     run_one_tick();
@@ -148,7 +146,7 @@ TEST_F(AnalysisThread, SearchThatEndsByItselfLeavesNoAction) {
 }
 
 TEST_F(AnalysisThread, StopStaysUntilTheNextTickWhichReportsItAgain) {
-    set(start);
+    set(start_fen);
     analysis_.set_nodes(100);
     analysis_.set_action(think_action);
     run_one_tick();
@@ -163,7 +161,7 @@ TEST_F(AnalysisThread, StopStaysUntilTheNextTickWhichReportsItAgain) {
 }
 
 TEST_F(AnalysisThread, ThreadReportsAStopTwice) {
-    set(start);
+    set(start_fen);
     start_thread();
     analysis_.set_action(think_action);
     ASSERT_TRUE(comes_true([&] { return analysis_.get_node_count() > 1000; }));
@@ -175,7 +173,7 @@ TEST_F(AnalysisThread, ThreadReportsAStopTwice) {
 }
 
 TEST_F(AnalysisThread, QuitDuringASearchWaitsForItsEnd) {
-    set(start);
+    set(start_fen);
     start_thread();
     analysis_.set_action(think_action);
     ASSERT_TRUE(comes_true([&] { return analysis_.get_node_count() > 1000; }));
@@ -211,7 +209,7 @@ TEST_F(AnalysisThread, StopFromAnotherThreadLeavesPositionAndBestMove) {
 }
 
 TEST_F(AnalysisThread, SearchIsAlwaysAskedForOrAnnounced) {
-    set(start);
+    set(start_fen);
     HandOverReader reader(analysis_);
     // Long enough for the two threads to run side by side on a loaded machine.
     auto const end = std::chrono::steady_clock::now() + std::chrono::seconds(2);
@@ -228,7 +226,7 @@ TEST_F(AnalysisThread, SearchIsAlwaysAskedForOrAnnounced) {
 }
 
 TEST_F(AnalysisThread, ReportsCanBeReadDuringASearch) {
-    set(start);
+    set(start_fen);
     analysis_.set_multipv(3);
     probe_.iteration(0);
     int version = analysis_.mpv_version();

@@ -15,7 +15,6 @@ namespace orvelin::test {
 
 namespace {
 
-std::string const start = positions::start;
 std::string const kiwipete = positions::kiwipete;
 
 class IterativeSearchLimits : public AnalysisFixture {
@@ -45,7 +44,7 @@ class IterativeSearchLimits : public AnalysisFixture {
 }  // namespace
 
 TEST_F(IterativeSearchLimits, OneNodeStillGivesTheFirstMove) {
-    set(start);
+    set(start_fen);
     analysis_.set_nodes(1);
     analysis_.iterative_search();
     EXPECT_EQ(node_count(), 1U);
@@ -78,7 +77,7 @@ TEST_F(IterativeSearchLimits, NodeLimitIsMetExactlyWhateverTheClockSays) {
 }
 
 TEST_F(IterativeSearchLimits, TimeLimitDoesNotDisableTheDepthLimit) {
-    set(start);
+    set(start_fen);
     analysis_.set_movetime(100000000);
     analysis_.set_depth(3);
     EXPECT_EQ(search([] {}).back(), 3);
@@ -98,7 +97,7 @@ TEST_F(IterativeSearchLimits, TimeLimitEndsADeepSearch) {
 }
 
 TEST_F(IterativeSearchLimits, StoppedIterationKeepsTheLineOfTheOneBefore) {
-    set(start);
+    set(start_fen);
     analysis_.set_aspiration(false);
     PrincipalVariation finished;
     std::vector<int> const iterations = search([&] {
@@ -119,10 +118,10 @@ TEST_F(IterativeSearchLimits, StoppedIterationKeepsTheLineOfTheOneBefore) {
 
 TEST_F(IterativeSearchLimits, StopAsksForNoRetry) {
     // Left alone, the second iteration falls out of its window.
-    set(start);
+    set(start_fen);
     analysis_.set_depth(2);
     EXPECT_EQ(search([] {}), (std::vector<int>{1, 2, 2, 2}));
-    set(start);
+    set(start_fen);
     EXPECT_EQ(search([&] {
                   if (analysis_.get_iteration() == 2) {
                       analysis_.set_action(stop_action);
@@ -148,7 +147,7 @@ TEST_F(IterativeSearchLimits, AnyStopLeavesThePositionAsItWas) {
 }
 
 TEST_F(IterativeSearchLimits, SearchmovesRestrictTheFirstLine) {
-    set(start);
+    set(start_fen);
     analysis_.set_searchmoves({move("a2a3"), move("h2h4")});
     analysis_.set_depth(4);
     search([&] {
@@ -159,7 +158,7 @@ TEST_F(IterativeSearchLimits, SearchmovesRestrictTheFirstLine) {
 }
 
 TEST_F(IterativeSearchLimits, SearchmovesGivenTwiceAreSearchedTwiceInTheSameClass) {
-    set(start, {"e2e4", "e7e5", "g1f3", "b8c6"});
+    set(start_fen, {"e2e4", "e7e5", "g1f3", "b8c6"});
     std::vector<Move> wanted;
     for (auto const& [text, times] :
          {std::pair{"f1b5", 4}, std::pair{"f1c4", 2}, std::pair{"d2d4", 3}, std::pair{"b1c3", 4}}) {
@@ -173,7 +172,7 @@ TEST_F(IterativeSearchLimits, SearchmovesGivenTwiceAreSearchedTwiceInTheSameClas
 }
 
 TEST_F(IterativeSearchLimits, SearchmovesWithoutALegalMoveActLikeStalemate) {
-    set(start);
+    set(start_fen);
     analysis_.set_searchmoves(
         {Move(Square("e2"), Square("e5"), normal_move, white_pawn, no_piece)});
     analysis_.set_depth(4);
@@ -183,7 +182,7 @@ TEST_F(IterativeSearchLimits, SearchmovesWithoutALegalMoveActLikeStalemate) {
 }
 
 TEST_F(IterativeSearchLimits, SearchmovesWithOneMoveAndTwoLinesLeaveTheSecondFree) {
-    set(start);
+    set(start_fen);
     analysis_.set_multipv(2);
     analysis_.set_searchmoves({move("a2a4")});
     analysis_.set_depth(3);
@@ -232,7 +231,7 @@ TEST_F(IterativeSearchLimits, StopWithSeveralLinesNamesAMateOfOneMove) {
 }
 
 TEST_F(IterativeSearchLimits, StrengthDepthOfTwoSearchesThreeIterations) {
-    set(start);
+    set(start_fen);
     analysis_.set_uci_elo(1500);
     analysis_.set_uci_limitstrength(true);
     analysis_.set_infinite(true);
@@ -252,7 +251,7 @@ TEST_F(IterativeSearchLimits, StrengthDepthOfTwoSearchesThreeIterations) {
 }
 
 TEST_F(IterativeSearchLimits, WeakenedPlaySpendsItsTime) {
-    set(start);
+    set(start_fen);
     analysis_.set_uci_elo(1500);
     analysis_.set_uci_limitstrength(true);
     analysis_.set_depth(1);
@@ -268,7 +267,7 @@ TEST_F(IterativeSearchLimits, WeakenedPlaySpendsItsTime) {
 }
 
 TEST_F(IterativeSearchLimits, WeakenedPlayWaitsInStepsOfFiftyMilliseconds) {
-    set(start);
+    set(start_fen);
     analysis_.set_uci_elo(1500);
     analysis_.set_uci_limitstrength(true);
     analysis_.set_depth(1);
@@ -289,7 +288,7 @@ TEST_F(IterativeSearchLimits, WeakenedPlayWaitsInStepsOfFiftyMilliseconds) {
 
 TEST_F(IterativeSearchLimits, WeakenedPlayStartsEveryIterationWithoutHash) {
     for (bool const weakened : {false, true}) {
-        set(start);
+        set(start_fen);
         analysis_.set_uci_elo(2200);
         analysis_.set_uci_limitstrength(weakened);
         analysis_.set_depth(3);
@@ -311,7 +310,7 @@ TEST_F(IterativeSearchLimits, WeakenedPlayStartsEveryIterationWithoutHash) {
 TEST_F(IterativeSearchLimits, WeakenedPlayChoosesAmongLinesInsideItsMargin) {
     std::set<std::string> chosen;
     for (int i = 0; i < 40 && chosen.size() < 2; ++i) {
-        set(start);
+        set(start_fen);
         analysis_.set_multipv(4);
         analysis_.set_uci_elo(1500);
         analysis_.set_uci_limitstrength(true);

@@ -11,7 +11,6 @@ namespace orvelin::test {
 
 namespace {
 
-std::string const start = positions::start;
 std::string const kiwipete = positions::kiwipete;
 std::string const stalemate = "7k/8/8/8/8/8/5q2/7K w - - 0 1";
 std::string const mated = "6k1/5ppp/8/8/8/8/5PPP/3r2K1 w - - 0 1";
@@ -79,14 +78,14 @@ root_return_t expected_after(root_return_t const& last) {
 }  // namespace
 
 TEST_F(IterativeSearch, DepthLimitOfOneRunsTheFirstIterationOnly) {
-    set(start);
+    set(start_fen);
     EXPECT_EQ(iterations(search(1)), std::vector<int>{1});
     EXPECT_EQ(analysis_.get_iteration(), 1);
     EXPECT_NE(analysis_.best_move(), Move());
 }
 
 TEST_F(IterativeSearch, DepthLimitOfZeroRunsNone) {
-    set(start);
+    set(start_fen);
     search(1);
     for (int const depth : {0, -3}) {
         EXPECT_TRUE(search(depth).empty());
@@ -98,7 +97,7 @@ TEST_F(IterativeSearch, DepthLimitOfZeroRunsNone) {
 }
 
 TEST_F(IterativeSearch, MateNoLongerThanTheIterationEndsTheLoop) {
-    set(start);
+    set(start_fen);
     analysis_.set_depth(50);
     for (int const sign : {1, -1}) {
         probe_.best_score(sign * 29998);
@@ -247,7 +246,7 @@ TEST_F(IterativeSearch, WindowsOfRealSearchesFollowTheRule) {
     int high = 0;
     int opened = 0;
     for (std::string const& fen :
-         {start, kiwipete, std::string(positions::last_of_bench),
+         {start_fen, kiwipete, std::string(positions::last_of_bench),
           std::string(positions::rook_ending),
           std::string("r1bq1rk1/pp2bppp/2n1pn2/3p4/2PP4/2N1BN2/PP3PPP/R2QKB1R w KQ - 0 9"),
           std::string("4k3/8/8/3q4/8/8/3R4/3QK3 w - - 0 1")}) {
@@ -310,7 +309,7 @@ TEST_F(IterativeSearch, BranchingFactorIsTheRootOfTheLeafs) {
 }
 
 TEST_F(IterativeSearch, StartOfASearchAgesAndForgets) {
-    set(start);
+    set(start_fen);
     Move const opening = move("e2e4");
     Move const other = move("d2d4");
     for (int i = 0; i < 2; ++i) {
@@ -342,7 +341,7 @@ TEST_F(IterativeSearch, StartOfASearchAgesAndForgets) {
 }
 
 TEST_F(IterativeSearch, StartOfASearchRebuildsTheSums) {
-    set(start);
+    set(start_fen);
     position_.fen(kiwipete);
     search(0);
     EXPECT_TRUE(analysis_.evaluation().piece_square_tables().verify_score());

@@ -9,7 +9,6 @@ namespace orvelin::test {
 
 namespace {
 
-std::string const start = positions::start;
 /// Queen moves to f3 and h5 threaten mate by taking on f7.
 std::string const threat = "r1bqkbnr/pppp1ppp/2n5/4p3/2B1P3/8/PPPP1PPP/RNBQK1NR w KQkq - 0 1";
 
@@ -42,7 +41,7 @@ class MoveOrdering : public AnalysisFixture {
 }  // namespace
 
 TEST_F(MoveOrdering, HistoryOfZeroOrLessGivesNoClass) {
-    set(start);
+    set(start_fen);
     probe_.history().decrement(move("e2e4"), 5);
     probe_.history().decrement(move("g1f3"), 1);
     for (Move const& candidate : sorted_moves()) {
@@ -51,7 +50,7 @@ TEST_F(MoveOrdering, HistoryOfZeroOrLessGivesNoClass) {
 }
 
 TEST_F(MoveOrdering, ThreeBestOfHistoryGetTheirClasses) {
-    set(start);
+    set(start_fen);
     raise("a2a3", 3);
     raise("e2e4", 6);
     raise("h2h3", 4);
@@ -65,7 +64,7 @@ TEST_F(MoveOrdering, ThreeBestOfHistoryGetTheirClasses) {
 }
 
 TEST_F(MoveOrdering, EarlierOfTwoEqualHistoryValuesGoesFirst) {
-    set(start);
+    set(start_fen);
     for (char const* const text : {"h2h4", "b2b3", "g1f3", "d2d3"}) {
         raise(text, 4);
     }
@@ -76,7 +75,7 @@ TEST_F(MoveOrdering, EarlierOfTwoEqualHistoryValuesGoesFirst) {
 }
 
 TEST_F(MoveOrdering, RunningHistoryValuesAreKeptInThirtyTwoBits) {
-    set(start);
+    set(start_fen);
     // 2^32 is above 0 and takes the first place, but leaves a running value of 0 there.
     raise("b1a3", 32);
     raise("b1c3", 0);
@@ -86,7 +85,7 @@ TEST_F(MoveOrdering, RunningHistoryValuesAreKeptInThirtyTwoBits) {
 
 TEST_F(MoveOrdering, ValueOfZeroOrLessTakesNoPlaceBesideARunningValueThatWrapped) {
     // 2^31 is above 0, and its running value in 32 bits is below every other.
-    set(start, {"e2e4", "e7e5"});
+    set(start_fen, {"e2e4", "e7e5"});
     raise("b1c3", 31);
     probe_.history().decrement(move("g1f3"), 3);
     EXPECT_EQ(of_class(historical_move1), texts_t{"b1c3"});
@@ -100,7 +99,7 @@ TEST_F(MoveOrdering, ValueOfZeroOrLessTakesNoPlaceBesideARunningValueThatWrapped
 }
 
 TEST_F(MoveOrdering, EqualMovesOfARootListGetTheSameClass) {
-    set(start, {"e2e4", "e7e5"});
+    set(start_fen, {"e2e4", "e7e5"});
     raise_counter("g1f3", 5);
     raise_own_counter("f1c4", 5);
     raise("b1c3", 6);
@@ -236,14 +235,14 @@ TEST_F(MoveOrdering, SingleMoveKeepsItsClass) {
 }
 
 TEST_F(MoveOrdering, EmptyListIsLeftAlone) {
-    set(start);
+    set(start_fen);
     MoveList list;
     analysis_.localsort(list, 9, true, Move());
     EXPECT_EQ(list.size(), 0U);
 }
 
 TEST_F(MoveOrdering, HashMoveComesFirst) {
-    set(start);
+    set(start_fen);
     Move hash_move = move("a2a4");
     hash_move.xcode(losing_capture);
     probe_.killers().set_killer(0, hash_move);
@@ -253,7 +252,7 @@ TEST_F(MoveOrdering, HashMoveComesFirst) {
 }
 
 TEST_F(MoveOrdering, KillersOfThisPlyOnly) {
-    set(start);
+    set(start_fen);
     probe_.killers().set_killer(2, move("a2a3"));
     probe_.killers().set_killer(2, move("h2h3"));
     probe_.killers().set_killer(3, move("g2g3"));
@@ -264,7 +263,7 @@ TEST_F(MoveOrdering, KillersOfThisPlyOnly) {
 }
 
 TEST_F(MoveOrdering, KillerGoesBeforeCounterAndHistory) {
-    set(start, {"e2e4", "e7e5"});
+    set(start_fen, {"e2e4", "e7e5"});
     probe_.killers().set_killer(0, move("g1f3"));
     for (char const* const text : {"g1f3", "f1c4"}) {
         raise_counter(text, 7);
@@ -287,7 +286,7 @@ TEST_F(MoveOrdering, CaptureThatIsAKillerStaysACapture) {
 }
 
 TEST_F(MoveOrdering, TwoCountersOfEachEarlierMove) {
-    set(start, {"e2e4", "e7e5"});
+    set(start_fen, {"e2e4", "e7e5"});
     raise_counter("g1f3", 3);
     raise_counter("a2a3", 5);
     raise_counter("h2h3", 4);
@@ -303,7 +302,7 @@ TEST_F(MoveOrdering, TwoCountersOfEachEarlierMove) {
 }
 
 TEST_F(MoveOrdering, CountersOfZeroOrLessTakeNoPlace) {
-    set(start, {"e2e4", "e7e5"});
+    set(start_fen, {"e2e4", "e7e5"});
     for (Move const& candidate : moves()) {
         probe_.counter_moves().decrement(position_.last_move(), candidate, 3);
     }
@@ -311,7 +310,7 @@ TEST_F(MoveOrdering, CountersOfZeroOrLessTakeNoPlace) {
 }
 
 TEST_F(MoveOrdering, OnlyTheFirstCounterPairIsCutToThirtyTwoBits) {
-    set(start, {"e2e4", "e7e5"});
+    set(start_fen, {"e2e4", "e7e5"});
     raise_counter("g1f3", 32);
     EXPECT_EQ(of_class(counter_move), texts_t{});
     raise_own_counter("g1f3", 32);
@@ -319,7 +318,7 @@ TEST_F(MoveOrdering, OnlyTheFirstCounterPairIsCutToThirtyTwoBits) {
 }
 
 TEST_F(MoveOrdering, OwnMoveBeforeANullMoveStillCounts) {
-    set(start, {"e2e4"});
+    set(start_fen, {"e2e4"});
     analysis_.make_nullmove();
     raise_own_counter("g1f3", 4);
     EXPECT_EQ(position_.last_move(), Move());
@@ -328,7 +327,7 @@ TEST_F(MoveOrdering, OwnMoveBeforeANullMoveStillCounts) {
 }
 
 TEST_F(MoveOrdering, NoCountersAtTheStartOfTheGame) {
-    set(start);
+    set(start_fen);
     probe_.counter_moves().increment(Move(), move("e2e4"), 9);
     EXPECT_EQ(class_of("e2e4"), xnormal_move);
 }

@@ -12,8 +12,6 @@ namespace orvelin::test {
 
 namespace {
 
-std::string const start = positions::start;
-
 using Node = AnalysisFixture;
 
 void sleep_for(int milliseconds) {
@@ -43,7 +41,7 @@ TEST_F(Node, ClockIsPolledEvery16384NodesAwayFromTheRoot) {
     for (row_t const& row : {row_t{0, 3, true}, row_t{0, 2, false}, row_t{1, 3, false},
                              row_t{16383, 9, false}, row_t{16384, 9, true}, row_t{16384, 2, false},
                              row_t{8192, 9, false}, row_t{1 << 20, 3, true}}) {
-        set(start);
+        set(start_fen);
         analysis_.set_movetime(201);
         probe_.start_clock();
         sleep_for(3);
@@ -57,7 +55,7 @@ TEST_F(Node, ClockIsPolledEvery16384NodesAwayFromTheRoot) {
 }
 
 TEST_F(Node, NodeLimitDisablesTheTimeLimit) {
-    set(start);
+    set(start_fen);
     analysis_.set_movetime(201);
     analysis_.set_nodes(1000000);
     probe_.start_clock();
@@ -70,7 +68,7 @@ TEST_F(Node, NodeLimitDisablesTheTimeLimit) {
 }
 
 TEST_F(Node, EntryHoldsWhatWasPut) {
-    set(start);
+    set(start_fen);
     probe_.ply(6);
     analysis_.put_in_tt(lower_bound, 9, -123, move("e2e4"), 77);
     TTrecord const* const found = record();
@@ -91,7 +89,7 @@ TEST_F(Node, EntryHoldsMateDistanceFromTheNode) {
     for (row_t const& row :
          {row_t{29990, 29996}, row_t{29898, 29904}, row_t{29897, 29897}, row_t{-29897, -29897},
           row_t{-29898, -29904}, row_t{-29990, -29996}, row_t{0, 0}}) {
-        set(start);
+        set(start_fen);
         probe_.ply(6);
         store(exact_value, 1, row.score);
         auto const word = static_cast<std::int16_t>(record()->get_value() >> 32);
@@ -100,7 +98,7 @@ TEST_F(Node, EntryHoldsMateDistanceFromTheNode) {
 }
 
 TEST_F(Node, DepthIsCutToEightBits) {
-    set(start);
+    set(start_fen);
     store(exact_value, 0x105, 1);
     EXPECT_EQ(record()->get_draft(), 5);
 }

@@ -11,7 +11,6 @@ namespace orvelin::test {
 
 namespace {
 
-std::string const start = positions::start;
 std::string const knights = "4k3/pp3p2/2n5/8/8/2N5/PP3P2/4K3 w - - 0 1";
 /// White takes a queen for nothing.
 std::string const free_queen = "6k1/5ppp/8/3q4/4P3/8/5PPP/6K1 w - - ";
@@ -36,7 +35,7 @@ class PvSearchMoves : public AnalysisFixture {
 }  // namespace
 
 TEST_F(PvSearchMoves, FirstMoveIsNeverReduced) {
-    set(start);
+    set(start_fen);
     Move const first = sorted_list(3)[0];
     search(3);
     ASSERT_NE(record_behind(first), nullptr);

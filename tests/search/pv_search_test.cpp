@@ -11,7 +11,6 @@ namespace orvelin::test {
 
 namespace {
 
-std::string const start = positions::start;
 std::string const knights = "4k3/pp3p2/2n5/8/8/2N5/PP3P2/4K3 w - - 0 1";
 /// White takes a queen for nothing.
 std::string const free_queen = "6k1/5ppp/8/3q4/4P3/8/5PPP/6K1 w - - ";
@@ -37,7 +36,7 @@ class PvSearch : public AnalysisFixture {
 }  // namespace
 
 TEST_F(PvSearch, RootThatIsARepetitionIsSearched) {
-    set(start, {"g1f3", "g8f6", "f3g1", "f6g8"});
+    set(start_fen, {"g1f3", "g8f6", "f3g1", "f6g8"});
     ASSERT_TRUE(position_.draw_by_threefold_repetition());
     int const score = search(2);
     EXPECT_NE(score, 0);
@@ -46,7 +45,7 @@ TEST_F(PvSearch, RootThatIsARepetitionIsSearched) {
 }
 
 TEST_F(PvSearch, RepetitionAwayFromTheRootIsADrawBeforeTheLine) {
-    set(start, {"g1f3", "g8f6", "f3g1", "f6g8"});
+    set(start_fen, {"g1f3", "g8f6", "f3g1", "f6g8"});
     probe_.ply(1);
     line_[0] = move("e2e4");
     EXPECT_EQ(search(2), 0);
@@ -237,7 +236,7 @@ TEST_F(PvSearch, FirstIterationSetsABestMoveBeforeSorting) {
     EXPECT_EQ(analysis_.best_move(), moves()[0]);
     EXPECT_NE(moves()[0], move("e1e2"));
     Move const kept = analysis_.best_move();
-    set(start);
+    set(start_fen);
     probe_.iteration(2);
     search(1, high, high + 1);
     EXPECT_EQ(analysis_.best_move(), kept);
@@ -255,7 +254,7 @@ TEST_F(PvSearch, StopReturnsAlphaAndStoresNothing) {
 }
 
 TEST_F(PvSearch, StopInTheMiddleDropsTheMoveAndRestores) {
-    set(start);
+    set(start_fen);
     ChessPosition const before = position_;
     analysis_.set_nodes(300);
     EXPECT_EQ(search(7, -44, 44), -44);
@@ -314,8 +313,8 @@ TEST_F(PvSearch, ChildThatLeavesEarlyKeepsItsSiblingsMovesBehindIt) {
 
 TEST_F(PvSearch, StateComesBack) {
     for (std::string const& fen :
-         {start, std::string("r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - "
-                             "0 1")}) {
+         {start_fen, std::string("r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - "
+                                 "0 1")}) {
         set(fen);
         ChessPosition const before = position_;
         search(4);

@@ -8,7 +8,6 @@ namespace orvelin::test {
 
 namespace {
 
-std::string const start = positions::start;
 std::string const knights = "4k3/pp3p2/2n5/8/8/2N5/PP3P2/4K3 w - - 0 1";
 /// White is a queen down: scores are far below 0.
 std::string const lost = "3qk3/pp3p2/2n5/8/8/2N5/PP3P2/4K3 w - - 0 1";
@@ -27,7 +26,7 @@ class RootSearch : public AnalysisFixture {
 }  // namespace
 
 TEST_F(RootSearch, PublishesTheRootLine) {
-    set(start);
+    set(start_fen);
     int const score = search(3);
     MultiPV const lines = analysis_.mpv();
     ASSERT_EQ(lines.size(), 1);
@@ -38,10 +37,10 @@ TEST_F(RootSearch, PublishesTheRootLine) {
 }
 
 TEST_F(RootSearch, ListIsNotRead) {
-    set(start);
+    set(start_fen);
     int const plain = search(3);
     std::uint64_t const nodes = node_count();
-    set(start);
+    set(start_fen);
     MoveList list = list_of({"a2a3"});
     EXPECT_EQ(analysis_.root_search(list, 3, -infinity, infinity), plain);
     EXPECT_EQ(node_count(), nodes);
@@ -49,7 +48,7 @@ TEST_F(RootSearch, ListIsNotRead) {
 }
 
 TEST_F(RootSearch, FailHighAndFailLowKeepTheFormerLine) {
-    set(start);
+    set(start_fen);
     int const score = search(2);
     std::string const line = analysis_.root_line().str();
     Move const best = analysis_.best_move();
@@ -67,7 +66,7 @@ TEST_F(RootSearch, FailHighAndFailLowKeepTheFormerLine) {
 }
 
 TEST_F(RootSearch, EmptyRootLineLeavesNoLine) {
-    set(start);
+    set(start_fen);
     search(2);
     int const version = analysis_.mpv_version();
     set("7k/8/8/8/8/8/5q2/7K w - - 0 1");
@@ -137,7 +136,7 @@ TEST_F(RootSearch, FurtherLinesLeaveBestScoreAndMove) {
 }
 
 TEST_F(RootSearch, FurtherLinesHaveDifferentFirstMoves) {
-    set(start);
+    set(start_fen);
     analysis_.set_multipv(20);
     search(2);
     MultiPV const lines = analysis_.mpv();

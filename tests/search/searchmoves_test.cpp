@@ -8,14 +8,12 @@ namespace orvelin::test {
 
 namespace {
 
-std::string const start = positions::start;
-
 class Searchmoves : public AnalysisFixture {};
 
 }  // namespace
 
 TEST_F(Searchmoves, ClearTheTableAlsoWhenEmpty) {
-    set(start);
+    set(start_fen);
     store(exact_value, 3, 17);
     analysis_.set_searchmoves({move("e2e4"), move("d2d4")});
     EXPECT_EQ(record(), nullptr);
@@ -27,7 +25,7 @@ TEST_F(Searchmoves, ClearTheTableAlsoWhenEmpty) {
 }
 
 TEST_F(Searchmoves, FilterInTheOrderOfTheList) {
-    set(start);
+    set(start_fen);
     analysis_.set_searchmoves({move("h2h4"), move("b1c3"), move("a2a3")});
     MoveList list = list_of({"b1a3", "b1c3", "a2a3", "a2a4", "h2h4"});
     list[1].xcode(killer);
@@ -38,7 +36,7 @@ TEST_F(Searchmoves, FilterInTheOrderOfTheList) {
 }
 
 TEST_F(Searchmoves, MatchWhateverTheClass) {
-    set(start);
+    set(start_fen);
     Move wanted = move("a2a3");
     wanted.xcode(mate_attack);
     analysis_.set_searchmoves({wanted});
@@ -49,7 +47,7 @@ TEST_F(Searchmoves, MatchWhateverTheClass) {
 }
 
 TEST_F(Searchmoves, MoveEnteredTwiceComesOutTwice) {
-    set(start);
+    set(start_fen);
     analysis_.set_searchmoves({move("a2a3"), move("b1c3"), move("a2a3")});
     MoveList list = list_of({"b1c3", "a2a3"});
     analysis_.select_searchmoves(list);
@@ -57,7 +55,7 @@ TEST_F(Searchmoves, MoveEnteredTwiceComesOutTwice) {
 }
 
 TEST_F(Searchmoves, WithoutAMatchEmptyTheList) {
-    set(start);
+    set(start_fen);
     analysis_.set_searchmoves({move("h2h4")});
     MoveList list = list_of({"b1c3", "a2a3"});
     analysis_.select_searchmoves(list);
@@ -65,7 +63,7 @@ TEST_F(Searchmoves, WithoutAMatchEmptyTheList) {
 }
 
 TEST_F(Searchmoves, BeyondTheListAreLeftOut) {
-    set(start);
+    set(start_fen);
     std::vector<Move> wanted(300, move("a2a3"));
     wanted.push_back(move("b1c3"));
     analysis_.set_searchmoves(wanted);
@@ -78,7 +76,7 @@ TEST_F(Searchmoves, BeyondTheListAreLeftOut) {
 }
 
 TEST_F(Searchmoves, DoNothingAwayFromTheRootOrWhenUnset) {
-    set(start);
+    set(start_fen);
     MoveList list = list_of({"b1c3", "a2a3"});
     analysis_.select_searchmoves(list);
     EXPECT_EQ(list.size(), 2U);
@@ -95,7 +93,7 @@ TEST_F(Searchmoves, DoNothingAwayFromTheRootOrWhenUnset) {
 }
 
 TEST_F(Searchmoves, RemoveClosesTheGapAndKeepsTheOrder) {
-    set(start);
+    set(start_fen);
     MoveList list = list_of({"b1c3", "a2a3", "h2h4", "a2a3", "g1f3"});
     Move wanted = move("a2a3");
     wanted.xcode(killer);

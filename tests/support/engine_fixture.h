@@ -18,7 +18,8 @@
 
 namespace orvelin::test {
 
-inline const std::string start_fen = positions::start;
+inline std::string const debug_on = "setoption name Debug value true";
+inline std::string const debug_off = "setoption name Debug value false";
 
 /// An engine without the process around it: the test hands it lines and steps its ticks.
 class EngineFixture : public ::testing::Test {

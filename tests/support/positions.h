@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 /// Positions that several tests begin from, each with one name.
 namespace orvelin::positions {
 
@@ -36,3 +38,10 @@ inline constexpr char const* white_castlings = "4k3/8/8/8/8/8/8/R3K2R w KQ - 0 1
 inline constexpr char const* white_short_castling = "4k3/8/8/8/8/8/8/4K2R w K - 0 1";
 
 }  // namespace orvelin::positions
+
+namespace orvelin::test {
+
+/// The same start, for what adds to it.
+inline std::string const start_fen = positions::start;
+
+}  // namespace orvelin::test

@@ -19,8 +19,6 @@ namespace {
 
 constexpr int max_plies = 2000;
 
-std::string const start_fen = positions::start;
-
 constexpr std::array<char const*, 12> phase_fens{
     positions::kiwipete,
     positions::last_of_bench,

@@ -83,6 +83,9 @@ inline int move_word(int from, int to, int promotion = 0) {
     return promotion << 12 | from << 6 | to;
 }
 
+inline int const e2e4 = move_word(12, 28);
+inline int const d2d4 = move_word(11, 27);
+
 /// Key of the start position of standard chess.
 inline constexpr std::uint64_t start_key = 0x463B96181691FC9CU;
 

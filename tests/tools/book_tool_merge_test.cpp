@@ -17,8 +17,6 @@ namespace orvelin::test {
 
 namespace {
 
-int const e2e4 = move_word(12, 28);
-int const d2d4 = move_word(11, 27);
 int const g1f3 = move_word(6, 21);
 
 using entries_t = std::vector<Book_record>;

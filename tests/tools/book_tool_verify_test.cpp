@@ -13,10 +13,7 @@ namespace orvelin::test {
 
 namespace {
 
-int const e2e4 = move_word(12, 28);
-int const d2d4 = move_word(11, 27);
-
-std::vector<Book_record> good_entries() {
+std::vector<Book_record> sorted_entries() {
     return {book_entry(1, e2e4, 5), book_entry(2, e2e4, 40), book_entry(2, d2d4, 2),
             book_entry(2, move_word(6, 21), 0), book_entry(3, move_word(52, 60, 4), 1)};
 }
@@ -32,7 +29,7 @@ texts_t faults_of(BookFile const& book) {
 }  // namespace
 
 TEST(BookToolVerify, TellsTheSizeOfAGoodBook) {
-    EXPECT_EQ(lines_of({"verify", BookFile(good_entries()).name()}),
+    EXPECT_EQ(lines_of({"verify", BookFile(sorted_entries()).name()}),
               texts_t{"5 entries, 3 positions"});
     EXPECT_EQ(lines_of({"verify", BookFile({book_entry(0, e2e4, 1)}).name()}),
               texts_t{"1 entry, 1 position"});
@@ -41,7 +38,7 @@ TEST(BookToolVerify, TellsTheSizeOfAGoodBook) {
 }
 
 TEST(BookToolVerify, ReportsStrayBytes) {
-    std::string const bytes = book_bytes(good_entries());
+    std::string const bytes = book_bytes(sorted_entries());
     EXPECT_EQ(faults_of(BookFile(bytes + '\n')),
               (texts_t{"1 stray byte behind the last of 5 entries", "5 entries, 1 fault"}));
     EXPECT_EQ(faults_of(BookFile(bytes.substr(0, bytes.size() - 1))),

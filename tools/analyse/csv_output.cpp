@@ -11,7 +11,7 @@ namespace orvelin::tools {
 
 namespace {
 
-constexpr std::size_t block = 1 << 16;
+constexpr std::size_t read_block = 1 << 16;
 
 template <typename Number>
 Number number_in(std::string const& text) {
@@ -60,7 +60,7 @@ void CsvOutput::find_last(std::string const& header) {
     std::uint64_t last_begin = 0;
     std::uint64_t last_end = 0;
     for (std::uint64_t at = 0; at < file_.size(); at += text.size()) {
-        file_.read(at, block, text);
+        file_.read(at, read_block, text);
         if (text.empty()) {
             break;
         }

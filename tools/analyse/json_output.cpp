@@ -9,13 +9,13 @@ namespace orvelin::tools {
 
 namespace {
 
-constexpr std::uint64_t block = 1 << 16;
+constexpr std::uint64_t tail_block = 1 << 16;
 
 /// The place behind the last line end before `end`; 0 when there is none.
 std::uint64_t line_begin(LineFile const& file, std::uint64_t end) {
     std::string text;
     while (end > 0) {
-        std::uint64_t const begin = end > block ? end - block : 0;
+        std::uint64_t const begin = end > tail_block ? end - tail_block : 0;
         file.read(begin, static_cast<std::size_t>(end - begin), text);
         std::size_t const found = text.rfind('\n');
         if (found != std::string::npos) {

@@ -22,7 +22,7 @@ namespace orvelin::tools {
 
 namespace {
 
-struct arguments_t {
+struct merge_arguments_t {
     std::vector<std::string> files;
     std::string output;
     std::uint64_t positions = 0;
@@ -33,7 +33,7 @@ struct arguments_t {
 constexpr std::uint64_t most_faults = 20;
 
 /// Whether all is there, once.
-bool is_whole(arguments_t const& arguments, StopSignals const& signals) {
+bool is_whole(merge_arguments_t const& arguments, StopSignals const& signals) {
     std::uint64_t faults = 0;
     auto const tell = [&faults](std::string const& fault) {
         if (++faults <= most_faults) {
@@ -55,7 +55,7 @@ bool is_whole(arguments_t const& arguments, StopSignals const& signals) {
     return faults == 0 && !signals.stopped();
 }
 
-void write_all(arguments_t const& arguments, StopSignals const& signals, LineFile& output) {
+void write_all(merge_arguments_t const& arguments, StopSignals const& signals, LineFile& output) {
     constexpr std::size_t block = 1 << 18;
     std::string text;
     ShardMerge(arguments.files, signals.flag())
@@ -73,7 +73,7 @@ void write_all(arguments_t const& arguments, StopSignals const& signals, LineFil
     output.add(text);
 }
 
-int merge(arguments_t const& arguments) {
+int merge(merge_arguments_t const& arguments) {
     std::error_code ignored;
     if (!arguments.overwrite &&
         std::filesystem::is_regular_file(path_of(arguments.output), ignored)) {
@@ -110,7 +110,7 @@ void add_merge_records_command(CLI::App& app, command_t& command) {
         "What comes out is byte for byte what a run without --shard writes. Positions that are "
         "missing\nor there twice are told, nothing is then written, and the exit code is 1. That "
         "the very last\npositions are there is known only with --positions.");
-    auto const arguments = std::make_shared<arguments_t>();
+    auto const arguments = std::make_shared<merge_arguments_t>();
     merge_app->add_option("FILE", arguments->files, "Records as lines of JSON")
         ->required()
         ->check(CLI::ExistingFile);

@@ -24,7 +24,7 @@ namespace orvelin::tools {
 
 namespace {
 
-struct arguments_t {
+struct verify_arguments_t {
     std::string file;
     double percent = 100;
     std::size_t jobs = 1;
@@ -53,7 +53,7 @@ char const* other_format_hint(std::string const& line) {
 /// Goes over a file until the first difference.
 class VerifyRun {
  public:
-    explicit VerifyRun(arguments_t const& arguments)
+    explicit VerifyRun(verify_arguments_t const& arguments)
         : arguments_(arguments), input_(arguments.file, signals_.flag()) {
         for (std::size_t i = 0; i < arguments.jobs; ++i) {
             workers_.push_back(std::make_unique<Verification>(make_engine_answerer()));
@@ -69,7 +69,7 @@ class VerifyRun {
     bool stop_wanted();
     void interrupt();
 
-    arguments_t arguments_;
+    verify_arguments_t arguments_;
     StopSignals signals_;
     LineInput input_;
     std::vector<std::unique_ptr<Verification>> workers_;
@@ -167,7 +167,7 @@ void add_verify_records_command(CLI::App& app, command_t& command) {
         "Each record is computed again from what its receipt says and compared to the last bit. "
         "The\nfirst difference is printed, and the exit code is 1. Records of another version, "
         "schema or\nsearch signature are refused.");
-    auto const arguments = std::make_shared<arguments_t>();
+    auto const arguments = std::make_shared<verify_arguments_t>();
     verify->add_option("FILE", arguments->file, "Records as lines of JSON; - is standard input")
         ->required();
     verify->add_option("--sample", arguments->percent, "Verify this share of them, as 1%")

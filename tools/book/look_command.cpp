@@ -26,7 +26,7 @@ namespace orvelin::tools {
 
 namespace {
 
-struct arguments_t {
+struct look_arguments_t {
     std::string book;
     std::string fen = start_fen;
     bool chess960 = false;
@@ -46,7 +46,7 @@ void print_move(std::string const& move, std::uint16_t weight, double percentage
               << (legal ? "" : "  illegal") << '\n';
 }
 
-int look(arguments_t const& arguments) {
+int look(look_arguments_t const& arguments) {
     BookReader book(arguments.book);
     auto const tables = std::make_unique<Tables>();
     ChessPosition position(*tables);
@@ -82,7 +82,7 @@ void add_look_command(CLI::App& app, command_t& command) {
         "The moves come in the order of the file, each with its weight and its share of "
         "all weights.\nA move that is not legal in the position is marked. Exit code 1 when there "
         "is no move.");
-    auto const arguments = std::make_shared<arguments_t>();
+    auto const arguments = std::make_shared<look_arguments_t>();
     look_app->add_option("BOOK", arguments->book, "The book")->required();
     look_app->add_option("--fen", arguments->fen,
                          "The position; the start position when not given");

@@ -26,7 +26,7 @@ namespace orvelin::tools {
 
 namespace {
 
-struct arguments_t {
+struct make_arguments_t {
     std::string lines;
     std::string output;
     std::uint64_t max_ply = max_games;
@@ -66,7 +66,7 @@ void add_file(BookMaker& maker, std::string const& name) {
     add_lines(maker, file, name);
 }
 
-int make(arguments_t const& arguments) {
+int make(make_arguments_t const& arguments) {
     auto const tables = std::make_unique<Tables>();
     BookMaker maker(*tables, arguments.fen, arguments.max_ply);
     add_file(maker, arguments.lines);
@@ -92,7 +92,7 @@ void add_make_command(CLI::App& app, command_t& command) {
         "is too large\nfor the format, all weights of the position are scaled down. Nothing is "
         "written "
         "when a move is\nillegal.");
-    auto const arguments = std::make_shared<arguments_t>();
+    auto const arguments = std::make_shared<make_arguments_t>();
     make_app->add_option("LINES", arguments->lines, "The text; - for standard input")->required();
     make_app->add_option("-o,--output", arguments->output, "The book to write")->required();
     make_app

@@ -19,7 +19,7 @@ namespace orvelin::tools {
 
 namespace {
 
-struct arguments_t {
+struct merge_arguments_t {
     std::vector<std::string> books;
     std::string output;
 };
@@ -40,7 +40,7 @@ void add_book(BookContents& contents, std::string const& name) {
     });
 }
 
-int merge(arguments_t const& arguments) {
+int merge(merge_arguments_t const& arguments) {
     BookContents contents;
     for (std::string const& name : arguments.books) {
         add_book(contents, name);
@@ -60,7 +60,7 @@ void add_merge_command(CLI::App& app, command_t& command) {
         "the position are\nscaled down. The learn value is that of the first book. The books need "
         "not "
         "be sorted; a damaged\none is refused.");
-    auto const arguments = std::make_shared<arguments_t>();
+    auto const arguments = std::make_shared<merge_arguments_t>();
     constexpr int at_least_two = -2;
     merge_app->add_option("BOOKS", arguments->books, "The books, two or more")
         ->required()

@@ -20,7 +20,7 @@ namespace orvelin::tools {
 
 namespace {
 
-struct arguments_t {
+struct print_arguments_t {
     std::string book;
     std::optional<std::string> key;
 };
@@ -36,7 +36,7 @@ std::uint64_t read_key(std::string const& text) {
     return key;
 }
 
-int print(arguments_t const& arguments) {
+int print(print_arguments_t const& arguments) {
     std::optional<std::uint64_t> wanted;
     if (arguments.key) {
         wanted = read_key(*arguments.key);
@@ -68,7 +68,7 @@ void add_print_command(CLI::App& app, command_t& command) {
         "value.\nCastling is the king taking his own rook; '?' stands for a promotion that the "
         "format "
         "does not know.");
-    auto const arguments = std::make_shared<arguments_t>();
+    auto const arguments = std::make_shared<print_arguments_t>();
     print_app->add_option("BOOK", arguments->book, "The book")->required();
     print_app->add_option("--key", arguments->key,
                           "Only the entries of this key, in hexadecimal; exit code 1 when there "

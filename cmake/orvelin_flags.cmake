@@ -5,7 +5,9 @@ add_library(orvelin_flags INTERFACE)
 target_compile_features(orvelin_flags INTERFACE cxx_std_20)
 target_compile_options(orvelin_flags INTERFACE
   -ffp-contract=off
-  -Wall -Wextra -Wpedantic -Wconversion -Wshadow
+  -Wall -Wextra -Wpedantic -Wconversion
+  # Where files are put together clang warns of the names of a header which a file before it keeps.
+  $<$<NOT:$<AND:$<BOOL:${ORVELIN_UNITY}>,$<CXX_COMPILER_ID:Clang>>>:-Wshadow>
   # In a text that is put before a temporary one g++ 12 sees copies that overlap (its bug 105651).
   $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
 if(NOT CMAKE_SYSTEM_PROCESSOR MATCHES "x86|AMD64")

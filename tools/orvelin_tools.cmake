@@ -16,7 +16,8 @@ set_source_files_properties("${orvelin_tools}/support/tool_main.cpp" PROPERTIES
   COMPILE_OPTIONS "${orvelin_command_line_options}")
 
 # For checks the tools are built quickly. CLI11 takes long enough to compile as it is: the files that
-# read a command line are hardly optimised, and under the sanitizers not at all.
+# read a command line, which belong to the program alone, are hardly optimised then, and under the
+# sanitizers not at all.
 function(orvelin_add_tool name)
   file(GLOB sources CONFIGURE_DEPENDS "${orvelin_tools}/${name}/*.cpp")
   list(REMOVE_ITEM sources ${orvelin_replaced_sources})
@@ -24,19 +25,19 @@ function(orvelin_add_tool name)
   if(NOT main IN_LIST sources)
     return()
   endif()
-  list(REMOVE_ITEM sources "${main}")
-  add_executable(orvelin-${name} "${main}")
+  file(GLOB command_lines CONFIGURE_DEPENDS "${orvelin_tools}/${name}/*_command.cpp")
+  list(REMOVE_ITEM sources "${main}" ${command_lines})
+  add_executable(orvelin-${name} "${main}" ${command_lines})
   target_link_libraries(orvelin-${name} PRIVATE orvelin_tool_support)
+  orvelin_put_together(orvelin-${name} 1)
   if(sources)
     add_library(orvelin_${name}_tool STATIC ${sources})
     target_link_libraries(orvelin_${name}_tool PUBLIC orvelin_tool_support)
+    orvelin_put_together(orvelin_${name}_tool 2)
     target_link_libraries(orvelin-${name} PRIVATE orvelin_${name}_tool)
   endif()
   if(orvelin_command_line_options)
-    file(GLOB command_lines CONFIGURE_DEPENDS
-      "${orvelin_tools}/${name}/main.cpp" "${orvelin_tools}/${name}/*_command.cpp")
-    set_source_files_properties(${command_lines} PROPERTIES
-      COMPILE_OPTIONS "${orvelin_command_line_options}")
+    target_compile_options(orvelin-${name} PRIVATE ${orvelin_command_line_options})
     orvelin_link_core_first(orvelin-${name})
   endif()
   if(ORVELIN_QUICK_TOOLS)

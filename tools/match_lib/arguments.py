@@ -24,8 +24,9 @@ cmd, name, dir (where it works), option.NAME, its own tc, movetime, nodes or dep
 it calls a pawn, if not 100), margin (its own). What is said after --each holds for all engines.
 """
 EPILOG = """
-Other commands: `orvelin-match merge FILE... -o FILE` makes one file of those of all shards, and
-`orvelin-match report FILE...` tells again what such files hold; each has --help. The table goes to
+Other commands: `orvelin-match merge FILE... -o FILE` makes one file of those of all shards,
+`orvelin-match report FILE...` tells again what such files hold, and `orvelin-match keep FILE... -o
+FILE` keeps little of them, compressed; each has --help. The table goes to
 standard output, progress to standard error; as FILE, - is standard output. The exit status is 0
 when the match came to its end, 1 when --faults found a fault, an engine cannot be started, or a file
 cannot be read or written, 2 for bad usage, 130, 143 or 129 when it was interrupted by

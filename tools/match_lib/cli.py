@@ -68,6 +68,8 @@ def _chosen(words, console):
         return commands.merge(words[1:])
     if words[:1] == ["report"]:
         return commands.report_files(words[1:])
+    if words[:1] == ["keep"]:
+        return commands.keep(words[1:])
     return _play(words, console)
 
 

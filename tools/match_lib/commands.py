@@ -1,14 +1,14 @@
-"""What is done with the files of matches that are over: merge and report."""
+"""What is done with the files of matches that are over: merge, report and keep."""
 
 import os
 
-from match_lib import report, results
+from match_lib import kept, report, results
 from match_lib.arguments import EPILOG
 from match_lib.pgn_text import pgn_text
 from match_lib.sprt import Sprt
 from match_lib.standings import Standings
 from orvelin_lib.arguments import Parser, file_name
-from orvelin_lib.files import write_file
+from orvelin_lib.files import write_bytes, write_file
 from orvelin_lib.tool_main import UsageError, print_whole
 
 STATUS = EPILOG[EPILOG.index("The exit") :].replace("came to its end", "is whole")
@@ -27,6 +27,20 @@ def merge(arguments):
     if not options.overwrite:
         _check_kept(options.output, text)
     write_file(options.output, text)
+    return 0
+
+
+def keep(arguments):
+    """Writes what is worth to be kept of a match: players, openings, results, and a few figures of
+    each game, compressed. The files are of one match: the whole, or any of its shards."""
+    parser = Parser(prog="orvelin-match keep", description=keep.__doc__)
+    parser.add_argument("files", nargs="+", type=file_name, metavar="FILE", help="of one match")
+    name = {"type": file_name, "required": True, "metavar": f"NAME{kept.END}"}
+    parser.add_argument("-o", dest="output", **name, help="is replaced when it is there")
+    options = parser.parse_args(arguments)
+    if not options.output.endswith(kept.END):
+        raise UsageError(f"-o: {options.output}: the name ends with {kept.END}")
+    write_bytes(options.output, kept.data(*kept.of_files(options.files)))
     return 0
 
 

@@ -134,9 +134,14 @@ def write_file(name, text):
     standard output."""
     if name == "-":
         print_whole(text)
-        return
+    else:
+        write_bytes(name, text.encode("utf-8", "replace"))
+
+
+def write_bytes(name, data):
+    """Writes a file, as write_file does, of bytes."""
     try:
-        _Target(name).write(text.encode("utf-8", "replace"))
+        _Target(name).write(data)
     except OSError as error:
         raise write_error(name, error) from None
 

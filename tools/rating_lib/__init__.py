@@ -1,0 +1,1 @@
+"""Ratings: the matches of the ladder, one fit of all games, and the document that tells of it."""

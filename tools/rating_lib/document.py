@@ -1,0 +1,233 @@
+"""The page that tells how strong the engine and its levels are, from kept results alone."""
+
+from collections import Counter
+from dataclasses import dataclass
+
+from match_lib.standings import Standings
+from match_lib.statistics import elo_of, estimate
+from orvelin_lib.table import counted, table
+from rating_lib.games import results_of
+from rating_lib.plan import GAMES, LEVELS
+from rating_lib.ratings import rated
+from rating_lib.words import (
+    EQUAL,
+    FULL,
+    HEAD,
+    LEFT_OUT,
+    LEVEL_NOTE,
+    MATCHES,
+    MODEL,
+    PLAY,
+    PRELIMINARY,
+    SCALE,
+)
+
+START_ENTRY = {"kind": "game", "fen": "- w", "opening": [], "depths": [], "nodes": [], "times": []}
+
+
+@dataclass(frozen=True)
+class Summary:
+    """A match in figures, from the side of its first player."""
+
+    match: object
+    standings: Standings
+    depths: tuple
+    least_left: tuple
+
+    @property
+    def players(self):
+        return [self.match.players[player["name"]] for player in self.match.head["players"]]
+
+    @property
+    def is_equal(self):
+        """Whether it is one engine against itself: two names without a title, or the same one, and
+        the same settings."""
+        first, second = self.players
+        return (first.title, first.limit, first.options) == (
+            second.title,
+            second.limit,
+            second.options,
+        )
+
+
+def summary(match):
+    """The figures of a match of two players."""
+    names = [player["name"] for player in match.head["players"]]
+    standings = Standings(names)
+    depths, left = {name: [] for name in names}, {name: [] for name in names}
+    for game in match.games:
+        faults = [
+            {"engine": engine, "kind": kind}
+            for engine, kind, count in game["faults"]
+            for _ in range(count)
+        ]
+        standings.add({**START_ENTRY, **game, "fen": "- w", "opening": [], "memory": None,
+                       "faults": faults})
+        for index, name in enumerate((game["white"], game["black"])):
+            depths[name].append(game["depth"][index])
+            left[name].append(game["left"][index])
+    return Summary(
+        match,
+        standings,
+        tuple(_mean(depths[name]) for name in names),
+        tuple(min(filter(None, left[name]), default=None) for name in names),
+    )
+
+
+def _mean(values):
+    known = [value for value in values if value is not None]
+    return sum(known) / len(known) if known else None
+
+
+def document(matches, play_rows=()):
+    """The whole page."""
+    ratings = rated(results_of(matches))
+    summaries = [summary(match) for match in matches if match.games]
+    equal = [each for each in summaries if each.is_equal]
+    others = [each for each in summaries if not each.is_equal]
+    parts = [HEAD, *_scale(ratings), *_levels(ratings, others)]
+    if play_rows:
+        parts += [PLAY, _play_table(play_rows)]
+    parts += [FULL, _full_table(ratings, others)]
+    parts += ["## Other engines", _engines_table(ratings, others)]
+    if equal:
+        parts += [EQUAL, _matches_table(equal)]
+    parts += [MATCHES, _matches_table(others), *_faults(summaries), *_left_out(ratings, others)]
+    return "\n\n".join(part.strip("\n") for part in parts) + "\n"
+
+
+def _players(summaries):
+    """All players by label, in the order of the files."""
+    return {player.label: player for each in summaries for player in each.players}
+
+
+def _scale(ratings):
+    rows = []
+    for label, claim in sorted(ratings.anchors.items(), key=lambda each: (each[1], each[0])):
+        rating = ratings.ratings[label]
+        rows.append([label, claim, *_figures(rating), f"{rating.elo - claim:+.0f}"])
+    yield SCALE
+    yield table(("engine", "its claim", "fitted", "+-", "games", "difference"), rows)
+    advantage, error = ratings.advantage
+    shares = ratings.fit.draws / (2 + ratings.fit.draws)
+    yield MODEL.format(advantage=f"{advantage:.0f} ± {error:.0f}", draws=f"{100 * shares:.0f} %")
+
+
+def _figures(rating):
+    """Cells of the rating, its error, and the number of games."""
+    if rating is None:
+        return ["-", "-", "-"]
+    return [f"{rating.elo:.0f}", f"{rating.error:.0f}", rating.games]
+
+
+def _levels(ratings, summaries):
+    players = _players(summaries)
+    levels = {
+        player.level: label
+        for label, player in players.items()
+        if player.is_ours and player.level is not None
+    }
+    rows, played = [], 0
+    for level in sorted({*LEVELS, *levels}):
+        rating = ratings.ratings.get(levels.get(level))
+        inside = "-"
+        if rating is not None:
+            inside = "yes" if abs(rating.elo - level) <= rating.error else "no"
+            played += rating.games
+        opponents = _opponents(levels.get(level), summaries)
+        rows.append([level, *_figures(rating), inside, opponents])
+    yield LEVEL_NOTE
+    yield table(("UCI_Elo", "rating", "+-", "games", "inside", "opponents (games)"), rows)
+    games = sum(each.standings.games for each in summaries if _has_level(each))
+    if any(row[3] == "-" or row[3] < GAMES for row in rows):
+        yield PRELIMINARY.format(games=counted(games, "game"))
+
+
+def _has_level(each):
+    return any(player.is_ours and player.level is not None for player in each.players)
+
+
+def _opponents(label, summaries):
+    """Whom a player met, by the short names of the files."""
+    met = Counter()
+    for each in summaries:
+        labels = [player.label for player in each.players]
+        if label in labels:
+            other = each.players[1 - labels.index(label)]
+            met[other.name.removeprefix("orvelin-play-")] += each.standings.games
+    return ", ".join(f"{name} ({games})" for name, games in met.items()) or "-"
+
+
+def _full_table(ratings, summaries):
+    rows = []
+    for label, player in _players(summaries).items():
+        if player.is_ours and player.level is None:
+            rating = ratings.ratings.get(label)
+            rows.append([label, *_figures(rating), _opponents(label, summaries)])
+    return table(("engine", "rating", "+-", "games", "opponents (games)"), rows)
+
+
+def _engines_table(ratings, summaries):
+    rows = [
+        (ratings.ratings[label], player.title, label)
+        for label, player in _players(summaries).items()
+        if not player.is_ours and label in ratings.ratings
+    ]
+    rows.sort(key=lambda row: -row[0].elo)
+    cells = [[label, title or "-", *_figures(rating)] for rating, title, label in rows]
+    return table(("engine, what it is given", "its name", "rating", "+-", "games"), cells)
+
+
+def _matches_table(summaries):
+    head = ("match", "limit", "games", "won", "drawn", "lost", "Elo", "+-", "depths", "least left ms")
+    rows = []
+    for each in sorted(summaries, key=lambda each: each.match.file):
+        names = each.standings.names
+        limits = dict.fromkeys(player.limit for player in each.players)
+        total = each.standings.totals[names[0]]
+        found = estimate(total.pairs)
+        elo = elo_of(total.points / total.games)
+        rows.append([
+            " - ".join(name.removeprefix("orvelin-play-") for name in names),
+            " / ".join(limits), total.games, total.wins, total.draws, total.losses,
+            f"{elo:+.0f}", "-" if found is None else f"{found.error:.0f}",
+            " / ".join("-" if depth is None else f"{depth:.1f}" for depth in each.depths),
+            " / ".join("-" if left is None else str(left) for left in each.least_left),
+        ])
+    return table(head, rows)
+
+
+def _faults(summaries):
+    """Of our engine and of others, with losses on time."""
+    ours, others, late, games = Counter(), Counter(), Counter(), 0
+    for each in summaries:
+        games += each.standings.games
+        for player in each.players:
+            work = each.standings.work[player.name]
+            mine = player.is_ours or each.is_equal
+            (ours if mine else others).update(work.faults)
+            late[mine] += work.time_losses
+    yield "## Faults"
+    yield (
+        f"In {counted(games, 'game')} `orvelin-play` {_told(ours, late[True])}; the other engines"
+        f" {_told(others, late[False])}."
+    )
+
+
+def _told(faults, late):
+    other = {kind: count for kind, count in faults.items() if kind != "time"}
+    words = ", ".join(f"{kind} {count}" for kind, count in sorted(other.items())) or "no fault"
+    return f"had {words} and lost {counted(late, 'game')} on time"
+
+
+def _left_out(ratings, summaries):
+    players = _players(summaries)
+    rows = [[label, why] for label, why in ratings.left_out.items() if label in players]
+    if rows:
+        yield LEFT_OUT
+        yield table(("engine, what it is given", "why"), rows)
+
+
+def _play_table(rows):
+    head = ("UCI_Elo", "games", "moves", "loss a move", "?! a game", "? a game", "?? a game")
+    return table(head, rows)

@@ -1,8 +1,12 @@
 // Weaker play: a level is the same on every machine.
 
+#include <atomic>
 #include <chrono>
+#include <csignal>
 #include <gtest/gtest.h>
 #include <string>
+#include <sys/types.h>
+#include <thread>
 #include <vector>
 
 #include "play/play_process.h"
@@ -22,9 +26,38 @@ constexpr int plies = short_tests ? 4 : 10;
 /// that the budget of nodes ends each search.
 constexpr char const* clock_limit = "go wtime 4900 btime 4900 movestogo 1";
 
-/// The moves of a game against itself, in one process.
-std::string game(int elo, int hash, std::string const& go) {
-    PlayProcess process;
+/// Lets a process run for a quarter of the time, as on a slow machine.
+class Brake {
+ public:
+    explicit Brake(pid_t process) : process_(process), thread_([this] { work(); }) {}
+    ~Brake() {
+        ended_ = true;
+        thread_.join();
+    }
+    Brake(Brake const&) = delete;
+    Brake& operator=(Brake const&) = delete;
+
+    int stops() const { return stops_; }
+
+ private:
+    void work() {
+        while (!ended_) {
+            ::kill(process_, SIGSTOP);
+            std::this_thread::sleep_for(milliseconds(3));
+            ::kill(process_, SIGCONT);
+            std::this_thread::sleep_for(milliseconds(1));
+            ++stops_;
+        }
+    }
+
+    pid_t process_;
+    std::atomic<bool> ended_ = false;
+    std::atomic<int> stops_ = 0;
+    std::thread thread_;
+};
+
+/// The moves of a game against itself, of that process.
+std::string game_of(PlayProcess& process, int elo, int hash, std::string const& go) {
     process.set_option("UCI_LimitStrength", "true");
     process.set_option("UCI_Elo", std::to_string(elo));
     process.set_option("Hash", std::to_string(hash));
@@ -42,6 +75,12 @@ std::string game(int elo, int hash, std::string const& go) {
     return moves;
 }
 
+/// The same, in a process of its own.
+std::string game(int elo, int hash, std::string const& go) {
+    PlayProcess process;
+    return game_of(process, elo, hash, go);
+}
+
 class ProcessPlayLevels : public testing::TestWithParam<int> {};
 
 TEST_P(ProcessPlayLevels, PlayTheSameWhateverTheHashAndTheLimit) {
@@ -52,6 +91,15 @@ TEST_P(ProcessPlayLevels, PlayTheSameWhateverTheHashAndTheLimit) {
     EXPECT_EQ(game(elo, 16, "go nodes 100000000"), expected);
     EXPECT_EQ(game(elo, 256, "go depth 60"), expected);
     EXPECT_EQ(game(elo, 1, "go depth 4"), game(elo, 256, "go depth 4"));
+}
+
+TEST(ProcessPlayLevelsSpeed, PlayTheSameOnAQuarterOfAProcessor) {
+    for (int const elo : {800, 1400}) {
+        PlayProcess process;
+        Brake const brake(process.id());
+        EXPECT_EQ(game_of(process, elo, 16, clock_limit), game(elo, 16, clock_limit)) << elo;
+        EXPECT_GT(brake.stops(), 0);
+    }
 }
 
 TEST_P(ProcessPlayLevels, AnswerWithinTheClock) {

@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <sys/types.h>
 #include <thread>
 #include <vector>
 
@@ -38,6 +39,8 @@ class EngineProcess {
     ~EngineProcess();
     EngineProcess(EngineProcess const&) = delete;
     EngineProcess& operator=(EngineProcess const&) = delete;
+
+    pid_t id() const { return child_.id(); }
 
     /// Writes the text and a newline.
     void send(std::string const& line) { write(line + "\n"); }

@@ -56,16 +56,16 @@ class LadderTest(ScratchTest):
     def made(self, *matches):
         return Ladder(self.directory, matches)
 
-    def played(self, name, shard, games, milliseconds):
-        """The file of a part in which each game took so long."""
+    def played(self, name, shard, games, nodes):
+        """The file of a part in which each game took so many nodes."""
         head = {"kind": "run", "players": [], "shard": [shard, SHARDS]}
         game = {"pair": 0, "white": "", "black": "", "result": "", "reason": "", "moves": [],
-                "opening": [], "fen": "", "faults": [], "times": [milliseconds]}
+                "opening": [], "fen": "", "faults": [], "nodes": [nodes, None]}
         records = [head, *({**game, "game": number} for number in range(games))]
         text = "".join(json.dumps(each) + "\n" for each in records)
         self.file(f"{name}.{shard}.jsonl", text)
 
-    def test_the_match_with_the_least_time_is_next(self):
+    def test_the_match_with_the_fewest_nodes_is_next(self):
         one, two = Planned("one", (), 1), Planned("two", (), 2)
         self.played("one", 1, PART, 2000)
         self.played("two", 1, PART, 3000)

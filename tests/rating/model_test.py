@@ -11,6 +11,7 @@ from rating_lib.model import PER_ELO, chances, fitted, reachable
 # it won and lost against each other one. A. Agresti, Categorical Data Analysis, 2nd edition, 2002,
 # section 10.6, which also has the fit by the Bradley-Terry model.
 TEAMS = ("Milwaukee", "Detroit", "Toronto", "New York", "Boston", "Cleveland", "Baltimore")
+ANCHORED = [{team: float(team == "Baltimore") for team in TEAMS}]
 HOME = """
 -   4-3 4-2 4-3 6-1 4-2 6-0
 3-3 -   4-2 4-3 6-0 6-1 4-3
@@ -47,7 +48,7 @@ class PublishedTest(unittest.TestCase):
             )
             for home, away in counts
         }
-        found = fitted(counts, {"Baltimore": 1})
+        found = fitted(counts, ANCHORED)
         self.assertAlmostEqual(found.advantage, 0, 6)
         half = math.sqrt(0.5)
         self.check(found, {
@@ -58,7 +59,7 @@ class PublishedTest(unittest.TestCase):
         })
 
     def test_with_the_advantage_of_the_home_team(self):
-        found = fitted(baseball(), {"Baltimore": 1})
+        found = fitted(baseball(), ANCHORED)
         self.assertAlmostEqual(found.advantage * PER_ELO, 0.3023, 3)
         self.assertAlmostEqual(found.advantage_error * PER_ELO, 0.1309, 3)
         self.check(found, {"Milwaukee": (1.6196, 0.3474), "Cleveland": (0.7047, 0.3350)})
@@ -67,7 +68,7 @@ class PublishedTest(unittest.TestCase):
 class ByHandTest(unittest.TestCase):
     def test_three_to_one(self):
         # Odds of 3 to 1 are 400 * log10(3) Elo; of 200 games the information is 200 * 3/4 * 1/4.
-        found = fitted({("A", "B"): (75, 0, 25), ("B", "A"): (25, 0, 75)}, {"B": 1})
+        found = fitted({("A", "B"): (75, 0, 25), ("B", "A"): (25, 0, 75)}, [{"A": 0, "B": 1}])
         self.assertAlmostEqual(found.elo["A"], 400 * math.log10(3), 6)
         self.assertAlmostEqual(found.error["A"], 1 / math.sqrt(37.5) / PER_ELO, 6)
         self.assertEqual((found.elo["B"], found.error["B"], found.draws), (0, 0, 0))
@@ -79,7 +80,7 @@ class ByHandTest(unittest.TestCase):
     def test_draws(self):
         # The three shares are fitted exactly: wins to losses are exp(x), draws their mean times 30
         # by the root of 50 * 20. On the scale of Elo x shrinks by 2 / (2 + draws).
-        found = fitted({("A", "B"): (50, 30, 20), ("B", "A"): (20, 30, 50)}, {"B": 1})
+        found = fitted({("A", "B"): (50, 30, 20), ("B", "A"): (20, 30, 50)}, [{"A": 0, "B": 1}])
         draws = 30 / math.sqrt(1000)
         self.assertAlmostEqual(found.draws, draws, 8)
         self.assertAlmostEqual(found.elo["A"], 400 * math.log10(2.5) * 2 / (2 + draws), 6)
@@ -97,15 +98,24 @@ class ByHandTest(unittest.TestCase):
             decided = 1000 - draws
             won = decided / 2 + 10
             cell = (won, draws, decided - won)
-            found = fitted({("A", "B"): cell, ("B", "A"): cell[::-1]}, {"B": 1})
+            found = fitted({("A", "B"): cell, ("B", "A"): cell[::-1]}, [{"A": 0, "B": 1}])
             self.assertAlmostEqual(found.elo["A"], 400 * math.log10(0.51 / 0.49), delta=0.02)
 
     def test_a_chain_adds_up(self):
         step = {("A", "B"): (75, 0, 25), ("B", "A"): (25, 0, 75)}
         other = {("B", "C"): (75, 0, 25), ("C", "B"): (25, 0, 75)}
-        found = fitted({**step, **other}, {"C": 1})
+        found = fitted({**step, **other}, [{"A": 0, "B": 0, "C": 1}])
         self.assertAlmostEqual(found.elo["A"], 800 * math.log10(3), 5)
         self.assertAlmostEqual(found.error["A"], math.sqrt(2 / 37.5) / PER_ELO, 5)
+
+    def test_groups_without_games_between_them(self):
+        even = {("A", "B"): (75, 0, 25), ("B", "A"): (25, 0, 75)}
+        other = {("C", "D"): (40, 0, 60), ("D", "C"): (60, 0, 40)}
+        found = fitted({**even, **other}, [{"A": 0, "B": 1}, {"C": 1, "D": 1}])
+        alone = fitted(other)
+        self.assertAlmostEqual(found.elo["A"], 400 * math.log10(3), 6)
+        self.assertAlmostEqual(found.elo["C"], 200 * math.log10(40 / 60), 6)
+        self.assertAlmostEqual(found.error["C"], alone.error["C"], 6)
 
     def test_chances(self):
         win, draw, loss = chances(math.log(4), 1)
@@ -143,7 +153,7 @@ class KnownStrengthTest(unittest.TestCase):
         scale = 2 / (2 + self.DRAWS) / PER_ELO
         hits, total, advantages = [0] * 5, 0, 0
         for _ in range(self.MATCHES):
-            found = fitted(self.counts(chance), {0: 1})
+            found = fitted(self.counts(chance), [{player: player == 0 for player in range(5)}])
             total += 1
             for player, strength in enumerate(self.STRENGTHS):
                 error = abs(found.elo[player] - strength * scale)

@@ -54,6 +54,12 @@ class ScaleTest(unittest.TestCase):
             made.ratings[A.label].error, QUANTILE * made.fit.error[A.label])
         self.assertAlmostEqual(made.advantage[1], QUANTILE * made.fit.advantage_error)
 
+    def test_groups_are_tied_to_their_own_anchors(self):
+        made = rated(results((A, LOW, 40, 20, 40), (B, HIGH, 40, 20, 40), (C, D, 40, 20, 40)))
+        self.assertAlmostEqual(made.ratings[A.label].elo, 1500, 3)
+        self.assertAlmostEqual(made.ratings[B.label].elo, 1900, 3)
+        self.assertEqual(set(made.left_out), {C.label, D.label})
+
     def test_without_anchors_the_mean_is_the_zero(self):
         made = rated(results((A, B, 60, 20, 20)))
         self.assertAlmostEqual(made.ratings[A.label].elo, -made.ratings[B.label].elo)

@@ -57,8 +57,8 @@ def _row(standings, name):
         total.draws,
         total.losses,
         _percent(total.points, games),
-        "-" if elo is None else _signed(elo),
-        _signed(found.error).lstrip("+") if found else "-",
+        "-" if elo is None else signed(elo),
+        signed(found.error).lstrip("+") if found else "-",
         f"{100 * found.superiority:.1f} %" if found else "-",
         _percent(total.draws, games),
         "-" if work.depth is None else f"{work.depth:.1f}",
@@ -77,11 +77,12 @@ def _percent(part, whole):
     return f"{100 * part / whole:.1f} %" if whole else "-"
 
 
-def _signed(elo):
+def signed(elo, digits=1):
+    """A difference with its sign, so many digits behind the point."""
     if not math.isfinite(elo):
         return "inf" if elo > 0 else "-inf"
-    text = f"{elo:+.1f}"
-    return "0.0" if text in ("+0.0", "-0.0") else text
+    text = f"{elo:+.{digits}f}"
+    return text[1:] if float(text) == 0 else text
 
 
 def _pairs_line(standings):
@@ -128,7 +129,7 @@ def progress(standings, planned, sprt=None):
         words += f", {first} {standings.totals[first].words()}"
         found = estimate(standings.totals[first].pairs)
         if found:
-            words += f", Elo {_signed(found.elo)} +- {_signed(found.error).lstrip('+')}"
+            words += f", Elo {signed(found.elo)} +- {signed(found.error).lstrip('+')}"
         if sprt is not None:
             words += f", {sprt.state(standings.pairs)}"
     return f"{words}, {counted(len(standings.faults), 'fault')}"

@@ -8,7 +8,7 @@ from orvelin_lib.table import table
 from orvelin_lib.tool_main import UsageError, print_whole, run_tool
 from rating_lib.document import document
 from rating_lib.games import read_matches, results_of
-from rating_lib.play import FILE, read_rows
+from rating_lib.play import FILE, counted_play, read_rows
 from rating_lib.ratings import rated
 
 DESCRIPTION = """
@@ -16,6 +16,10 @@ Fits the strengths of all players to the results of all their games, and prints 
 with its error. What is read are files that orvelin-match keep has written, all of them in a folder,
 or files of matches as they are. The scale is tied to the levels of stockfish, which say of
 themselves how strong they are.
+"""
+EPILOG = f"""
+`fit-ratings play FILE...` counts what the levels play like from lines of JSON of orvelin-analyse,
+for the {FILE} beside the results.
 """
 
 
@@ -43,8 +47,17 @@ def _text(matches):
     return "\n".join(lines) + "\n"
 
 
+def _play(words):
+    parser = Parser(prog="fit-ratings play", description=counted_play.__doc__)
+    parser.add_argument("files", nargs="+", type=file_name, metavar="FILE")
+    print_whole(counted_play(parser.parse_args(words).files))
+    return 0
+
+
 def _run(words):
-    parser = Parser(prog="fit-ratings", description=DESCRIPTION)
+    if words[:1] == ["play"]:
+        return _play(words[1:])
+    parser = Parser(prog="fit-ratings", description=DESCRIPTION, epilog=EPILOG)
     words_of_files = {"nargs": "+", "type": file_name, "metavar": "FILE"}
     parser.add_argument("files", **words_of_files, help="results, or a folder with them")
     page = "prints the page docs/strength.md instead"

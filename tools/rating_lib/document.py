@@ -1,8 +1,10 @@
 """The page that tells how strong the engine and its levels are, from kept results alone."""
 
+import re
 from collections import Counter
 from dataclasses import dataclass
 
+from match_lib.report import signed
 from match_lib.standings import Standings
 from match_lib.statistics import elo_of, estimate
 from orvelin_lib.table import counted, table
@@ -22,12 +24,13 @@ from rating_lib.words import (
     SCALE,
 )
 
-START_ENTRY = {"kind": "game", "fen": "- w", "opening": [], "depths": [], "nodes": [], "times": []}
+# What a record has and a kept game has not, so that the same counts can be made of both.
+NOT_KEPT = {"kind": "game", "fen": "- w", "depths": [], "nodes": [], "times": [], "memory": None}
 
 
 @dataclass(frozen=True)
 class Summary:
-    """A match in figures, from the side of its first player."""
+    """A match of two players in figures, in the order in which its settings name them."""
 
     match: object
     standings: Standings
@@ -40,18 +43,13 @@ class Summary:
 
     @property
     def is_equal(self):
-        """Whether it is one engine against itself: two names without a title, or the same one, and
-        the same settings."""
+        """Whether it is one engine with the same settings against itself."""
         first, second = self.players
-        return (first.title, first.limit, first.options) == (
-            second.title,
-            second.limit,
-            second.options,
-        )
+        return all(getattr(first, key) == getattr(second, key) for key in ("title", "limit", "options"))
 
 
 def summary(match):
-    """The figures of a match of two players."""
+    """The figures of a match."""
     names = [player["name"] for player in match.head["players"]]
     standings = Standings(names)
     depths, left = {name: [] for name in names}, {name: [] for name in names}
@@ -61,8 +59,7 @@ def summary(match):
             for engine, kind, count in game["faults"]
             for _ in range(count)
         ]
-        standings.add({**START_ENTRY, **game, "fen": "- w", "opening": [], "memory": None,
-                       "faults": faults})
+        standings.add({**game, **NOT_KEPT, "opening": [], "faults": faults})
         for index, name in enumerate((game["white"], game["black"])):
             depths[name].append(game["depth"][index])
             left[name].append(game["left"][index])
@@ -70,8 +67,12 @@ def summary(match):
         match,
         standings,
         tuple(_mean(depths[name]) for name in names),
-        tuple(min(filter(None, left[name]), default=None) for name in names),
+        tuple(_least(left[name]) for name in names),
     )
+
+
+def _least(values):
+    return min((value for value in values if value is not None), default=None)
 
 
 def _mean(values):
@@ -85,10 +86,10 @@ def document(matches, play_rows=()):
     summaries = [summary(match) for match in matches if match.games]
     equal = [each for each in summaries if each.is_equal]
     others = [each for each in summaries if not each.is_equal]
-    parts = [HEAD, *_scale(ratings), *_levels(ratings, others)]
+    parts = [HEAD, *_levels(ratings, others)]
     if play_rows:
         parts += [PLAY, _play_table(play_rows)]
-    parts += [FULL, _full_table(ratings, others)]
+    parts += [FULL, _full_table(ratings, others), *_scale(ratings)]
     parts += ["## Other engines", _engines_table(ratings, others)]
     if equal:
         parts += [EQUAL, _matches_table(equal)]
@@ -154,7 +155,7 @@ def _opponents(label, summaries):
         labels = [player.label for player in each.players]
         if label in labels:
             other = each.players[1 - labels.index(label)]
-            met[other.name.removeprefix("orvelin-play-")] += each.standings.games
+            met[_short(other.name)] += each.standings.games
     return ", ".join(f"{name} ({games})" for name, games in met.items()) or "-"
 
 
@@ -179,22 +180,46 @@ def _engines_table(ratings, summaries):
 
 
 def _matches_table(summaries):
-    head = ("match", "limit", "games", "won", "drawn", "lost", "Elo", "+-", "depths", "least left ms")
-    rows = []
-    for each in sorted(summaries, key=lambda each: each.match.file):
-        names = each.standings.names
-        limits = dict.fromkeys(player.limit for player in each.players)
-        total = each.standings.totals[names[0]]
-        found = estimate(total.pairs)
-        elo = elo_of(total.points / total.games)
-        rows.append([
-            " - ".join(name.removeprefix("orvelin-play-") for name in names),
-            " / ".join(limits), total.games, total.wins, total.draws, total.losses,
-            f"{elo:+.0f}", "-" if found is None else f"{found.error:.0f}",
-            " / ".join("-" if depth is None else f"{depth:.1f}" for depth in each.depths),
-            " / ".join("-" if left is None else str(left) for left in each.least_left),
-        ])
-    return table(head, rows)
+    head = "match limit margin games won drawn lost Elo +- depths least-left late".split()
+    rows = [_match_row(each) for each in sorted(summaries, key=_natural)]
+    return table([word.replace("-l", " l") for word in head], rows)
+
+
+def _natural(each):
+    """800 stands before 1100."""
+    words = re.split(r"(\d+)", each.match.file)
+    return [int(word) if word.isdigit() else word for word in words]
+
+
+def _match_row(each):
+    names = each.standings.names
+    limits = dict.fromkeys(player.limit for player in each.players)
+    total = each.standings.totals[names[0]]
+    found = estimate(total.pairs)
+    late = [each.standings.work[name].time_losses for name in names]
+    return [
+        " - ".join(_short(name) for name in names),
+        " / ".join(limits),
+        f"{each.match.head['margin']:g}",
+        total.games,
+        total.wins,
+        total.draws,
+        total.losses,
+        signed(elo_of(total.points / total.games), 0),
+        "-" if found is None else f"{found.error:.0f}",
+        _both(each.depths, ".1f"),
+        _both(each.least_left, "d"),
+        _both(late, "d"),
+    ]
+
+
+def _short(name):
+    """A level is its number alone."""
+    return name.removeprefix("orvelin-play-")
+
+
+def _both(values, form):
+    return " / ".join("-" if value is None else format(value, form) for value in values)
 
 
 def _faults(summaries):

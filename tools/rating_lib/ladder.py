@@ -7,10 +7,11 @@ import signal
 import subprocess
 import sys
 
+from match_lib import kept
 from match_lib.pairing import Schedule
 from match_lib.results import read
 from orvelin_lib.arguments import Parser, file_name
-from orvelin_lib.files import make_folder
+from orvelin_lib.files import make_folder, write_bytes
 from orvelin_lib.table import table
 from orvelin_lib.tool_main import ToolError, print_whole, run_tool, take_signals
 from rating_lib.plan import GAMES, SHARDS, plan
@@ -22,7 +23,7 @@ MOST_MOVES = "250"
 DESCRIPTION = """
 Plays the matches that place the levels of orvelin-play. FOLDER holds the engine, orvelin-play, and
 gets a file of orvelin-match for each part of each match. The next part is always one of the match
-that has taken the least time so far. A signal ends the run, and the same command goes on with it.
+that has taken the fewest nodes so far. A signal ends the run, and the same command goes on with it.
 """
 
 
@@ -32,7 +33,7 @@ class Part:
     def __init__(self, folder, match, shard):
         self.match, self.shard = match, shard
         self.file = os.path.join(folder, f"{match.name}.{shard}.jsonl")
-        self.games, self.seconds = 0, 0.0
+        self.games = self.nodes = 0
         self.look()
 
     def look(self):
@@ -41,7 +42,8 @@ class Part:
             return
         _, records = read(self.file)
         self.games = len(records)
-        self.seconds = sum(sum(record["times"]) for record in records) / 1000
+        # Not the time, which tells of the other work of the machine.
+        self.nodes = sum(sum(filter(None, record["nodes"])) for record in records)
 
     @property
     def is_whole(self):
@@ -52,7 +54,9 @@ class Part:
         for player in self.match.players:
             words += ["--engine", *player]
         words += ["--each", "option.Hash=16", "--games", str(GAMES)]
-        words += ["--shard", f"{self.shard}/{SHARDS}", "--longest", "60", "--max-moves", MOST_MOVES]
+        words += ["--shard", f"{self.shard}/{SHARDS}", "--longest", "300", "--max-moves", MOST_MOVES]
+        # At the lowest priority an engine may get no time for long.
+        words += ["--patience", "60"]
         words += ["--openings", openings, "--order", "random", "--seed", str(self.match.seed)]
         return [*words, "--jsonl", self.file, "--resume", "--quiet"]
 
@@ -70,7 +74,7 @@ class Ladder:
     def next_part(self):
         """None when all is played."""
         open_parts = [
-            (sum(part.seconds for part in parts), next(part for part in parts if not part.is_whole))
+            (sum(part.nodes for part in parts), next(part for part in parts if not part.is_whole))
             for parts in self.parts.values()
             if not all(part.is_whole for part in parts)
         ]
@@ -82,9 +86,9 @@ class Ladder:
     def table(self):
         rows = []
         for name, parts in self.parts.items():
-            seconds = sum(part.seconds for part in parts)
-            rows.append([name, sum(part.games for part in parts), GAMES, f"{seconds:.0f}"])
-        return table(("match", "played", "of", "seconds"), rows)
+            nodes = sum(part.nodes for part in parts)
+            rows.append([name, sum(part.games for part in parts), GAMES, f"{nodes / 1e6:.1f}"])
+        return table(("match", "played", "of", "million nodes"), rows)
 
 
 class _Runner:
@@ -115,15 +119,29 @@ class _Runner:
 def _run(words, console):
     parser = Parser(prog="run-ladder", description=DESCRIPTION)
     parser.add_argument("folder", type=file_name, metavar="FOLDER")
-    parser.add_argument("--list", action="store_true", help="tells what was played, and ends")
+    choice = parser.add_mutually_exclusive_group()
+    choice.add_argument("--list", action="store_true", help="tells what was played, and ends")
+    name = {"type": file_name, "metavar": "FOLDER"}
+    choice.add_argument("--keep", **name, help="writes there what is kept of each match, and ends")
     options = parser.parse_args(words)
     if not options.list:
-        make_folder(options.folder)
+        make_folder(options.keep or options.folder)
     ladder = Ladder(options.folder, plan(os.path.join(os.path.abspath(options.folder), ENGINE)))
     if options.list:
         print_whole(ladder.table() + "\n")
         return 0
+    if options.keep:
+        keep(ladder, options.keep)
+        return 0
     return play(ladder, console)
+
+
+def keep(ladder, folder):
+    """Writes a kept file of each match that has begun."""
+    for name, parts in ladder.parts.items():
+        if files := [part.file for part in parts if part.games]:
+            data = kept.data(*kept.of_files(files))
+            write_bytes(os.path.join(folder, name + kept.END), data)
 
 
 def play(ladder, console):

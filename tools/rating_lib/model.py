@@ -29,8 +29,8 @@ PER_ELO = math.log(10) / 400
 
 @dataclass(frozen=True)
 class Fit:
-    """Strengths are in Elo, each against the same zero, which is the mean of the tied players if
-    there are any. Errors are standard deviations against that zero, in Elo too."""
+    """Strengths are in Elo, each against the zero of its group. Errors are standard deviations
+    against that zero, in Elo too."""
 
     elo: dict
     error: dict
@@ -82,17 +82,21 @@ def _closure(edges, start):
     return found
 
 
-def fitted(counts, weights=None):
-    """The fit of counts of games by (White, Black): (won, drawn, lost) by White. All players have
-    to be connected by points in both directions. The zero is the mean of the players with weights,
-    or that of all."""
+def fitted(counts, groups=None):
+    """The fit of counts of games by (White, Black): (won, drawn, lost) by White. A group has all
+    players who are connected by points in both directions, by their weights: the mean that these
+    give is its zero. Advantage and rate of draws are common to all groups. Without groups all
+    players are one, and each has the same weight."""
     names = sorted({name for pair in counts for name in pair})
+    groups = groups or [dict.fromkeys(names, 1.0)]
     places = {name: place for place, name in enumerate(names)}
     cells = [(places[white], places[black], cell) for (white, black), cell in counts.items()]
     has_draws = any(cell[1] for _, _, cell in cells)
     # The last two are the advantage and the logarithm of the rate of draws.
     values = [0.0] * len(names) + [0.0, 0.0 if has_draws else -math.inf]
-    fixed = {0} if has_draws else {0, len(names) + 1}
+    fixed = {places[min(group)] for group in groups}
+    if not has_draws:
+        fixed.add(len(names) + 1)
     free = [place for place in range(len(values)) if place not in fixed]
     likelihood, gradient, information = _slopes(cells, values)
     for _ in range(STEPS):
@@ -110,7 +114,7 @@ def fitted(counts, weights=None):
         likelihood, gradient, information = found
         if max(abs(change) for change in step) < SETTLED:
             break
-    return _told(names, values, free, _part(information, free), weights)
+    return _told(names, values, free, _part(information, free), groups)
 
 
 def _part(matrix, free):
@@ -147,18 +151,15 @@ def _slopes(cells, values):
     return likelihood, gradient, information
 
 
-def _told(names, values, free, information, weights):
+def _told(names, values, free, information, groups):
     """The fit on the scale of Elo, with errors by the delta method."""
     covariance = inverse(information)
     where = {place: index for index, place in enumerate(free)}
+    places = {name: place for place, name in enumerate(names)}
     draws = math.exp(values[-1])
     scale = _elo_scale(draws)
     # Of the scale by the logarithm of the rate of draws.
     stretch = -scale * draws / (2 + draws)
-    weights = weights or dict.fromkeys(names, 1.0)
-    total = sum(weights.values())
-    shares = [weights.get(name, 0.0) / total for name in names]
-    zero = sum(share * value for share, value in zip(shares, values))
 
     def deviation(slopes):
         """Standard deviation of what has these slopes by the values."""
@@ -167,11 +168,16 @@ def _told(names, values, free, information, weights):
         return math.sqrt(max(variance, 0.0))
 
     elo, error = {}, {}
-    for index, name in enumerate(names):
-        slopes = [(place, scale * ((place == index) - share)) for place, share in enumerate(shares)]
-        slopes.append((len(names) + 1, stretch * (values[index] - zero)))
-        elo[name] = scale * (values[index] - zero)
-        error[name] = deviation(slopes)
+    for group in groups:
+        total = sum(group.values())
+        shares = {places[name]: weight / total for name, weight in group.items()}
+        zero = sum(share * values[place] for place, share in shares.items())
+        for name in group:
+            own = places[name]
+            slopes = [(place, scale * ((place == own) - share)) for place, share in shares.items()]
+            slopes.append((len(names) + 1, stretch * (values[own] - zero)))
+            elo[name] = scale * (values[own] - zero)
+            error[name] = deviation(slopes)
     advantage = values[-2]
     slopes = [(len(names), scale), (len(names) + 1, stretch * advantage)]
     return Fit(elo, error, scale * advantage, deviation(slopes), draws)

@@ -7,6 +7,7 @@ what that program says of itself, at 60 s + 0.6 s, and the only numbers that the
 The other engines are given a depth: they have no rating of their own then, and connect the levels.
 """
 
+import zlib
 from dataclasses import dataclass
 
 LEVELS = (800, 950, 1100, 1250, 1400, 1550, 1700, 1850, 2000, 2150, 2300, 2400)
@@ -39,10 +40,13 @@ AGAINST_STOCKFISH = {
 }
 # (engine, depth) for levels that are about as strong.
 AGAINST_OTHERS = {
-    1100: (("gnuchess", 1), ("toga2", 1), ("glaurung", 1)),
-    1400: (("gnuchess", 2), ("toga2", 2), ("glaurung", 2)),
-    1700: (("gnuchess", 4), ("toga2", 4), ("glaurung", 4)),
-    2000: (("gnuchess", 6), ("toga2", 6), ("glaurung", 6)),
+    1250: (("glaurung", 1),),
+    1400: (("glaurung", 1),),
+    1550: (("gnuchess", 1), ("toga2", 1)),
+    1700: (("gnuchess", 1), ("toga2", 1), ("glaurung", 2)),
+    1850: (("gnuchess", 2), ("toga2", 2), ("glaurung", 3)),
+    2000: (("gnuchess", 3), ("toga2", 3), ("glaurung", 4)),
+    2150: (("gnuchess", 4), ("toga2", 4)),
 }
 
 
@@ -81,22 +85,18 @@ def other_words(name, depth):
 
 
 def plan(program):
-    """All matches, the levels played by this program. The seed of each match is its place, so that
-    no two begin with the same openings."""
-    meetings = [
-        (f"{low}-{high}", level_words(program, low), level_words(program, high))
-        for low, high in zip(LEVELS, LEVELS[1:])
-    ]
-    for elo in LEVELS:
-        meetings += [
-            (f"{elo}-stockfish-{other}", level_words(program, elo), stockfish_words(other))
-            for other in AGAINST_STOCKFISH[elo]
-        ]
-        meetings += [
-            (f"{elo}-{name}-{depth}", level_words(program, elo), other_words(name, depth))
-            for name, depth in AGAINST_OTHERS.get(elo, ())
-        ]
+    """All matches, the levels played by this program, from the weakest and quickest on. The seed of
+    each match comes from its name, so that no two begin with the same openings."""
+    meetings = []
+    for elo, higher in zip(LEVELS, (*LEVELS[1:], None)):
+        own = level_words(program, elo)
+        if higher is not None:
+            meetings.append((f"{elo}-{higher}", own, level_words(program, higher)))
+        for other in AGAINST_STOCKFISH[elo]:
+            meetings.append((f"{elo}-stockfish-{other}", own, stockfish_words(other)))
+        for name, depth in AGAINST_OTHERS.get(elo, ()):
+            meetings.append((f"{elo}-{name}-{depth}", own, other_words(name, depth)))
     return [
-        Planned(name, (first, second), 200 + place)
-        for place, (name, first, second) in enumerate(meetings)
+        Planned(name, (first, second), zlib.crc32(name.encode()))
+        for name, first, second in meetings
     ]

@@ -44,7 +44,7 @@ class Play:
 
 
 def counted_play(names):
-    """The text of FILE from the JSON Lines of orvelin-analyse."""
+    """Counts what levels play like, from the lines of JSON that orvelin-analyse made of their games."""
     play = Play()
     for name in names:
         for line in read_lines(name):

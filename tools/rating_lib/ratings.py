@@ -1,10 +1,16 @@
 """Ratings of all players on one scale, and of whom nothing can be said on it."""
 
+from collections import Counter
 from dataclasses import dataclass
 
 from match_lib.statistics import QUANTILE
 from orvelin_lib.tool_main import ToolError
 from rating_lib.model import Fit, fitted, reachable
+
+# Why a player has no rating.
+WEAKER = "took no point from those who are rated: infinitely weaker"
+STRONGER = "lost no point to those who are rated: infinitely stronger"
+FAR = "played nobody who is rated"
 
 
 @dataclass(frozen=True)
@@ -18,7 +24,8 @@ class Rating:
 
 @dataclass(frozen=True)
 class Ratings:
-    """`left_out` tells why a player has none. Without anchors the mean of all is 0."""
+    """`left_out` tells why a player has none; `anchors` has the claims that the scale is tied to,
+    by player."""
 
     ratings: dict
     left_out: dict
@@ -32,55 +39,62 @@ class Ratings:
 
 
 def rated(results):
-    """The ratings of all who are connected with an anchor; ToolError when there are none."""
+    """The ratings of all who are connected with an anchor, or, where there is none, with the player
+    of most games, the mean then being 0; ToolError when there is no rating at all. Groups that are
+    not connected by games have but the claims of their anchors in common."""
     games = results.games()
+    if not games:
+        raise ToolError("there is no game to rate")
     claims = {
         label: player.claim
         for label, player in results.players.items()
         if player.claim is not None and games[label]
     }
-    anchor = max(claims or games, key=lambda label: games[label], default=None)
-    if anchor is None:
-        raise ToolError("there is no game to rate")
-    better, worse = reachable(results.counts, anchor)
-    kept = better & worse
-    left_out = {
-        label: _reason(label, results.counts, kept, better, worse)
-        for label in games
-        if label not in kept
-    }
-    counts = {pair: cell for pair, cell in results.counts.items() if kept.issuperset(pair)}
+    starts = sorted(claims, key=lambda label: -games[label]) or [max(games, key=games.get)]
+    groups, left_out = _groups(results.counts, starts, games)
+    placed = set().union(*groups)
+    counts = {pair: cell for pair, cell in results.counts.items() if placed.issuperset(pair)}
     if not counts:
         raise ToolError("there are no two players who took points from each other")
     if not any(cell[0] for cell in counts.values()) or not any(c[2] for c in counts.values()):
         raise ToolError("one colour has won no game: there is no advantage to fit")
-    anchors = {label: claim for label, claim in claims.items() if label in kept}
-    weights = {label: games[label] for label in anchors}
+    anchors = {label: claim for label, claim in claims.items() if label in placed}
+    weights = [
+        {label: games[label] * (label in anchors or not anchors) for label in group}
+        for group in groups
+    ]
     fit = fitted(counts, weights)
-    total = sum(weights.values())
-    zero = sum(weights[label] * claim for label, claim in anchors.items()) / total if total else 0
     inner = _games_within(counts)
-    ratings = {
-        label: Rating(zero + elo, QUANTILE * fit.error[label], inner[label])
-        for label, elo in fit.elo.items()
-    }
+    ratings = {}
+    for group in weights:
+        total = sum(group.values())
+        zero = sum(weight * anchors.get(label, 0) for label, weight in group.items()) / total
+        for label in group:
+            error = QUANTILE * fit.error[label]
+            ratings[label] = Rating(zero + fit.elo[label], error, inner[label])
     return Ratings(ratings, left_out, anchors, fit)
 
 
+def _groups(counts, starts, games):
+    """(sets of players who are connected by points in both directions, reasons for the others)."""
+    groups, placed, reasons = [], set(), {}
+    for start in starts:
+        if start in placed:
+            continue
+        better, worse = reachable(counts, start)
+        group = better & worse
+        if len(group) > 1:
+            groups.append(group)
+            placed |= group
+        for label in games:
+            if label not in group and (label in better or label in worse):
+                reasons.setdefault(label, WEAKER if label in better else STRONGER)
+    return groups, {label: reasons.get(label, FAR) for label in games if label not in placed}
+
+
 def _games_within(counts):
-    games = dict.fromkeys((label for pair in counts for label in pair), 0)
+    games = Counter()
     for pair, cell in counts.items():
         for label in pair:
             games[label] += sum(cell)
     return games
-
-
-def _reason(label, counts, kept, better, worse):
-    """Why the fit has no place for a player: `better` are those whom the anchor took points from in
-    one or several steps, `worse` those who took points from it."""
-    if label in better:
-        return "took no point from those who are rated: infinitely weaker"
-    if label in worse:
-        return "lost no point to those who are rated: infinitely stronger"
-    meets = any(label in pair and kept.intersection(pair) for pair in counts)
-    return "played nobody who is rated" if not meets else "is not connected with those who are rated"

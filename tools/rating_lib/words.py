@@ -52,13 +52,15 @@ EQUAL = """
 ## Two equal engines
 
 The same program on both sides: what the match tool finds between them has to be 0 within its error.
+The columns are those of [all matches](#all-matches).
 """
 MATCHES = """
 ## All matches
 
 Won, drawn and lost are those of the first player. Elo and its error are those of the match alone,
-from the pairs of games; a number alone is the level of `orvelin-play`. Depths are the mean of the
-last depths told, and on a clock stands the least that was left after a move.
+from the pairs of games; a number alone is that level of `orvelin-play`. The margin, of which more
+stands in [match.md](match.md#time), and the least that was left on a clock after a move are in
+milliseconds. Depths are the means of the last depths told, `late` tells of games lost on time.
 """
 LEFT_OUT = """
 ## Not on the scale

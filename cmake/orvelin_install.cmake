@@ -31,7 +31,7 @@ install(FILES ${orvelin_packed_manuals} DESTINATION share/man/man6)
 # The documents for users, with a README of their own; those for developers stay with the sources.
 # They keep their places to each other, so that the links between them hold.
 set(orvelin_documents "${PROJECT_SOURCE_DIR}/packaging/README.md" "${PROJECT_SOURCE_DIR}/NEWS.md")
-set(orvelin_pages analyse clocks evaluation explain interfaces match packaging play robustness scale suite tools uci)
+set(orvelin_pages analyse clocks evaluation explain interfaces match packaging play robustness scale strength suite tools uci)
 list(TRANSFORM orvelin_pages REPLACE "(.+)" "${PROJECT_SOURCE_DIR}/docs/\\1.md")
 install(FILES ${orvelin_documents} DESTINATION ${orvelin_doc_dir})
 install(FILES ${orvelin_pages} DESTINATION ${orvelin_doc_dir}/docs)

@@ -14,6 +14,10 @@ if(NOT CMAKE_SYSTEM_PROCESSOR MATCHES "x86|AMD64")
   # As on x86-64, so that letters beyond ASCII are handled alike.
   target_compile_options(orvelin_flags INTERFACE -fsigned-char)
 endif()
+if(WIN32)
+  # The time of the build, which the linker would write into each program, is nobody's concern.
+  target_link_options(orvelin_flags INTERFACE "LINKER:--no-insert-timestamp")
+endif()
 if(ORVELIN_WERROR)
   target_compile_options(orvelin_flags INTERFACE -Werror)
 endif()

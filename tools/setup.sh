@@ -59,19 +59,34 @@ install_now() {
     fi
 }
 
-# source_date: sets SOURCE_DATE_EPOCH, the time of all that is packed, unless it is set: that of the last
-# commit, or of the last entry of Debian's changelog. To be called in the root.
+# source_date: sets SOURCE_DATE_EPOCH, the time of all that is packed, unless it is set: the one that the
+# package of the sources tells, or that of the last commit, or of the last entry of Debian's changelog.
+# To be called in the root.
 source_date() {
-    SOURCE_DATE_EPOCH=${SOURCE_DATE_EPOCH:-$(git log -1 --format=%ct 2>/dev/null ||
+    SOURCE_DATE_EPOCH=${SOURCE_DATE_EPOCH:-$(cat SOURCE_DATE 2>/dev/null || git log -1 --format=%ct 2>/dev/null ||
         dpkg-parsechangelog -l packaging/debian/changelog -S Timestamp)}
     export SOURCE_DATE_EPOCH
 }
 
-# pack_folder PLACE NAME: the folder NAME in PLACE as a tarball, on standard output. Owners and times do
-# not depend on who makes it.
-pack_folder() {
-    tar -C "$1" --sort=name --owner=0 --group=0 --numeric-owner --mtime="@$SOURCE_DATE_EPOCH" -cf - "$2" | gzip -9n
+# settle_folder FOLDER: the files in it get the time of all that is packed, and the rights that files have
+# for most people, whatever those of whoever makes it are.
+settle_folder() {
+    chmod -R u=rwX,go=rX "$1"
+    find "$1" -exec touch -h -d "@$SOURCE_DATE_EPOCH" {} +
 }
+
+# tar_folder PLACE NAME...: these files and folders in PLACE as an archive, on standard output. Owners,
+# rights and times do not depend on who makes it.
+tar_folder() {
+    LC_ALL=C tar -C "$1" --format=gnu --sort=name --owner=0 --group=0 --numeric-owner --mode=u=rwX,go=rX \
+        --mtime="@$SOURCE_DATE_EPOCH" -cf - "${@:2}"
+}
+
+# pack_folder PLACE NAME...: the same as a tarball.
+pack_folder() { tar_folder "$@" | gzip -9n; }
+
+# built_version FOLDER: the version of what is built in a build folder.
+built_version() { sed -n 's/^CMAKE_PROJECT_VERSION:STATIC=//p' "$1/CMakeCache.txt"; }
 
 build_packages=(cmake ninja-build g++)
 

@@ -51,7 +51,8 @@ set(orvelin_book "${CMAKE_BINARY_DIR}/Orvelin.bin")
 file(GLOB orvelin_openings CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/openings/*.txt")
 if(orvelin_openings)
   add_custom_command(OUTPUT "${orvelin_book}"
-    COMMAND awk 1 ${orvelin_openings} | $<TARGET_FILE:orvelin-book> make - -o "${orvelin_book}"
+    COMMAND awk 1 ${orvelin_openings} |
+      ${CMAKE_CROSSCOMPILING_EMULATOR} $<TARGET_FILE:orvelin-book> make - -o "${orvelin_book}"
     DEPENDS orvelin-book ${orvelin_openings}
     COMMENT "Building the opening book" VERBATIM)
   add_custom_target(opening_book ALL DEPENDS "${orvelin_book}")

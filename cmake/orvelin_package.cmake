@@ -16,6 +16,8 @@ set(CPACK_PACKAGE_NAME orvelin)
 set(CPACK_PACKAGE_VENDOR "the Orvelin authors")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
+# For the script below too: the programs may be another processor's.
+set(CPACK_ORVELIN_STRIP "${CMAKE_STRIP}")
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
   OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 # Two components, put into one package.
@@ -29,7 +31,14 @@ set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
 set(CPACK_DEBIAN_PACKAGE_MAINTAINER "${ORVELIN_MAINTAINER}")
 set(CPACK_DEBIAN_PACKAGE_SECTION games)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
-set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+if(CMAKE_SYSTEM_PROCESSOR STREQUAL "aarch64")
+  set(CPACK_DEBIAN_PACKAGE_ARCHITECTURE arm64)
+  # dpkg would look for the libraries of this machine, or name packages of the cross compiler: these
+  # are the first versions with all that the programs ask for.
+  set(CPACK_DEBIAN_PACKAGE_DEPENDS "libc6 (>= 2.34), libgcc-s1 (>= 3.0), libstdc++6 (>= 12)")
+else()
+  set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+endif()
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS python3)
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS "xboard, pychess, parallel")
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION "classical UCI chess engine

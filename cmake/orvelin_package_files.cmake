@@ -13,7 +13,7 @@ endforeach()
 file(GLOB programs "${CPACK_TEMPORARY_DIRECTORY}/usr/games/orvelin*")
 foreach(program IN LISTS programs)
   if(NOT IS_DIRECTORY "${program}" AND NOT IS_SYMLINK "${program}")
-    execute_process(COMMAND strip --remove-section=.comment "${program}"
+    execute_process(COMMAND "${CPACK_ORVELIN_STRIP}" --remove-section=.comment "${program}"
       COMMAND_ERROR_IS_FATAL ANY)
   endif()
 endforeach()

@@ -8,6 +8,7 @@ import shutil
 import sys
 import xml.etree.ElementTree as ET
 
+from board_lib.openings import NamesError, names_text
 from explain_lib.board_picture import piece_symbols
 from explain_lib.drawing import FONTS, SVG_NAMESPACE
 
@@ -74,6 +75,10 @@ def assemble(root, output, binaries):
     shutil.copyfile(os.path.join(root, "LICENSE"), os.path.join(output, "LICENSE.txt"))
     for name, file in binaries.items():
         shutil.copyfile(file, os.path.join(output, name))
+    try:
+        _write(names_text(os.path.join(root, "openings", "names.list")), output, "openings.json")
+    except NamesError as error:
+        raise SystemExit(f"make-board: openings/names.list, {error}") from None
     styles = _read(root, "tools", "explain_lib", "report.css").replace("FONTS", FONTS)
     _write(styles, output, "report.css")
     _write(_page(root, version), output, "index.html")

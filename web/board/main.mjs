@@ -10,6 +10,7 @@ import { emptyGame, isGame, keep, partOf, read } from "./game.mjs";
 import { MovesView } from "./moves_view.mjs";
 import { targetsOf, typedMoves } from "./moves.mjs";
 import { openText, readFile, savePgn, showOpen } from "./open.mjs";
+import { Openings } from "./openings.mjs";
 import { Play } from "./play.mjs";
 import { Review } from "./review.mjs";
 import { Searcher } from "./searcher.mjs";
@@ -24,6 +25,7 @@ const MOST_KNOWN = 1000;
 class App {
   texts = new Texts();
   core = new BoardCore();
+  openings = new Openings(this.core);
   searcher = new Searcher((message) => this.tell(this.texts.get("engine.failed", { words: message })));
   game = emptyGame();
   // The position that is shown: half-moves of the game, and a line that leaves it there.
@@ -170,6 +172,7 @@ class App {
     [this.position, this.last, this.first, this.base, this.whole] = answers;
     this.keep();
     this.#draw();
+    this.openings.show(part, this.first.fen, () => this.part === part);
     this.modes[this.mode].follow();
   }
 

@@ -1,4 +1,4 @@
-// Pages of the board in Chromium. BOARD is the folder that tools/make-board has made, TOOL is
+// Pages of the board in Chromium, and in Firefox. BOARD is the folder that tools/make-board has made, TOOL is
 // orvelin-board; SHOTS, if it is set, gets pictures.
 import assert from "node:assert/strict";
 import { spawn } from "node:child_process";
@@ -6,7 +6,7 @@ import { readFile } from "node:fs/promises";
 import { createServer } from "node:http";
 import { createRequire } from "node:module";
 import path from "node:path";
-import { chromium } from "playwright-core";
+import { chromium, firefox } from "playwright-core";
 
 export const folder = process.env.BOARD;
 export const WIDE = { width: 1280, height: 900 };
@@ -14,20 +14,27 @@ export const NARROW = { width: 360, height: 740 };
 const axe = createRequire(import.meta.url).resolve("axe-core/axe.min.js");
 // For whatever an engine on a busy machine may take.
 const PATIENCE = 60000;
+const START_PATIENCE = 180000;
 
 let browser;
 let server;
 let address;
 
-/** Starts orvelin-board and the browser. */
-export async function begin() {
+/** Starts orvelin-board, and the browser by the function. */
+async function beginWith(launch) {
   server = spawn("python3", ["-B", process.env.TOOL, "--no-browser", "--folder", folder]);
   server.stderr.pipe(process.stderr);
   address = await new Promise((done) => server.stdout.once("data", (data) => done(String(data).trim())));
-  // The sandbox of the browser is not to be had by root.
-  const args = process.getuid() === 0 ? ["--no-sandbox"] : [];
-  browser = await chromium.launch({ executablePath: process.env.CHROMIUM, args });
+  browser = await launch();
 }
+
+// The sandbox of Chromium is not to be had by root.
+export const begin = () => beginWith(() => chromium.launch({ executablePath: process.env.CHROMIUM,
+  timeout: START_PATIENCE, args: process.getuid() === 0 ? ["--no-sandbox"] : [] }));
+
+// The channel is that of a Firefox as it is given to users, which is driven by WebDriver BiDi.
+export const beginFirefox = () => beginWith(() => firefox.launch({ executablePath: process.env.FIREFOX,
+  timeout: START_PATIENCE, channel: "moz-firefox" }));
 
 export async function end() {
   await browser?.close();

@@ -106,6 +106,8 @@ class PageTest(ScratchTest):
         for elo in LEVELS:
             self.match(level(elo), claimed(1400), 40, 20, 40)
         self.assertNotIn("preliminary", self.page())
+        self.match(level(LEVELS[3]), claimed(1400), 40, 20, 39)
+        self.assertIn("preliminary", self.page())
 
     def test_faults_are_told_by_side(self):
         faults = [["orvelin-play-1400", "crash", 2], ["stockfish-1400", "stall", 1],

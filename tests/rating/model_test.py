@@ -87,6 +87,25 @@ class ByHandTest(unittest.TestCase):
         for share, chance in zip((0.5, 0.3, 0.2), found.expected("A", "B")):
             self.assertAlmostEqual(share, chance, 8)
 
+    def test_error_with_draws(self):
+        # Each of 200 games is won, drawn or lost with 0.5, 0.3, 0.2: the error of what is made of
+        # the three shares, by the delta method on the shares themselves.
+        found = fitted({("A", "B"): (50, 30, 20), ("B", "A"): (20, 30, 50)}, [{"A": 0, "B": 1}])
+        shares = [0.5, 0.3, 0.2]
+
+        def elo(win, draw, loss):
+            return 400 * math.log10(win / loss) * 2 / (2 + draw / math.sqrt(win * loss))
+
+        slopes = []
+        for place in range(3):
+            low, high = list(shares), list(shares)
+            low[place] -= 1e-6
+            high[place] += 1e-6
+            slopes.append((elo(*high) - elo(*low)) / 2e-6)
+        mean = sum(share * slope for share, slope in zip(shares, slopes))
+        variance = sum(share * (slope - mean) ** 2 for share, slope in zip(shares, slopes))
+        self.assertAlmostEqual(found.error["A"], math.sqrt(variance / 200), 4)
+
     def test_white(self):
         found = fitted({("A", "B"): (50, 30, 20), ("B", "A"): (50, 30, 20)})
         self.assertAlmostEqual(found.elo["A"], 0, 6)

@@ -153,6 +153,11 @@ class ToolTest(ScratchTest):
         self.assertIn("| stockfish-1700, 1+0.01 ", text)
         self.assertIn("White's advantage", text)
 
+    def test_what_levels_play_like(self):
+        run = run_tool("play", self.file("none.jsonl", ""))
+        self.assertEqual(run.stdout, "level,games,moves,lost,doubtful,mistakes,blunders\n")
+        run_tool("play", status=2)
+
     def test_refused(self):
         run = run_tool(self.directory, status=2)
         self.assertIn("there is no file with results", run.stderr)

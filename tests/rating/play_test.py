@@ -11,8 +11,9 @@ WHITE, BLACK = "4k3/8/8/8/8/8/4P3/4K3 w - - 0 1", "4k3/8/8/8/8/8/4P3/4K3 b - - 0
 
 
 def record(fen, lost, mark="", number=1, white="orvelin-play-800", black="orvelin-play-950"):
-    game = {"number": number, "white": white, "black": black}
-    return {"kind": "position", "game": game, "fen": fen, "lost": lost, "mark": mark}
+    source = {"file": "games.pgn", "game": number, "white": white, "black": black}
+    judgement = {"mark": mark, "lost": lost, "accuracy": 50, "sentence": "A sentence."}
+    return {"source": source, "fen": fen, "played": {"judgement": judgement}}
 
 
 class PlayTest(ScratchTest):
@@ -33,10 +34,13 @@ class PlayTest(ScratchTest):
         ])
 
     def test_what_is_no_move_of_a_level(self):
-        self.assertEqual(self.rows(
-            record(WHITE, None), record(WHITE, 5, white="stockfish-1350"),
-            {"kind": "run"}, {"kind": "position", "game": None, "fen": WHITE, "lost": 3},
-        ), [])
+        forced = record(WHITE, 0)
+        forced["played"]["judgement"]["accuracy"] = None
+        unjudged, last, no_game = record(WHITE, 7), record(WHITE, 7), record(WHITE, 7, white=None)
+        unjudged["played"]["judgement"] = None
+        last["played"] = None
+        other = record(WHITE, 5, white="stockfish-1350")
+        self.assertEqual(self.rows(forced, unjudged, last, no_game, other), [])
 
     def test_a_foreign_file(self):
         with self.assertRaisesRegex(ToolError, "does not begin with"):

@@ -20,20 +20,21 @@ class Play:
         self._sums = {}
 
     def add(self, record):
-        """Takes a record of a position in."""
-        game = record.get("game")
-        if record.get("kind") != "position" or game is None or record.get("lost") is None:
+        """Takes a record of a position in; who had no other move is not judged."""
+        source, played = record["source"], record.get("played")
+        judgement = played and played["judgement"]
+        if not judgement or judgement["accuracy"] is None:
             return
-        player = game["white" if record["fen"].split()[1] == "w" else "black"]
-        name = NAME.fullmatch(player)
+        player = source["white" if record["fen"].split()[1] == "w" else "black"]
+        name = NAME.fullmatch(player or "")
         if name is None:
             return
         sums = self._sums.setdefault(int(name[1]), [set(), 0, 0.0, 0, 0, 0])
-        sums[0].add((game["white"], game["black"], game["number"]))
+        sums[0].add((source["file"], source["game"]))
         sums[1] += 1
-        sums[2] += record["lost"]
+        sums[2] += judgement["lost"]
         for place, mark in enumerate(MARKS, 3):
-            sums[place] += record["mark"] == mark
+            sums[place] += judgement["mark"] == mark
 
     def text(self):
         """A line for each level."""

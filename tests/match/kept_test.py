@@ -49,7 +49,7 @@ class KeptTest(MatchTest):
     def test_what_is_kept(self):
         head, games = self.kept(self.written("a.jsonl", record(2), record(1)))
         self.assertEqual(head["players"][0], {
-            "name": "A", "title": "Title A", "limit": HEAD["players"][0]["limit"],
+            "name": "A", "title": "Title A", "program": "A", "limit": HEAD["players"][0]["limit"],
             "options": [["Hash", "16"]]})
         self.assertEqual((head["margin"], head["dates"]), (10.0, ["2026.11.21", "2026.11.22"]))
         self.assertEqual([game["game"] for game in games], [1, 2])

@@ -49,8 +49,8 @@ class KeptResultsTest(unittest.TestCase):
             self.assertIn(f"`{os.path.dirname(place) or place}`", text)
 
 
-def player(name, title, **options):
-    return {"name": name, "title": title, "options": list(options.items()),
+def player(name, title, program=None, **options):
+    return {"name": name, "title": title, "program": program or name, "options": list(options.items()),
             "limit": {"kind": "nodes", "amount": 9, "increment": 0, "moves": 0}}
 
 
@@ -123,7 +123,9 @@ class PageTest(ScratchTest):
     def test_equal_engines_have_a_table_of_their_own(self):
         self.match(level(1400), claimed(1400), 40, 20, 40)
         self.assertNotIn("equal engines", self.page())
-        self.match(player("one", None), player("two", None), 10, 10, 10)
+        self.match(player("orvelin-play", "Orvelin 1"), player("orvelin", "Orvelin 1"), 9, 9, 9)
+        self.assertNotIn("equal engines", self.page())
+        self.match(player("one", None, "same"), player("two", None, "same"), 10, 10, 10)
         page = self.page()
         before = page.index("## Two equal engines"), page.index("## All matches")
         self.assertTrue(before[0] < page.index("| one - two ") < before[1])
@@ -134,10 +136,10 @@ class PageTest(ScratchTest):
 
     def test_who_is_not_connected(self):
         self.match(level(1400), claimed(1400), 40, 20, 40)
-        self.match(player("full", "Orvelin 1"), player("other", "Other"), 1, 1, 1)
+        self.match(player("orvelin-play-full", "Orvelin 1"), player("other", "Other"), 1, 1, 1)
         page = self.page()
         self.assertEqual(self.row(page, "other, nodes 9")[1], "played nobody who is rated")
-        self.assertIn("| full, nodes 9 |      - |", page)
+        self.assertIn("| orvelin-play-full, nodes 9 |      - |", page)
 
     def test_what_levels_play_like(self):
         self.match(level(1400), claimed(1400), 40, 20, 40)

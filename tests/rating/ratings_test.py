@@ -67,7 +67,9 @@ class ScaleTest(unittest.TestCase):
     def test_only_stockfish_claims(self):
         self.assertEqual(LOW.claim, 1500)
         self.assertIsNone(player("ours", 1500, "Orvelin 0.40.1").claim)
-        self.assertEqual(player("ours", 1500, "Orvelin 0.40.1").level, 1500)
+        ours = player("orvelin-play-1500", 1500, "Orvelin 0.40.1")
+        self.assertEqual((ours.level, ours.is_ours), (1500, True))
+        self.assertFalse(player("orvelin", title="Orvelin 0.40.1").is_ours)
         self.assertIsNone(Player("full", "10+0.1", "Stockfish 15.1", ()).claim)
         off = (("UCI_LimitStrength", "false"), ("UCI_Elo", "1500"))
         self.assertIsNone(Player("full", "10+0.1", "Stockfish 15.1", off).claim)

@@ -53,6 +53,7 @@ def _head(head, records):
         {
             "name": player["name"],
             "title": titles.get(player["name"]),
+            "program": os.path.basename(player["command"][0]),
             "limit": player["limit"],
             "options": player["options"],
         }

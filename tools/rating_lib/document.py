@@ -13,6 +13,7 @@ from rating_lib.plan import GAMES, LEVELS
 from rating_lib.ratings import rated
 from rating_lib.words import (
     EQUAL,
+    FAULTS,
     FULL,
     HEAD,
     LEFT_OUT,
@@ -45,7 +46,8 @@ class Summary:
     def is_equal(self):
         """Whether it is one engine with the same settings against itself."""
         first, second = self.players
-        return all(getattr(first, key) == getattr(second, key) for key in ("title", "limit", "options"))
+        same = ("title", "limit", "options", "program")
+        return all(getattr(first, key) == getattr(second, key) for key in same)
 
 
 def summary(match):
@@ -232,10 +234,10 @@ def _faults(summaries):
             mine = player.is_ours or each.is_equal
             (ours if mine else others).update(work.faults)
             late[mine] += work.time_losses
-    yield "## Faults"
+    yield FAULTS
     yield (
         f"In {counted(games, 'game')} `orvelin-play` {_told(ours, late[True])}; the other engines"
-        f" {_told(others, late[False])}."
+        f" {_told(others, late[False])}. The column `late` tells in which matches."
     )
 
 

@@ -9,7 +9,7 @@ from orvelin_lib.tool_main import ToolError
 
 # What these engines call a level, and the option that switches it on.
 LEVEL, LIMITED = "UCI_Elo", "UCI_LimitStrength"
-OURS, ANCHOR = "Orvelin", "Stockfish"
+OURS, ANCHOR = "orvelin-play", "Stockfish"
 
 
 @dataclass(frozen=True)
@@ -21,6 +21,7 @@ class Player:
     limit: str
     title: str | None
     options: tuple
+    program: str = ""
 
     @property
     def label(self):
@@ -36,7 +37,8 @@ class Player:
 
     @property
     def is_ours(self):
-        return (self.title or "").startswith(OURS)
+        """Whether it is the engine for players; the exact one has the same title."""
+        return self.name.startswith(OURS)
 
     @property
     def claim(self):
@@ -91,7 +93,8 @@ def _match(name):
     for player in head["players"]:
         options = tuple(tuple(option) for option in player["options"])
         limit = Limit(**player["limit"]).words()
-        players[player["name"]] = Player(player["name"], limit, player["title"], options)
+        own = (player["name"], limit, player["title"], options, player["program"])
+        players[player["name"]] = Player(*own)
     return Match(name, head, games, players)
 
 

@@ -61,6 +61,14 @@ Won, drawn and lost are those of the first player. Elo and its error are those o
 from the pairs of games; a number alone is that level of `orvelin-play`. The margin, of which more
 stands in [match.md](match.md#time), and the least that was left on a clock after a move are in
 milliseconds. Depths are the means of the last depths told, `late` tells of games lost on time.
+`nodes 10000000` is no limit to a level, which ends each search at nodes of its own.
+"""
+FAULTS = """
+## Faults
+
+Illegal moves, crashes, stalls and stray answers, as the referee of [orvelin-match](match.md#faults)
+knows them. How the games were played in which an engine lost on time stands in `results/README.md`.
+The exact engine, `orvelin`, runs out of time on a clock with an increment: [clocks.md](clocks.md).
 """
 LEFT_OUT = """
 ## Not on the scale

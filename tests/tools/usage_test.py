@@ -22,6 +22,7 @@ WRONG_WORDS = {
     "tools/check-interfaces": "one two",
     "tools/check-packages": "--made --made",
     "tools/check-pages": "one two",
+    "tools/check-release": "--whole --whole",
     "tools/check-wasm": "nosuch",
     "tools/check-windows": "nosuch",
     "tools/compare-signatures": "nosuch",
@@ -32,6 +33,7 @@ WRONG_WORDS = {
     "tools/make-container": "one two",
     "tools/make-board": "one two",
     "tools/make-packages": "one two",
+    "tools/make-release": "one two",
     "tools/make-screenshot": "one two three",
     "tools/make-web-engine": "one two",
     "tools/make-windows-packages": "one two",
@@ -127,6 +129,9 @@ class UsageTest(unittest.TestCase):
         self.assert_usage_error("tools/coverage", "--min-lines")
         self.assert_usage_error("tools/coverage", "--min-lines", "many")
         self.assert_usage_error("tools/fuzz", "--seconds", "0")
+
+    def test_what_is_built_once_cannot_be_verified(self):
+        self.assert_usage_error("tools/make-release", "--again")
 
     def test_without_arguments_there_is_work(self):
         # The engine is missing in this tree: it would be built.

@@ -1,0 +1,1 @@
+"""What a release tells of itself: the bill of materials."""

@@ -8,6 +8,12 @@ if(ORVELIN_BUILD_TOOLS)
   set(orvelin_scripts orvelin-suite orvelin-explain orvelin-match)
 endif()
 set(orvelin_libraries suite_lib explain_lib match_lib orvelin_lib)
+set(ORVELIN_BOARD "" CACHE PATH
+  "Folder of the board in the browser, by tools/make-board; it is installed where there is one")
+if(ORVELIN_BUILD_TOOLS AND ORVELIN_BOARD)
+  list(APPEND orvelin_scripts orvelin-board)
+  list(APPEND orvelin_libraries board_lib)
+endif()
 set(orvelin_data_dir share/orvelin)
 set(orvelin_doc_dir share/doc/orvelin)
 
@@ -31,7 +37,7 @@ install(FILES ${orvelin_packed_manuals} DESTINATION share/man/man6)
 # The documents for users, with a README of their own; those for developers stay with the sources.
 # They keep their places to each other, so that the links between them hold.
 set(orvelin_documents "${PROJECT_SOURCE_DIR}/packaging/README.md" "${PROJECT_SOURCE_DIR}/NEWS.md")
-set(orvelin_pages analyse clocks evaluation explain interfaces match packaging play robustness scale strength suite tools uci)
+set(orvelin_pages analyse board board-core clocks evaluation explain interfaces match packaging play robustness scale strength suite tools uci)
 list(TRANSFORM orvelin_pages REPLACE "(.+)" "${PROJECT_SOURCE_DIR}/docs/\\1.md")
 install(FILES ${orvelin_documents} DESTINATION ${orvelin_doc_dir})
 install(FILES ${orvelin_pages} DESTINATION ${orvelin_doc_dir}/docs)
@@ -88,8 +94,13 @@ function(install_data games)
   endforeach()
   foreach(library IN LISTS orvelin_libraries)
     install(DIRECTORY "${PROJECT_SOURCE_DIR}/tools/${library}" DESTINATION ${orvelin_data_dir}
-      ${ARGN} PATTERN __pycache__ EXCLUDE)
+      ${ARGN} PATTERN __pycache__ EXCLUDE
+      # What makes the page stays with the sources.
+      REGEX "/board_lib/(assemble|opening_names)[.]py$" EXCLUDE)
   endforeach()
+  if(ORVELIN_BOARD)
+    install(DIRECTORY "${ORVELIN_BOARD}/" DESTINATION ${orvelin_data_dir}/board ${ARGN})
+  endif()
   file(GLOB suites CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/suites/*.epd")
   install(FILES ${suites} DESTINATION ${orvelin_data_dir}/suites ${ARGN})
   install(FILES ${orvelin_openings} DESTINATION ${orvelin_data_dir}/openings ${ARGN})

@@ -40,7 +40,7 @@ else()
   set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 endif()
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS python3)
-set(CPACK_DEBIAN_PACKAGE_SUGGESTS "xboard, pychess, parallel")
+set(CPACK_DEBIAN_PACKAGE_SUGGESTS "xboard, pychess, parallel, www-browser")
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION "classical UCI chess engine
 Orvelin plays chess and Chess960 in any interface that speaks the Universal
 Chess Interface (UCI) protocol, such as XBoard with polyglot or PyChess. It
@@ -49,5 +49,6 @@ itself to a chosen Elo. Its evaluation is a sum of readable terms. GUIs start
 it as orvelin-play; orvelin is the exact engine, whose every answer is fixed.
 
 With it come programs for opening books in the Polyglot format, for endgame
-tables, for test suites, and one that draws the evaluation of a position.")
+tables, for test suites and matches, one that draws the evaluation of a
+position, and a board in the browser, to play, analyse and review games.")
 include(CPack)

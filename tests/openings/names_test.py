@@ -3,7 +3,7 @@
 import os
 import unittest
 
-from board_lib.openings import NamesError, position_key, read_names
+from board_lib.opening_names import NamesError, position_key, read_names
 from opening_lines import FOLDER, read_lines
 from orvelin_lib.board import Position
 from orvelin_lib.notation import parse_move

@@ -37,7 +37,7 @@ class DebianPackageTest(PackageTest):
         self.assertEqual(self.field("Section"), "games")
         self.assertEqual(self.field("Architecture"), "amd64")
         self.assertEqual(self.field("Recommends"), "python3")
-        self.assertEqual(self.field("Suggests"), "xboard, pychess, parallel")
+        self.assertEqual(self.field("Suggests"), "xboard, pychess, parallel, www-browser")
         self.assertRegex(self.field("Maintainer"), r"^.+ <.+@.+>$")
         needed = {word.split()[0] for word in self.field("Depends").split(", ")}
         self.assertEqual(needed, {"libc6", "libgcc-s1", "libstdc++6"})
@@ -66,6 +66,11 @@ class DebianPackageTest(PackageTest):
                 self.assertEqual(file.read(), text)
         self.assert_links_hold(self.root)
         self.assert_document_links_hold(self.path("usr/share/doc/orvelin"))
+
+    def test_the_board_is_served(self):
+        self.assert_board_is_served(self.path("usr/games/orvelin-board"))
+        with open(self.path("usr/share/orvelin/orvelin-board"), "rb") as file:
+            self.assertEqual(file.readline(), b"#!/usr/bin/python3\n")
 
     def test_the_programs_are_hardened_and_stripped(self):
         for program in PROGRAMS:

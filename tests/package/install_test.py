@@ -5,10 +5,10 @@ import os
 import tempfile
 import unittest
 
-from support import BUILD, DISCOVERED, PROGRAMS, SCRIPTS, SOURCE, PackageTest, bench_nodes, run
+from support import BOARD_KINDS, BUILD, DISCOVERED, PROGRAMS, SCRIPTS, SOURCE, PackageTest, bench_nodes, run
 
 DOCUMENTS = ("README.md", "NEWS.md", "LICENSE", "docs/match.md", "docs/uci.md")
-DOCUMENTS += ("docs/images/report.png", "docs/images/xboard.png")
+DOCUMENTS += ("docs/board.md", "docs/images/report.png", "docs/images/xboard.png")
 SCALE_SCRIPTS = ("analyse.slurm", "analyse-parallel")
 
 
@@ -45,6 +45,7 @@ class InstallTest(PackageTest):
         for name in glob.glob("openings/*.txt", root_dir=SOURCE):
             expected.add(f"share/orvelin/{name}")
         expected |= {f"share/orvelin/scale/{name}" for name in SCALE_SCRIPTS}
+        expected |= {f"share/orvelin/board/{name or 'index.html'}" for name in BOARD_KINDS}
         self.assertEqual(expected - files, set())
         folders = ("games/", "share/doc/", "share/games/", "share/man/", "share/orvelin/")
         self.assertEqual([file for file in files if not file.startswith(folders)], [])
@@ -79,6 +80,8 @@ class InstallTest(PackageTest):
 
     def test_what_developers_read_stays_with_the_sources(self):
         self.assertNotIn("share/doc/orvelin/CONTRIBUTING.md", installed(self.prefix))
+        self.assertIn("share/orvelin/board_lib/server.py", installed(self.prefix))
+        self.assertNotIn("share/orvelin/board_lib/assemble.py", installed(self.prefix))
         text = read(self.prefix, "share/doc/orvelin/README.md").decode()
         self.assertEqual(text, read(SOURCE, "packaging/README.md").decode())
 

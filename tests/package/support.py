@@ -1,10 +1,13 @@
 """What the tests of the packages have in common: where things are, and how an engine is asked."""
 
 import glob
+import json
 import os
 import re
 import subprocess
 import unittest
+import urllib.parse
+import urllib.request
 
 from orvelin_lib.engine import UciEngine
 
@@ -22,11 +25,21 @@ PROGRAMS = (
     "orvelin-perft",
     "orvelin-tables",
 )
-SCRIPTS = ("orvelin-explain", "orvelin-match", "orvelin-suite")
+SCRIPTS = ("orvelin-board", "orvelin-explain", "orvelin-match", "orvelin-suite")
 # Code, in which nothing is a link, and links in Markdown to files.
 CODE = re.compile(r"`[^`]*`|^ {4,}.*$", re.MULTILINE)
 LINK = re.compile(r"\]\((?![a-z]+:)([^)#\s]+)")
 MATE_IN_ONE = '6k1/5ppp/8/8/8/8/8/R5K1 w - - dm 1; id "back rank";\n'
+# Of the files of the board: how each kind begins, and what the server calls it.
+BOARD_KINDS = {
+    "": (b"<!DOCTYPE html>", "text/html"),
+    "main.mjs": (b"// ", "text/javascript"),
+    "board.css": (b"/*", "text/css"),
+    "openings.json": (b"{", "application/json"),
+    "engine/orvelin.wasm": (b"\0asm", "application/wasm"),
+    "orvelin-board-core.wasm": (b"\0asm", "application/wasm"),
+    "Orvelin.bin": (b"", "application/octet-stream"),
+}
 # The programs that GUIs discover, by their files.
 DISCOVERED = {
     f"share/games/plugins/uci/{name}.eng": f"plugin spec 0.0\n{name}\nchess,fischerandom\n".encode()
@@ -138,6 +151,35 @@ class PackageTest(unittest.TestCase):
         self.assertGreater(count, 20)
         self.assertEqual(dead, set())
 
+    def assert_board_is_served(self, command):
+        """The installed board has all files of the page, and the page is of this version."""
+        server = subprocess.Popen((command, "--no-browser"), stdout=subprocess.PIPE, text=True)
+        self.addCleanup(server.communicate)
+        self.addCleanup(server.kill)
+        address = server.stdout.readline().strip()
+
+        def fetch(name):
+            with urllib.request.urlopen(urllib.parse.urljoin(address, name), timeout=PATIENCE) as answer:
+                return answer.read(), answer.headers.get_content_type()
+
+        for name, (begin, kind) in BOARD_KINDS.items():
+            body, told = fetch(name)
+            self.assertEqual((body[: len(begin)], told), (begin, kind), name)
+        # Offline the page has what this list tells.
+        worker = fetch("service_worker.js")[0].decode()
+        kept = json.loads(re.search(r"^const FILES = (\[.+\]);$", worker, re.MULTILINE)[1])
+        self.assertGreater(len(kept), 30)
+        for name in kept:
+            self.assertTrue(fetch(name)[0], name)
+        version = re.search(rb'data-version="([\d.]+)"', fetch("")[0])[1].decode()
+        self.assertIn(f"-{version}-linux-", the_only("orvelin-*-linux-x86_64.tar.gz"))
+        self.assertEqual(fetch("Orvelin.bin")[0], self.book_of_the_build())
+
+    @staticmethod
+    def book_of_the_build():
+        with open(os.path.join(BUILD, "Orvelin.bin"), "rb") as file:
+            return file.read()
+
     def assert_python_tools_run(self, folder, suites):
         """The Python tools find their library, the engine and the suites."""
         environment = dict(os.environ, PATH=f"{folder}:/usr/bin:/bin")
@@ -153,3 +195,4 @@ class PackageTest(unittest.TestCase):
         command = ("orvelin-match", *engines, "--games", "2", "--max-moves", "3", "--faults")
         self.assertIn("| orvelin-play |", run(*command, folder="/tmp", env=environment))
         self.assertTrue(glob.glob(os.path.join(suites, "*.epd")), f"no suite in {suites}")
+        self.assert_board_is_served(os.path.join(folder, "orvelin-board"))

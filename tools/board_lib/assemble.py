@@ -8,7 +8,7 @@ import shutil
 import sys
 import xml.etree.ElementTree as ET
 
-from board_lib.openings import NamesError, names_text
+from board_lib.opening_names import NamesError, names_text
 from explain_lib.board_picture import piece_symbols
 from explain_lib.drawing import FONTS, SVG_NAMESPACE
 

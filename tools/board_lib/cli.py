@@ -11,7 +11,7 @@ from orvelin_lib.arguments import Parser, number
 from orvelin_lib.tool_main import SUCCESS, ToolError, print_whole, run_tool
 
 # The page, beside the tool in its different places: installed, and in the sources.
-FOLDERS = ("../share/orvelin/board", "../board", "../build/board")
+FOLDERS = ("board", "../build/board")
 
 
 def _folder(home):

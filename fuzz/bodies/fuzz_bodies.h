@@ -56,4 +56,9 @@ void fuzz_pgn(std::string_view input);
 /// ways, and writes and makes those that are found.
 void fuzz_san(std::string_view input);
 
+/// Lines, each a request to the core of the board, or behind a `b` an opening book: each is
+/// answered by an object, twice by the same one; what an answer tells is understood when it is
+/// asked about.
+void fuzz_board(std::string_view input);
+
 }  // namespace orvelin::fuzz

@@ -28,7 +28,7 @@ describe("Firefox", () => {
     assert.equal(await page.locator("#board .arrow").count(), 1);
     assert.equal(await page.locator("#bars .bar:not(.term)").count(), 8);
     await page.click("#engine-switch");
-    await says(page, "engine-words", "waits");
+    await says(page, "engine-switch", "Go");
 
     await page.reload();
     await ready(page);

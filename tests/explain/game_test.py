@@ -18,6 +18,10 @@ ENDING = """[FEN "4k3/8/8/8/8/8/3pP3/4K3 w - - 0 1"]
 
 1. Kxd2 Kf7 2. e4 *
 """
+DEAD_DRAW = """[FEN "8/8/8/8/8/1kP5/8/4K3 w - - 0 1"]
+
+1. Ke2 Kxc3 2. Ke3 Kc4 *
+"""
 CHESS960 = """[Variant "Chess960"]
 [FEN "4k3/8/8/8/8/8/8/5KR1 w G - 0 1"]
 
@@ -58,6 +62,17 @@ class FollowTest(unittest.TestCase):
         self.assertIn("3 half-moves from 1. Kxd2 on lead to", note)
         (note,) = notes_for([last], records)
         self.assertIn("1 half-move from 2. e4 on leads to", note)
+
+    def test_a_dead_draw_is_told(self):
+        for limit in ("static", "depth=2"):
+            records = self.records(DEAD_DRAW, limit)
+            notes = notes_for(steps_of(records), records)
+            wanted = "From 1... Kxc3 on the game is drawn: no side can give mate."
+            self.assertEqual(notes[0], wanted)
+        records = self.records(DEAD_DRAW.replace("1kP5", "1kN5"))
+        self.assertIn("From the start on", notes_for(steps_of(records), records)[0])
+        records = self.records(ENDING)
+        self.assertNotIn("drawn", " ".join(notes_for(steps_of(records), records)))
         searched = self.records(ENDING, "depth=2")
         self.assertEqual(notes_for(steps_of(searched), searched), [])
         for each in searched[:-1]:

@@ -12,7 +12,7 @@ from explain_lib.report_data import Report
 from explain_lib.report_page import MARKS_WORDS, report_page
 from explain_lib.terms import GROUPS, TERMS
 from orvelin_lib.tool_main import ToolError
-from support import ANALYSE, ROOT, START, ToolTest, line, record
+from support import ANALYSE, ROOT, START, ToolTest, line, record, score
 
 AFTER = "rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq - 0 1"
 BEST = line("d2d4 d7d5", "d4 d5", {"material": 20, "king_attack": 50}, units=100, win=500, loss=100)
@@ -247,6 +247,20 @@ class ToolsTest(ToolTest):
         self.assertEqual(page.count("<script"), 2)
         self.assertIn("default-src 'none'", page)
         self.assertNotRegex(page, r"https?://(?!www\.w3\.org/2000/svg)")
+
+    def test_a_mate_stands_beside_the_mark_of_its_move(self):
+        records = made(mark="??")
+        plain = re.findall(r'<span class="dot [^>]*>', report_page(Report(records)))
+        records[1].update(score(units=-29990, win=0, loss=1000, mate=-5))
+        page = report_page(Report(records))
+        mark, flag = re.findall(r'<span class="dot [^>]*>', page)
+        self.assertEqual(len(plain), 1)
+        self.assertIn("top:6.0%", mark)
+        self.assertIn("dot mate", flag)
+        self.assertIn("top:calc(6.0% + 1.5rem)", flag)
+        # At the other end of the graph too.
+        records[1].update(score(units=29990, win=1000, loss=0, mate=5))
+        self.assertIn("top:calc(94.0% - 1.5rem)", report_page(Report(records)))
 
     def test_the_style_is_read_alike_as_html_and_as_xml(self):
         records = made()

@@ -2,6 +2,7 @@
 
 import unittest
 
+from explain_lib.bars_picture import position_picture
 from explain_lib.evaluation import (
     BadTable,
     Evaluation,
@@ -58,6 +59,10 @@ class DeadDrawTest(unittest.TestCase):
         self.assertIn("Drawn: no side can give mate.", text)
         self.assertNotIn("For White", text)
         self.assertIn("These terms decide nothing.", " ".join(text.split()))
+        root = position_picture(evaluation, line.position.board, "w", "")
+        words = [each.text for each in root.iter() if each.tag.endswith("text")]
+        self.assertIn("Drawn: no side can give mate.", words)
+        self.assertNotIn("pawns for White", words)
 
 
 class EngineTest(unittest.TestCase):

@@ -2,6 +2,7 @@
 
 from explain_lib.board_picture import draw_board
 from explain_lib.drawing import add, picture
+from explain_lib.evaluation import NO_MATE_TITLE
 from explain_lib.figures import signed, typeset, wrapped
 
 WIDTH, MARGIN = 960, 24
@@ -100,11 +101,11 @@ def _phase(root, share, top):
     add(root, "text", text, kind="faint small right", x=left + width, y=top + 24)
 
 
-def _left_column(root, evaluation, board, side, notes):
-    """The board and what is said below it; where that ends."""
-    left = MARGIN + 16
-    draw_board(root, board, side, left, 30, SQUARE)
-    y = 30 + 8 * SQUARE + 62
+def _total(root, evaluation, left, y):
+    """The score; where no side can give mate it decides nothing."""
+    if evaluation.is_drawn:
+        add(root, "text", NO_MATE_TITLE, kind="ink strong", x=left, y=y)
+        return
     pawns = evaluation.pawns(evaluation.total)
     kind = "white" if pawns > 0 else "black" if pawns < 0 else "ink"
     right = left + 8 * SQUARE
@@ -112,6 +113,14 @@ def _left_column(root, evaluation, board, side, notes):
     add(root, "text", "pawns for White", kind="ink right", x=right, y=y - 12)
     text = typeset(signed(evaluation.total, 0)) + " units of the engine"
     add(root, "text", text, kind="faint small right", x=right, y=y + 3)
+
+
+def _left_column(root, evaluation, board, side, notes):
+    """The board and what is said below it; where that ends."""
+    left = MARGIN + 16
+    draw_board(root, board, side, left, 30, SQUARE)
+    y = 30 + 8 * SQUARE + 62
+    _total(root, evaluation, left, y)
     _phase(root, evaluation.middle_share, y + 22)
     y += 72
     for note, alarm in notes:

@@ -2,7 +2,7 @@
 
 from dataclasses import dataclass
 
-from explain_lib.evaluation import endgame_function
+from explain_lib.evaluation import endgame_function, is_mate_impossible
 from explain_lib.figures import signed
 from explain_lib.judgement import (
     judged_move,
@@ -105,8 +105,22 @@ def words_for(records):
     return f"{how(records[0])}. With each move the term that changed most."
 
 
+def _drawn_note(records):
+    """From where on no side can give mate, whatever terms still change."""
+    for index, each in enumerate(records):
+        if is_mate_impossible(squares_of(each["fen"])):
+            before = records[max(index - 1, 0)]
+            move = f"{label_of(before['fen'])} {before['played']['san']}" if index else "the start"
+            return [f"From {move} on the game is drawn: no side can give mate."]
+    return []
+
+
 def notes_for(steps, records):
     """What a reader has to know beside the scores."""
+    return _drawn_note(records) + _notes_on_scores(steps, records)
+
+
+def _notes_on_scores(steps, records):
     if is_searched(records[0]):
         judged = any(each["played"] and each["played"].get("judgement") for each in records)
         return [] if judged else [NOT_JUDGED]

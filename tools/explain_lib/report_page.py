@@ -26,6 +26,8 @@ MARKS_WORDS = (
 # Half-moves between two numbers below the graph, at least so many of them on the page.
 TICKS = (2, 4, 10, 20, 40, 100, 200, 400, 1000)
 MOST_TICKS = 12
+# How wide a mark may be in hundredths of the graph, on a telephone.
+MARK_WIDTH = 6
 STYLE_PLACE, DATA_PLACE, SCRIPT_PLACE = "@style@", "@data@", "@script@"
 
 
@@ -96,9 +98,13 @@ def _places(positions):
     return [(100 * i / steps, 100 - each["chances"]) for i, each in enumerate(positions)]
 
 
-def _dot(graph, place, text, kind):
+def _dot(graph, place, text, kind, beside=False):
     left, top = place
-    style = f"left:{min(max(left, 1), 99):.2f}%;top:{min(max(top, 6), 94):.1f}%"
+    height = f"{min(max(top, 6), 94):.1f}%"
+    if beside:
+        # As far as a mark is high, whatever the height of the graph.
+        height = f"calc({height} {'+' if top < 50 else '-'} 1.5rem)"
+    style = f"left:{min(max(left, 1), 99):.2f}%;top:{height}"
     add(graph, "span", text, kind=f"dot {kind}", style=style, aria_hidden="true")
 
 
@@ -136,15 +142,16 @@ def _graph(main, report, data):
     add(picture, "path", kind="area", d=f"M0 100 {line} L{places[-1][0]:.2f} 100 Z")
     even = add(picture, "path", kind="even", d="M0 50 H100", fill="none")
     even.set("vector-effect", "non-scaling-stroke")
-    marked = set()
+    marked = []
     for index, judged in enumerate(report.judged, 1):
         if judged.mark:
-            marked.add(index)
+            marked.append(places[index][0])
             _dot(graph, places[index], judged.mark, CLASSES[judged.mark])
     for index, text in _mates(positions):
-        left, top = places[index]
-        # Beside the mark of the move that allowed it.
-        _dot(graph, (left, top + (14 if top < 50 else -14) * (index in marked)), text, "mate")
+        left = places[index][0]
+        # Neither over the mark of the move that allowed it nor over that of a neighbour.
+        is_marked = any(abs(left - other) < MARK_WIDTH for other in marked)
+        _dot(graph, places[index], text, "mate", beside=is_marked)
     _ticks(graph, report, len(positions))
     add(graph, "div", kind="cursor", id="cursor", aria_hidden="true", style="left:0")
     note = "Light is White's share, dark is Black's. Click, or use the arrow keys."

@@ -20,6 +20,7 @@ from orvelin_lib.rules import legal_moves
 from orvelin_lib.tool_main import ToolError
 
 ENGINE = os.environ["MEASURE_ENGINE"]
+ANALYSE = os.environ["MEASURE_ANALYSE"]
 POSITIONS = os.path.join(os.path.dirname(TOOLS), "bench", "positions.txt")
 TWO_POSITIONS = """# a remark
 
@@ -94,6 +95,18 @@ class EngineTest(MeasureTest):
         self.assertEqual([entry["lines"] for entry in record], [1, 3])
         self.assertGreater(sum(record[1]["nodes"]), sum(record[0]["nodes"]))
         self.assertIn("| 1 ", self.run_of_tool.stdout)
+
+    def test_an_analysis_beside_the_engine(self):
+        arguments = ("analysis", "--depth", "6", "--rounds", "1", "--analyse", ANALYSE)
+        record = self.measure(*arguments)["analysis"]
+        (each,) = record["rounds"]
+        self.assertGreater(each["nodes"], 1000)
+        self.assert_seconds([each["engine"], each["analysis"]], 2)
+        self.assertIn("to depth 6", self.run_of_tool.stdout)
+        # Another search is no measure.
+        arguments = (*arguments[:-1], f"{ANALYSE} --lines 2")
+        self.measure(*arguments, status=1)
+        self.assertIn("not the same search", self.run_of_tool.stderr)
 
     def test_hash_sizes(self):
         record = self.measure(

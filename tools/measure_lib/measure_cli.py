@@ -4,7 +4,9 @@ import functools
 import json
 import os
 
+from explain_lib.analysis import ANALYSE_HELP, default_analyser
 from measure_lib import machine
+from measure_lib.analysis import Analysis
 from measure_lib.instructions import Instructions
 from measure_lib.latency import LatencyMeasurement
 from measure_lib.searches import Growth, HashSizes, Lines, read_positions
@@ -19,8 +21,9 @@ Measures the engine from outside, as a GUI meets it. start: from exec to uciok, 
 memory, ucinewgame, change of the hash size. latency: stop to bestmove and isready to readyok
 during a search, also with a pipe full of info lines. growth: nodes, time and branching factor by
 depth on twenty positions. hash: nodes a second by size of the table. multipv: what several lines
-cost. instructions: those of the command bench by folder, function and file, under callgrind; it
-needs a build with -g, and does not belong to "all".
+cost. analysis: nodes a second of orvelin-analyse beside the engine, and what the leaves take; give
+both programs of one build. instructions: those of the command bench by folder, function and file, under callgrind; it
+needs a build with -g. The last two do not belong to "all".
 """
 EPILOG = """
 Tables go to standard output as Markdown, progress to standard error. The exit status is 0 when
@@ -34,6 +37,7 @@ MEASUREMENTS = {
     "growth": Growth,
     "hash": HashSizes,
     "multipv": Lines,
+    "analysis": Analysis,
     "instructions": Instructions,
 }
 ALL = ("start", "latency", "growth", "hash", "multipv")
@@ -49,6 +53,7 @@ def _parser(tools):
     add = parser.add_argument
     add("what", nargs="+", choices=[*MEASUREMENTS, "all"], help="what to measure")
     add("--engine", type=command, metavar="CMD", help=ENGINE_HELP)
+    add("--analyse", type=command, metavar="CMD", help=ANALYSE_HELP)
     add("--positions", metavar="FILE", default=positions, help="(default bench/positions.txt)")
     add(
         "--samples",
@@ -59,7 +64,8 @@ def _parser(tools):
     add(
         "--depth",
         type=number(1, MOST_DEPTH),
-        help=f"of growth (default {Growth.default_depth}) and multipv ({Lines.default_depth})",
+        help=f"of growth (default {Growth.default_depth}), multipv ({Lines.default_depth}) and "
+        f"analysis ({Analysis.default_depth})",
     )
     add(
         "--movetime",
@@ -75,7 +81,7 @@ def _parser(tools):
         metavar="LIST",
         help="MiB for hash and start (default 6,16,64,128,512,1024,4096)",
     )
-    add("--rounds", type=positive, default=3, help="for hash (default %(default)s)")
+    add("--rounds", type=positive, default=3, help="for hash and analysis (default %(default)s)")
     add(
         "--lines",
         type=numbers,
@@ -103,6 +109,8 @@ def _prepare(options, tools, console):
     if "instructions" in options.what:
         machine.install(tools, ["valgrind"])
     options.engine = _engine(options, tools)
+    if "analysis" in options.what:
+        options.analyse = checked(options.analyse or (default_analyser(tools),))
     if options.before is not None:
         options.before = checked(options.before)
     if "all" in options.what:

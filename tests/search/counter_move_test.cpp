@@ -80,6 +80,22 @@ TEST_F(CounterMoveTest, ClearZeroesAll) {
     EXPECT_EQ(table_->value(king_h8, king_h8), 0);
 }
 
+// What is aged and zeroed is found by marks.
+TEST_F(CounterMoveTest, WhatIsWrittenBehindAClearIsAgedAndClearedAgain) {
+    table_->increment(pawn_e4, pawn_e5, 4);
+    table_->clear();
+    table_->decrement(pawn_e4, pawn_e5, 6);
+    table_->increment(pawn_e5, pawn_c5, 6);
+    table_->divide_by_8();
+    EXPECT_EQ(table_->value(pawn_e4, pawn_e5), -8);
+    EXPECT_EQ(table_->value(pawn_e5, pawn_c5), 8);
+    table_->divide_by_8();
+    EXPECT_EQ(table_->value(pawn_e4, pawn_e5), -1);
+    table_->clear();
+    EXPECT_EQ(table_->value(pawn_e4, pawn_e5), 0);
+    EXPECT_EQ(table_->value(pawn_e5, pawn_c5), 0);
+}
+
 TEST_F(CounterMoveTest, EmptyMovesStayInside) {
     table_->increment(Move(), Move(), 2);
     table_->increment(king_h8, Move(), 3);

@@ -89,6 +89,8 @@ pack_folder() { tar_folder "$@" | gzip -9n; }
 built_version() { sed -n 's/^CMAKE_PROJECT_VERSION:STATIC=//p' "$1/CMakeCache.txt"; }
 
 build_packages=(cmake ninja-build g++)
+# What the tools need beside these.
+tool_packages=(libcli11-dev rapidjson-dev libsqlite3-dev)
 
 # set_up_native TARGET...: builds for this machine what another system's programs are compared with,
 # and puts the folder into PLATFORM_NATIVE; unless that names one already.

@@ -53,6 +53,8 @@ class InputText {
     /// Goes over what is ahead up to the first of this byte, or to the end. False at the end.
     bool skip_to(char letter);
 
+    /// How many bytes were taken from where the text comes, and not gone over yet.
+    std::size_t unread() const { return static_cast<std::size_t>(end_ - begin_); }
     /// The line of the next byte, from 1.
     std::uint64_t line() const { return line_; }
     /// Whether the next byte is the first of its line.

@@ -93,6 +93,20 @@ MaterialBalance material_of(std::string_view fen) {
     return balance;
 }
 
+bool has_bishop_pair(std::string_view fen, bool white) {
+    std::array<bool, 2> there{};
+    std::size_t place = 0;
+    // A line that ends changes the colour, as does each of the eight squares before it.
+    for (char const letter : fen.substr(0, fen.find(' '))) {
+        if (letter == (white ? 'B' : 'b')) {
+            there[place % 2] = true;
+        }
+        bool const is_count = letter >= '1' && letter <= '8';
+        place += is_count ? static_cast<std::size_t>(letter - '0') : 1;
+    }
+    return there[0] && there[1];
+}
+
 std::string won_text(MaterialBalance const& change) {
     std::array<int, 5> more = change.more;
     cancel_minor_pieces(more);

@@ -22,6 +22,10 @@ struct MaterialBalance {
 /// What White has more in a position; only the first field of the text is looked at.
 MaterialBalance material_of(std::string_view fen);
 
+/// Whether a side has bishops on squares of both colours; only the first field of the text is
+/// looked at.
+bool has_bishop_pair(std::string_view fen, bool white);
+
 /// What has changed, as the object of "wins": "a bishop", "the exchange and a pawn", "the queen for
 /// two rooks". A knight for a bishop is not told. Empty where nothing is won.
 std::string won_text(MaterialBalance const& change);

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <iterator>
 
+#include "analyse/move_deed.h"
 #include "analyse/term_names.h"
 
 namespace orvelin::analyse {
@@ -25,29 +26,8 @@ constexpr double least_return = 0.4;
 /// decide, each too small to be told.
 constexpr double least_left = 0.4;
 
-/// In pawns of the phase: by less the material has not decided.
-constexpr double least_material = 0.6;
-
 /// In hundreds.
 constexpr int pawn = 100;
-
-/// What a move does when a group lost most: where the other side is then ahead in it, and where the
-/// own side has less of an advantage.
-struct Deed {
-    char const* behind;
-    char const* less;
-};
-
-constexpr std::array<Deed, term_group_count> deeds{{
-    {"comes out behind in material", "makes less of the better material"},
-    {"leaves the king less safe", "eases the pressure on the king"},
-    {"ends with the less active pieces", "makes less of the more active pieces"},
-    {"ends with the weaker pawns", "makes less of the better pawns"},
-    {"falls behind in passed pawns", "makes less of the passed pawns"},
-    {"leaves more pieces in danger", "eases the threats"},
-    {"falls behind in development", "makes less of the lead in development"},
-    {"ends with the less active king", "makes less of the more active king"},
-}};
 
 bool white_to_move(MoveInGame const& move) {
     std::size_t const blank = move.fen.find(' ');
@@ -62,38 +42,6 @@ bool promotes(Leaf const& leaf, bool mover) {
         }
     }
     return false;
-}
-
-/// The groups' sums over the terms of one leaf decide who is ahead.
-std::string deed_of(GroupChange const& group, Leaf const& worse, bool white) {
-    double sum = 0;
-    for (std::size_t i = 0; i < term::count; ++i) {
-        if (term_names()[i].group == group.group) {
-            sum += static_cast<double>(worse.terms[i]);
-        }
-    }
-    Deed const& deed = deeds[static_cast<std::size_t>(group.group)];
-    return (white ? sum : -sum) < 0 ? deed.behind : deed.less;
-}
-
-/// Says "loses" of what the line itself loses, and else what the better one wins or has more. Empty
-/// where that cannot be said in few words.
-std::string deed_of_material(MoveInGame const& move, Line const& better, Line const& worse,
-                             bool& is_missed_chance) {
-    MaterialBalance const best = material_change(move, better);
-    MaterialBalance const won = material_change(move, worse);
-    if (won.value() <= -pawn && best.value() > -pawn) {
-        std::string const lost = won_text(-won);
-        return lost.empty() ? "" : "loses " + lost;
-    }
-    if (best.value() >= pawn && won.value() < pawn) {
-        is_missed_chance = true;
-        std::string const missed = won_text(best);
-        return missed.empty() ? "" : "misses winning " + missed;
-    }
-    std::string const less = won_text(best - won);
-    bool const is_plain = !less.empty() && less.find(" for ") == std::string::npos;
-    return is_plain ? "ends " + less + " worse" : "";
 }
 
 /// True when material is told of.
@@ -187,6 +135,11 @@ MaterialBalance material_change(MoveInGame const& move, Line const& line) {
     return white_to_move(move) ? change : -change;
 }
 
+MaterialBalance material_after(MoveInGame const& move, Line const& line) {
+    MaterialBalance const after = material_of(line.leaf.fen);
+    return white_to_move(move) ? after : -after;
+}
+
 MaterialBalance material_won(MoveInGame const& move, Line const& line) {
     MaterialBalance won = material_change(move, line);
     if (move.taken) {
@@ -228,9 +181,10 @@ MoveReason find_reason(MoveInGame const& move, Line const& better, Line const& w
         explanation.groups[static_cast<std::size_t>(term_group::material)].change;
     // A piece that hangs in the one leaf and is gone in the other has lost nothing yet.
     bool const is_material = material <= std::min(told_change(*least) / 2, -least_material);
-    if (!is_material || !tell_material(move, better, worse, reason)) {
-        reason.deed = deed_of(*least, worse.leaf, white_to_move(move));
+    if (is_material && tell_material(move, better, worse, reason)) {
+        return reason;
     }
+    reason.deed = deed_of(*least, better.leaf, worse.leaf, white_to_move(move));
     return reason;
 }
 

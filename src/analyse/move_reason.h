@@ -41,6 +41,9 @@ MoveReason find_reason(MoveInGame const& move, Line const& better, Line const& w
 /// What the side to move has more by the leaf of the line than before the line.
 MaterialBalance material_change(MoveInGame const& move, Line const& line);
 
+/// What the side to move has more at the leaf of the line than the other side.
+MaterialBalance material_after(MoveInGame const& move, Line const& line);
+
 /// What the side to move wins by the leaf of the line, less what the move before it took.
 MaterialBalance material_won(MoveInGame const& move, Line const& line);
 

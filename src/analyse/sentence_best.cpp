@@ -38,11 +38,12 @@ std::string SentenceWriter::of_best(MoveInGame const& move) {
         std::string const text = won_text(won);
         std::size_t const needed = moves_to_material(line.leaf);
         if (won.value() >= pawn && !text.empty() && needed <= soon) {
-            return with_lines(played + " wins " + text, &line,
+            bool const is_return = material_after(move, line).value() <= 0;
+            return with_lines(played + (is_return ? " wins back " : " wins ") + text, &line,
                               std::max(needed, usual_replies + 1) - 1, "");
         }
     }
-    std::string const begin = played + (move.takes_back() ? " takes back" : " is the best move");
+    std::string const begin = played + (move.takes_back() ? " recaptures" : " is the best move");
     if (rest != nullptr && have_leaves(line, *rest) && rest->score < line.score) {
         MoveReason const reason = find_reason(move, line, *rest);
         if (reason.change <= -least_lead) {

@@ -9,6 +9,7 @@
 
 #include "analyse/explanation.h"
 #include "analyse/material_balance.h"
+#include "analyse/move_deed.h"
 #include "analyse/move_reason.h"
 #include "analyse/san.h"
 #include "analyse/score.h"
@@ -203,7 +204,8 @@ void Reader::read_pieces(string_view verb, MaterialBalance const& known, string_
         return;
     }
     string_view text = sentence_.substr(begin + verb.size());
-    text = text.substr(0, std::min(text.find(", after"), text.find_first_of(":;.")));
+    text = text.substr(
+        0, std::min({text.find(", after"), text.find(" and loses "), text.find_first_of(":;.")}));
     if (!text.ends_with(end)) {
         return;
     }
@@ -224,7 +226,16 @@ void Reader::look_at_pieces() {
     read_pieces(" loses ", -worse);
     read_pieces(" misses winning ", better);
     read_pieces(" ends ", better - worse, " worse");
-    read_pieces(" wins ", of_leaf(better_, material_won));
+    bool const back = sentence_.find(" wins back ") != string_view::npos;
+    read_pieces(back ? " wins back " : " wins ", of_leaf(better_, material_won));
+    if (back && of_leaf(better_, material_after).value() > 0) {
+        fault("wins back", "is said of more than was lost");
+    }
+    bool const is_omitted = better_ != nullptr && recaptures(move_, *better_) &&
+                            (worse_ == nullptr || !recaptures(move_, *worse_));
+    if (sentence_.find("does not recapture") != string_view::npos && !is_omitted) {
+        fault("does not recapture", "is not so");
+    }
 }
 
 }  // namespace

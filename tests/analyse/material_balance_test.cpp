@@ -34,6 +34,18 @@ TEST(MaterialBalanceTest, IsToldAsPlayersDo) {
     EXPECT_EQ(text(9, 0, 0, 0, 0), "9 pawns");
 }
 
+TEST(MaterialBalanceTest, ABishopPairIsOfBothColours) {
+    EXPECT_TRUE(has_bishop_pair(positions::start, true));
+    EXPECT_TRUE(has_bishop_pair(positions::start, false));
+    EXPECT_TRUE(has_bishop_pair("8/8/8/8/8/8/8/1BB1K2k w - - 0 1", true));
+    EXPECT_FALSE(has_bishop_pair("8/8/8/8/8/8/8/1BB1K2k w - - 0 1", false));
+    // On squares of one colour, one above the other and aside.
+    EXPECT_FALSE(has_bishop_pair("8/8/8/8/8/2b5/8/b3K2k b - - 0 1", false));
+    EXPECT_FALSE(has_bishop_pair("8/8/8/8/8/8/1b6/b3K2k b - - 0 1", false));
+    EXPECT_TRUE(has_bishop_pair("8/8/8/8/8/8/b7/b3K2k b - - 0 1", false));
+    EXPECT_FALSE(has_bishop_pair("8/8/8/8/8/8/8/B3K2k w - - 0 1", true));
+}
+
 }  // namespace
 
 }  // namespace orvelin::analyse::test

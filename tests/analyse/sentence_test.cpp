@@ -70,13 +70,71 @@ TEST(SentenceTest, OnlyWhatTheLineItselfLosesIsLost) {
                        takes_two);
     EXPECT_EQ(sentence_of(moves),
               "4.Ne4 misses winning a pawn: material -2.8; better 4.Nxd5 c6 5.Nxe7 Bxe7.");
+    // More is missed than lost.
+    SearchedMove both(fen,
+                      line_with(line_from(fen, "a2a4 a7a6 a4a5 b7b6 a5b6 c7b6 b2b4 d5b4 c1b2", 0),
+                                term::material, -100),
+                      takes_two);
+    EXPECT_EQ(sentence_of(both),
+              "4.a4 loses a pawn: material -3.2, after 4...a6 5.a5 b6 6.axb6 cxb6 7.b4 Nxb4; "
+              "better 4.Nxd5.");
+    Line const takes_knight = line_with(line_from(fen, "c3d5 c7c6 d5e3", 700), term::material, 700);
+    both.result.lines[0] = takes_knight;
+    EXPECT_EQ(sentence_of(both),
+              "4.a4 misses winning a knight and loses a pawn: material -3.2, after 4...a6 5.a5 b6 "
+              "6.axb6 cxb6 7.b4 Nxb4; better 4.Nxd5.");
     // Both lose.
     Line const loses_knight = line_with(line_from(fen, "a2a3 d5c3 a3a4", 0), term::material, -700);
     Line const loses_queen =
         line_with(line_from(fen, "d1g4 c8g4 a2a3 d5c3", -2000), term::material, -2000);
     SearchedMove worse(fen, loses_queen, loses_knight);
     EXPECT_EQ(sentence_of(worse),
-              "4.Qg4 ends the queen worse: material -5.2, after 4...Bxg4 5.a3 Nxc3; better 4.a3.");
+              "4.Qg4 ends a queen worse: material -5.2, after 4...Bxg4 5.a3 Nxc3; better 4.a3.");
+}
+
+TEST(SentenceTest, WhoDoesNotRecaptureIsToldSo) {
+    std::string const fen = "rnbqkb1r/ppp1pppp/8/3n4/8/2N5/PPPP1PPP/R1BQKBNR w KQkq - 0 4";
+    Line const takes = line_with(line_from(fen, "c3d5 a7a6 a2a3", 700), term::material, 700);
+    SearchedMove moves(fen, line_with(line_from(fen, "a2a3 a7a6", 0), term::material, -10), takes);
+    MoveInGame move = moves.in_game();
+    auto const told = [&](char const* square) {
+        move.taken = Taken{white_pawn, Square(square)};
+        std::string const text =
+            SentenceWriter(shared_tables()).write(move, judge(move, shared_tables()));
+        for (std::string const& fault : faults_of_sentence(text, move, shared_tables())) {
+            ADD_FAILURE() << text << "\n" << fault;
+        }
+        return text;
+    };
+    EXPECT_EQ(told("d5"), "4.a3 does not recapture: material -2.8; better 4.Nxd5 a6 5.a3.");
+    EXPECT_EQ(told("e7"), "4.a3 misses winning a knight: material -2.8; better 4.Nxd5 a6 5.a3.");
+    EXPECT_EQ(faults_of_sentence("4.a3 does not recapture.", move, shared_tables()).size(), 1U);
+}
+
+TEST(SentenceTest, ABishopPairIsToldByItsName) {
+    std::string const fen = "r1bqkb1r/pppp1ppp/5n2/4p3/2BnP3/2NP4/PPP2PPP/R1BQK1NR w KQkq - 0 5";
+    Line const best = line_with(line_from(fen, "h2h3 a7a6", 0), term::material, 0);
+    Line const gives_up = line_from(fen, "c4f7 e8f7 c1g5 d4c2 d1c2", -100);
+    SearchedMove moves(fen, line_with(gives_up, term::material, -100), best);
+    EXPECT_EQ(sentence_of(moves),
+              "5.Bxf7+ gives up the bishop pair: material -0.4, after 5...Kxf7 6.Bg5 Nxc2+; better "
+              "5.h3.");
+    std::string const other = "r1bqk1nr/pppp1ppp/2n5/8/1b6/P1N5/1PPP1PPP/R1BQKBNR w KQkq - 0 5";
+    SearchedMove leaves(other, line_with(line_from(other, "h2h3 b4a5", 0), term::material, -100),
+                        line_with(line_from(other, "a3b4 a7a6", 100), term::material, 0));
+    EXPECT_EQ(sentence_of(leaves),
+              "5.h3 leaves Black the bishop pair: material -0.4, after 5...Ba5; better 5.axb4.");
+    // Without bishops in it.
+    Line const quiet = line_with(line_from(fen, "a2a3 a7a6", -100), term::material, -100);
+    SearchedMove hardly(fen, quiet, best);
+    EXPECT_EQ(sentence_of(hardly),
+              "5.a3 ends slightly behind in material: material -0.4, after "
+              "5...a6; better 5.h3.");
+    hardly.result.lines[0] = line_with(line_from(fen, "h2h3 a7a6", 0), term::material, 200);
+    hardly.result.played = line_with(quiet, term::material, 100);
+    EXPECT_EQ(sentence_of(hardly),
+              "5.a3 keeps slightly less of the lead in material: material "
+              "-0.4, after 5...a6; better 5.h3.");
 }
 
 // The line that is shown goes as far as the last capture.
@@ -157,10 +215,11 @@ TEST(SentenceTest, GroupsAreToldByWhoIsAhead) {
     Line const best = line_with(line_from(positions::start, "e2e4", 0), term::king_attack, 200);
     Line const played = line_from(positions::start, "a2a3", -400);
     SearchedMove moves(positions::start, line_with(played, term::king_attack, -200), best);
-    EXPECT_EQ(sentence_of(moves), "1.a3 leaves the king less safe: king attack -1.6; better 1.e4.");
+    EXPECT_EQ(sentence_of(moves),
+              "1.a3 ends with the less safe king: king attack -1.6; better 1.e4.");
     moves.result.played = line_with(played, term::king_attack, 50);
     EXPECT_EQ(sentence_of(moves),
-              "1.a3 eases the pressure on the king: king attack -0.6; better 1.e4.");
+              "1.a3 keeps less of the lead in king safety: king attack -0.6; better 1.e4.");
     moves.result.lines[0] = line_from(positions::start, "e2e4", 0);
     moves.result.lines[0].why_not = unexplained::none;
     moves.result.played = line_with(played, term::weak_pawns, -60, term::passed_pawns, -80);
@@ -214,6 +273,14 @@ TEST(SentenceTest, GoodMovesGetTheirReason) {
     Line const wins = line_with(line_from(attacked, "b4c3 c1d2", 900), term::material, -700);
     SearchedMove won(attacked, wins, wins);
     EXPECT_EQ(sentence_of(won), "4...Bxc3+ wins a knight, after 5.Bd2.");
+    // Who was a knight behind has his own again.
+    std::string const behind = "rnbqk2r/pppp1ppp/4p3/8/1bPP4/P1N5/1P2PPPP/R1BQKBNR b KQkq - 0 4";
+    Line const even = line_with(line_from(behind, "b4c3 c1d2", 0), term::material, 0);
+    SearchedMove back(behind, even, even);
+    EXPECT_EQ(sentence_of(back), "4...Bxc3+ wins back a knight, after 5.Bd2.");
+    EXPECT_EQ(
+        faults_of_sentence("4...Bxc3+ wins back a knight.", won.in_game(), shared_tables()).size(),
+        1U);
 }
 
 TEST(SentenceTest, OtherMovesAreHeldAgainstTheBest) {

@@ -90,17 +90,17 @@ TEST_F(AnalyseJudgement, IsThatOfTheSearchOfThePosition) {
 TEST_F(AnalyseJudgement, DependsOnWhatTheRecordSaysAlone) {
     auto const answerer = tools::make_engine_answerer();
     tools::Verification verification(tools::make_engine_answerer());
-    bool takes_back = false;
+    bool recaptures = false;
     for (tools::Asked const& asked : positions_of(games, {3, 4})) {
         std::string line = json_of(answerer->answer(asked, request));
         line.pop_back();
         EXPECT_EQ(verification.difference(line), std::nullopt);
-        takes_back |= line.find("2...Qxd5 takes back") != std::string::npos;
+        recaptures |= line.find("2...Qxd5 recaptures") != std::string::npos;
     }
-    EXPECT_TRUE(takes_back);
+    EXPECT_TRUE(recaptures);
     tools::Asked asked = positions_of(games, {3, 3}).at(0);
     asked.taken.reset();
-    EXPECT_EQ(json_of(answerer->answer(asked, request)).find("takes back"), std::string::npos);
+    EXPECT_EQ(json_of(answerer->answer(asked, request)).find("recaptures"), std::string::npos);
     tools::Asked const last = positions_of(games).at(12);
     EXPECT_FALSE(answerer->answer(last, request).played);
 }

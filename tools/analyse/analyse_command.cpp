@@ -61,7 +61,7 @@ int analyse_files(AnalyseArguments const& arguments) {
     settings.shard = shard;
     settings.jobs = arguments.jobs;
     settings.progress = !arguments.quiet;
-    settings.input_read = [&input] { return input.read_share(); };
+    settings.positions_in_all = [&input] { return input.estimated_positions(); };
     auto const maker = [&cache] {
         auto answerer = make_engine_answerer();
         return cache ? make_cached_answerer(*cache, std::move(answerer)) : std::move(answerer);

@@ -142,9 +142,6 @@ void AnalyseRun::hand_on(Answers const& answers) {
     for (std::size_t i = 0; i < outputs_.size(); ++i) {
         outputs_[i]->write(answers.answered, answers.texts[i]);
     }
-    if (answered_ == 0) {
-        read_before_ = settings_.input_read();
-    }
     answered_ += answers.answered.size();
 }
 
@@ -170,13 +167,11 @@ std::string AnalyseRun::progress_text() const {
     std::uint64_t const count = answered_;
     double const rate = static_cast<double>(count) / std::max(elapsed, 0.001);
     std::string text = counted(count, "position", "positions") + ", " + rate_text(rate);
-    // What was read for an earlier run took no time to speak of.
-    double const read = settings_.input_read() - read_before_;
-    double const unread = 1 - read_before_ - read;
-    // It is read ahead of the searches: with its end the time that they take yet is not over.
-    if (read_before_ >= 0 && read > 0 && unread > 0) {
-        double const left = unread / read * elapsed;
-        text += ", " + duration_text(left) + " left";
+    double const all = settings_.positions_in_all() - static_cast<double>(done_before_);
+    double const left =
+        all / static_cast<double>(settings_.shard.count) - static_cast<double>(count);
+    if (left > 0) {
+        text += ", " + duration_text(left / rate) + " left";
     }
     return text;
 }

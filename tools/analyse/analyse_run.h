@@ -26,8 +26,8 @@ struct RunSettings {
     Shard shard;
     std::size_t jobs = 1;
     bool progress = true;
-    /// How much of the input is read, from 0 to 1; negative when nobody knows.
-    std::function<double()> input_read = [] { return -1.0; };
+    /// How many positions the input has, as far as that is known; negative when nobody knows.
+    std::function<double()> positions_in_all = [] { return -1.0; };
 };
 
 /// Answers for the positions of a source in several threads, and gives the records to the outputs
@@ -85,8 +85,6 @@ class AnalyseRun {
     std::atomic<bool> interrupted_ = false;
     Progress progress_;
     std::chrono::steady_clock::time_point start_;
-    /// How much of the input was read when the first answer was there.
-    std::atomic<double> read_before_ = -1;
 };
 
 }  // namespace orvelin::tools

@@ -1,5 +1,6 @@
 #include "analyse/position_files.h"
 
+#include <algorithm>
 #include <stdexcept>
 #include <utility>
 
@@ -57,7 +58,16 @@ class PositionFiles::File {
         return games_ ? next_of_games(asked) : next_of_lines(asked);
     }
     bool ready() const { return in_game() || input_.ready(); }
-    std::uint64_t bytes_read() const { return input_.bytes_read(); }
+    /// How many bytes are gone over, those of the game that is open too.
+    std::uint64_t bytes_passed() const { return input_.bytes_read() - text_.unread(); }
+    /// So many positions of the open game are still to be given.
+    std::uint64_t rest_of_game() const {
+        std::size_t const to =
+            in_game() ? std::min(game_->moves.size(), static_cast<std::size_t>(settings_.plies.to))
+                      : 0;
+        std::size_t const from = std::max(ply_, static_cast<std::size_t>(settings_.plies.from));
+        return in_game() && from <= to ? to - from + 1 : 0;
+    }
 
  private:
     void begin();
@@ -212,12 +222,12 @@ bool PositionFiles::open_next() {
 
 bool PositionFiles::next(Asked& asked) {
     while (file_ || open_next()) {
-        std::uint64_t const before = file_->bytes_read();
-        bool const found = file_->next(asked);
-        bytes_read_ += file_->bytes_read() - before;
-        if (found) {
+        if (file_->next(asked)) {
+            ++given_;
+            estimate_positions();
             return true;
         }
+        bytes_passed_ += file_->bytes_passed();
         file_.reset();
     }
     return false;
@@ -227,9 +237,13 @@ bool PositionFiles::ready() {
     return !file_ || file_->ready();
 }
 
-double PositionFiles::read_share() const {
-    return total_bytes_ == 0 ? -1.0
-                             : static_cast<double>(bytes_read_) / static_cast<double>(total_bytes_);
+void PositionFiles::estimate_positions() {
+    if (total_bytes_ > 0) {
+        // A file may have grown meanwhile.
+        auto const passed = static_cast<double>(bytes_passed_ + file_->bytes_passed());
+        auto const all = std::max(static_cast<double>(total_bytes_), passed);
+        estimated_positions_ = static_cast<double>(given_ + file_->rest_of_game()) * all / passed;
+    }
 }
 
 }  // namespace orvelin::tools

@@ -35,9 +35,9 @@ class PositionFiles : public PositionSource {
     bool next(Asked& asked) override;
     bool ready() override;
 
-    /// How much is read, from 0 to 1; negative when the size of the input is not known. From any
-    /// thread.
-    double read_share() const;
+    /// How many positions the input has in all, as the part that is gone over tells; negative when
+    /// the size of the input is not known. From any thread.
+    double estimated_positions() const { return estimated_positions_; }
     /// Games and lines that could not be read.
     std::uint64_t broken() const { return broken_; }
     /// Games that could be read, with positions that were asked for or without.
@@ -47,6 +47,7 @@ class PositionFiles : public PositionSource {
     class File;
 
     bool open_next();
+    void estimate_positions();
 
     Settings settings_;
     WakeUp const* stop_;
@@ -54,7 +55,10 @@ class PositionFiles : public PositionSource {
     std::size_t next_file_ = 0;
     std::unique_ptr<File> file_;
     std::uint64_t total_bytes_ = 0;
-    std::atomic<std::uint64_t> bytes_read_ = 0;
+    /// Of the files that are read to their end.
+    std::uint64_t bytes_passed_ = 0;
+    std::uint64_t given_ = 0;
+    std::atomic<double> estimated_positions_ = -1;
     std::uint64_t broken_ = 0;
     std::uint64_t games_ = 0;
 };

@@ -14,7 +14,14 @@ struct progress_style_t {
     std::chrono::milliseconds delay;
     /// Least time between two texts.
     std::chrono::milliseconds interval;
+    /// When longer than that, the time between two texts grows to this: a tenth of the time that is
+    /// over, so that the log of a run of days can be read.
+    std::chrono::milliseconds most_interval{0};
 };
+
+/// The time from a text to the next.
+std::chrono::milliseconds progress_interval(progress_style_t const& style,
+                                            std::chrono::milliseconds elapsed);
 
 /// Tells on standard error how far a long operation is. What is done quickly tells nothing.
 class Progress {
@@ -37,6 +44,7 @@ class Progress {
 
     std::ostream& out_;
     progress_style_t style_;
+    clock::time_point start_;
     clock::time_point next_;
     bool line_shown_ = false;
 };

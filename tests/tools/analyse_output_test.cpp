@@ -87,9 +87,19 @@ TEST_P(AnalyseTextOutput, AFileThatIsThereIsNotTakenByMistake) {
               std::string::npos);
     EXPECT_NE(reason_from([&] { open(open_mode::resume); }).find("cannot resume"),
               std::string::npos);
+    EXPECT_NE(reason_from([&] { open(open_mode::replace); }).find("cannot overwrite"),
+              std::string::npos);
     EXPECT_EQ(bytes_of(name_), "precious\n");
-    add(*open(open_mode::replace), 1, 2);
-    EXPECT_EQ(bytes_of(name_), written(2));
+    // Without the end of a line it is no record that was not written to its end.
+    put_bytes(name_, "precious");
+    EXPECT_NE(reason_from([&] { open(open_mode::resume); }).find("cannot resume"),
+              std::string::npos);
+    EXPECT_EQ(bytes_of(name_), "precious");
+    for (std::string const& there : {written(3), written(1).substr(0, 5), std::string()}) {
+        put_bytes(name_, there);
+        add(*open(open_mode::replace), 1, 2);
+        EXPECT_EQ(bytes_of(name_), written(2));
+    }
 }
 
 TEST_P(AnalyseTextOutput, OnlyOneWritesAFileAtATime) {
@@ -224,12 +234,26 @@ TEST(AnalyseSqlite, AFileThatIsThereIsNotTakenByMistake) {
     TemporaryDirectory const directory;
     std::string const name = directory.file("out.db");
     put_bytes(name, std::string(5000, 'x'));
-    for (open_mode const mode : {open_mode::create, open_mode::resume}) {
+    for (open_mode const mode : {open_mode::create, open_mode::resume, open_mode::replace}) {
         EXPECT_NE(reason_from([&] { tools::SqliteOutput(name, mode); }), "");
     }
     EXPECT_EQ(bytes_of(name), std::string(5000, 'x'));
+    put_bytes(name, "");
     tools::SqliteOutput(name, open_mode::replace).finish();
     EXPECT_TRUE(bytes_of(name).starts_with("SQLite format 3"));
+    tools::SqliteOutput(name, open_mode::replace).finish();
+}
+
+TEST(AnalyseSqlite, ACacheIsLeftAsItIs) {
+    TemporaryDirectory const directory;
+    std::string const name = directory.file("cache");
+    tools::Database(name, 0).run("CREATE TABLE answers (key TEXT); INSERT INTO answers VALUES (1)");
+    std::string const bytes = bytes_of(name);
+    for (open_mode const mode : {open_mode::resume, open_mode::replace}) {
+        EXPECT_NE(reason_from([&] { tools::SqliteOutput(name, mode); }).find("other tables"),
+                  std::string::npos);
+        EXPECT_EQ(bytes_of(name), bytes);
+    }
 }
 
 }  // namespace orvelin::test::analysis

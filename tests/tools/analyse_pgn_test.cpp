@@ -167,7 +167,9 @@ TEST_F(AnalysePgn, RefusesWhatMakesNoSense) {
     refused({"--moves", "played"}, "--moves is best, ");
     refused({"--jsonl", pgn_}, "cannot both go to");
     expect_error({"--limit", "depth=2", "--pgn", pgn_}, 1,
-                 "--pgn is for games: line 1 of - is a position", positions(1));
+                 "--pgn is for games: line 1 of - is a position without one, for which there are "
+                 "--jsonl",
+                 positions(1));
     EXPECT_FALSE(std::filesystem::exists(pgn_));
     put_bytes(pgn_, games);
     for (char const* const option : {"--jsonl", "--csv", "--sqlite"}) {
@@ -177,6 +179,17 @@ TEST_F(AnalysePgn, RefusesWhatMakesNoSense) {
     expect_error({"--limit", "depth=2", "--pgn", pgn_}, 1, "is there already", games);
     expect_error({pgn_, "--overwrite", "--pgn", pgn_}, 2, "is read, and cannot be written too");
     EXPECT_EQ(bytes_of(pgn_), games);
+}
+
+TEST_F(AnalysePgn, AFileInLatin1StaysOneWhileRecordsAreUtf8) {
+    std::string const game = "[Event \"M\xFCnchen\"]\n\n1. e4 {sch\xF6n} *\n";
+    texts_t const arguments = {"--limit", "depth=2", "--pgn", pgn_, "--jsonl", "-"};
+    EXPECT_NE(output_of(arguments, game).find("\"event\":\"M\xC3\xBCnchen\""), std::string::npos);
+    std::string const written = bytes_of(pgn_);
+    EXPECT_NE(written.find("[Event \"M\xFCnchen\"]"), std::string::npos);
+    EXPECT_EQ(std::count_if(written.begin(), written.end(),
+                            [](char letter) { return static_cast<unsigned char>(letter) > 126; }),
+              1);
 }
 
 // However it is ended.

@@ -120,6 +120,7 @@ TEST_F(AnalyseToolFaults, TellsFaultsOfTheCommandLine) {
                               {"--nosuch"},
                               {"verify"},
                               {"verify", "-", "--sample", "101"},
+                              {"verify", "-", "--sample", "0%"},
                               {"merge"}}) {
         expect_error(arguments, 2, "");
     }

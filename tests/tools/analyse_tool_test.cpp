@@ -133,7 +133,29 @@ TEST_F(AnalyseTool, ShardsAreMergedToTheSameBytes) {
     arguments.emplace_back("--overwrite");
     expect_error(arguments, 1, "position 38 is missing");
     EXPECT_EQ(bytes_of(out_), "as it was");
-    expect_error({"merge", parts[0], parts[0]}, 1, "again in");
+    arguments.resize(4);
+    put_bytes(parts[1], part);
+    arguments.insert(arguments.end(), {"-o", out_, "--overwrite"});
+    expect_error(arguments, 1, "cannot overwrite");
+    EXPECT_EQ(bytes_of(out_), "as it was");
+    put_bytes(out_, whole.substr(0, 300));
+    EXPECT_EQ(output_of(arguments), "");
+    EXPECT_EQ(bytes_of(out_), whole);
+    expect_error({"merge", parts[0], parts[1], parts[0]}, 2, parts[0] + " is given twice");
+    std::filesystem::create_hard_link(parts[0], directory_.file("other"));
+    expect_error({"merge", parts[0], directory_.file("other")}, 2, "are the same file");
+    put_bytes(directory_.file("copy"), bytes_of(parts[0]));
+    expect_error({"merge", parts[0], directory_.file("copy")}, 1, "again in");
+}
+
+// The first position is answered at once, the others take long.
+TEST_F(AnalyseTool, TellsTheTimeThatIsLeftOfAShortFileToo) {
+    std::string const name = directory_.file("in.fen");
+    put_bytes(name, "7k/5Q2/6K1/8/8/8/8/8 b - - 0 60\n" + positions(3));
+    ChildProcess child({analyse_binary, {name, "--limit", "depth=60"}, directory_.path()});
+    std::string const told = read_lines(child.errors(), 1);
+    EXPECT_TRUE(told.starts_with("1 position, ")) << told;
+    EXPECT_TRUE(told.ends_with(" left\n")) << told;
 }
 
 TEST_F(AnalyseTool, AFileThatHasGrownIsResumed) {

@@ -25,7 +25,7 @@ Number number_in(std::string const& text) {
 
 }  // namespace
 
-CsvOutput::CsvOutput(std::string const& name, open_mode mode) : file_(name, mode) {
+CsvOutput::CsvOutput(std::string const& name, open_mode mode) : file_(name, mode, "number,") {
     std::string header;
     analyse::append_csv_header(header);
     if (mode == open_mode::resume) {

@@ -28,7 +28,8 @@ std::uint64_t line_begin(LineFile const& file, std::uint64_t end) {
 
 }  // namespace
 
-JsonOutput::JsonOutput(std::string const& name, open_mode mode) : file_(name, mode) {
+JsonOutput::JsonOutput(std::string const& name, open_mode mode)
+    : file_(name, mode, json_file_begin) {
     if (mode == open_mode::resume) {
         find_last();
     }

@@ -5,6 +5,9 @@
 
 namespace orvelin::tools {
 
+/// How a file of lines of JSON begins.
+inline constexpr std::string_view json_file_begin = "{\"schema\":";
+
 /// Records as lines of JSON.
 class JsonOutput : public RecordOutput {
  public:

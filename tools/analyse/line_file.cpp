@@ -22,7 +22,7 @@ constexpr std::chrono::milliseconds last_run_patience{2000};
 
 }  // namespace
 
-LineFile::LineFile(std::string const& name, open_mode mode)
+LineFile::LineFile(std::string const& name, open_mode mode, std::string_view begin)
     : shown_name_(name == "-" ? "standard output" : name) {
     if (name == "-") {
         descriptor_ = standard_output;
@@ -34,7 +34,7 @@ LineFile::LineFile(std::string const& name, open_mode mode)
         descriptor_ = file.descriptor;
         is_new_ = file.is_new;
         is_file_ = is_regular_file(descriptor_);
-        open(mode);
+        open(mode, begin);
     } catch (std::system_error const& error) {
         close();
         fail("cannot write", error);
@@ -59,7 +59,7 @@ void LineFile::close() {
     }
 }
 
-void LineFile::open(open_mode mode) {
+void LineFile::open(open_mode mode, std::string_view begin) {
     if (!is_file_) {
         if (mode == open_mode::resume) {
             throw std::runtime_error("cannot resume " + shown_name_ + ": it is not a file");
@@ -69,6 +69,11 @@ void LineFile::open(open_mode mode) {
     lock(mode == open_mode::resume ? last_run_patience : std::chrono::milliseconds(0));
     // Only now nobody else changes it any more.
     size_ = size_of(descriptor_);
+    if (mode != open_mode::create && !begins_with(begin)) {
+        throw std::runtime_error(
+            (mode == open_mode::resume ? "cannot resume " : "cannot overwrite ") + shown_name_ +
+            ": what it holds is not of this kind of output");
+    }
     if (mode == open_mode::replace) {
         cut(0);
     } else if (mode == open_mode::create && size_ > 0) {
@@ -115,6 +120,12 @@ void LineFile::take_back(std::size_t written) const {
     } else if (std::optional<std::uint64_t> const place = place_in(descriptor_)) {
         cut_to(descriptor_, *place - written);
     }
+}
+
+bool LineFile::begins_with(std::string_view text) const {
+    std::string there;
+    read(0, text.size(), there);
+    return text.starts_with(there);
 }
 
 void LineFile::read(std::uint64_t from, std::size_t bytes, std::string& text) const {

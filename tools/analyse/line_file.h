@@ -25,15 +25,18 @@ enum class open_mode : std::uint8_t {
 /// away. Nobody else who asks so can write a file at the same time.
 class LineFile {
  public:
-    /// "-" is standard output.
+    /// "-" is standard output. A file that is replaced or gone on with must begin in this way: what
+    /// is of another kind has been named by mistake.
     /// @throws std::runtime_error with the reason when the file cannot be opened so.
-    LineFile(std::string const& name, open_mode mode);
+    LineFile(std::string const& name, open_mode mode, std::string_view begin = "");
     ~LineFile();
     LineFile(LineFile const&) = delete;
     LineFile& operator=(LineFile const&) = delete;
 
     void add(std::string_view text);
 
+    /// Whether it begins with this text, or with as much of it as there is.
+    bool begins_with(std::string_view text) const;
     /// Whether it can be read and cut.
     bool is_file() const { return is_file_; }
     std::uint64_t size() const { return size_; }
@@ -43,7 +46,7 @@ class LineFile {
     std::string const& name() const { return shown_name_; }
 
  private:
-    void open(open_mode mode);
+    void open(open_mode mode, std::string_view begin);
     void close();
     /// Takes the file for this process, waiting so long for another one to end.
     void lock(std::chrono::milliseconds patience) const;

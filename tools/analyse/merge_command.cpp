@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "analyse/commands.h"
+#include "analyse/json_output.h"
 #include "analyse/line_file.h"
 #include "analyse/shard_merge.h"
 #include "platform/path.h"
@@ -73,7 +74,22 @@ void write_all(merge_arguments_t const& arguments, StopSignals const& signals, L
     output.add(text);
 }
 
+/// All positions of such a file would be told to be there twice.
+void refuse_a_file_twice(std::vector<std::string> const& files) {
+    std::error_code ignored;
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        for (std::size_t j = i + 1; j < files.size(); ++j) {
+            if (std::filesystem::equivalent(path_of(files[i]), path_of(files[j]), ignored)) {
+                bool const alike = files[i] == files[j];
+                throw UsageError(alike ? files[i] + " is given twice"
+                                       : files[i] + " and " + files[j] + " are the same file");
+            }
+        }
+    }
+}
+
 int merge(merge_arguments_t const& arguments) {
+    refuse_a_file_twice(arguments.files);
     std::error_code ignored;
     if (!arguments.overwrite &&
         std::filesystem::is_regular_file(path_of(arguments.output), ignored)) {
@@ -88,6 +104,11 @@ int merge(merge_arguments_t const& arguments) {
         LineFile output("-", open_mode::create);
         write_all(arguments, signals, output);
         return signals.stopped() ? exit_stopped : exit_success;
+    }
+    if (std::filesystem::is_regular_file(path_of(arguments.output), ignored) &&
+        !LineFile(arguments.output, open_mode::resume).begins_with(json_file_begin)) {
+        throw std::runtime_error("cannot overwrite " + arguments.output +
+                                 ": what it holds is not of this kind of output");
     }
     FileReplacement replacement(path_of(arguments.output));
     {

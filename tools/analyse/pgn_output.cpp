@@ -10,14 +10,16 @@
 namespace orvelin::tools {
 
 PgnOutput::PgnOutput(std::string const& name, open_mode mode, Plies const& plies)
-    : file_(name, mode), plies_(plies) {}
+    : file_(name, mode, "["), plies_(plies) {}
 
 void PgnOutput::write(std::vector<Answered> const& answered, std::string const&) {
     for (auto const& [record, game] : answered) {
         if (!game) {
             throw std::runtime_error("--pgn is for games: line " +
                                      std::to_string(record.source.line) + " of " +
-                                     record.source.file + " is a position without one");
+                                     record.source.file +
+                                     " is a position without one, for which there are --jsonl, "
+                                     "--csv and --sqlite");
         }
         if (game != game_) {
             begin(game);

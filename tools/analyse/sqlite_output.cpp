@@ -14,14 +14,31 @@ namespace {
 constexpr int wait_milliseconds = 5000;
 constexpr std::chrono::milliseconds transaction_time{1000};
 
+/// A cache, or what another program keeps in its file, is neither replaced nor added to.
+void refuse_other_tables(std::string const& name) {
+    Database database(name, wait_milliseconds);
+    Statement others(database,
+                     "SELECT count(*) FROM sqlite_master WHERE type = 'table' AND name NOT IN "
+                     "('receipt', 'games', 'positions', 'lines', 'terms')");
+    others.step();
+    if (others.number(0) > 0) {
+        throw DatabaseError(name +
+                            " has other tables than those of --sqlite, and is left as it is");
+    }
+}
+
 /// Makes room for a new file, or refuses to.
 std::string const& prepared(std::string const& name, open_mode mode) {
     std::error_code ignored;
-    if (mode == open_mode::create && std::filesystem::exists(name, ignored) &&
-        std::filesystem::file_size(name, ignored) > 0) {
+    bool const is_there = std::filesystem::is_regular_file(name, ignored) &&
+                          std::filesystem::file_size(name, ignored) > 0;
+    if (mode == open_mode::create && is_there) {
         throw DatabaseError(name +
                             " is there already; --resume goes on with it, --overwrite begins it "
                             "anew");
+    }
+    if (is_there) {
+        refuse_other_tables(name);
     }
     if (mode == open_mode::replace) {
         // A journal that a killed run left would be played back into the new file.

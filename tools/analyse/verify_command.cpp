@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <atomic>
+#include <cstdlib>
 #include <iostream>
 #include <memory>
 #include <optional>
@@ -178,7 +179,11 @@ void add_verify_records_command(CLI::App& app, command_t& command) {
             }
             return text;
         })
-        ->check(CLI::Range(0.0, 100.0));
+        ->check(CLI::Range(0.0, 100.0))
+        ->check([](std::string const& text) {
+            bool const is_some = std::strtod(text.c_str(), nullptr) > 0;
+            return is_some ? "" : std::string("a sample of nothing verifies nothing");
+        });
     add_jobs_option(*verify, arguments->jobs);
     verify->add_flag("--quiet", arguments->quiet, "Tell no progress");
     verify->callback(

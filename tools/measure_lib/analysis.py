@@ -1,4 +1,4 @@
-"""What an analysis costs beside the plain search of the engine: in the same units, for the same nodes."""
+"""What an analysis costs beside the search of the engine: the same nodes, in the same units."""
 
 import json
 import os
@@ -84,9 +84,8 @@ class Analysis:
         for each in record["rounds"]:
             engine, analysis = each["nodes"] / each["engine"], each["nodes"] / each["analysis"]
             share = 100 * each["leaves"] / each["analysis"]
-            rows.append(
-                [thousands(engine), thousands(analysis), f"{analysis / engine:.3f}", f"{share:.1f} %"]
-            )
+            ratio = f"{analysis / engine:.3f}"
+            rows.append([thousands(engine), thousands(analysis), ratio, f"{share:.1f} %"])
         ratio = statistics.median(each["engine"] / each["analysis"] for each in record["rounds"])
         share = statistics.median(each["leaves"] / each["analysis"] for each in record["rounds"])
         rows.append(["median", "", f"{ratio:.3f}", f"{100 * share:.1f} %"])

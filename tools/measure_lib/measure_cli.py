@@ -22,8 +22,8 @@ memory, ucinewgame, change of the hash size. latency: stop to bestmove and isrea
 during a search, also with a pipe full of info lines. growth: nodes, time and branching factor by
 depth on twenty positions. hash: nodes a second by size of the table. multipv: what several lines
 cost. analysis: nodes a second of orvelin-analyse beside the engine, and what the leaves take; give
-both programs of one build. instructions: those of the command bench by folder, function and file, under callgrind; it
-needs a build with -g. The last two do not belong to "all".
+both programs of one build. instructions: those of the command bench by folder, function and file,
+under callgrind; it needs a build with -g. The last two do not belong to "all".
 """
 EPILOG = """
 Tables go to standard output as Markdown, progress to standard error. The exit status is 0 when

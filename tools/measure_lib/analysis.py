@@ -67,17 +67,18 @@ class Analysis:
         }
 
     def _search(self):
-        nodes = seconds = 0
+        nodes = 0
         with MeasuredEngine(self._settings.engine, patience=self._settings.patience) as engine:
             engine.handshake()
+            began = engine.moment().processor
             for _, fen in some(self._settings.positions):
+                # Both begin each search by clearing what the last one has written.
                 engine.new_game()
                 search = engine.search(fen, f"depth {self._depth}", LONG_SEARCH)
                 if search is None:
                     raise EngineFailure("tells no nodes")
                 nodes += search.nodes
-                seconds += search.line_processor_seconds
-        return nodes, seconds
+            return nodes, engine.moment().processor - began
 
     def text(self, record):
         rows = []

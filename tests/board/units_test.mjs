@@ -1,6 +1,6 @@
 // The parts of the board that need no page. BOARD is the folder that tools/make-board has made.
 import assert from "node:assert/strict";
-import { readFile } from "node:fs/promises";
+import { readdir, readFile } from "node:fs/promises";
 import path from "node:path";
 import { after, before, describe, test } from "node:test";
 import { pathToFileURL } from "node:url";
@@ -179,13 +179,13 @@ describe("texts", () => {
 
   test("all texts that the page asks for are there, and no others", async () => {
     const english = await read("en");
-    const sources = await Promise.all(["index.html", "main.mjs", "play.mjs", "analyse.mjs", "review.mjs", "open.mjs", "setup.mjs",
-      "dialogs.mjs", "speech.mjs", "board_view.mjs", "moves_view.mjs", "game_graph.mjs", "bars.mjs"].map((name) =>
+    const names = (await readdir(folder)).filter((name) => /\.(mjs|html)$/.test(name));
+    const sources = await Promise.all(names.map((name) =>
       readFile(path.join(folder, name), "utf8")));
     const text = sources.join("\n");
     const wanted = new Set([...text.matchAll(/data-(?:text|label|title|hint)="([^"]+)"|"([a-z]+(?:\.[\w]+)*)"/g)]
       .map((match) => match[1] ?? match[2]));
-    const made = /^(kind|piece|why|over|level|leaf|mark|scheme|start|tomove|ending|setup)\./;
+    const made = /^(kind|piece|why|over|level|leaf|lose|mark|scheme|start|tomove|ending|setup)\./;
     for (const key of Object.keys(english)) {
       assert.ok(wanted.has(key) || made.test(key), key + " is not asked for");
     }

@@ -124,7 +124,7 @@ export class Analyse {
     const { part, position } = app;
     const number = ++this.#drawing;
     const lines = this.#lines.filter(Boolean);
-    const sans = await Promise.all(lines.map((line) => app.sansOf(part, line.moves.slice(0, MOST_MOVES))));
+    const sans = await Promise.all(lines.map((line) => app.positions.sansOf(part, line.moves.slice(0, MOST_MOVES))));
     if (number !== this.#drawing || app.part !== part || !this.#entered) {
       return;
     }

@@ -1,21 +1,17 @@
 // The board: 64 cells that screen readers and keys go through, pieces above them, arrows on top.
 // It knows no rules: what can be moved and to where is asked of who owns it.
 
+import { BoardInput } from "./board_input.mjs";
 import { drawn, make } from "./dom.mjs";
 import { boardOf, FILES, isWhite, nameOf, squareOf } from "./fen.mjs";
 
-// A press that moves less than so many pixels is a click.
-const CLICK = 6;
-
 export class BoardView {
   #texts;
-  #cells = [];
+  cells = [];
   #pieces = new Map();
   #board = Array(64).fill(".");
   #flipped = false;
   #selected = null;
-  #focus = 0;
-  #press = null;
   #marks = {};
 
   /**
@@ -36,8 +32,7 @@ export class BoardView {
         const place = 8 * row + column;
         const cell = make("div", { role: "gridcell", class: "cell", tabindex: place ? -1 : 0 });
         cell.classList.add((row + column) % 2 ? "dark" : "light");
-        cell.addEventListener("focus", () => this.#setFocus(place));
-        this.#cells.push(cell);
+        this.cells.push(cell);
         line.append(cell);
       }
       root.append(line);
@@ -45,19 +40,17 @@ export class BoardView {
     this.layer = make("div", { class: "pieces", "aria-hidden": "true" });
     this.arrows = drawn("svg", { class: "arrows", viewBox: "0 0 8 8", "aria-hidden": "true" });
     root.append(this.layer, this.arrows);
-    root.addEventListener("pointerdown", (event) => this.#pressed(event));
-    root.addEventListener("pointermove", (event) => this.#dragged(event));
-    root.addEventListener("pointerup", (event) => this.#released(event));
-    root.addEventListener("pointercancel", () => this.#letGo());
-    root.addEventListener("keydown", (event) => this.#key(event));
+    this.input = new BoardInput(this);
   }
 
-  get flipped() {
-    return this.#flipped;
+  get selected() {
+    return this.#selected;
   }
 
-  /** Shows a position. `last` has the names of the squares of the last move, `check` is that of a
-   * king in check. */
+  /**
+   * Shows a position. `last` has the names of the squares of the last move, `check` is that of a
+   * king in check.
+   */
   draw(fen, { flipped = false, last = [], check = null } = {}) {
     const turned = flipped !== this.#flipped;
     this.#flipped = flipped;
@@ -80,8 +73,8 @@ export class BoardView {
   select(square) {
     this.#selected = square;
     const targets = square ? this.hooks.targets(square) : null;
-    this.#cells.forEach((cell, place) => {
-      const name = this.#nameAt(place);
+    this.cells.forEach((cell, place) => {
+      const name = this.nameAt(place);
       cell.classList.toggle("selected", name === square);
       cell.classList.toggle("target", Boolean(targets?.includes(name)));
       cell.classList.toggle("taken", this.#board[squareOf(name)] !== ".");
@@ -99,8 +92,12 @@ export class BoardView {
     const seen = 8 * (7 - Math.floor(place / 8)) + (place % 8);
     return this.#flipped ? 63 - seen : seen;
   }
-  #nameAt(place) {
+  nameAt(place) {
     return nameOf(this.#squareAt(place));
+  }
+
+  pieceOn(name) {
+    return this.#pieces.get(squareOf(name));
   }
 
   // Pieces that are on the board already go to their new squares; only what is new is made.
@@ -111,7 +108,7 @@ export class BoardView {
         left.push([square, piece]);
         this.#pieces.delete(square);
       } else if (turned) {
-        this.#put(piece, square);
+        this.put(piece, square);
       }
     }
     board.forEach((letter, square) => {
@@ -121,7 +118,7 @@ export class BoardView {
       const index = left.findIndex(([, piece]) => piece.dataset.piece === letter);
       const piece = index < 0 ? this.#newPiece(letter, square) : left.splice(index, 1)[0][1];
       this.#pieces.set(square, piece);
-      this.#put(piece, square);
+      this.put(piece, square);
     });
     left.forEach(([, piece]) => piece.remove());
     this.#board = board;
@@ -130,12 +127,12 @@ export class BoardView {
   #newPiece(letter, square) {
     const piece = drawn("svg", { class: "piece", viewBox: "0 0 40 40", "data-piece": letter });
     piece.append(drawn("use", { href: "#piece-" + letter }));
-    this.#put(piece, square);
+    this.put(piece, square);
     this.layer.append(piece);
     return piece;
   }
 
-  #put(piece, square) {
+  put(piece, square) {
     const place = this.#placeOf(square);
     piece.style.transform = `translate(${100 * (place % 8)}%, ${100 * Math.floor(place / 8)}%)`;
     piece.dataset.square = nameOf(square);
@@ -143,8 +140,8 @@ export class BoardView {
 
   #name() {
     const targets = this.#selected ? this.hooks.targets(this.#selected) : null;
-    this.#cells.forEach((cell, place) => {
-      const name = this.#nameAt(place);
+    this.cells.forEach((cell, place) => {
+      const name = this.nameAt(place);
       const letter = this.#board[squareOf(name)];
       const words = [letter === "." ? this.#texts.get("square.empty", { square: name })
         : this.#texts.get("square.piece", { square: name, piece: this.#texts.get("piece." + letter) })];
@@ -179,134 +176,6 @@ export class BoardView {
     const points = [at(0.28, 0.09), at(neck, 0.09), at(neck, 0.24), at(length - 0.06, 0),
       at(neck, -0.24), at(neck, -0.09), at(0.28, -0.09)];
     return drawn("polygon", { class: "arrow " + kind, points: points.join(" ") });
-  }
-
-  // By hand.
-
-  #pointed(event) {
-    const box = this.root.getBoundingClientRect();
-    const column = Math.floor(((event.clientX - box.left) / box.width) * 8);
-    const row = Math.floor(((event.clientY - box.top) / box.height) * 8);
-    const inside = column >= 0 && column < 8 && row >= 0 && row < 8;
-    return inside ? this.#nameAt(8 * row + column) : null;
-  }
-
-  #pressed(event) {
-    const square = this.#pointed(event);
-    if (event.button !== 0 || !square || this.#press) {
-      return;
-    }
-    const piece = this.#pieces.get(squareOf(square));
-    const mine = this.hooks.targets(square) !== null;
-    const goes = this.#selected && this.hooks.targets(this.#selected)?.includes(square);
-    // A piece of one's own that can be castled with is a target first.
-    this.#press = { square, piece: mine && !this.hooks.clicked ? piece : null, event, moved: false,
-      before: this.#selected, goes };
-    this.root.setPointerCapture(event.pointerId);
-    if (mine && !goes && !this.hooks.clicked) {
-      this.select(square);
-    }
-  }
-
-  #dragged(event) {
-    const press = this.#press;
-    if (!press?.piece || event.pointerId !== press.event.pointerId) {
-      return;
-    }
-    const [dx, dy] = [event.clientX - press.event.clientX, event.clientY - press.event.clientY];
-    if (!press.moved && Math.hypot(dx, dy) < CLICK) {
-      return;
-    }
-    if (!press.moved) {
-      press.moved = true;
-      press.piece.classList.add("held");
-      this.select(press.square);
-    }
-    const box = this.root.getBoundingClientRect();
-    const x = event.clientX - box.left - box.width / 16;
-    const y = event.clientY - box.top - box.height / 16;
-    press.piece.style.transform = `translate(${x}px, ${y}px)`;
-    const over = this.#pointed(event);
-    this.#cells.forEach((cell) => cell.classList.toggle("over", cell.dataset.square === over));
-  }
-
-  #released(event) {
-    const press = this.#press;
-    if (!press || event.pointerId !== press.event.pointerId) {
-      return;
-    }
-    const to = this.#pointed(event);
-    this.#letGo();
-    if (press.moved) {
-      if (to && to !== press.square && this.hooks.targets(press.square)?.includes(to)) {
-        this.#move(press.square, to);
-      } else if (!to && this.hooks.dropped) {
-        this.hooks.dropped(press.square);
-      } else if (to !== press.square) {
-        this.select(null);
-      }
-    } else if (press.goes) {
-      this.#move(press.before, press.square);
-    } else if (this.hooks.clicked) {
-      this.hooks.clicked(press.square);
-    } else if (press.before === press.square || !press.piece) {
-      this.select(null);
-    }
-  }
-
-  #letGo() {
-    if (this.#press?.moved) {
-      this.#press.piece.classList.remove("held");
-      this.#put(this.#press.piece, squareOf(this.#press.piece.dataset.square));
-      this.#cells.forEach((cell) => cell.classList.remove("over"));
-    }
-    this.#press = null;
-  }
-
-  #move(from, to) {
-    this.select(null);
-    this.hooks.move(from, to);
-  }
-
-  // By keys.
-
-  #setFocus(place) {
-    this.#cells[this.#focus].tabIndex = -1;
-    this.#cells[place].tabIndex = 0;
-    this.#focus = place;
-  }
-
-  #key(event) {
-    const [row, column] = [Math.floor(this.#focus / 8), this.#focus % 8];
-    const steps = { ArrowUp: [-1, 0], ArrowDown: [1, 0], ArrowLeft: [0, -1], ArrowRight: [0, 1],
-      Home: [0, -column], End: [0, 7 - column] };
-    if (event.ctrlKey || event.altKey || event.metaKey) {
-      return;
-    }
-    if (event.key in steps) {
-      const [down, right] = steps[event.key];
-      const place = 8 * Math.min(7, Math.max(0, row + down)) + Math.min(7, Math.max(0, column + right));
-      this.#cells[place].focus();
-    } else if (event.key === "Enter" || event.key === " ") {
-      this.#chosen(this.#nameAt(this.#focus));
-    } else if (event.key === "Escape") {
-      this.select(null);
-    } else {
-      return;
-    }
-    event.preventDefault();
-    event.stopPropagation();
-  }
-
-  #chosen(square) {
-    if (this.hooks.clicked) {
-      this.hooks.clicked(square);
-    } else if (this.#selected && this.hooks.targets(this.#selected)?.includes(square)) {
-      this.#move(this.#selected, square);
-    } else {
-      const mine = this.hooks.targets(square) !== null && square !== this.#selected;
-      this.select(mine ? square : null);
-    }
   }
 }
 

@@ -34,9 +34,10 @@ export function openBox(texts, title, build) {
   });
 }
 
-export const ask = (texts, title, question, yes) => openBox(texts, title, (box, close) => {
-  box.append(make("p", {}, question), make("p", { class: "buttons" },
-    button(yes, { class: "main" }, () => close(true)),
+/** Asks a question whose texts are `key`, `key.title` and `key.yes`: whether it is answered yes. */
+export const ask = (texts, key) => openBox(texts, texts.get(key + ".title"), (box, close) => {
+  box.append(make("p", {}, texts.get(key)), make("p", { class: "buttons" },
+    button(texts.get(key + ".yes"), { class: "main" }, () => close(true)),
     button(texts.get("cancel"), {}, () => close(null))));
 });
 

@@ -1,56 +1,51 @@
 // The page: one game, shown at one position, and three things to do with it.
 
 import { Analyse } from "./analyse.mjs";
-import { BoardView, isOwn, kingOf } from "./board_view.mjs";
-import { BoardCore } from "./core.mjs";
-import { ask, askPromotion, showAbout } from "./dialogs.mjs";
-import { find, on, setText } from "./dom.mjs";
+import { kingOf } from "./board_view.mjs";
+import { drawCaptions } from "./captions.mjs";
+import { ask } from "./dialogs.mjs";
+import { find, setText } from "./dom.mjs";
 import { otherSide } from "./fen.mjs";
 import { emptyGame, isGame, keep, partOf, read } from "./game.mjs";
+import { Hand } from "./hand.mjs";
+import { listen } from "./listening.mjs";
 import { MovesView } from "./moves_view.mjs";
-import { targetsOf, typedMoves } from "./moves.mjs";
-import { openText, readFile, savePgn, showOpen } from "./open.mjs";
 import { Openings } from "./openings.mjs";
 import { Play } from "./play.mjs";
+import { Positions } from "./positions.mjs";
 import { Review } from "./review.mjs";
 import { Searcher } from "./searcher.mjs";
-import { showSetup } from "./setup.mjs";
-import { moveWords, positionWords } from "./speech.mjs";
+import { Settings } from "./settings.mjs";
 import { LANGUAGES, languageOf, Texts } from "./texts.mjs";
+import { Walk } from "./walk.mjs";
 
 const MODES = ["play", "analyse", "review"];
-const SCHEMES = ["auto", "light", "dark"];
-const MOST_KNOWN = 1000;
 
-class App {
+class App extends Walk {
   texts = new Texts();
-  core = new BoardCore();
-  openings = new Openings(this.core);
-  searcher = new Searcher((message) => this.tell(this.texts.get("engine.failed", { words: message })));
-  game = emptyGame();
-  // The position that is shown: half-moves of the game, and a line that leaves it there.
-  view = { ply: 0, line: [], step: 0 };
+  positions = new Positions();
+  openings = new Openings(this.positions.core);
+  searcher = new Searcher((words) => this.tell(this.texts.get("engine.failed", { words })));
   // What the core tells of the position shown, and of the last one of the game.
   position = null;
   last = null;
   settings = {};
   mode = "play";
   turned = false;
-  #known = new Map();
   #shows = 0;
 
   async start() {
     const kept = read();
     this.settings = kept.settings && typeof kept.settings === "object" ? kept.settings : {};
-    const language = this.settings.language in LANGUAGES ? this.settings.language : languageOf(navigator.languages);
-    await this.texts.load(language);
+    const { language } = this.settings;
+    await this.texts.load(language in LANGUAGES ? language : languageOf(navigator.languages));
     this.texts.fill(document);
     this.#makeParts();
-    this.#listen();
+    listen(this, MODES);
     const mode = MODES.includes(kept.mode) ? kept.mode : "play";
     this.turned = kept.turned === true;
     await this.#restore(kept);
-    this.#takeBook();
+    this.positions.takeBook();
     this.choose(mode);
     document.body.dataset.ready = "true";
     // What is served from this machine is there without a network.
@@ -60,34 +55,20 @@ class App {
   }
 
   #makeParts() {
-    this.board = new BoardView(find("board"), this.texts, {
-      targets: (square) => this.#targets(square),
-      move: (from, to) => this.#chosen(from, to),
-    });
+    this.hand = new Hand(this);
+    this.board = this.hand.board;
     this.moves = new MovesView(this.texts, (ply) => this.go(ply), (step) => this.goLine(step));
     this.modes = { play: new Play(this), analyse: new Analyse(this), review: new Review(this) };
-    for (const [language, name] of Object.entries(LANGUAGES)) {
-      find("language").append(new Option(name, language));
-    }
-    find("language").value = this.texts.language;
-    this.#nameScheme();
+    this.pageSettings = new Settings(this, () => this.#rename());
   }
 
-  // The book is not waited for; without it there are no book moves.
-  async #takeBook() {
-    try {
-      const answer = await fetch(new URL("./Orvelin.bin", import.meta.url));
-      if (answer.ok) {
-        await this.core.book(await answer.arrayBuffer());
-      }
-    } catch {
-      // The page works all the same.
-    }
+  get core() {
+    return this.positions.core;
   }
 
   async #restore({ game, view }) {
     if (isGame(game)) {
-      const answer = await this.core.ask({ ask: "position", ...partOf(game) });
+      const answer = await this.positions.of(partOf(game));
       if (!answer.error) {
         this.game = game;
         const ply = Number.isInteger(view?.ply) ? view.ply : game.moves.length;
@@ -99,9 +80,6 @@ class App {
 
   // The game and its positions.
 
-  get atEnd() {
-    return this.view.ply === this.game.moves.length;
-  }
   get startSide() {
     return this.game.moves.length % 2 === 0 ? this.last.side : otherSide(this.last.side);
   }
@@ -122,28 +100,7 @@ class App {
     if (!this.modes.play.running || this.game.moves.length === 0) {
       return true;
     }
-    return Boolean(await ask(this.texts, this.texts.get("lose.title"), this.texts.get("lose"), this.texts.get("lose.yes")));
-  }
-
-  /** What the core tells of a position, remembered. */
-  async positionOf(part) {
-    const key = JSON.stringify(part);
-    let known = this.#known.get(key);
-    if (!known) {
-      known = this.core.ask({ ask: "position", ...part });
-      if (this.#known.size >= MOST_KNOWN) {
-        this.#known.delete(this.#known.keys().next().value);
-      }
-      this.#known.set(key, known);
-      known.catch(() => this.#known.delete(key));
-    }
-    return known;
-  }
-
-  /** The moves of a line from a position on, as players write them. */
-  async sansOf(part, line) {
-    const answer = await this.core.ask({ ask: "line", ...part, line });
-    return answer.error ? line : answer.sans;
+    return Boolean(await ask(this.texts, "lose"));
   }
 
   /** Shows the position that is chosen, and has the parts follow. */
@@ -155,7 +112,7 @@ class App {
     let answers;
     try {
       answers = await Promise.all([part, partOf(game), partOf(game, 0), partOf(game, view.ply),
-        partOf(game, view.ply, view.line)].map((each) => this.positionOf(each)));
+        partOf(game, view.ply, view.line)].map((each) => this.positions.of(each)));
     } catch (error) {
       this.tell(String(error.message ?? error));
       return;
@@ -193,48 +150,8 @@ class App {
       check: position.check ? kingOf(position.fen, position.side) : null });
     this.modes.play.drawPlayers(flipped);
     find("balance").classList.toggle("turned", flipped);
-    this.drawWords();
+    this.drawCaptions();
     this.modes[this.mode].draw();
-  }
-
-  drawWords() {
-    const { position, view, last, first, base, whole, game } = this;
-    const sans = last.sans;
-    this.moves.draw(first.fen, sans, this.modes.review.marks, view.ply);
-    const line = view.line.length ? whole.sans.slice(view.ply) : [];
-    this.moves.drawLine(base.fen, line, view.step, () => this.go(view.ply));
-    const { White, Black } = game.tags;
-    this.moves.title(White || Black ? `${White ?? "?"} – ${Black ?? "?"}, ${game.result}` : "");
-    setText(find("where"), this.#where());
-    find("words").replaceChildren(...positionWords(this.texts, position.fen).flatMap((text) => [text, " "]));
-    setText(find("fen"), position.fen);
-    find("first").disabled = find("previous").disabled = view.ply === 0 && line.length === 0;
-    find("last").disabled = find("next").disabled = line.length ? view.step >= line.length : this.atEnd;
-  }
-
-  #where() {
-    const { position, texts, view } = this;
-    const san = position.sans.at(-1);
-    const words = [];
-    if (this.mode === "play" && this.atEnd && !view.line.length) {
-      words.push(this.modes.play.words());
-    } else {
-      if (san) {
-        words.push(texts.get(view.line.length ? "where.line" : "where.after", { move: this.#label() + san }));
-      } else {
-        words.push(texts.get("where.start"));
-      }
-      words.push(position.end ? texts.get("why." + position.end.kind) + "." : texts.get("tomove." + position.side));
-    }
-    if (position.check && !position.end) {
-      words.push(texts.get("where.check"));
-    }
-    return words.join(" ");
-  }
-
-  #label() {
-    const [, side, , , , number] = this.position.fen.split(" ");
-    return side === "b" ? number + "." : Number(number) - 1 + "...";
   }
 
   /** A message above the board, until the next one or another game. */
@@ -252,39 +169,6 @@ class App {
   /** Words for screen readers. */
   say(text) {
     find("announce").textContent = text;
-  }
-
-  // Ways through the game.
-
-  go(ply) {
-    this.view = { ply: Math.min(Math.max(ply, 0), this.game.moves.length), line: [], step: 0 };
-    return this.show();
-  }
-
-  goLine(step) {
-    this.view = { ...this.view, step };
-    return this.show();
-  }
-
-  toEnd() {
-    if (!this.atEnd || this.view.line.length) {
-      this.go(this.game.moves.length);
-    }
-  }
-
-  stepBy(direction) {
-    const { view } = this;
-    if (view.line.length) {
-      const step = view.step + direction;
-      return step < 1 ? this.go(view.ply) : step <= view.line.length ? this.goLine(step) : null;
-    }
-    return this.go(view.ply + direction);
-  }
-
-  /** Shows a line from the position with this many half-moves on, at a step of it. */
-  showLine(ply, line, step) {
-    this.view = { ply, line, step };
-    return this.show();
   }
 
   choose(mode) {
@@ -310,141 +194,6 @@ class App {
     return this.show();
   }
 
-  // Moves.
-
-  #mayMove() {
-    return Boolean(this.position) && !this.position.end && this.modes[this.mode].mayMove(this.position.side);
-  }
-
-  #targets(square) {
-    const { position } = this;
-    if (!this.#mayMove() || !isOwn(position.fen, square, position.side)) {
-      return null;
-    }
-    return [...targetsOf(square, position.legal).keys()];
-  }
-
-  async #chosen(from, to) {
-    const { position } = this;
-    const moves = targetsOf(from, position.legal).get(to) ?? [];
-    await this.#make(await this.#oneOf(moves));
-  }
-
-  async #oneOf(moves) {
-    const promotions = moves.length > 1 && moves.every((move) => move.promotion);
-    return promotions ? askPromotion(this.texts, moves, this.position.side) : moves[0];
-  }
-
-  async #make(move) {
-    if (move && this.position.legal.includes(move) && this.#mayMove()) {
-      this.tell("");
-      await this.modes[this.mode].make(move);
-    }
-  }
-
-  /** A move beside a game that is played: on in the game, or in a line that leaves it. */
-  async explore(move) {
-    const { game, view } = this;
-    const line = view.line.slice(0, view.step);
-    this.say(moveWords(this.texts, move));
-    if (!line.length && game.moves[view.ply] === move.uci) {
-      await this.go(view.ply + 1);
-    } else if (!line.length && this.atEnd && !this.modes.play.running && game.result === "*") {
-      game.moves.push(move.uci);
-      this.modes.review.forget();
-      await this.go(game.moves.length);
-    } else {
-      await this.showLine(view.ply, [...line, move.uci], line.length + 1);
-    }
-  }
-
-  async #typed(event) {
-    event.preventDefault();
-    const field = find("typed");
-    const text = field.value.trim();
-    if (!text) {
-      return;
-    }
-    if (!this.#mayMove()) {
-      this.tell(this.texts.get("typed.not"));
-      return;
-    }
-    const moves = typedMoves(text, this.position.legal);
-    const squares = new Set(moves.map((move) => move.from + move.to));
-    if (squares.size !== 1) {
-      this.tell(this.texts.get(squares.size ? "typed.several" : "typed.none", { text }));
-      return;
-    }
-    field.value = "";
-    await this.#make(await this.#oneOf(moves));
-  }
-
-  // Listening.
-
-  #listen() {
-    MODES.forEach((mode) => on("tab-" + mode, () => this.choose(mode)));
-    find("tabs").addEventListener("keydown", (event) => this.#tabKey(event));
-    on("first", () => this.go(0));
-    on("previous", () => this.stepBy(-1));
-    on("next", () => this.stepBy(1));
-    on("last", () => (this.view.line.length ? this.goLine(this.view.line.length) : this.go(this.game.moves.length)));
-    on("flip", () => {
-      this.turned = !this.turned;
-      this.show();
-    });
-    find("typed-form").addEventListener("submit", (event) => this.#typed(event));
-    on("scheme", () => this.#nextScheme());
-    on("about", () => showAbout(this.texts, document.body.dataset.version ?? ""));
-    find("language").addEventListener("change", (event) => this.#speak(event.target.value));
-    on("open", () => showOpen(this));
-    document.querySelectorAll(".set-up").forEach((each) => each.addEventListener("click", () => showSetup(this)));
-    on("copy-fen", () => this.copy(this.position.fen));
-    on("copy-pgn", async () => this.copy(await this.pgn()));
-    on("save-pgn", async () => savePgn(await this.pgn()));
-    document.addEventListener("keydown", (event) => this.#key(event));
-    document.addEventListener("dragover", (event) => event.preventDefault());
-    document.addEventListener("drop", (event) => this.#dropped(event));
-    document.addEventListener("paste", (event) => this.#pasted(event));
-    window.addEventListener("pagehide", () => this.keep());
-  }
-
-  #key(event) {
-    const plain = !(event.ctrlKey || event.altKey || event.metaKey || event.shiftKey);
-    const busy = event.target.closest?.("input, select, textarea, dialog, [role=tablist], [role=slider]");
-    const keys = { ArrowLeft: "previous", ArrowRight: "next", Home: "first", End: "last" };
-    if (plain && !busy && event.key in keys) {
-      find(keys[event.key]).click();
-      event.preventDefault();
-    } else if (plain && !busy && event.key === "Escape" && this.view.line.length) {
-      this.go(this.view.ply);
-    }
-  }
-
-  #tabKey(event) {
-    const steps = { ArrowLeft: -1, ArrowRight: 1 };
-    if (event.key in steps) {
-      const index = MODES.indexOf(this.mode) + steps[event.key] + MODES.length;
-      const mode = MODES[index % MODES.length];
-      find("tab-" + mode).focus();
-      this.choose(mode);
-    }
-  }
-
-  async #dropped(event) {
-    event.preventDefault();
-    const file = event.dataTransfer.files[0];
-    const text = file ? await readFile(this, file) : event.dataTransfer.getData("text/plain");
-    if (text) {
-      openText(this, text);
-    }
-  }
-
-  #pasted(event) {
-    if (!event.target.closest?.("input, textarea, dialog")) {
-      openText(this, event.clipboardData.getData("text/plain"));
-    }
-  }
-
   async copy(text) {
     try {
       await navigator.clipboard.writeText(text);
@@ -455,51 +204,22 @@ class App {
   }
 
   async pgn() {
-    const { game } = this;
-    const { pgn, error } = await this.core.ask({ ask: "to-pgn", ...partOf(game), tags: game.tags, result: game.result });
+    const { pgn, error } = await this.positions.pgnOf(this.game);
     if (error) {
       this.tell(error);
     }
     return pgn ?? "";
   }
 
-  // Language and colours.
+  drawCaptions() {
+    drawCaptions(this);
+  }
 
-  async #speak(language) {
-    await this.texts.load(language);
-    this.settings.language = language;
-    this.texts.fill(document);
-    this.#nameScheme();
+  // The texts are those of another language.
+  async #rename() {
     this.board.rename();
     Object.values(this.modes).forEach((mode) => mode.name());
     await this.show();
-  }
-
-  #nameScheme() {
-    const now = document.documentElement.dataset.scheme ?? "auto";
-    find("scheme").textContent = this.texts.get("scheme." + now);
-  }
-
-  #nextScheme() {
-    const root = document.documentElement;
-    const now = SCHEMES.indexOf(root.dataset.scheme ?? "auto");
-    const next = SCHEMES[(now + 1) % SCHEMES.length];
-    if (next === "auto") {
-      delete root.dataset.scheme;
-    } else {
-      root.dataset.scheme = next;
-    }
-    try {
-      localStorage.setItem("orvelin-scheme", next);
-    } catch {
-      // It is chosen for this page alone.
-    }
-    this.#nameScheme();
-  }
-
-  /** Called when a game has come to its end. */
-  moved() {
-    this.drawWords();
   }
 }
 

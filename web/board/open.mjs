@@ -38,7 +38,7 @@ async function openPosition(app, fen) {
   const answers = [];
   // A position that standard rules do not take may be one of Chess960.
   for (const chess960 of [false, true]) {
-    const answer = await app.positionOf({ start: fen, chess960, moves: [] });
+    const answer = await app.positions.of({ start: fen, chess960, moves: [] });
     if (!answer.error) {
       return { game: emptyGame(answer.fen, chess960), remark: answer.remarks?.[0] };
     }

@@ -109,7 +109,7 @@ class Editor {
   async #check() {
     const part = { start: this.fen.value.trim(), chess960: this.chess960.checked, moves: [] };
     this.answer = null;
-    const answer = await this.app.positionOf(part);
+    const answer = await this.app.positions.of(part);
     if (this.fen.value.trim() === part.start && this.chess960.checked === part.chess960) {
       this.answer = answer.error ? null : answer;
       setText(this.wrong, answer.error ?? "");

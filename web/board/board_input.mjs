@@ -1,0 +1,155 @@
+// The board by hand and by keys: what is pressed, drawn, and chosen on it.
+
+import { squareOf } from "./fen.mjs";
+
+// A press that moves less than so many pixels is a click.
+const CLICK = 6;
+
+export class BoardInput {
+  #focus = 0;
+  #press = null;
+
+  constructor(view) {
+    this.view = view;
+    const { root, cells } = view;
+    cells.forEach((cell, place) => cell.addEventListener("focus", () => this.#setFocus(place)));
+    root.addEventListener("pointerdown", (event) => this.#pressed(event));
+    root.addEventListener("pointermove", (event) => this.#dragged(event));
+    root.addEventListener("pointerup", (event) => this.#released(event));
+    root.addEventListener("pointercancel", () => this.#letGo());
+    root.addEventListener("keydown", (event) => this.#key(event));
+  }
+
+  /** Puts the keys on the board: on the square where they were. */
+  focus() {
+    this.view.cells[this.#focus].focus();
+  }
+
+  // By hand.
+
+  #pointed(event) {
+    const box = this.view.root.getBoundingClientRect();
+    const column = Math.floor(((event.clientX - box.left) / box.width) * 8);
+    const row = Math.floor(((event.clientY - box.top) / box.height) * 8);
+    const inside = column >= 0 && column < 8 && row >= 0 && row < 8;
+    return inside ? this.view.nameAt(8 * row + column) : null;
+  }
+
+  #pressed(event) {
+    const square = this.#pointed(event);
+    if (event.button !== 0 || !square || this.#press) {
+      return;
+    }
+    const piece = this.view.pieceOn(square);
+    const mine = this.view.hooks.targets(square) !== null;
+    const goes = this.view.selected && this.view.hooks.targets(this.view.selected)?.includes(square);
+    // A piece of one's own that can be castled with is a target first.
+    this.#press = { square, piece: mine && !this.view.hooks.clicked ? piece : null, event, moved: false,
+      before: this.view.selected, goes };
+    this.view.root.setPointerCapture(event.pointerId);
+    if (mine && !goes && !this.view.hooks.clicked) {
+      this.view.select(square);
+    }
+  }
+
+  #dragged(event) {
+    const press = this.#press;
+    if (!press?.piece || event.pointerId !== press.event.pointerId) {
+      return;
+    }
+    const [dx, dy] = [event.clientX - press.event.clientX, event.clientY - press.event.clientY];
+    if (!press.moved && Math.hypot(dx, dy) < CLICK) {
+      return;
+    }
+    if (!press.moved) {
+      press.moved = true;
+      press.piece.classList.add("held");
+      this.view.select(press.square);
+    }
+    const box = this.view.root.getBoundingClientRect();
+    const x = event.clientX - box.left - box.width / 16;
+    const y = event.clientY - box.top - box.height / 16;
+    press.piece.style.transform = `translate(${x}px, ${y}px)`;
+    const over = this.#pointed(event);
+    this.view.cells.forEach((cell) => cell.classList.toggle("over", cell.dataset.square === over));
+  }
+
+  #released(event) {
+    const press = this.#press;
+    if (!press || event.pointerId !== press.event.pointerId) {
+      return;
+    }
+    const to = this.#pointed(event);
+    this.#letGo();
+    if (press.moved) {
+      if (to && to !== press.square && this.view.hooks.targets(press.square)?.includes(to)) {
+        this.#move(press.square, to);
+      } else if (!to && this.view.hooks.dropped) {
+        this.view.hooks.dropped(press.square);
+      } else if (to !== press.square) {
+        this.view.select(null);
+      }
+    } else if (press.goes) {
+      this.#move(press.before, press.square);
+    } else if (this.view.hooks.clicked) {
+      this.view.hooks.clicked(press.square);
+    } else if (press.before === press.square || !press.piece) {
+      this.view.select(null);
+    }
+  }
+
+  #letGo() {
+    if (this.#press?.moved) {
+      this.#press.piece.classList.remove("held");
+      this.view.put(this.#press.piece, squareOf(this.#press.piece.dataset.square));
+      this.view.cells.forEach((cell) => cell.classList.remove("over"));
+    }
+    this.#press = null;
+  }
+
+  #move(from, to) {
+    this.view.select(null);
+    this.view.hooks.move(from, to);
+  }
+
+  // By keys.
+
+  #setFocus(place) {
+    this.view.cells[this.#focus].tabIndex = -1;
+    this.view.cells[place].tabIndex = 0;
+    this.#focus = place;
+  }
+
+  #key(event) {
+    const [row, column] = [Math.floor(this.#focus / 8), this.#focus % 8];
+    const steps = { ArrowUp: [-1, 0], ArrowDown: [1, 0], ArrowLeft: [0, -1], ArrowRight: [0, 1],
+      Home: [0, -column], End: [0, 7 - column] };
+    if (event.ctrlKey || event.altKey || event.metaKey) {
+      return;
+    }
+    if (event.key in steps) {
+      const [down, right] = steps[event.key];
+      const place = 8 * Math.min(7, Math.max(0, row + down)) + Math.min(7, Math.max(0, column + right));
+      this.view.cells[place].focus();
+    } else if (event.key === "Enter" || event.key === " ") {
+      this.#chosen(this.view.nameAt(this.#focus));
+    } else if (event.key === "Escape") {
+      this.view.select(null);
+    } else {
+      return;
+    }
+    event.preventDefault();
+    event.stopPropagation();
+  }
+
+  #chosen(square) {
+    if (this.view.hooks.clicked) {
+      this.view.hooks.clicked(square);
+    } else if (this.view.selected && this.view.hooks.targets(this.view.selected)?.includes(square)) {
+      this.#move(this.view.selected, square);
+    } else {
+      const mine = this.view.hooks.targets(square) !== null && square !== this.view.selected;
+      this.view.select(mine ? square : null);
+    }
+  }
+}

@@ -1,0 +1,50 @@
+// What the core knows of positions and games, asked once and remembered.
+
+import { BoardCore } from "./core.mjs";
+import { partOf } from "./game.mjs";
+
+const MOST_KNOWN = 1000;
+
+export class Positions {
+  core = new BoardCore();
+  #known = new Map();
+
+  /** What the core tells of a position, remembered. */
+  async of(part) {
+    const key = JSON.stringify(part);
+    let known = this.#known.get(key);
+    if (!known) {
+      known = this.core.ask({ ask: "position", ...part });
+      if (this.#known.size >= MOST_KNOWN) {
+        this.#known.delete(this.#known.keys().next().value);
+      }
+      this.#known.set(key, known);
+      known.catch(() => this.#known.delete(key));
+    }
+    return known;
+  }
+
+  /** The moves of a line from a position on, as players write them. */
+  async sansOf(part, line) {
+    const answer = await this.core.ask({ ask: "line", ...part, line });
+    return answer.error ? line : answer.sans;
+  }
+
+  /** A game as PGN, or the error that the core gives. */
+  pgnOf(game) {
+    const { tags, result } = game;
+    return this.core.ask({ ask: "to-pgn", ...partOf(game), tags, result });
+  }
+
+  /** Loads the opening book; without it there are no book moves. */
+  async takeBook() {
+    try {
+      const answer = await fetch(new URL("./Orvelin.bin", import.meta.url));
+      if (answer.ok) {
+        await this.core.book(await answer.arrayBuffer());
+      }
+    } catch {
+      // The page works all the same.
+    }
+  }
+}

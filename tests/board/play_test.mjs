@@ -99,6 +99,13 @@ describe("a game", () => {
     await clickMove(page, "d2", "d4");
     await hasMoves(page, 2);
     await page.click("#resign");
+    await page.click("dialog button:not(.main)");
+    await page.click("#resign");
+    await page.keyboard.press("Escape");
+    await page.waitForSelector("dialog", { state: "detached" });
+    assert.equal(await page.locator("#play-words").textContent(), "");
+    await page.click("#resign");
+    await page.click("dialog button.main");
     await says(page, "play-words", "White has resigned");
     await page.click("#again");
     await hasMoves(page, 0);
@@ -121,7 +128,7 @@ describe("a game", () => {
     await page.click("#tab-play");
     await begins(page);
     await page.click("#hint");
-    await says(page, "hint-words", "Rd8#");
+    await says(page, "hint-words", "1.Rd8#");
     assert.equal(await page.locator(".arrow").count(), 1);
     await typeMove(page, "Rd8#");
     await says(page, "play-words", "You have won. Black is checkmated.");
@@ -178,7 +185,7 @@ describe("a game", () => {
     assert.equal(await page.locator("#lower .clock").textContent(), left);
   }));
 
-  test("a draw by rule ends it", () => withBoard({}, async (page) => {
+  test("fifty moves end it", () => withBoard({}, async (page) => {
     await openGame(page, "7k/5Q2/8/8/8/8/8/K7 w - - 98 80");
     await page.click("#tab-play");
     await begins(page);
@@ -186,8 +193,24 @@ describe("a game", () => {
     await says(page, "play-words", "Drawn: fifty moves");
   }));
 
+  test("the third repetition ends it", () => withBoard({}, async (page) => {
+    // Black has a single move in each position.
+    await openGame(page, "7k/8/8/8/8/8/8/K1B3R1 w - - 0 1");
+    await page.click("#tab-play");
+    await begins(page);
+    for (const [count, move] of ["Ka2", "Ka1", "Ka2", "Ka1"].entries()) {
+      assert.equal(await page.locator("#play-words").textContent(), "");
+      await typeMove(page, move);
+      await hasMoves(page, 2 * count + 2);
+    }
+    await says(page, "play-words", "Drawn: the position was there for the third time");
+  }));
+
   test("a pawn is promoted to what is chosen", () => withBoard({}, async (page) => {
     await openGame(page, "8/P6k/8/8/8/8/8/K7 w - - 0 1");
+    await clickMove(page, "a7", "a8");
+    await page.click("dialog button:has-text('Cancel')");
+    assert.deepEqual(await sansOf(page), []);
     await clickMove(page, "a7", "a8");
     await page.click("dialog [data-promotion=n]");
     await hasMoves(page, 1);

@@ -170,7 +170,7 @@ describe("texts", () => {
   test("both languages say the same", async () => {
     const [english, german] = [await read("en"), await read("de")];
     // What the core names has names of its own.
-    const own = Object.keys(german).filter((key) => !/^(group|term)\./.test(key));
+    const own = Object.keys(german).filter((key) => !/^(group|term|sentence)\./.test(key));
     assert.deepEqual(own.sort(), Object.keys(english).sort());
     for (const [key, text] of Object.entries(english)) {
       assert.deepEqual(places(german[key]), places(text), key);
@@ -185,7 +185,7 @@ describe("texts", () => {
     const text = sources.join("\n");
     const wanted = new Set([...text.matchAll(/data-(?:text|label|title|hint)="([^"]+)"|"([a-z]+(?:\.[\w]+)*)"/g)]
       .map((match) => match[1] ?? match[2]));
-    const made = /^(kind|piece|why|over|level|leaf|lose|mark|scheme|start|tomove|ending|setup)\./;
+    const made = /^(kind|letter|piece|why|over|level|leaf|lose|mark|resign|scheme|sentence|start|tomove|ending|setup)\./;
     for (const key of Object.keys(english)) {
       assert.ok(wanted.has(key) || made.test(key), key + " is not asked for");
     }

@@ -1,8 +1,7 @@
 // What the engine thinks of the position that is shown, as long as it is shown.
 
-import { drawBars } from "./bars.mjs";
 import { button, find, make, on, setText } from "./dom.mjs";
-import { Ending } from "./ending.mjs";
+import { Explanation } from "./explanation.mjs";
 import { numbered } from "./fen.mjs";
 import { scoreText, whiteShare } from "./uci.mjs";
 
@@ -10,25 +9,26 @@ const MOST_LINES = 5;
 const MOST_MOVES = 14;
 // Milliseconds between two drawings of the lines.
 const PAUSE = 120;
-
-const percent = (share) => (share < 0.005 ? "<1" : Math.round(100 * share));
+// White's share of the points when a game is over.
+const SHARES = { "1-0": 100, "0-1": 0, "1/2-1/2": 50 };
 
 export class Analyse {
   #lines = [];
   #info = {};
   #entered = false;
+  // The position that the lines are of.
+  #part = null;
+  #position = null;
   #key = "";
   #timer = null;
   #drawing = 0;
-  // The first move of the line whose leaf is shown.
-  #asked = null;
 
   constructor(app) {
     this.app = app;
+    this.explanation = new Explanation(app, () => this.#drawAsked());
     for (let count = 1; count <= MOST_LINES; count += 1) {
       find("line-count").append(new Option(count, count));
     }
-    this.ending = new Ending(app);
     const { lines } = app.settings;
     this.count = Number.isInteger(lines) && lines >= 1 && lines <= MOST_LINES ? lines : 3;
     this.running = app.settings.engine !== false;
@@ -36,31 +36,35 @@ export class Analyse {
     find("line-count").addEventListener("change", (event) => {
       this.count = Number(event.target.value);
       app.settings.lines = this.count;
-      this.#begin();
+      if (this.running) {
+        this.#begin();
+      }
     });
-    on("engine-switch", () => {
-      this.running = !this.running;
-      app.settings.engine = this.running;
-      app.keep();
-      this.#begin();
-    });
-    on("of-position", () => this.#explain());
-    this.name();
+    on("engine-switch", () => this.#switch());
+    this.#nameSwitch();
   }
 
   name() {
-    find("engine-switch").textContent = this.app.texts.get(this.running ? "engine.stop" : "engine.go");
+    this.#nameSwitch();
+    if (this.#entered && this.#part) {
+      this.#drawLines();
+      this.explanation.name();
+    }
   }
 
   enter() {
     this.#entered = true;
-    this.#key = "";
+    if (this.running) {
+      this.#key = "";
+    } else if (this.#part) {
+      this.explanation.enter();
+    }
   }
 
   leave() {
     this.#entered = false;
     this.app.searcher.stop();
-    this.ending.leave();
+    this.explanation.leave();
     clearTimeout(this.#timer);
     this.#timer = null;
   }
@@ -78,40 +82,63 @@ export class Analyse {
   }
 
   follow() {
-    const key = JSON.stringify(this.app.part);
+    const { part, position } = this.app;
+    const key = JSON.stringify(part);
     if (key !== this.#key) {
       this.#key = key;
+      this.#part = part;
+      this.#position = position;
       this.#begin();
-      this.#explain();
+      this.explanation.about(part, position);
+    } else {
+      this.#point();
     }
   }
 
   // The search.
 
+  #switch() {
+    this.running = !this.running;
+    this.app.settings.engine = this.running;
+    this.app.keep();
+    if (this.running) {
+      this.#begin();
+    } else {
+      // What was found so far stays.
+      this.app.searcher.stop();
+      this.#nameSwitch();
+      this.#drawLines();
+    }
+  }
+
+  #nameSwitch() {
+    const key = this.running ? "engine.stop" : "engine.go";
+    find("engine-switch").textContent = this.app.texts.get(key);
+  }
+
   async #begin() {
     const { app } = this;
-    this.name();
+    this.#nameSwitch();
     this.#lines = [];
     this.#info = {};
     this.#drawLines();
-    app.board.point([]);
-    if (!this.running || app.position.end) {
+    if (!this.running || this.#position.end) {
       app.searcher.stop();
       return;
     }
-    const { part, position } = app;
+    const key = this.#key;
     const options = { MultiPV: this.count, UCI_LimitStrength: false };
-    await app.searcher.search(part, options, "infinite", (info) => {
-      if (app.part === part && this.#entered) {
-        this.#hear(info, position);
+    await app.searcher.search(this.#part, options, "infinite", (info) => {
+      if (this.#key === key && this.#entered) {
+        this.#hear(info);
       }
     });
   }
 
-  #hear(info, position) {
+  #hear(info) {
     this.#info = { ...this.#info, ...info };
     if (info.moves.length && (info.mate !== undefined || info.centipawns !== undefined)) {
-      this.#lines[info.line - 1] = { ...info, side: position.side };
+      this.#lines[info.line - 1] = { ...info, side: this.#position.side };
     }
     this.#timer ??= setTimeout(() => {
       this.#timer = null;
@@ -119,57 +146,71 @@ export class Analyse {
     }, PAUSE);
   }
 
+  // What is seen.
+
   async #drawLines() {
-    const { app } = this;
-    const { part, position } = app;
     const number = ++this.#drawing;
+    const key = this.#key;
     const lines = this.#lines.filter(Boolean);
-    const sans = await Promise.all(lines.map((line) => app.positions.sansOf(part, line.moves.slice(0, MOST_MOVES))));
-    if (number !== this.#drawing || app.part !== part || !this.#entered) {
+    const sans = await Promise.all(lines.map((line) =>
+      this.app.positions.sansOf(this.#part, line.moves.slice(0, MOST_MOVES))));
+    if (number !== this.#drawing || this.#key !== key || !this.#entered) {
       return;
     }
     this.#tellEngine();
     this.#tellBalance();
-    const focused = document.activeElement?.dataset?.step !== undefined && find("lines").contains(document.activeElement)
-      ? { ...document.activeElement.dataset } : null;
-    find("lines").replaceChildren(...lines.map((line, index) => this.#row(line, sans[index], index)));
-    if (focused) {
-      find("lines").querySelector(`[data-line="${focused.line}"][data-step="${focused.step}"]`)?.focus();
+    const place = find("lines");
+    const focused = document.activeElement;
+    const { line, step } = place.contains(focused) ? focused.dataset : {};
+    place.replaceChildren(...lines.map((each, index) => this.#row(each, sans[index], index)));
+    if (step !== undefined) {
+      place.querySelector(`[data-line="${line}"][data-step="${step}"]`)?.focus();
     }
-    find("lines").style.minHeight = this.running && !position.end ? `${2.1 * this.count}em` : "";
-    app.board.point(lines.slice(0, 1).map(({ moves }) =>
-      ({ from: moves[0].slice(0, 2), to: moves[0].slice(2, 4), kind: "best" })));
+    const stopped = !this.running;
+    place.classList.toggle("stopped", stopped);
+    place.style.minHeight = stopped || this.#position.end ? "" : `${2.6 * this.count}em`;
+    this.#point();
+  }
+
+  #point() {
+    const best = this.#lines[0]?.moves[0];
+    this.app.board.point(best
+      ? [{ from: best.slice(0, 2), to: best.slice(2, 4), kind: "best" }] : []);
   }
 
   #row(line, sans, index) {
     const { app } = this;
-    const score = make("strong", { class: "score" }, scoreText(line, line.side));
-    const moves = numbered(app.position.fen, sans).flatMap((text, place) => [
+    const { texts } = app;
+    const shown = texts.sans(sans);
+    const moves = numbered(this.#position.fen, shown).flatMap((text, place) => [
       button(text, { "data-line": index, "data-step": place + 1 }, () => {
         const before = app.view.line.slice(0, app.view.step);
-        app.showLine(app.view.ply, [...before, ...line.moves.slice(0, sans.length)], before.length + place + 1);
+        const moves = [...before, ...line.moves.slice(0, sans.length)];
+        app.showLine(app.view.ply, moves, before.length + place + 1);
       }), " "]);
-    const why = button(app.texts.get("why"), { class: "why", "data-line": index, "data-step": "why",
-      "aria-pressed": String(this.#asked === line.moves[0]), title: app.texts.get("why.title"),
-      "aria-label": `${app.texts.get("why")} ${sans[0]}` }, () => this.#explainLine(line, sans));
-    return make("li", { class: "line" }, score, why, make("span", { class: "run" }, ...moves));
+    const why = button(texts.get("why"), { class: "why", "data-line": index, "data-step": "why",
+      "aria-pressed": String(this.explanation.asked === line.moves[0]),
+      title: texts.get("why.title"), "aria-label": `${texts.get("why")} ${shown[0]}` },
+    () => this.explanation.aboutLine(line, shown));
+    return make("li", { class: "line" }, make("strong", { class: "score" },
+      scoreText(line, line.side)), why, make("span", { class: "run" }, ...moves));
+  }
+
+  #drawAsked() {
+    const { asked } = this.explanation;
+    find("lines").querySelectorAll(".why").forEach((each) =>
+      (each.ariaPressed = String(this.#lines[each.dataset.line]?.moves[0] === asked)));
   }
 
   #tellEngine() {
-    const { app } = this;
-    const { texts } = app;
+    const { texts } = this.app;
     const { depth, speed, nodes } = this.#info;
-    if (app.position.end) {
-      setText(find("engine-words"), texts.get("engine.end"));
-    } else if (!this.running) {
-      setText(find("engine-words"), texts.get("engine.off"));
-    } else if (depth) {
-      const number = new Intl.NumberFormat(texts.language);
-      setText(find("engine-words"), texts.get("engine.words",
-        { depth, speed: number.format(speed ?? 0), nodes: number.format(nodes ?? 0) }));
-    } else {
-      setText(find("engine-words"), texts.get("engine.begins"));
-    }
+    const number = new Intl.NumberFormat(texts.language);
+    const values = { depth, speed: number.format(speed ?? 0), nodes: number.format(nodes ?? 0) };
+    const key = this.#position.end ? "engine.end"
+      : this.running ? (depth ? "engine.words" : "engine.begins")
+        : depth ? "engine.stopped" : "engine.off";
+    setText(find("engine-words"), texts.get(key, values));
   }
 
   #tellBalance() {
@@ -177,73 +218,7 @@ export class Analyse {
     const { end } = app.position;
     const best = this.#lines[0];
     if (end || best) {
-      const share = end ? { "1-0": 100, "0-1": 0, "1/2-1/2": 50 }[end.result] : whiteShare(best, best.side);
-      app.balance(share);
+      app.balance(end ? SHARES[end.result] : whiteShare(best, best.side));
     }
-  }
-
-  // What is known without a search.
-
-  async #explain() {
-    const { app } = this;
-    const { part, position } = app;
-    this.#askAbout(null);
-    this.ending.offer(part, position);
-    const [evaluation, book] = await Promise.all(["evaluation", "book"].map((ask) =>
-      app.core.ask({ ask, ...part }).catch((error) => ({ error: String(error) }))));
-    if (app.part !== part || !this.#entered || this.#asked) {
-      return;
-    }
-    this.#tellEvaluation(evaluation, app.texts.get("evaluation.words"));
-    this.#tellBook(book, position);
-  }
-
-  // The position behind a line whose evaluation is the line's score.
-  async #explainLine(line, sans) {
-    const { app } = this;
-    const { part } = app;
-    const { texts } = app;
-    this.#askAbout(line.moves[0]);
-    const answer = line.mate !== undefined ? { why: "mate or draw" }
-      : await app.core.ask({ ask: "leaf", ...part, line: line.moves, cp: line.centipawns })
-        .catch((error) => ({ error: String(error) }));
-    if (app.part !== part || this.#asked !== line.moves[0]) {
-      return;
-    }
-    if (answer.leaf) {
-      const moves = numbered(app.position.fen, answer.leaf.sans).join(" ");
-      this.#tellEvaluation(answer.leaf.evaluation, texts.get("evaluation.leaf", { moves: moves || sans[0] }));
-    } else {
-      const reason = texts.has("leaf." + answer.why) ? texts.get("leaf." + answer.why) : answer.error ?? answer.why;
-      this.#tellEvaluation({}, reason);
-    }
-  }
-
-  #askAbout(move) {
-    this.#asked = move;
-    find("of-position").hidden = move === null;
-    find("lines").querySelectorAll(".why").forEach((each) =>
-      (each.ariaPressed = String(this.#lines[each.dataset.line]?.moves[0] === move)));
-  }
-
-  #tellEvaluation({ groups, error }, words) {
-    setText(find("chart-words"), groups ? words : error ?? words);
-    if (groups) {
-      drawBars(find("bars"), this.app.texts, groups, ["for-white", "for-black"]);
-    } else {
-      find("bars").replaceChildren();
-    }
-  }
-
-  #tellBook(book, position) {
-    const moves = book?.moves ?? [];
-    const sum = moves.reduce((total, { weight }) => total + weight, 0);
-    const rows = moves.flatMap((move) => [button(move.san, { class: "book-move" }, () => {
-      const legal = position.legal.find(({ uci }) => uci === move.uci);
-      if (legal) {
-        this.app.explore(legal);
-      }
-    }), make("span", { class: "faint small" }, ` ${percent(move.weight / sum)}\u00a0% `)]);
-    find("book").replaceChildren(...(rows.length ? [make("h2", {}, this.app.texts.get("book")), make("p", {}, ...rows)] : []));
   }
 }

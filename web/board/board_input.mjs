@@ -35,6 +35,12 @@ export class BoardInput {
     return inside ? this.view.nameAt(8 * row + column) : null;
   }
 
+  // Whether the piece that is chosen can go there.
+  #isTarget(square) {
+    const { selected, hooks } = this.view;
+    return Boolean(selected) && Boolean(hooks.targets(selected)?.includes(square));
+  }
+
   #pressed(event) {
     const square = this.#pointed(event);
     if (event.button !== 0 || !square || this.#press) {
@@ -42,10 +48,10 @@ export class BoardInput {
     }
     const piece = this.view.pieceOn(square);
     const mine = this.view.hooks.targets(square) !== null;
-    const goes = this.view.selected && this.view.hooks.targets(this.view.selected)?.includes(square);
+    const goes = this.#isTarget(square);
     // A piece of one's own that can be castled with is a target first.
-    this.#press = { square, piece: mine && !this.view.hooks.clicked ? piece : null, event, moved: false,
-      before: this.view.selected, goes };
+    this.#press = { square, piece: mine && !this.view.hooks.clicked ? piece : null, event,
+      moved: false, before: this.view.selected, goes };
     this.view.root.setPointerCapture(event.pointerId);
     if (mine && !goes && !this.view.hooks.clicked) {
       this.view.select(square);
@@ -129,8 +135,8 @@ export class BoardInput {
     }
     if (event.key in steps) {
       const [down, right] = steps[event.key];
-      const place = 8 * Math.min(7, Math.max(0, row + down)) + Math.min(7, Math.max(0, column + right));
-      this.view.cells[place].focus();
+      const within = (number) => Math.min(7, Math.max(0, number));
+      this.view.cells[8 * within(row + down) + within(column + right)].focus();
     } else if (event.key === "Enter" || event.key === " ") {
       this.#chosen(this.view.nameAt(this.#focus));
     } else if (event.key === "Escape") {
@@ -145,7 +151,7 @@ export class BoardInput {
   #chosen(square) {
     if (this.view.hooks.clicked) {
       this.view.hooks.clicked(square);
-    } else if (this.view.selected && this.view.hooks.targets(this.view.selected)?.includes(square)) {
+    } else if (this.#isTarget(square)) {
       this.#move(this.view.selected, square);
     } else {
       const mine = this.view.hooks.targets(square) !== null && square !== this.view.selected;

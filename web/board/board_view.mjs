@@ -13,6 +13,7 @@ export class BoardView {
   #flipped = false;
   #selected = null;
   #marks = {};
+  #arrows = [];
 
   /**
    * @param root the element that becomes the board.
@@ -57,6 +58,9 @@ export class BoardView {
     this.#marks = { last, check };
     this.select(null);
     this.#place(boardOf(fen), turned);
+    if (turned) {
+      this.point(this.#arrows);
+    }
     this.#name();
   }
 
@@ -67,6 +71,7 @@ export class BoardView {
 
   /** Arrows as {from, to, kind}. */
   point(arrows) {
+    this.#arrows = arrows;
     this.arrows.replaceChildren(...arrows.map(({ from, to, kind }) => this.#arrow(from, to, kind)));
   }
 
@@ -144,7 +149,8 @@ export class BoardView {
       const name = this.nameAt(place);
       const letter = this.#board[squareOf(name)];
       const words = [letter === "." ? this.#texts.get("square.empty", { square: name })
-        : this.#texts.get("square.piece", { square: name, piece: this.#texts.get("piece." + letter) })];
+        : this.#texts.get("square.piece",
+          { square: name, piece: this.#texts.get("piece." + letter) })];
       if (name === this.#marks.check) {
         words.push(this.#texts.get("say.check"));
       }

@@ -2,6 +2,7 @@
 // position as a text.
 
 import { find, setText } from "./dom.mjs";
+import { namesOf } from "./players.mjs";
 import { positionWords } from "./speech.mjs";
 
 /** "12..." before a move that Black has made, of the position behind it. */
@@ -18,7 +19,7 @@ function where(app) {
     words.push(app.modes.play.words());
   } else {
     if (san) {
-      const move = labelOf(position.fen) + san;
+      const move = labelOf(position.fen) + texts.san(san);
       words.push(texts.get(view.line.length ? "where.line" : "where.after", { move }));
     } else {
       words.push(texts.get("where.start"));
@@ -38,8 +39,8 @@ export function drawCaptions(app) {
   app.moves.draw(first.fen, last.sans, app.modes.review.marks, view.ply);
   const line = view.line.length ? whole.sans.slice(view.ply) : [];
   app.moves.drawLine(base.fen, line, view.step, () => app.go(view.ply));
-  const { White, Black } = game.tags;
-  app.moves.title(White || Black ? `${White ?? "?"} – ${Black ?? "?"}, ${game.result}` : "");
+  const { white, black } = namesOf(game, texts);
+  app.moves.title(white || black ? `${white || "?"} – ${black || "?"}, ${game.result}` : "");
   setText(find("where"), where(app));
   const words = positionWords(texts, position.fen).flatMap((text) => [text, " "]);
   find("words").replaceChildren(...words);

@@ -34,9 +34,9 @@ export function openBox(texts, title, build) {
   });
 }
 
-/** Asks a question whose texts are `key`, `key.title` and `key.yes`: whether it is answered yes. */
+/** Asks a question by the texts of a key with title, words and yes: whether the answer is yes. */
 export const ask = (texts, key) => openBox(texts, texts.get(key + ".title"), (box, close) => {
-  box.append(make("p", {}, texts.get(key)), make("p", { class: "buttons" },
+  box.append(make("p", {}, texts.get(key + ".words")), make("p", { class: "buttons" },
     button(texts.get(key + ".yes"), { class: "main" }, () => close(true)),
     button(texts.get("cancel"), {}, () => close(null))));
 });
@@ -57,7 +57,8 @@ export const askPromotion = (texts, moves, side) =>
         row.append(choice);
       }
     }
-    box.append(row);
+    box.append(row, make("p", { class: "buttons" },
+      button(texts.get("cancel"), {}, () => close(null))));
   });
 
 const PARTS = [
@@ -70,14 +71,19 @@ const PARTS = [
   ["about.rapidjson", "MIT"],
 ];
 
-export const showAbout = (texts, version) => openBox(texts, texts.get("about.title"), (box, close) => {
+const aboutBox = (texts, version) => (box, close) => {
+  const heading = (key) => make("th", { scope: "col" }, texts.get(key));
   const rows = PARTS.map(([key, licence]) =>
     make("tr", {}, make("td", {}, texts.get(key)), make("td", {}, licence)));
   box.append(make("p", {}, texts.get("about.words", { version })),
     make("p", {}, texts.get("about.private")),
-    make("table", {}, make("thead", {}, make("tr", {}, make("th", { scope: "col" }, texts.get("about.part")),
-      make("th", { scope: "col" }, texts.get("about.licence")))), make("tbody", {}, ...rows)),
+    make("table", {}, make("thead", {}, make("tr", {}, heading("about.part"),
+      heading("about.licence"))), make("tbody", {}, ...rows)),
     make("p", {}, make("a", { href: "LICENSE.txt" }, texts.get("about.text"))),
     make("h3", {}, texts.get("about.keys")), make("p", {}, texts.get("about.keys.words")),
-    make("p", { class: "buttons" }, button(texts.get("close"), { class: "main" }, () => close(null))));
-});
+    make("p", { class: "buttons" },
+      button(texts.get("close"), { class: "main" }, () => close(null))));
+};
+
+export const showAbout = (texts, version) =>
+  openBox(texts, texts.get("about.title"), aboutBox(texts, version));

@@ -13,7 +13,8 @@ export class GameGraph {
     this.last = 0;
     const at = (event) => {
       const box = this.root.getBoundingClientRect();
-      choose(between(0, Math.round(((event.clientX - box.left) / box.width) * this.last), this.last));
+      const ply = Math.round(((event.clientX - box.left) / box.width) * this.last);
+      choose(between(0, ply, this.last));
     };
     this.root.addEventListener("pointerdown", (event) => {
       at(event);
@@ -28,7 +29,8 @@ export class GameGraph {
     });
     this.root.addEventListener("keydown", (event) => {
       const { ply } = app.view;
-      const goals = { ArrowLeft: ply - 1, ArrowDown: ply - 1, ArrowRight: ply + 1, ArrowUp: ply + 1, Home: 0, End: this.last };
+      const goals = { ArrowLeft: ply - 1, ArrowDown: ply - 1, ArrowRight: ply + 1,
+        ArrowUp: ply + 1, Home: 0, End: this.last };
       if (event.key in goals && !(event.ctrlKey || event.altKey || event.metaKey)) {
         choose(goals[event.key]);
         event.preventDefault();
@@ -44,11 +46,15 @@ export class GameGraph {
   /** Draws what is known of a game of so many positions. */
   draw(records, count, marks, shareOf) {
     this.last = Math.max(count - 1, 1);
-    const places = records.map((record, index) => [(100 * index) / this.last, 100 - shareOf(record)]);
-    const picture = drawn("svg", { viewBox: "0 0 100 100", preserveAspectRatio: "none", "aria-hidden": "true" });
+    const places = records.map((record, index) =>
+      [(100 * index) / this.last, 100 - shareOf(record)]);
+    const picture = drawn("svg", { viewBox: "0 0 100 100", preserveAspectRatio: "none",
+      "aria-hidden": "true" });
     const line = places.map(([left, top]) => `L${left.toFixed(2)} ${top.toFixed(1)}`).join(" ");
-    picture.append(drawn("path", { class: "area", d: `M0 100 ${line} L${places.at(-1)[0].toFixed(2)} 100 Z` }),
-      drawn("path", { class: "even", d: "M0 50 H100", fill: "none", "vector-effect": "non-scaling-stroke" }));
+    const end = places.at(-1)[0].toFixed(2);
+    picture.append(drawn("path", { class: "area", d: `M0 100 ${line} L${end} 100 Z` }),
+      drawn("path", { class: "even", d: "M0 50 H100", fill: "none",
+        "vector-effect": "non-scaling-stroke" }));
     const dots = [...marks].map(([ply, mark]) => {
       const dot = make("span", { class: "dot " + MARK_CLASSES[mark], "aria-hidden": "true" }, mark);
       const [left, top] = places[ply] ?? places.at(-1);
@@ -57,7 +63,8 @@ export class GameGraph {
       return dot;
     });
     this.cursor = make("div", { class: "cursor", "aria-hidden": "true" });
-    this.root.replaceChildren(picture, ...dots, this.cursor);
+    // The marks lie above the cursor, which would hide the one that is chosen.
+    this.root.replaceChildren(picture, this.cursor, ...dots);
     this.root.setAttribute("aria-valuemin", 0);
     this.root.setAttribute("aria-valuemax", count - 1);
   }
@@ -66,8 +73,10 @@ export class GameGraph {
   choose(ply, share) {
     this.cursor.style.left = (100 * ply) / this.last + "%";
     this.root.setAttribute("aria-valuenow", ply);
-    const san = ply > 0 ? this.app.last.sans[ply - 1] : this.app.texts.get("where.start");
-    const words = share === undefined ? "" : ": " + this.app.texts.get("balance", { share: Math.round(share) });
-    this.root.setAttribute("aria-valuetext", san + words);
+    const { texts, last } = this.app;
+    const words = ply > 0 ? texts.san(last.sans[ply - 1]) : texts.get("where.start");
+    const chances = share === undefined ? ""
+      : ": " + texts.get("balance", { share: Math.round(share) });
+    this.root.setAttribute("aria-valuetext", words + chances);
   }
 }

@@ -63,7 +63,7 @@ export class Hand {
       app.tell(app.texts.get("typed.not"));
       return;
     }
-    const moves = typedMoves(text, app.position.legal);
+    const moves = typedMoves(text, app.position.legal, (san) => app.texts.san(san));
     const squares = new Set(moves.map((move) => move.from + move.to));
     if (squares.size !== 1) {
       app.tell(app.texts.get(squares.size ? "typed.several" : "typed.none", { text }));

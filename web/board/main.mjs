@@ -6,6 +6,7 @@ import { drawCaptions } from "./captions.mjs";
 import { ask } from "./dialogs.mjs";
 import { find, setText } from "./dom.mjs";
 import { otherSide } from "./fen.mjs";
+import { keepFocus } from "./focus.mjs";
 import { emptyGame, isGame, keep, partOf, read } from "./game.mjs";
 import { Hand } from "./hand.mjs";
 import { listen } from "./listening.mjs";
@@ -16,6 +17,7 @@ import { Positions } from "./positions.mjs";
 import { Review } from "./review.mjs";
 import { Searcher } from "./searcher.mjs";
 import { Settings } from "./settings.mjs";
+import { Sounds } from "./sounds.mjs";
 import { LANGUAGES, languageOf, Texts } from "./texts.mjs";
 import { Walk } from "./walk.mjs";
 
@@ -25,6 +27,7 @@ class App extends Walk {
   texts = new Texts();
   positions = new Positions();
   openings = new Openings(this.positions.core);
+  sounds = new Sounds();
   searcher = new Searcher((words) => this.tell(this.texts.get("engine.failed", { words })));
   // What the core tells of the position shown, and of the last one of the game.
   position = null;
@@ -42,10 +45,10 @@ class App extends Walk {
     this.texts.fill(document);
     this.#makeParts();
     listen(this, MODES);
+    keepFocus();
     const mode = MODES.includes(kept.mode) ? kept.mode : "play";
     this.turned = kept.turned === true;
     await this.#restore(kept);
-    this.positions.takeBook();
     this.choose(mode);
     document.body.dataset.ready = "true";
     // What is served from this machine is there without a network.
@@ -91,7 +94,7 @@ class App extends Walk {
     this.turned = false;
     this.modes.play.forget();
     this.modes.review.forget();
-    this.tell("");
+    this.#clear();
     await this.show();
   }
 
@@ -135,7 +138,7 @@ class App extends Walk {
 
   keep() {
     const { game, view, mode, turned, settings } = this;
-    this.modes?.play.settle();
+    this.modes?.play.clock.keep();
     keep({ game, view: { ply: view.ply }, mode, turned, settings });
   }
 
@@ -215,8 +218,15 @@ class App extends Walk {
     drawCaptions(this);
   }
 
-  // The texts are those of another language.
+  // What was said of another game, or in another language.
+  #clear() {
+    this.tell("");
+    this.say("");
+    this.hand.clear();
+  }
+
   async #rename() {
+    this.#clear();
     this.board.rename();
     Object.values(this.modes).forEach((mode) => mode.name());
     await this.show();

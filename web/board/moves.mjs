@@ -2,26 +2,34 @@
 
 const plain = (san) => san.replace(/[+#!?=\s]/g, "").replace(/0/g, "O").replace(/[–—]/g, "-");
 
-/** The legal moves that a text can mean, in SAN or UCI; none or several where it is not clear. */
-export function typedMoves(text, legal) {
+/**
+ * The legal moves that a text can mean, in SAN or UCI; none or several where it is not clear.
+ * @param say tells how the reader's language writes a move in SAN, which goes first.
+ */
+export function typedMoves(text, legal, say = (san) => san) {
   const wanted = plain(text);
   if (!wanted) {
     return [];
   }
-  const exact = legal.filter((move) => plain(move.san) === wanted);
-  if (exact.length) {
-    return exact;
-  }
   const coordinates = text.trim().toLowerCase().replace(/[-=\s]/g, "");
-  const uci = legal.filter((move) => move.uci === coordinates);
-  if (uci.length) {
-    return uci;
+  const small = wanted.toLowerCase();
+  const ways = [
+    (move) => plain(say(move.san)) === wanted,
+    (move) => plain(move.san) === wanted,
+    (move) => move.uci === coordinates,
+    // Which piece a pawn becomes is left open.
+    (move) => /^[a-h][1-8][a-h][1-8]$/.test(coordinates) && move.uci.startsWith(coordinates),
+    // Without regard to capitals, where that leaves one: nf3, o-o, but bxc4 is a pawn's.
+    (move) => plain(say(move.san)).toLowerCase() === small,
+    (move) => plain(move.san).toLowerCase() === small,
+  ];
+  for (const fits of ways) {
+    const found = legal.filter(fits);
+    if (found.length) {
+      return found;
+    }
   }
-  if (/^[a-h][1-8][a-h][1-8]$/.test(coordinates)) {
-    return legal.filter((move) => move.uci.startsWith(coordinates));
-  }
-  // Without regard to capitals, where that leaves one: nf3, o-o, but bxc4 is a pawn's.
-  return legal.filter((move) => plain(move.san).toLowerCase() === wanted.toLowerCase());
+  return [];
 }
 
 /** Where a piece can be put: a map from names of squares to the legal moves that go there. */

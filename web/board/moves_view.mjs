@@ -62,7 +62,8 @@ export class MovesView {
         }
         rows.push(row);
       }
-      const move = button(san, { "data-ply": index + 1 }, () => this.choose(index + 1));
+      const move = button(this.texts.san(san), { "data-ply": index + 1 },
+        () => this.choose(index + 1));
       const mark = marks.get(index + 1);
       if (mark) {
         move.append(make("span", { class: "mark " + MARK_CLASSES[mark] }, mark));
@@ -83,9 +84,11 @@ export class MovesView {
       place.replaceChildren();
       return;
     }
-    const moves = numbered(fen, sans).flatMap((text, index) => [
-      button(text, { "aria-pressed": String(index + 1 === step) }, () => this.step(index + 1)), " "]);
-    place.replaceChildren(make("span", { class: "faint" }, this.texts.get("variation") + " "), ...moves,
+    const moves = numbered(fen, this.texts.sans(sans)).flatMap((text, index) => [
+      button(text, { "aria-pressed": String(index + 1 === step) },
+        () => this.step(index + 1)), " "]);
+    place.replaceChildren(
+      make("span", { class: "faint" }, this.texts.get("variation") + " "), ...moves,
       button(this.texts.get("variation.leave"), { class: "back" }, back));
   }
 

@@ -8,7 +8,8 @@ const MOST_BYTES = 16 * 1024 * 1024;
 // So many games of a file can be chosen from.
 const MOST_SHOWN = 500;
 
-const isFen = (text) => /^[1-8pnbrqk]+(\/[1-8pnbrqk]+){7}(\s|$)/i.test(text) && !text.includes("\n");
+const isFen = (text) =>
+  /^[1-8pnbrqk]+(\/[1-8pnbrqk]+){7}(\s|$)/i.test(text) && !text.includes("\n");
 
 /** The text of a file, or nothing where it is too large. */
 export async function readFile(app, file) {
@@ -22,17 +23,25 @@ export async function readFile(app, file) {
 const titleOf = ({ tags, result }) =>
   `${tags.White ?? "?"} – ${tags.Black ?? "?"}, ${result}` + (tags.Date ? `, ${tags.Date}` : "");
 
-const chooseGame = (app, games, count) => openBox(app.texts, app.texts.get("open.which"), (box, close) => {
-  const list = make("select", { size: Math.min(12, Math.max(games.length, 2)), "aria-labelledby": "box-title" });
+const gamesBox = ({ texts }, games, count) => (box, close) => {
+  const list = make("select", { size: Math.min(12, Math.max(games.length, 2)),
+    "aria-labelledby": "box-title" });
   games.forEach((game, index) => list.append(new Option(`${index + 1}. ${titleOf(game)}`, index)));
   list.selectedIndex = 0;
   const take = () => close(games[list.selectedIndex]);
   list.addEventListener("dblclick", take);
   list.addEventListener("keydown", (event) => event.key === "Enter" && take());
-  const note = app.texts.get("open.first", { most: MOST_SHOWN, count });
-  box.append(...(count > MOST_SHOWN ? [make("p", { class: "faint small" }, note)] : []), list, make("p", { class: "buttons" }, button(app.texts.get("open.take"), { class: "main" }, take),
-    button(app.texts.get("cancel"), {}, () => close(null))));
-});
+  if (count > MOST_SHOWN) {
+    const note = texts.get("open.first", { most: MOST_SHOWN, count });
+    box.append(make("p", { class: "faint small" }, note));
+  }
+  box.append(list, make("p", { class: "buttons" },
+    button(texts.get("open.take"), { class: "main" }, take),
+    button(texts.get("cancel"), {}, () => close(null))));
+};
+
+const chooseGame = (app, games, count) =>
+  openBox(app.texts, app.texts.get("open.which"), gamesBox(app, games, count));
 
 async function openPosition(app, fen) {
   const answers = [];
@@ -60,8 +69,8 @@ async function openGames(app, text) {
   if (!chosen) {
     return null;
   }
-  return { game: { ...emptyGame(chosen.start, chosen.chess960), moves: chosen.moves, tags: chosen.tags,
-    result: chosen.result }, error: chosen.error };
+  const { start, chess960, moves, tags, result, error } = chosen;
+  return { game: { ...emptyGame(start, chess960), moves, tags, result }, error };
 }
 
 /** Reads a FEN or PGN and shows it; what is wrong with it is told. Answers whether it was taken. */
@@ -82,7 +91,7 @@ export async function openText(app, text) {
   if (app.mode === "play") {
     app.choose("analyse");
   }
-  app.modes.play.fromBoard();
+  app.modes.play.form.fromBoard();
   await app.load(found.game);
   if (found.error) {
     app.tell(app.texts.get("open.partly", { error: found.error }));
@@ -96,16 +105,18 @@ export async function openText(app, text) {
 export async function showOpen(app) {
   const { texts } = app;
   const text = await openBox(texts, texts.get("open.title"), (box, close) => {
-    const area = make("textarea", { rows: 8, "aria-label": texts.get("open.text"), spellcheck: "false",
-      placeholder: texts.get("open.text") });
-    const file = make("input", { type: "file", accept: ".pgn,.fen,.epd,.txt", "aria-label": texts.get("open.file") });
+    const area = make("textarea", { rows: 8, "aria-label": texts.get("open.text"),
+      spellcheck: "false", placeholder: texts.get("open.text") });
+    const file = make("input", { type: "file", accept: ".pgn,.fen,.epd,.txt",
+      "aria-label": texts.get("open.file") });
     file.addEventListener("change", async () => {
       if (file.files[0]) {
         close(await readFile(app, file.files[0]));
       }
     });
-    box.append(make("p", { class: "faint small" }, texts.get("open.words")), area, make("p", {}, file),
-      make("p", { class: "buttons" }, button(texts.get("open.take"), { class: "main" }, () => close(area.value)),
+    box.append(make("p", { class: "faint small" }, texts.get("open.words")), area,
+      make("p", {}, file), make("p", { class: "buttons" },
+        button(texts.get("open.take"), { class: "main" }, () => close(area.value)),
         button(texts.get("cancel"), {}, () => close(null))));
   });
   if (text) {

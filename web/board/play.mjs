@@ -1,5 +1,6 @@
 // A game against the engine.
 
+import { ask } from "./dialogs.mjs";
 import { on } from "./dom.mjs";
 import { boardOf, isWhite, otherSide } from "./fen.mjs";
 import { emptyGame, partOf } from "./game.mjs";
@@ -42,11 +43,7 @@ export class Play {
 
   name() {
     this.form.name();
-  }
-
-  /** Chooses the position on the board as the one that the next game begins from. */
-  fromBoard() {
-    this.form.fromBoard();
+    this.hint.draw();
   }
 
   async #start(game, side) {
@@ -111,6 +108,7 @@ export class Play {
     app.view = { ply: app.game.moves.length, line: [] };
     const words = moveWords(this.texts, move);
     app.say(side === this.play.side ? words : this.texts.get("say.engine", { words }));
+    app.sounds.move(move);
     await app.show();
   }
 
@@ -176,11 +174,14 @@ export class Play {
     app.keep();
     this.draw();
     app.say(this.words());
+    app.sounds.play("over");
     app.drawCaptions();
   }
 
-  resign() {
-    if (this.running) {
+  async resign() {
+    const { game } = this.app;
+    const sure = this.running && await ask(this.texts, "resign");
+    if (sure && this.running && this.app.game === game) {
       const lost = this.play.side === "white" ? "0-1" : "1-0";
       if (this.#thinking) {
         this.app.searcher.stop();
@@ -225,11 +226,6 @@ export class Play {
     this.#finish("time", pieces.length > 1 ? won : "1/2-1/2");
   }
 
-  /** The state of the clocks goes into what is kept. */
-  settle() {
-    this.clock.keep();
-  }
-
   // What is seen.
 
   /** One sentence on the state of the game. */
@@ -240,11 +236,12 @@ export class Play {
   draw() {
     drawPlay(this.app);
     this.clock.draw();
+    this.hint.draw();
   }
 
   /** Names and clocks beside the board, where there is a game. */
   drawPlayers(flipped) {
-    drawNames(this.app.game, flipped);
+    drawNames(this.app.game, this.texts, flipped);
     this.clock.draw();
   }
 }

@@ -7,12 +7,19 @@ const PLACES = ["upper", "lower"];
 // Milliseconds: a clock that has less is marked.
 const SHORT = 20000;
 
+/** The names of the sides, as far as there are any; the user's in the language that is chosen. */
+export function namesOf({ tags, play }, texts) {
+  const names = { white: tags.White ?? "", black: tags.Black ?? "" };
+  return play ? { ...names, [play.side]: texts.get("you") } : names;
+}
+
 /** Draws the names of the players, where the game has any. */
-export function drawNames({ tags }, flipped) {
+export function drawNames(game, texts, flipped) {
+  const names = namesOf(game, texts);
   for (const place of PLACES) {
     const side = (place === "upper") === flipped ? "white" : "black";
     const row = find(place);
-    const name = tags[side === "white" ? "White" : "Black"] ?? "";
+    const name = names[side];
     row.hidden = !name;
     row.dataset.side = side;
     row.querySelector(".name").replaceChildren(make("span", { class: "dot-side " + side }), name);

@@ -8,6 +8,8 @@ const MOST_KNOWN = 1000;
 export class Positions {
   core = new BoardCore();
   #known = new Map();
+  // Settled when the book is there, or is not to be had.
+  #book = null;
 
   /** What the core tells of a position, remembered. */
   async of(part) {
@@ -36,8 +38,15 @@ export class Positions {
     return this.core.ask({ ask: "to-pgn", ...partOf(game), tags, result });
   }
 
-  /** Loads the opening book; without it there are no book moves. */
-  async takeBook() {
+  /** The book moves of a position. The book is loaded when it is first looked into. */
+  async bookOf(part) {
+    this.#book ??= this.#takeBook();
+    await this.#book;
+    return this.core.ask({ ask: "book", ...part });
+  }
+
+  // Without it there are no book moves.
+  async #takeBook() {
     try {
       const answer = await fetch(new URL("./Orvelin.bin", import.meta.url));
       if (answer.ok) {

@@ -1,4 +1,4 @@
-// What is chosen for the page as a whole: its language and its colours.
+// What is chosen for the page as a whole: language, colours and sounds.
 
 import { find, on } from "./dom.mjs";
 import { LANGUAGES } from "./texts.mjs";
@@ -21,12 +21,21 @@ export class Settings {
       change();
     });
     on("scheme", () => this.#nextScheme());
+    app.sounds.on = app.settings.sound === true;
+    on("sound", () => {
+      app.sounds.on = app.settings.sound = !app.sounds.on;
+      app.keep();
+      this.name();
+      app.sounds.play("move");
+    });
     this.name();
   }
 
   name() {
     const now = document.documentElement.dataset.scheme ?? "auto";
-    find("scheme").textContent = this.app.texts.get("scheme." + now);
+    const { texts, sounds } = this.app;
+    find("scheme").textContent = texts.get("scheme." + now);
+    find("sound").textContent = texts.get(sounds.on ? "sound.on" : "sound.off");
   }
 
   #nextScheme() {

@@ -27,12 +27,14 @@ class Editor {
       dropped: (from) => this.#change(() => (this.board[squareOf(from)] = ".")),
     };
     this.view = new BoardView(squares, this.texts, this.hooks);
-    this.fen = make("input", { type: "text", "aria-label": this.texts.get("setup.fen"), spellcheck: "false", class: "fen" });
+    this.fen = make("input", { type: "text", "aria-label": this.texts.get("setup.fen"),
+      spellcheck: "false", class: "fen" });
     this.fen.addEventListener("input", () => this.#read(this.fen.value));
     this.wrong = make("p", { class: "wrong small", role: "status" });
     this.done = button(this.texts.get("setup.done"), { class: "main" }, () => this.#finish(close));
     const clear = (fen) => () => this.#read(fen);
-    box.append(squares, this.#palette(), this.#fields(), this.fen, this.wrong, make("p", { class: "buttons" }, this.done,
+    box.append(squares, this.#palette(), this.#fields(), this.fen, this.wrong);
+    box.append(make("p", { class: "buttons" }, this.done,
       button(this.texts.get("setup.start"), {}, clear(START)),
       button(this.texts.get("setup.clear"), {}, clear("8/8/8/8/8/8/8/8 w - - 0 1")),
       button(this.texts.get("cancel"), {}, () => close(null))));
@@ -40,7 +42,8 @@ class Editor {
   }
 
   #palette() {
-    const row = make("div", { class: "palette", role: "group", "aria-label": this.texts.get("setup.pieces") });
+    const row = make("div", { class: "palette", role: "group",
+      "aria-label": this.texts.get("setup.pieces") });
     const choose = (tool, chosen) => {
       this.#tool = tool;
       if (tool) {
@@ -51,10 +54,12 @@ class Editor {
       } else {
         delete this.hooks.clicked;
       }
-      row.querySelectorAll("button").forEach((each) => (each.ariaPressed = String(each === chosen)));
+      row.querySelectorAll("button").forEach((each) =>
+        (each.ariaPressed = String(each === chosen)));
     };
     const add = (tool, name, picture) => {
-      const one = button("", { "aria-label": name, title: name, "aria-pressed": String(tool === null) }, () => choose(tool, one));
+      const one = button("", { "aria-label": name, title: name,
+        "aria-pressed": String(tool === null) }, () => choose(tool, one));
       one.append(picture);
       row.append(one);
     };
@@ -70,7 +75,8 @@ class Editor {
 
   #fields() {
     this.side = make("select", {});
-    this.side.append(new Option(this.texts.get("white"), "w"), new Option(this.texts.get("black"), "b"));
+    const { texts } = this;
+    this.side.append(new Option(texts.get("white"), "w"), new Option(texts.get("black"), "b"));
     this.rights = [...RIGHTS].map((letter) => {
       const box = make("input", { type: "checkbox" });
       box.addEventListener("change", () => this.#change(() => {}));
@@ -80,16 +86,19 @@ class Editor {
     this.chess960.checked = this.app.game.chess960;
     this.side.addEventListener("change", () => this.#change(() => {}));
     this.chess960.addEventListener("change", () => this.#check());
-    const castling = make("fieldset", { class: "choice" }, make("legend", {}, this.texts.get("setup.castling")),
-      ...this.rights.map((box, index) => make("label", {}, box, make("span", {}, this.texts.get("setup." + RIGHTS[index])))));
-    return make("div", { class: "fields" }, make("label", {}, make("span", {}, this.texts.get("setup.side")), this.side),
+    const castling = make("fieldset", { class: "choice" },
+      make("legend", {}, texts.get("setup.castling")), ...this.rights.map((box, index) =>
+        make("label", {}, box, make("span", {}, texts.get("setup." + RIGHTS[index])))));
+    return make("div", { class: "fields" },
+      make("label", {}, make("span", {}, texts.get("setup.side")), this.side),
       castling, make("label", { class: "inline" }, this.chess960, make("span", {}, "Chess960")));
   }
 
   // What was done by hand goes into the FEN.
   #change(action) {
     action();
-    const rights = [...RIGHTS].filter((letter, index) => this.rights[index].checked).join("") || "-";
+    const rights = [...RIGHTS].filter((letter, index) => this.rights[index].checked).join("")
+      || "-";
     this.fen.value = `${placementOf(this.board)} ${this.side.value} ${rights} - 0 1`;
     this.view.draw(this.fen.value);
     this.#check();
@@ -131,7 +140,7 @@ export async function showSetup(app) {
     return new Editor(app, box, close);
   });
   if (game && (await app.mayLose())) {
-    app.modes.play.fromBoard();
+    app.modes.play.form.fromBoard();
     await app.load(game);
   }
 }

@@ -14,7 +14,8 @@ export function moveWords(texts, move) {
     words.push(texts.get(how, { piece: texts.get("kind." + kind), from: move.from, square }));
   }
   if (move.promotion) {
-    words.push(texts.get("say.promotes", { piece: texts.get("kind." + move.promotion.toUpperCase()) }));
+    const piece = texts.get("kind." + move.promotion.toUpperCase());
+    words.push(texts.get("say.promotes", { piece }));
   }
   if (move.san.includes("#")) {
     words.push(texts.get("say.mate"));

@@ -31,6 +31,15 @@ export class Texts {
     return text.replace(/\{(\w+)\}/g, (place, name) => values[name] ?? place);
   }
 
+  /** A move as it is written in this language: with its own letters for the pieces. */
+  san(text) {
+    return text.replace(/^[KQRBN]|(?<==)[QRBN]/, (letter) => this.get("letter." + letter));
+  }
+
+  sans(texts) {
+    return texts.map((text) => this.san(text));
+  }
+
   /** A text, or what the core calls it where there is none in this language. */
   name(kind, { id, name }) {
     return this.#texts[`${kind}.${id}`] ?? name;

@@ -3,7 +3,7 @@
 import { emptyGame } from "./game.mjs";
 import { moveWords } from "./speech.mjs";
 
-/** What extends this shows the position by show(). */
+/** What extends this shows the position by show(), and says and sounds what is done. */
 export class Walk {
   game = emptyGame();
   // The position that is shown: half-moves of the game, and a line that leaves it there.
@@ -14,11 +14,13 @@ export class Walk {
   }
 
   go(ply) {
+    this.hand.clear();
     this.view = { ply: Math.min(Math.max(ply, 0), this.game.moves.length), line: [], step: 0 };
     return this.show();
   }
 
   goLine(step) {
+    this.hand.clear();
     this.view = { ...this.view, step };
     return this.show();
   }
@@ -40,6 +42,7 @@ export class Walk {
 
   /** Shows a line from the position with this many half-moves on, at a step of it. */
   showLine(ply, line, step) {
+    this.hand.clear();
     this.view = { ply, line, step };
     return this.show();
   }
@@ -49,6 +52,7 @@ export class Walk {
     const { game, view } = this;
     const line = view.line.slice(0, view.step);
     this.say(moveWords(this.texts, move));
+    this.sounds.move(move);
     if (!line.length && game.moves[view.ply] === move.uci) {
       await this.go(view.ply + 1);
     } else if (!line.length && this.atEnd && !this.modes.play.running && game.result === "*") {

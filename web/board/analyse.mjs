@@ -1,8 +1,9 @@
 // What the engine thinks of the position that is shown, as long as it is shown.
 
-import { button, find, make, on, setText } from "./dom.mjs";
+import { find, on, setText } from "./dom.mjs";
 import { Explanation } from "./explanation.mjs";
 import { numbered } from "./fen.mjs";
+import { LinesView } from "./lines_view.mjs";
 import { scoreText, whiteShare } from "./uci.mjs";
 
 const MOST_LINES = 5;
@@ -14,6 +15,9 @@ const SHARES = { "1-0": 100, "0-1": 0, "1/2-1/2": 50 };
 
 export class Analyse {
   #lines = [];
+  // Those that are drawn, and what is written of them.
+  #drawn = [];
+  #texts = [];
   #info = {};
   #entered = false;
   // The position that the lines are of.
@@ -25,7 +29,9 @@ export class Analyse {
 
   constructor(app) {
     this.app = app;
-    this.explanation = new Explanation(app, () => this.#drawAsked());
+    this.explanation = new Explanation(app, () => this.#drawRows());
+    this.view = new LinesView(app.texts, (index, step) => this.#step(index, step),
+      (index) => this.explanation.aboutLine(this.#drawn[index], this.#texts[index][0]));
     for (let count = 1; count <= MOST_LINES; count += 1) {
       find("line-count").append(new Option(count, count));
     }
@@ -157,49 +163,34 @@ export class Analyse {
     if (number !== this.#drawing || this.#key !== key || !this.#entered) {
       return;
     }
+    this.#drawn = lines;
+    this.#texts = sans.map((each) =>
+      numbered(this.#position.fen, this.app.texts.sans(each)));
+    this.#drawRows();
     this.#tellEngine();
     this.#tellBalance();
-    const place = find("lines");
-    const focused = document.activeElement;
-    const { line, step } = place.contains(focused) ? focused.dataset : {};
-    place.replaceChildren(...lines.map((each, index) => this.#row(each, sans[index], index)));
-    if (step !== undefined) {
-      place.querySelector(`[data-line="${line}"][data-step="${step}"]`)?.focus();
-    }
-    const stopped = !this.running;
-    place.classList.toggle("stopped", stopped);
-    place.style.minHeight = stopped || this.#position.end ? "" : `${2.6 * this.count}em`;
+    this.view.style(this.running && !this.#position.end ? this.count : 0, !this.running);
     this.#point();
+  }
+
+  #drawRows() {
+    const { asked } = this.explanation;
+    this.view.draw(this.#drawn.map((line, index) => ({ score: scoreText(line, line.side),
+      moves: this.#texts[index], asked: line.moves[0] === asked })));
+  }
+
+  // Shows a line up to one of its moves.
+  #step(index, step) {
+    const { app } = this;
+    const before = app.view.line.slice(0, app.view.step);
+    const moves = this.#drawn[index].moves.slice(0, this.#texts[index].length);
+    app.showLine(app.view.ply, [...before, ...moves], before.length + step + 1);
   }
 
   #point() {
     const best = this.#lines[0]?.moves[0];
     this.app.board.point(best
       ? [{ from: best.slice(0, 2), to: best.slice(2, 4), kind: "best" }] : []);
-  }
-
-  #row(line, sans, index) {
-    const { app } = this;
-    const { texts } = app;
-    const shown = texts.sans(sans);
-    const moves = numbered(this.#position.fen, shown).flatMap((text, place) => [
-      button(text, { "data-line": index, "data-step": place + 1 }, () => {
-        const before = app.view.line.slice(0, app.view.step);
-        const moves = [...before, ...line.moves.slice(0, sans.length)];
-        app.showLine(app.view.ply, moves, before.length + place + 1);
-      }), " "]);
-    const why = button(texts.get("why"), { class: "why", "data-line": index, "data-step": "why",
-      "aria-pressed": String(this.explanation.asked === line.moves[0]),
-      title: texts.get("why.title"), "aria-label": `${texts.get("why")} ${shown[0]}` },
-    () => this.explanation.aboutLine(line, shown));
-    return make("li", { class: "line" }, make("strong", { class: "score" },
-      scoreText(line, line.side)), why, make("span", { class: "run" }, ...moves));
-  }
-
-  #drawAsked() {
-    const { asked } = this.explanation;
-    find("lines").querySelectorAll(".why").forEach((each) =>
-      (each.ariaPressed = String(this.#lines[each.dataset.line]?.moves[0] === asked)));
   }
 
   #tellEngine() {

@@ -54,8 +54,8 @@ export class Explanation {
     }
   }
 
-  /** @param sans of the line, as they are shown. */
-  async aboutLine(line, sans) {
+  /** @param label of its first move. */
+  async aboutLine(line, label) {
     const { texts } = this.app;
     const part = this.#part;
     const { fen } = this.#position;
@@ -66,7 +66,7 @@ export class Explanation {
       return;
     }
     if (answer.leaf) {
-      const moves = () => numbered(fen, texts.sans(answer.leaf.sans)).join(" ") || sans[0];
+      const moves = () => numbered(fen, texts.sans(answer.leaf.sans)).join(" ") || label;
       this.#tellChart(answer.leaf.evaluation,
         () => texts.get("evaluation.leaf", { moves: moves() }));
     } else {

@@ -163,6 +163,27 @@ describe("what is kept", () => {
   });
 });
 
+describe("the page", () => {
+  test("it asks at once for all modules that it leads to", async () => {
+    const page = await readFile(path.join(folder, "index.html"), "utf8");
+    const asked = [...page.matchAll(/rel="modulepreload" href="([^"]+)"/g)].map((match) => match[1]);
+    const found = new Set();
+    const follow = async (name) => {
+      const source = await readFile(path.join(folder, name), "utf8");
+      for (const [, place] of source.matchAll(/^(?:import|export) [^;]*from "(\.[^"]+)";/gm)) {
+        const next = path.normalize(path.join(path.dirname(name), place));
+        if (!found.has(next)) {
+          found.add(next);
+          await follow(next);
+        }
+      }
+    };
+    await follow("main.mjs");
+    assert.ok(found.size > 30);
+    assert.deepEqual(asked.sort(), [...found].sort());
+  });
+});
+
 describe("texts", () => {
   const read = async (language) => JSON.parse(await readFile(path.join(folder, `texts/${language}.json`), "utf8"));
   const places = (text) => [...text.matchAll(/\{\w+\}/g)].map(String).sort();

@@ -36,6 +36,8 @@ class App extends Walk {
   mode = "play";
   turned = false;
   #shows = 0;
+  // Whether any of the modes is entered.
+  #chosen = false;
 
   async start() {
     const kept = read();
@@ -49,8 +51,9 @@ class App extends Walk {
     const mode = MODES.includes(kept.mode) ? kept.mode : "play";
     this.turned = kept.turned === true;
     await this.#restore(kept);
-    this.choose(mode);
+    await this.choose(mode);
     document.body.dataset.ready = "true";
+    this.searcher.start();
     // What is served from this machine is there without a network.
     if ("serviceWorker" in navigator && location.hostname !== "127.0.0.1") {
       navigator.serviceWorker.register("./service_worker.js").catch(() => {});
@@ -175,10 +178,11 @@ class App extends Walk {
   }
 
   choose(mode) {
-    if (this.mode !== mode || !document.body.dataset.ready) {
-      if (document.body.dataset.ready) {
+    if (this.mode !== mode || !this.#chosen) {
+      if (this.#chosen) {
         this.modes[this.mode].leave();
       }
+      this.#chosen = true;
       this.mode = mode;
       for (const each of MODES) {
         const chosen = each === mode;

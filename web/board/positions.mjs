@@ -1,12 +1,12 @@
 // What the core knows of positions and games, asked once and remembered.
 
-import { BoardCore } from "./core.mjs";
+import { firstCore } from "./first_core.mjs";
 import { partOf } from "./game.mjs";
 
 const MOST_KNOWN = 1000;
 
 export class Positions {
-  core = new BoardCore();
+  core = firstCore;
   #known = new Map();
   // Settled when the book is there, or is not to be had.
   #book = null;

@@ -6,7 +6,7 @@ import { bestMove, positionCommand, readInfo } from "./uci.mjs";
 const HASH = 32;
 
 export class Searcher {
-  #engine = new Orvelin();
+  #engine = null;
   #options = new Map();
   // The search that runs: who hears its lines and its answer.
   #search = null;
@@ -15,9 +15,17 @@ export class Searcher {
 
   /** @param fail is called with a message when the engine cannot go on. */
   constructor(fail) {
-    this.#engine.onmessage = ({ data }) => this.#hear(data);
-    this.#engine.onerror = ({ message }) => fail(message);
-    this.#set({ Hash: HASH, UCI_ShowWDL: true });
+    this.fail = fail;
+  }
+
+  /** Loads the engine, if it is not there yet. A page does so when it is itself there. */
+  start() {
+    if (!this.#engine) {
+      this.#engine = new Orvelin();
+      this.#engine.onmessage = ({ data }) => this.#hear(data);
+      this.#engine.onerror = ({ message }) => this.fail(message);
+      this.#set({ Hash: HASH, UCI_ShowWDL: true });
+    }
   }
 
   /**
@@ -37,6 +45,7 @@ export class Searcher {
       done();
       return null;
     }
+    this.start();
     this.#set({ UCI_Chess960: game.chess960, ...options });
     const answer = await new Promise((resolve) => {
       this.#search = { hear, resolve };
@@ -56,6 +65,7 @@ export class Searcher {
   async newGame() {
     this.stop();
     await this.#turn;
+    this.start();
     this.#engine.postMessage("ucinewgame");
   }
 

@@ -17,7 +17,7 @@ function keyOf({ played, lines: [best] }) {
     return "misses";
   }
   if (best.moves.split(" ")[0] === move) {
-    return "best";
+    return judgement.mark ? "alone" : "best";
   }
   if (line.score >= best.score) {
     return "equal";

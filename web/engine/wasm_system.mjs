@@ -46,5 +46,7 @@ export async function loadModule(place) {
   if (!answer.ok) {
     throw new Error(`${place}: ${answer.status}`);
   }
-  return WebAssembly.compile(await answer.arrayBuffer());
+  // Compiled while it comes, where the host names its type.
+  return answer.headers.get("Content-Type") === "application/wasm"
+    ? WebAssembly.compileStreaming(answer) : WebAssembly.compile(await answer.arrayBuffer());
 }

@@ -80,7 +80,7 @@ describe("analysis", () => {
     await openGame(page, GAME);
     await page.click("#last");
     await page.click("#previous");
-    await page.waitForSelector("#lines [data-line='0'][data-step='1']");
+    await page.waitForSelector("#lines [data-line='0'][data-step='0']");
     await page.click("#engine-switch");
     await typeMove(page, "Qxe5+");
     await page.waitForSelector("#variation button[aria-pressed=true]");

@@ -64,6 +64,18 @@ describe("the focus", () => {
     await focused(page, "body");
   }));
 
+  test("Escape lets a piece go, and leaves a box with a board", () => withBoard({}, async (page) => {
+    await page.click("#panel-play .set-up");
+    await page.click("dialog .cell[data-square=d1]");
+    await page.waitForSelector("dialog .cell.selected");
+    await page.keyboard.press("Escape");
+    await page.waitForSelector("dialog .cell.selected", { state: "detached" });
+    assert.equal(await page.locator("dialog[open]").count(), 1);
+    await page.keyboard.press("Escape");
+    await page.waitForSelector("dialog", { state: "detached" });
+    await focused(page, "#panel-play .set-up");
+  }));
+
   test("of an explained line it goes on in the panel", () => withBoard({}, async (page) => {
     await openGame(page, ITALIAN);
     await page.click("#lines .why >> nth=0");

@@ -139,7 +139,7 @@ export class BoardInput {
       this.view.cells[8 * within(row + down) + within(column + right)].focus();
     } else if (event.key === "Enter" || event.key === " ") {
       this.#chosen(this.view.nameAt(this.#focus));
-    } else if (event.key === "Escape") {
+    } else if (event.key === "Escape" && this.view.selected) {
       this.view.select(null);
     } else {
       return;

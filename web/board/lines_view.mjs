@@ -1,5 +1,5 @@
-// The lines of the engine. They change while they are read: what is there is written anew, so that a
-// click or the focus of the keys is not lost with an element.
+// The lines of the engine. They change while they are read: what is there is written anew, so that
+// a click or the focus of the keys is not lost with an element.
 
 import { find, make, setText } from "./dom.mjs";
 

@@ -149,7 +149,10 @@ TEST(AnalyseOutput, TellsWhyAFileCannotBeWritten) {
     EXPECT_NE(reason("/dev/null", open_mode::resume).find("not a file"), std::string::npos);
     EXPECT_EQ(reason("/dev/null", open_mode::create), "");
     put_bytes(directory.file("lines"), "{}\n");
-    EXPECT_NE(reason(directory.file("lines"), open_mode::resume).find("no field schema"),
+    EXPECT_NE(reason(directory.file("lines"), open_mode::resume).find("not of this kind"),
+              std::string::npos);
+    put_bytes(directory.file("lines"), "{\"schema\":1}\n");
+    EXPECT_NE(reason(directory.file("lines"), open_mode::resume).find("last line is no record"),
               std::string::npos);
 }
 

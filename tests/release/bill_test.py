@@ -17,9 +17,9 @@ SQLITE = "blessing"
 # By the ends of their names: the licences of what is linked into each package, beside MIT.
 LICENCES = {
     "-source.tar.gz": set(),
-    "_amd64.deb": {"BSD-3-Clause", SQLITE},
+    "_amd64.deb": {"BSD-3-Clause", SQLITE, "CC0-1.0", LLVM},
     "_arm64.deb": {"BSD-3-Clause"},
-    "-linux-x86_64.tar.gz": {"BSD-3-Clause", SQLITE, GLIBC, RUNTIME},
+    "-linux-x86_64.tar.gz": {"BSD-3-Clause", SQLITE, GLIBC, RUNTIME, "CC0-1.0", LLVM},
     "-linux-aarch64.tar.gz": {"BSD-3-Clause", GLIBC, RUNTIME},
     "-windows-x64.zip": MINGW,
     "-windows-x64-setup.exe": MINGW | NSIS,

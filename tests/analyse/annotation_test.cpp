@@ -15,14 +15,12 @@
 #include "support/positions.h"
 #include "support/program.h"
 #include "support/temporary_directory.h"
-#include "support/test_config.h"
 
 namespace orvelin::analyse::test {
 
 namespace {
 
 using orvelin::test::shared_tables;
-using orvelin::test::short_tests;
 
 constexpr char const* games =
     "[White \"one\"]\n[Annotator \"nobody\"]\n[Result \"1-0\"]\n\n"
@@ -84,8 +82,8 @@ struct Annotated {
     }
 };
 
-Annotated const& annotated_games() {
-    static Annotated const annotated(short_tests ? "depth=3" : "depth=4");
+Annotated const& at_depth_four() {
+    static Annotated const annotated("depth=4");
     return annotated;
 }
 
@@ -101,7 +99,7 @@ TEST(AnnotationTest, EvalsAreThoseBehindTheMove) {
 }
 
 TEST(AnnotationTest, EveryMoveGetsAScoreAndATrueSentence) {
-    Annotated const& all = annotated_games();
+    Annotated const& all = at_depth_four();
     EXPECT_EQ(all.sentences, 33 + 14 + 5);
     for (AnnotatedGame const& game : all.annotated) {
         for (AnnotatedMove const& move : game.moves) {
@@ -113,7 +111,7 @@ TEST(AnnotationTest, EveryMoveGetsAScoreAndATrueSentence) {
 }
 
 TEST(AnnotationTest, MarkedMovesHaveTheBestLine) {
-    AnnotatedGame const& game = annotated_games().annotated.at(1);
+    AnnotatedGame const& game = at_depth_four().annotated.at(1);
     AnnotatedMove const& rook = game.moves.at(10);
     EXPECT_EQ(rook.glyphs, std::vector<int>{6}) << rook.comment;
     ASSERT_EQ(rook.variations.size(), 1U);
@@ -129,7 +127,7 @@ TEST(AnnotationTest, MarkedMovesHaveTheBestLine) {
 }
 
 TEST(AnnotationTest, WhatIsMissingIsLeftOut) {
-    Game const& game = annotated_games().read.at(0).game;
+    Game const& game = at_depth_four().read.at(0).game;
     GameAnnotation annotation(shared_tables(), game);
     annotation.add(3, Record());
     Record record;
@@ -146,7 +144,7 @@ TEST(AnnotationTest, WhatIsMissingIsLeftOut) {
 
 // A file may hold what no program would write.
 TEST(AnnotationTest, LinesThatCannotBePlayedEndWhereTheyCan) {
-    Game const& game = annotated_games().read.at(0).game;
+    Game const& game = at_depth_four().read.at(0).game;
     GameAnnotation annotation(shared_tables(), game);
     Record record;
     record.fen = game.start_fen;
@@ -173,14 +171,14 @@ TEST(AnnotationTest, LinesThatCannotBePlayedEndWhereTheyCan) {
 }
 
 TEST(AnnotationTest, IsReadBackByTheReader) {
-    std::vector<ReadGame> const read = read_games(annotated_games().text());
+    std::vector<ReadGame> const read = read_games(at_depth_four().text());
     ASSERT_EQ(read.size(), 3U);
     for (std::size_t i = 0; i < read.size(); ++i) {
         EXPECT_EQ(read[i].reason, "");
-        EXPECT_EQ(read[i].moves(), annotated_games().read[i].moves());
-        EXPECT_EQ(read[i].game.start_fen, annotated_games().read[i].game.start_fen);
+        EXPECT_EQ(read[i].moves(), at_depth_four().read[i].moves());
+        EXPECT_EQ(read[i].game.start_fen, at_depth_four().read[i].game.start_fen);
         EXPECT_EQ(read[i].game.tag("Annotator"), "Orvelin 1.0");
-        EXPECT_EQ(read[i].game.result, annotated_games().read[i].game.result);
+        EXPECT_EQ(read[i].game.result, at_depth_four().read[i].game.result);
     }
     EXPECT_EQ(read[0].game.tag("White"), "one");
 }
@@ -191,13 +189,13 @@ TEST(AnnotationTest, IsReadBackByPgnExtract) {
         << witness << " is missing: apt-get install pgn-extract";
     orvelin::test::TemporaryDirectory const directory;
     std::string const file = directory.file("games.pgn");
-    std::ofstream(file) << annotated_games().text();
+    std::ofstream(file) << at_depth_four().text();
     auto const result = orvelin::test::run_program(witness, {"-s", "-Wuci", file});
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.errors, "");
     std::vector<ReadGame> const read = read_games(result.output);
     ASSERT_EQ(read.size(), 3U) << result.output;
-    EXPECT_EQ(read[0].moves(), annotated_games().read[0].moves());
+    EXPECT_EQ(read[0].moves(), at_depth_four().read[0].moves());
 }
 
 }  // namespace

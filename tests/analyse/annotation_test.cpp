@@ -82,11 +82,6 @@ struct Annotated {
     }
 };
 
-Annotated const& at_depth_four() {
-    static Annotated const annotated("depth=4");
-    return annotated;
-}
-
 TEST(AnnotationTest, EvalsAreThoseBehindTheMove) {
     EXPECT_EQ(eval_comment(299, true), "[%eval 1.00]");
     EXPECT_EQ(eval_comment(299, false), "[%eval -1.00]");
@@ -98,36 +93,9 @@ TEST(AnnotationTest, EvalsAreThoseBehindTheMove) {
     EXPECT_EQ(eval_comment(2 - mate_score, false), "[%eval #1]");
 }
 
-TEST(AnnotationTest, EveryMoveGetsAScoreAndATrueSentence) {
-    Annotated const& all = at_depth_four();
-    EXPECT_EQ(all.sentences, 33 + 14 + 5);
-    for (AnnotatedGame const& game : all.annotated) {
-        for (AnnotatedMove const& move : game.moves) {
-            bool const mates = move.comment.ends_with("is mate.");
-            EXPECT_EQ(move.comment.starts_with("[%eval "), !mates) << move.comment;
-            EXPECT_TRUE(move.comment.ends_with('.')) << move.comment;
-        }
-    }
-}
-
-TEST(AnnotationTest, MarkedMovesHaveTheBestLine) {
-    AnnotatedGame const& game = at_depth_four().annotated.at(1);
-    AnnotatedMove const& rook = game.moves.at(10);
-    EXPECT_EQ(rook.glyphs, std::vector<int>{6}) << rook.comment;
-    ASSERT_EQ(rook.variations.size(), 1U);
-    EXPECT_TRUE(rook.variations[0].moves.at(0).comment.starts_with("[%eval -"));
-    EXPECT_NE(rook.variations[0].moves[0].move, rook.move);
-    for (AnnotatedMove const& move : game.moves) {
-        bool const bad = !move.glyphs.empty() && move.glyphs[0] != 1;
-        EXPECT_EQ(!move.variations.empty(), bad) << move.comment;
-    }
-    EXPECT_EQ(game.moves.back().comment, "7...Nf3# is mate.");
-    EXPECT_TRUE(game.comment.starts_with("White: accuracy ")) << game.comment;
-    EXPECT_NE(game.comment.find(" ??. Black: accuracy "), std::string::npos) << game.comment;
-}
-
 TEST(AnnotationTest, WhatIsMissingIsLeftOut) {
-    Game const& game = at_depth_four().read.at(0).game;
+    std::vector<ReadGame> const read = read_games(games);
+    Game const& game = read.at(0).game;
     GameAnnotation annotation(shared_tables(), game);
     annotation.add(3, Record());
     Record record;
@@ -144,7 +112,8 @@ TEST(AnnotationTest, WhatIsMissingIsLeftOut) {
 
 // A file may hold what no program would write.
 TEST(AnnotationTest, LinesThatCannotBePlayedEndWhereTheyCan) {
-    Game const& game = at_depth_four().read.at(0).game;
+    std::vector<ReadGame> const read = read_games(games);
+    Game const& game = read.at(0).game;
     GameAnnotation annotation(shared_tables(), game);
     Record record;
     record.fen = game.start_fen;
@@ -170,32 +139,69 @@ TEST(AnnotationTest, LinesThatCannotBePlayedEndWhereTheyCan) {
     EXPECT_EQ(annotation.accuracy(true).percent(), 20.0);
 }
 
-TEST(AnnotationTest, IsReadBackByTheReader) {
-    std::vector<ReadGame> const read = read_games(at_depth_four().text());
+void expect_scores_and_sentences(Annotated const& all) {
+    EXPECT_EQ(all.sentences, 33 + 14 + 5);
+    for (AnnotatedGame const& game : all.annotated) {
+        for (AnnotatedMove const& move : game.moves) {
+            bool const mates = move.comment.ends_with("is mate.");
+            EXPECT_EQ(move.comment.starts_with("[%eval "), !mates) << move.comment;
+            EXPECT_TRUE(move.comment.ends_with('.')) << move.comment;
+        }
+    }
+}
+
+void expect_best_lines_at_marks(Annotated const& all) {
+    AnnotatedGame const& game = all.annotated.at(1);
+    AnnotatedMove const& rook = game.moves.at(10);
+    EXPECT_EQ(rook.glyphs, std::vector<int>{6}) << rook.comment;
+    ASSERT_EQ(rook.variations.size(), 1U);
+    EXPECT_TRUE(rook.variations[0].moves.at(0).comment.starts_with("[%eval -"));
+    EXPECT_NE(rook.variations[0].moves[0].move, rook.move);
+    for (AnnotatedMove const& move : game.moves) {
+        bool const bad = !move.glyphs.empty() && move.glyphs[0] != 1;
+        EXPECT_EQ(!move.variations.empty(), bad) << move.comment;
+    }
+    EXPECT_EQ(game.moves.back().comment, "7...Nf3# is mate.");
+    EXPECT_TRUE(game.comment.starts_with("White: accuracy ")) << game.comment;
+    EXPECT_NE(game.comment.find(" ??. Black: accuracy "), std::string::npos) << game.comment;
+}
+
+void expect_the_reader_reads_it(Annotated const& all) {
+    std::vector<ReadGame> const read = read_games(all.text());
     ASSERT_EQ(read.size(), 3U);
     for (std::size_t i = 0; i < read.size(); ++i) {
         EXPECT_EQ(read[i].reason, "");
-        EXPECT_EQ(read[i].moves(), at_depth_four().read[i].moves());
-        EXPECT_EQ(read[i].game.start_fen, at_depth_four().read[i].game.start_fen);
+        EXPECT_EQ(read[i].moves(), all.read[i].moves());
+        EXPECT_EQ(read[i].game.start_fen, all.read[i].game.start_fen);
         EXPECT_EQ(read[i].game.tag("Annotator"), "Orvelin 1.0");
-        EXPECT_EQ(read[i].game.result, at_depth_four().read[i].game.result);
+        EXPECT_EQ(read[i].game.result, all.read[i].game.result);
     }
     EXPECT_EQ(read[0].game.tag("White"), "one");
 }
 
-TEST(AnnotationTest, IsReadBackByPgnExtract) {
+void expect_pgn_extract_reads_it(Annotated const& all) {
     std::string const witness = "/usr/games/pgn-extract";
     ASSERT_TRUE(std::filesystem::exists(witness))
         << witness << " is missing: apt-get install pgn-extract";
     orvelin::test::TemporaryDirectory const directory;
     std::string const file = directory.file("games.pgn");
-    std::ofstream(file) << at_depth_four().text();
+    std::ofstream(file) << all.text();
     auto const result = orvelin::test::run_program(witness, {"-s", "-Wuci", file});
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.errors, "");
     std::vector<ReadGame> const read = read_games(result.output);
     ASSERT_EQ(read.size(), 3U) << result.output;
-    EXPECT_EQ(read[0].moves(), at_depth_four().read[0].moves());
+    EXPECT_EQ(read[0].moves(), all.read[0].moves());
+}
+
+// Together: the search of all moves takes longer than all else, and tests that share it would each
+// do it in a process of their own.
+TEST(AnnotationTest, WholeGamesAreAnnotatedAndReadBack) {
+    Annotated const all("depth=4");
+    expect_scores_and_sentences(all);
+    expect_best_lines_at_marks(all);
+    expect_the_reader_reads_it(all);
+    expect_pgn_extract_reads_it(all);
 }
 
 }  // namespace

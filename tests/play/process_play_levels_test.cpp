@@ -20,7 +20,13 @@ using orvelin::test::Referee;
 using orvelin::test::short_tests;
 using clock = PlayProcess::clock;
 
-constexpr int plies = short_tests ? 4 : 10;
+/// Of each game.
+int plies() {
+    if (!short_tests) {
+        return 10;
+    }
+    return orvelin::test::whole_tests() ? 4 : 2;
+}
 
 /// Below five seconds no move is held back, and the last move before new time may take them all, so
 /// that the budget of nodes ends each search.
@@ -63,7 +69,7 @@ std::string game_of(PlayProcess& process, int elo, int hash, std::string const& 
     process.set_option("Hash", std::to_string(hash));
     Referee referee;
     std::string moves;
-    for (int i = 0; i < plies; ++i) {
+    for (int i = 0; i < plies(); ++i) {
         process.send("position startpos" + (moves.empty() ? "" : " moves" + moves));
         std::string const move = best_move(process.ask(go));
         if (!referee.play(move)) {

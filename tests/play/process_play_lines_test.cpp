@@ -207,9 +207,10 @@ TEST_F(ProcessPlayLines, OfOneReportHaveDifferentMovesAndFallingScores) {
     process.set_option("Score Unit", "engine");
     process.set_option("MultiPV", "50");
     process.send("position fen " + std::string(positions::quiet_middle_game));
+    std::string const depth = orvelin::test::whole_tests() ? "go depth 3" : "go depth 2";
     std::set<std::string> moves;
     int last_score = 0;
-    for (info_t const& info : read_infos(process.ask("go depth 3"))) {
+    for (info_t const& info : read_infos(process.ask(depth))) {
         if (info.moves.empty() || !info.cp) {
             continue;
         }

@@ -3,7 +3,13 @@
 
 #include "support/test_config.h"
 
+#include <cstdlib>
+
 namespace orvelin::test {
+
+bool whole_tests() {
+    return !short_tests || std::getenv("ORVELIN_WHOLE_TESTS") != nullptr;
+}
 
 char const* const engine_binary = ORVELIN_BINARY;
 char const* const play_binary = ORVELIN_PLAY;

@@ -8,6 +8,10 @@ namespace orvelin::test {
 /// True in the sanitizer builds, where the long tests run on a part of their input.
 inline constexpr bool short_tests = ORVELIN_SHORT_TESTS != 0;
 
+/// False in these builds, but for `./check --whole`: the tests that take longest there then run on
+/// less still. True in all others.
+bool whole_tests();
+
 /// Path of the engine binary under test.
 extern char const* const engine_binary;
 

@@ -27,6 +27,11 @@ for argument in "$@"; do
 done
 unset argument
 
+packages_lock=${TMPDIR:-/tmp}/orvelin-packages.$(id -u)
+
+# while_nothing_is_installed COMMAND...: what must not happen in the midst of an installation.
+while_nothing_is_installed() { (flock 8 && "$@") 8>"$packages_lock"; }
+
 # install_packages PACKAGE...: installs those Debian packages that are missing. One process at a
 # time: the package manager waits for no other.
 install_packages() {
@@ -37,9 +42,7 @@ install_packages() {
         fi
     done
     [ ${#missing[@]} -eq 0 ] && return 0
-    (
-        flock 8 && install_now "${missing[@]}"
-    ) 8>"${TMPDIR:-/tmp}/orvelin-packages.$(id -u)" || exit 1
+    while_nothing_is_installed install_now "${missing[@]}" || exit 1
 }
 
 install_now() {
@@ -91,6 +94,9 @@ built_version() { sed -n 's/^CMAKE_PROJECT_VERSION:STATIC=//p' "$1/CMakeCache.tx
 build_packages=(cmake ninja-build g++)
 # What the tools need beside these.
 tool_packages=(libcli11-dev rapidjson-dev libsqlite3-dev)
+# What the programs for other systems are built with, tools among them.
+arm64_packages=("${build_packages[@]}" g++-aarch64-linux-gnu qemu-user-static libcli11-dev rapidjson-dev dpkg-dev)
+windows_packages=("${build_packages[@]}" g++-mingw-w64-x86-64-posix libcli11-dev rapidjson-dev nsis zip dpkg-dev)
 
 # set_up_native TARGET...: builds for this machine what another system's programs are compared with,
 # and puts the folder into PLATFORM_NATIVE; unless that names one already.

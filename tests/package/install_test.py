@@ -5,7 +5,8 @@ import os
 import tempfile
 import unittest
 
-from support import BOARD_KINDS, BUILD, DISCOVERED, PROGRAMS, SCRIPTS, SOURCE, PackageTest, bench_nodes, run
+from served_board import BOARD_KINDS
+from support import BUILD, DISCOVERED, PROGRAMS, SCRIPTS, SOURCE, PackageTest, bench_nodes, run
 
 DOCUMENTS = ("README.md", "NEWS.md", "LICENSE", "docs/match.md", "docs/uci.md")
 DOCUMENTS += ("docs/board.md", "docs/images/report.png", "docs/images/xboard.png")

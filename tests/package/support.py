@@ -1,22 +1,17 @@
 """What the tests of the packages have in common: where things are, and how an engine is asked."""
 
 import glob
-import json
 import os
 import re
 import subprocess
-import unittest
-import urllib.parse
-import urllib.request
 
 from orvelin_lib.engine import UciEngine
+from served_board import PATIENCE, ServedBoardTest
 
 SOURCE = os.environ["PACKAGE_SOURCE"]
 BUILD = os.environ["PACKAGE_BUILD"]
 OUTPUT = os.environ["PACKAGE_OUTPUT"]
 BOOK_TOOL = os.path.join(BUILD, "orvelin-book")
-# The machine may be busy with anything.
-PATIENCE = 120
 PROGRAMS = (
     "orvelin",
     "orvelin-play",
@@ -30,16 +25,6 @@ SCRIPTS = ("orvelin-board", "orvelin-explain", "orvelin-match", "orvelin-suite")
 CODE = re.compile(r"`[^`]*`|^ {4,}.*$", re.MULTILINE)
 LINK = re.compile(r"\]\((?![a-z]+:)([^)#\s]+)")
 MATE_IN_ONE = '6k1/5ppp/8/8/8/8/8/R5K1 w - - dm 1; id "back rank";\n'
-# Of the files of the board: how each kind begins, and what the server calls it.
-BOARD_KINDS = {
-    "": (b"<!DOCTYPE html>", "text/html"),
-    "main.mjs": (b"// ", "text/javascript"),
-    "board.css": (b"/*", "text/css"),
-    "openings.json": (b"{", "application/json"),
-    "engine/orvelin.wasm": (b"\0asm", "application/wasm"),
-    "orvelin-board-core.wasm": (b"\0asm", "application/wasm"),
-    "Orvelin.bin": (b"", "application/octet-stream"),
-}
 # The programs that GUIs discover, by their files.
 DISCOVERED = {
     f"share/games/plugins/uci/{name}.eng": f"plugin spec 0.0\n{name}\nchess,fischerandom\n".encode()
@@ -106,7 +91,7 @@ def readelf(*arguments):
     return run("readelf", "--wide", *arguments)
 
 
-class PackageTest(unittest.TestCase):
+class PackageTest(ServedBoardTest):
     """A test with some more questions."""
 
     maxDiff = None
@@ -152,33 +137,10 @@ class PackageTest(unittest.TestCase):
         self.assertEqual(dead, set())
 
     def assert_board_is_served(self, command):
-        """The installed board has all files of the page, and the page is of this version."""
-        server = subprocess.Popen((command, "--no-browser"), stdout=subprocess.PIPE, text=True)
-        self.addCleanup(server.communicate)
-        self.addCleanup(server.kill)
-        address = server.stdout.readline().strip()
-
-        def fetch(name):
-            with urllib.request.urlopen(urllib.parse.urljoin(address, name), timeout=PATIENCE) as answer:
-                return answer.read(), answer.headers.get_content_type()
-
-        for name, (begin, kind) in BOARD_KINDS.items():
-            body, told = fetch(name)
-            self.assertEqual((body[: len(begin)], told), (begin, kind), name)
-        # Offline the page has what this list tells.
-        worker = fetch("service_worker.js")[0].decode()
-        kept = json.loads(re.search(r"^const FILES = (\[.+\]);$", worker, re.MULTILINE)[1])
-        self.assertGreater(len(kept), 30)
-        for name in kept:
-            self.assertTrue(fetch(name)[0], name)
-        version = re.search(rb'data-version="([\d.]+)"', fetch("")[0])[1].decode()
-        self.assertIn(f"-{version}-linux-", the_only("orvelin-*-linux-x86_64.tar.gz"))
-        self.assertEqual(fetch("Orvelin.bin")[0], self.book_of_the_build())
-
-    @staticmethod
-    def book_of_the_build():
-        with open(os.path.join(BUILD, "Orvelin.bin"), "rb") as file:
-            return file.read()
+        """The installed board is that of the build."""
+        name = os.path.basename(the_only("orvelin-*-linux-x86_64.tar.gz"))
+        book = os.path.join(BUILD, "Orvelin.bin")
+        self.assert_board_is_served_by(command, name.split("-")[1], book)
 
     def assert_python_tools_run(self, folder, suites):
         """The Python tools find their library, the engine and the suites."""

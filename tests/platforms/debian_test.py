@@ -8,9 +8,11 @@ import tempfile
 import unittest
 
 from program import PATIENCE, RUNNER, Conversation, native, run
+from served_board import ServedBoardTest
 
 PACKAGES = os.environ.get("PLATFORM_PACKAGES", "")
 PROGRAMS = ("orvelin", "orvelin-analyse", "orvelin-book", "orvelin-perft", "orvelin-play", "orvelin-tables")
+SCRIPTS = ("orvelin-board", "orvelin-explain", "orvelin-match", "orvelin-suite")
 # The libraries of Debian 12 for the processor.
 LIBRARIES = "/usr/aarch64-linux-gnu"
 # The package of each library, and how it names what it has grown by.
@@ -33,7 +35,7 @@ def numbers(version):
     return [int(word) for word in version.split(".")]
 
 
-class DebianPackageTest(unittest.TestCase):
+class DebianPackageTest(ServedBoardTest):
     @classmethod
     def setUpClass(cls):
         place = tempfile.TemporaryDirectory()
@@ -71,8 +73,19 @@ class DebianPackageTest(unittest.TestCase):
         form = "${Package}:${Architecture} ${db:Status-Status}"
         listed = told("dpkg-query", f"--admindir={self.root}/var/lib/dpkg", "-W", "-f", form)
         self.assertEqual(listed, "orvelin:arm64 installed")
-        for name in (*PROGRAMS, "orvelin-suite", "orvelin-match", "orvelin.files/Orvelin.bin"):
+        for name in (*PROGRAMS, *SCRIPTS, "orvelin.files/Orvelin.bin"):
             self.assertTrue(os.path.isfile(self.path(f"games/{name}")), name)
+
+    def test_lintian_has_nothing_to_say(self):
+        words = ("--display-info", "--fail-on=none", "--allow-root", self.package)
+        found = told("lintian", *words).splitlines()
+        self.assertEqual([line for line in found if not line.startswith("N:")], [])
+
+    def test_the_board_is_served(self):
+        # Debian's Python is that of this machine here.
+        version = os.path.basename(self.package).split("_")[1].split("-")[0]
+        book = native("Orvelin.bin")[0]
+        self.assert_board_is_served_by(self.path("games/orvelin-board"), version, book)
 
     def test_the_programs_are_of_the_processor_and_hardened(self):
         for name in PROGRAMS:

@@ -18,7 +18,7 @@ SQLITE = "blessing"
 LICENCES = {
     "-source.tar.gz": set(),
     "_amd64.deb": {"BSD-3-Clause", SQLITE, "CC0-1.0", LLVM},
-    "_arm64.deb": {"BSD-3-Clause"},
+    "_arm64.deb": {"BSD-3-Clause", "CC0-1.0", LLVM},
     "-linux-x86_64.tar.gz": {"BSD-3-Clause", SQLITE, GLIBC, RUNTIME, "CC0-1.0", LLVM},
     "-linux-aarch64.tar.gz": {"BSD-3-Clause", GLIBC, RUNTIME},
     "-windows-x64.zip": MINGW,

@@ -13,13 +13,13 @@ import unittest
 ROOT = os.path.dirname(os.environ["MEASURE_TOOLS"])
 TESTS_OF = "ctest --preset {} -j %d --repeat until-pass:3" % (len(os.sched_getaffinity(0)) + 1)
 # Where a test takes longer, something is wrong.
-PATIENCE = 60
+PATIENCE = 120
 # Each writes down its name and its words, how it was started and what is stuck beside it.
 WORKER = """#!/usr/bin/env bash
 name=$(basename "$0")
 words="$name $*"
 echo "begins $words" >>"$LOG"
-[ "$(ps -o ni= -p $$)" -gt "$NICE" ] || echo "normal $words" >>"$LOG"
+[ "$(nice)" -gt "$NICE" ] || echo "normal $words" >>"$LOG"
 [ -z "${ORVELIN_WHOLE_TESTS-}" ] || echo "whole $words" >>"$LOG"
 for process in $(sed -n 's/^process //p' "$LOG"); do
     ! kill -0 "$process" 2>/dev/null || echo "beside $words" >>"$LOG"

@@ -75,7 +75,7 @@ class CheckTest(unittest.TestCase):
             file.write(text)
         os.chmod(path, 0o755)
 
-    def start(self, *arguments, waits="check-interfaces", **what):
+    def start(self, *arguments, waits="check-interfaces", traced=False, **what):
         """./check in a session of its own; `what` tells which worker is stuck or fails, and for
         which line of the log the one that waits does so."""
         environment = {
@@ -87,6 +87,8 @@ class CheckTest(unittest.TestCase):
         for name in ("STUCK", "FAILS", "UNTIL"):
             environment[name] = what.get(name.lower(), "")
         environment["WAITS"] = waits if "until" in what else ""
+        if traced:
+            environment["SHELLOPTS"] = "xtrace"
         return subprocess.Popen(
             [os.path.join(self.tree, "check"), *arguments],
             env=environment,
@@ -148,6 +150,9 @@ class CheckTest(unittest.TestCase):
             "begins check-release ",
         )
         self.assertEqual(self.logged("whole "), [])
+
+    def test_a_builder_is_started_for_all_stages(self):
+        self.assertIn("+ start_builder", self.run_check(traced=True))
 
     def test_what_comes_later_is_built_beside_and_takes_no_time(self):
         # This stage waits long enough.
@@ -211,7 +216,8 @@ class CheckTest(unittest.TestCase):
         self.assertIn("coverage --min-lines 97.5", self.logged("whole "))
 
     def test_stages_that_are_named_are_run_alone(self):
-        self.run_check("pages", "package")
+        # A builder might be ended before it leaves a trace of its own.
+        self.assertNotIn("+ start_builder", self.run_check("pages", "package", traced=True))
         self.assertEqual(self.logged("begins "), ["check-pages ", "check-packages "])
         os.remove(self.log)
         self.run_check("--whole", "package", "fuzz")

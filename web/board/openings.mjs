@@ -21,7 +21,8 @@ export class Openings {
   /** The name behind the moves of a game, which begins with the FEN; "" where there is none. */
   async nameOf({ moves, ...start }, fen) {
     const names = await this.#names;
-    const { fens = [] } = await this.#core.ask({ ask: "line", ...start, line: moves.slice(0, MOST_MOVES) });
+    const line = moves.slice(0, MOST_MOVES);
+    const { fens = [] } = await this.#core.ask({ ask: "line", ...start, line });
     const known = [fen, ...fens].map(keyOf).findLast((key) => Object.hasOwn(names, key));
     return known ? names[known] : "";
   }

@@ -3,8 +3,8 @@ import assert from "node:assert/strict";
 import { readFile } from "node:fs/promises";
 import path from "node:path";
 import { after, before, describe, test } from "node:test";
-import { begin, clickMove, end, folder, hasMoves, NARROW, openGame, ready, sansOf, says, typeMove,
-  withBoard } from "./support.mjs";
+import { begin, clickMove, end, folder, hasMoves, NARROW, openGame, ready, reviewGame, sansOf, says,
+  typeMove, withBoard } from "./support.mjs";
 
 const ITALIAN = "r1bqkbnr/pppp1ppp/2n5/4p3/2B1P3/5N2/PPPP1PPP/RNBQK2R b KQkq - 3 3";
 const SHORT_GAME = `[White "Ada"]
@@ -248,10 +248,7 @@ describe("languages", () => {
     }],
     ["review", async (page) => {
       await openGame(page, SHORT_GAME);
-      await page.click("#tab-review");
-      await page.selectOption("#review-depth", "6");
-      await page.click("#review-go");
-      await says(page, "announce", "done");
+      await reviewGame(page);
       await page.click("#moves [data-ply='5']");
       await page.waitForSelector("#difference summary");
       await page.locator("#difference details").evaluateAll((all) =>
@@ -299,10 +296,7 @@ describe("languages", () => {
 
   test("a review in German", () => withBoard({ locale: "de-DE" }, async (page) => {
     await openGame(page, SHORT_GAME);
-    await page.click("#tab-review");
-    await page.selectOption("#review-depth", "6");
-    await page.click("#review-go");
-    await says(page, "announce", "durchgesehen");
+    await reviewGame(page, "durchgesehen");
     await page.click("#moves [data-ply='6']");
     await says(page, "headline", "3...Sf6?? – Patzer");
     await says(page, "sentence", "3...Sf6 lässt ein Matt in 1 zu; besser war 3...");
@@ -390,10 +384,7 @@ describe("controls", () => {
 
   test("the mark that is chosen is seen on the graph", () => withBoard({}, async (page) => {
     await openGame(page, SHORT_GAME);
-    await page.click("#tab-review");
-    await page.selectOption("#review-depth", "6");
-    await page.click("#review-go");
-    await says(page, "announce", "done");
+    await reviewGame(page);
     await page.click("#next-mark");
     // All of these let the pointer through: what is drawn last lies on top.
     const order = await page.locator("#graph > *").evaluateAll((all) =>

@@ -3,8 +3,8 @@ import assert from "node:assert/strict";
 import path from "node:path";
 import { after, before, describe, test } from "node:test";
 import { pathToFileURL } from "node:url";
-import { begin, clickMove, drawn, end, folder, hasMoves, openGame, plainHost, ready, sansOf, says, typeMove,
-  withBoard } from "./support.mjs";
+import { begin, clickMove, dragMove, drawn, end, folder, hasMoves, openGame, plainHost, ready, sansOf, says,
+  typeMove, withBoard } from "./support.mjs";
 
 const { default: Orvelin } = await import(pathToFileURL(path.join(folder, "engine/orvelin.mjs")));
 
@@ -46,22 +46,12 @@ describe("a game", () => {
   }));
 
   test("a piece is drawn to its square", () => withBoard({}, async (page) => {
-    const middle = async (square) => {
-      const box = await page.locator(`#board .cell[data-square=${square}]`).boundingBox();
-      return [box.x + box.width / 2, box.y + box.height / 2];
-    };
-    await page.mouse.move(...await middle("g1"));
-    await page.mouse.down();
-    await page.mouse.move(...await middle("f3"), { steps: 4 });
-    await page.mouse.up();
+    await dragMove(page, "g1", "f3");
     await hasMoves(page, 2);
     assert.equal((await sansOf(page))[0], "Nf3");
     // And where it may not go it comes back.
     const there = await drawn(page);
-    await page.mouse.move(...await middle("e2"));
-    await page.mouse.down();
-    await page.mouse.move(...await middle("e6"), { steps: 4 });
-    await page.mouse.up();
+    await dragMove(page, "e2", "e6");
     assert.equal(await drawn(page), there);
   }));
 

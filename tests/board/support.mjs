@@ -101,6 +101,18 @@ export async function typeMove(page, text) {
   await page.press("#typed", "Enter");
 }
 
+/** Draws a piece from one square to another by the mouse. */
+export async function dragMove(page, from, to) {
+  const middle = async (square) => {
+    const box = await page.locator(`#board .cell[data-square=${square}]`).boundingBox();
+    return [box.x + box.width / 2, box.y + box.height / 2];
+  };
+  await page.mouse.move(...await middle(from));
+  await page.mouse.down();
+  await page.mouse.move(...await middle(to), { steps: 4 });
+  await page.mouse.up();
+}
+
 export async function clickMove(page, from, to) {
   await page.click(`#board .cell[data-square=${from}]`);
   await page.waitForSelector(`#board .cell.target[data-square=${to}]`);
@@ -112,6 +124,14 @@ export async function openGame(page, text) {
   await page.click("#open");
   await page.fill("dialog textarea", text);
   await page.click("dialog button.main");
+}
+
+/** Has the game reviewed, not deep, until the page says in its language that it is done. */
+export async function reviewGame(page, done = "The review is done") {
+  await page.click("#tab-review");
+  await page.selectOption("#review-depth", "6");
+  await page.click("#review-go");
+  await says(page, "announce", done);
 }
 
 export async function audit(page, words) {

@@ -3,8 +3,8 @@ import assert from "node:assert/strict";
 import { execFileSync } from "node:child_process";
 import { readFile } from "node:fs/promises";
 import { after, before, describe, test } from "node:test";
-import { audit, begin, clickMove, drawn, end, hasMoves, NARROW, openGame, ready, sansOf, says, shoot, typeMove, WIDE,
-  withBoard } from "./support.mjs";
+import { audit, begin, clickMove, drawn, end, hasMoves, NARROW, openGame, ready, reviewGame, sansOf, says, shoot,
+  typeMove, WIDE, withBoard } from "./support.mjs";
 
 const GAME = `[Event "Club evening"]
 [Site "?"]
@@ -125,10 +125,7 @@ describe("review", () => {
   test("it says what orvelin-analyse says", () => withBoard({}, async (page) => {
     await openGame(page, GAME);
     await hasMoves(page, 7);
-    await page.click("#tab-review");
-    await page.selectOption("#review-depth", "6");
-    await page.click("#review-go");
-    await says(page, "announce", "The review is done");
+    await reviewGame(page);
     await says(page, "review-words", "Depth 6");
     const records = recordsOf(6);
     const judged = records.filter((record) => record.played);
@@ -168,9 +165,7 @@ describe("review", () => {
     await page.waitForSelector("#review-progress:not([hidden])");
     await page.click("#review-go");
     await page.waitForSelector("#review-progress", { state: "hidden" });
-    await page.selectOption("#review-depth", "6");
-    await page.click("#review-go");
-    await says(page, "announce", "The review is done");
+    await reviewGame(page);
     // A new move makes another game of it.
     await openGame(page, "4k3/8/8/8/8/8/4P3/4K3 w - - 0 1");
     await says(page, "review-words", "There are no moves yet");

@@ -3,7 +3,7 @@ import assert from "node:assert/strict";
 import { readFile } from "node:fs/promises";
 import path from "node:path";
 import { after, before, describe, test } from "node:test";
-import { begin, clickMove, end, folder, hasMoves, NARROW, openGame, ready, reviewGame, sansOf, says,
+import { begin, clickMove, dragMove, end, folder, hasMoves, NARROW, openGame, ready, reviewGame, sansOf, says,
   typeMove, withBoard } from "./support.mjs";
 
 const ITALIAN = "r1bqkbnr/pppp1ppp/2n5/4p3/2B1P3/5N2/PPPP1PPP/RNBQK2R b KQkq - 3 3";
@@ -83,6 +83,47 @@ describe("the focus", () => {
     await press(page, "#of-position");
     await says(page, "chart-words", "Before any search");
     await focused(page, "#panel-analyse :is(button, select, summary)");
+  }));
+});
+
+describe("keys that step through the game", () => {
+  test("they do so after a move by hand too, until the squares are gone to", () => withBoard({}, async (page) => {
+    await dragMove(page, "e2", "e4");
+    await hasMoves(page, 2);
+    await page.keyboard.press("ArrowLeft");
+    await says(page, "where", "After 1.e4");
+    await page.keyboard.press("Home");
+    await says(page, "where", "The start");
+    await page.keyboard.press("End");
+    await says(page, "where", "Your move");
+    await page.focus("#board .cell[data-square=a1]");
+    await page.keyboard.press("ArrowUp");
+    await focused(page, "[data-square=a2]");
+    await page.keyboard.press("ArrowRight");
+    await focused(page, "[data-square=b2]");
+    // The board of a box has no game.
+    await page.click("#moves-panel .set-up");
+    await page.click("dialog .cell[data-square=d4]");
+    await page.keyboard.press("ArrowRight");
+    await focused(page, "dialog [data-square=e4]");
+  }));
+
+  test("they do so after a click in a line, in the book and in a table", () => withBoard({}, async (page) => {
+    await page.click("#tab-analyse");
+    await page.click("#book .book-move >> text=d4");
+    await says(page, "where", "After 1.d4");
+    await focused(page, "#previous");
+    await page.keyboard.press("ArrowLeft");
+    await says(page, "where", "The start");
+    await page.waitForSelector("#lines .run button >> nth=1");
+    await page.click("#lines .run button >> nth=0");
+    await focused(page, "#variation [aria-pressed=true]");
+    await page.keyboard.press("Escape");
+    await says(page, "where", "The start");
+    await openGame(page, "8/8/8/8/8/2k5/8/KQ6 w - - 0 1");
+    await page.click("#ask-ending");
+    await focused(page, "#engine-switch");
+    assert.equal(await page.inputValue("#line-count"), "3");
   }));
 });
 

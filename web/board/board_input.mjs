@@ -4,10 +4,15 @@ import { squareOf } from "./fen.mjs";
 
 // A press that moves less than so many pixels is a click.
 const CLICK = 6;
+// What steps through the game elsewhere on the page.
+const GAME_KEYS = ["ArrowLeft", "ArrowRight", "Home", "End"];
 
 export class BoardInput {
   #focus = 0;
   #press = null;
+  // Whether the board was used by hand last. Then keys that step through the game do so, although
+  // the press has put the focus on a square.
+  #byHand = false;
 
   constructor(view) {
     this.view = view;
@@ -18,6 +23,9 @@ export class BoardInput {
     root.addEventListener("pointerup", (event) => this.#released(event));
     root.addEventListener("pointercancel", () => this.#letGo());
     root.addEventListener("keydown", (event) => this.#key(event));
+    root.addEventListener("focusout", ({ relatedTarget }) => {
+      this.#byHand = this.#byHand && root.contains(relatedTarget);
+    });
   }
 
   /** Puts the keys on the board: on the square where they were. */
@@ -46,6 +54,7 @@ export class BoardInput {
     if (event.button !== 0 || !square || this.#press) {
       return;
     }
+    this.#byHand = true;
     const piece = this.view.pieceOn(square);
     const mine = this.view.hooks.targets(square) !== null;
     const goes = this.#isTarget(square);
@@ -133,6 +142,11 @@ export class BoardInput {
     if (event.ctrlKey || event.altKey || event.metaKey) {
       return;
     }
+    // A box has no game to step through.
+    if (this.#byHand && GAME_KEYS.includes(event.key) && !this.view.root.closest("dialog")) {
+      return;
+    }
+    this.#byHand = false;
     if (event.key in steps) {
       const [down, right] = steps[event.key];
       const within = (number) => Math.min(7, Math.max(0, number));

@@ -1,6 +1,6 @@
 // Keys stay where they can be used: where the control that has the focus is hidden, disabled or
 // taken away, another one gets it. What an element or one around it names by data-then comes first,
-// then the next control around it.
+// then the next control around it. The one that is chosen among several is taken, else the first.
 
 const CONTROLS = "button, input, select, textarea, summary, [tabindex='0']";
 
@@ -10,8 +10,9 @@ function firstControl(place) {
   if (!place || !isThere(place)) {
     return null;
   }
-  return [place, ...place.querySelectorAll(CONTROLS)]
-    .find((each) => each.matches(CONTROLS) && isThere(each)) ?? null;
+  const controls = [place, ...place.querySelectorAll(CONTROLS)]
+    .filter((each) => each.matches(CONTROLS) && isThere(each));
+  return controls.find((each) => each.ariaPressed === "true") ?? controls[0] ?? null;
 }
 
 function nextOf(path) {

@@ -4,6 +4,7 @@
 #include <new>
 
 #include "platform/huge_pages.h"
+#include "platform/zeroed_memory.h"
 
 namespace orvelin {
 
@@ -12,7 +13,7 @@ ZeroedPages::ZeroedPages(std::size_t bytes) {
         throw std::bad_array_new_length();
     }
     std::size_t space = bytes + page;
-    memory_.reset(std::calloc(space, 1));
+    memory_.reset(zeroed_memory(space));
     if (memory_ == nullptr) {
         throw std::bad_alloc();
     }

@@ -1,5 +1,6 @@
 // The parts of the board that need no page. BOARD is the folder that tools/make-board has made.
 import assert from "node:assert/strict";
+import { execFileSync } from "node:child_process";
 import { readdir, readFile } from "node:fs/promises";
 import path from "node:path";
 import { after, before, describe, test } from "node:test";
@@ -160,6 +161,29 @@ describe("what is kept", () => {
       { ...emptyGame(), moves: Array(5000).fill("e2e4") }, { ...emptyGame(), play: { ...play, over: {} } }]) {
       assert.ok(!isGame(wrong), JSON.stringify(wrong)?.slice(0, 200));
     }
+  });
+});
+
+describe("the core", () => {
+  // The table of its searches has 128 MiB.
+  const MOST_MIB = 110;
+  // In a process of its own, which has not used any before.
+  const MEASURE = `
+    const { readFileSync } = require("node:fs");
+    const resident = () =>
+      Number(/VmRSS:\\s+(\\d+) kB/.exec(readFileSync("/proc/self/status", "utf8"))[1]) / 1024;
+    import(process.env.CORE).then(async ({ BoardCore }) => {
+      const before = resident();
+      const core = new BoardCore();
+      await core.ask({ ask: "position", start: "startpos", chess960: false, moves: [] });
+      console.log(resident() - before);
+      core.close();
+    });`;
+
+  test("a table that nothing is written to takes no memory", () => {
+    const env = { ...process.env, CORE: String(pathToFileURL(path.join(folder, "core.mjs"))) };
+    const taken = Number(execFileSync(process.execPath, ["-e", MEASURE], { env }));
+    assert.ok(taken > 0 && taken < MOST_MIB, `${taken} MiB`);
   });
 });
 

@@ -3,8 +3,8 @@ import assert from "node:assert/strict";
 import path from "node:path";
 import { after, before, describe, test } from "node:test";
 import { pathToFileURL } from "node:url";
-import { begin, clickMove, dragMove, drawn, end, folder, hasMoves, openGame, plainHost, ready, sansOf, says,
-  typeMove, withBoard } from "./support.mjs";
+import { begin, clickMove, dragMove, drawn, end, folder, hasMoves, holdCore, openGame, plainHost, ready, sansOf,
+  says, typeMove, withBoard } from "./support.mjs";
 
 const { default: Orvelin } = await import(pathToFileURL(path.join(folder, "engine/orvelin.mjs")));
 
@@ -113,6 +113,45 @@ describe("a game", () => {
     await hasMoves(page, 2);
   }));
 
+  test("what was said of a move goes with the position", () => withBoard({}, async (page, context) => {
+    await typeMove(page, "e4");
+    await hasMoves(page, 2);
+    for (const leave of ["#take-back", "#tab-analyse", "#tab-play", "#first", "#next"]) {
+      await says(page, "where", leave === "#next" ? "The start" : "move");
+      await typeMove(page, "Zz9");
+      await page.waitForSelector("#message:not([hidden])");
+      await page.click(leave);
+      await page.waitForSelector("#message", { state: "hidden" });
+      if (leave === "#take-back") {
+        await typeMove(page, "d4");
+        await hasMoves(page, 2);
+      }
+    }
+    await context.grantPermissions(["clipboard-read", "clipboard-write"]);
+    await page.click("#copy-pgn");
+    await says(page, "message", "Copied");
+    assert.match(await page.evaluate(() => navigator.clipboard.readText()), /1\. d4/);
+  }));
+
+  test("a piece that cannot be moved tells why", () => withBoard({}, async (page) => {
+    await typeMove(page, "e4");
+    await hasMoves(page, 2);
+    await says(page, "where", "Your move");
+    await page.click("#first");
+    await says(page, "where", "The start");
+    await dragMove(page, "d2", "d4");
+    await says(page, "message", "an earlier position");
+    await page.click("#last");
+    await says(page, "where", "Your move");
+    assert.ok(await page.locator("#message").isHidden());
+    await page.click("#resign");
+    await page.click("dialog button.main");
+    await says(page, "play-words", "White has resigned");
+    await dragMove(page, "d2", "d4");
+    await says(page, "message", "The game is over");
+    await hasMoves(page, 2);
+  }));
+
   test("a hint is shown", () => withBoard({}, async (page) => {
     await openGame(page, "6k1/5ppp/8/8/8/8/5PPP/3R2K1 w - - 0 1");
     await page.click("#tab-play");
@@ -138,6 +177,45 @@ describe("a game", () => {
     assert.match(await page.locator("#lower .clock").textContent(), /^(10|9):/);
     await typeMove(page, "Nc3");
     await hasMoves(page, 4);
+  }));
+
+  test("it is seen before the engine is there, and kept by who leaves then", () => withBoard({}, async (page) => {
+    await choose(page, { side: "black", level: "800" });
+    await begins(page);
+    await says(page, "where", "Your move");
+    const [sans, pieces] = [await sansOf(page), await drawn(page)];
+    const release = await holdCore(page);
+    for (let i = 0; i < 2; i += 1) {
+      await page.reload();
+      await page.waitForSelector("#board .piece");
+      assert.equal(await drawn(page), pieces);
+      assert.equal(await page.locator("#board .cell").first().getAttribute("data-square"), "h1");
+      await says(page, "upper", "Orvelin (800)");
+      await says(page, "where", "Loading");
+      assert.equal(await page.getAttribute("body", "data-ready"), null);
+      // Nothing can be done yet that the core has to look at.
+      assert.equal(await page.locator("main[inert] #board, header[inert] #tabs").count(), 2);
+    }
+    release();
+    await ready(page);
+    await says(page, "where", "Your move");
+    assert.deepEqual([await sansOf(page), await drawn(page)], [sans, pieces]);
+    await typeMove(page, "e5");
+    await hasMoves(page, 3);
+  }));
+
+  test("a new player sees the start at once", () => withBoard({}, async (page) => {
+    await page.evaluate(() => localStorage.clear());
+    const release = await holdCore(page);
+    await page.evaluate(() => window.addEventListener("pagehide", () => localStorage.clear()));
+    await page.reload();
+    await page.waitForSelector("#board .piece");
+    assert.equal(await drawn(page), "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR");
+    assert.equal(await page.getAttribute("body", "data-ready"), null);
+    release();
+    await ready(page);
+    await clickMove(page, "e2", "e4");
+    await hasMoves(page, 2);
   }));
 
   test("what was kept and is damaged is left out", () => withBoard({

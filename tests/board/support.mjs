@@ -72,6 +72,17 @@ export async function withBoard(options, body) {
   assert.deepEqual(heard, []);
 }
 
+/** Holds the core back, so that the page loads no further; the answer is what lets it go. */
+export async function holdCore(page) {
+  let release;
+  const held = new Promise((done) => (release = done));
+  await page.route("**/orvelin-board-core.wasm", async (route) => {
+    await held;
+    await route.continue().catch(() => {});
+  });
+  return release;
+}
+
 /** The pieces field of a FEN, read off the pieces that are drawn. */
 export const drawn = (page) => page.evaluate(() => {
   const squares = Array(64).fill(".");

@@ -12,6 +12,7 @@ const { Clock, clockText } = await load("clock.mjs");
 const { boardOf, chess960Start, nameOf, numbered, placementOf, squareOf, START } = await load("fen.mjs");
 const { emptyGame, isGame } = await load("game.mjs");
 const { targetsOf, typedMoves } = await load("moves.mjs");
+const { textOf } = await load("open.mjs");
 const { bestMove, readInfo, scoreText, whiteShare } = await load("uci.mjs");
 const { languageOf } = await load("texts.mjs");
 const { BoardCore } = await load("core.mjs");
@@ -77,6 +78,7 @@ describe("moves as they are given", () => {
     assert.deepEqual(found("a8=N", pawn.legal), ["a8=N"]);
     assert.deepEqual(found("a8q", pawn.legal), ["a8=Q"]);
     assert.equal(found("a7a8", pawn.legal).length, 4);
+    assert.equal(found("a8", pawn.legal).length, 4);
     const castling = await at("r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1");
     for (const text of ["O-O", "0-0", "o-o", "e1g1"]) {
       assert.deepEqual(found(text, castling.legal), ["O-O"], text);
@@ -144,6 +146,13 @@ describe("clocks", () => {
       [9940, "0:10.0"], [1, "0:00.1"], [0, "0:00.0"]]) {
       assert.equal(clockText(time), text, String(time));
     }
+  });
+});
+
+describe("files", () => {
+  test("names in UTF-8 and in Latin-1", () => {
+    assert.equal(textOf(new TextEncoder().encode('[White "Müller"]')), '[White "Müller"]');
+    assert.equal(textOf(Buffer.from('[White "Müller"]', "latin1")), '[White "Müller"]');
   });
 });
 

@@ -64,6 +64,8 @@ export class BoardInput {
     this.view.root.setPointerCapture(event.pointerId);
     if (mine && !goes && !this.view.hooks.clicked) {
       this.view.select(square);
+    } else if (piece && !mine && !goes) {
+      this.view.hooks.refused?.();
     }
   }
 

@@ -19,6 +19,7 @@ export class BoardView {
    * @param root the element that becomes the board.
    * @param hooks `targets(square)` tells the names of the squares that the piece there can go to,
    * or null where it cannot be moved; `move(from, to)` is called for a choice among them;
+   * `refused()`, if there is one, for a piece that was pressed and cannot be moved;
    * `dropped(from)`, if there is one, for a piece that was drawn off the board, and
    * `clicked(square)`, if there is one, takes clicks instead.
    */

@@ -11,6 +11,7 @@ export class Hand {
     this.board = new BoardView(find("board"), app.texts, {
       targets: (square) => this.#targets(square),
       move: (from, to) => this.#chosen(from, to),
+      refused: () => this.#refused(),
     });
     find("typed-form").addEventListener("submit", (event) => this.#typed(event));
   }
@@ -18,6 +19,24 @@ export class Hand {
   /** Leaves nothing of a move that was begun in another position. */
   clear() {
     find("typed").value = "";
+  }
+
+  #tell(key, values) {
+    this.app.tell(this.app.texts.get(key, values), { passing: true });
+  }
+
+  // A piece that cannot be moved was taken: that the engine's move is waited for is seen anyhow.
+  #refused() {
+    const { position, modes, mode, atEnd, view } = this.app;
+    const { running, play } = modes.play;
+    if (!position || mode !== "play" || !play) {
+      return;
+    }
+    if (!running) {
+      this.#tell("play.over");
+    } else if (!atEnd || view.line.length) {
+      this.#tell("play.back");
+    }
   }
 
   #mayMove() {
@@ -60,13 +79,13 @@ export class Hand {
       return;
     }
     if (!this.#mayMove()) {
-      app.tell(app.texts.get("typed.not"));
+      this.#tell("typed.not");
       return;
     }
     const moves = typedMoves(text, app.position.legal, (san) => app.texts.san(san));
     const squares = new Set(moves.map((move) => move.from + move.to));
     if (squares.size !== 1) {
-      app.tell(app.texts.get(squares.size ? "typed.several" : "typed.none", { text }));
+      this.#tell(squares.size ? "typed.several" : "typed.none", { text });
       return;
     }
     field.value = "";

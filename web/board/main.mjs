@@ -6,6 +6,7 @@ import { drawCaptions } from "./captions.mjs";
 import { ask } from "./dialogs.mjs";
 import { find, setText } from "./dom.mjs";
 import { otherSide } from "./fen.mjs";
+import { drawKept } from "./first_view.mjs";
 import { keepFocus } from "./focus.mjs";
 import { emptyGame, isGame, keep, partOf, read } from "./game.mjs";
 import { Hand } from "./hand.mjs";
@@ -36,6 +37,9 @@ class App extends Walk {
   mode = "play";
   turned = false;
   #shows = 0;
+  #passing = false;
+  // Whether what was kept is taken over, and something else may be kept in its place.
+  #restored = false;
   // Whether any of the modes is entered.
   #chosen = false;
 
@@ -46,12 +50,14 @@ class App extends Walk {
     await this.texts.load(language in LANGUAGES ? language : languageOf(navigator.languages));
     this.texts.fill(document);
     this.#makeParts();
-    listen(this, MODES);
-    keepFocus();
     const mode = MODES.includes(kept.mode) ? kept.mode : "play";
+    drawKept(this, kept, mode);
     this.turned = kept.turned === true;
     await this.#restore(kept);
+    listen(this, MODES);
+    keepFocus();
     await this.choose(mode);
+    setInert(false);
     document.body.dataset.ready = "true";
     this.searcher.start();
     // What is served from this machine is there without a network.
@@ -82,6 +88,7 @@ class App extends Walk {
         this.modes.play.forget();
       }
     }
+    this.#restored = true;
   }
 
   // The game and its positions.
@@ -140,30 +147,52 @@ class App extends Walk {
   }
 
   keep() {
+    if (!this.#restored) {
+      return;
+    }
     const { game, view, mode, turned, settings } = this;
-    this.modes?.play.clock.keep();
-    keep({ game, view: { ply: view.ply }, mode, turned, settings });
+    this.modes.play.clock.keep();
+    // Of a line beside the game nothing is kept.
+    const shown = this.base && { fen: this.base.fen,
+      ...this.#look(this.base, game.moves.slice(0, view.ply)) };
+    keep({ game, view: { ply: view.ply }, mode, turned, settings, shown });
   }
 
   // What is seen.
 
-  #draw() {
-    const { position, game } = this;
-    const flipped = (game.play?.side === "black") !== this.turned;
-    const last = this.part.moves.at(-1);
-    this.board.draw(position.fen, { flipped,
+  // How a position behind moves is drawn.
+  #look(position, moves) {
+    const last = moves.at(-1);
+    return { flipped: (this.game.play?.side === "black") !== this.turned,
       last: last ? [last.slice(0, 2), last.slice(2, 4)] : [],
-      check: position.check ? kingOf(position.fen, position.side) : null });
-    this.modes.play.drawPlayers(flipped);
-    find("balance").classList.toggle("turned", flipped);
+      check: position.check ? kingOf(position.fen, position.side) : null };
+  }
+
+  #draw() {
+    const look = this.#look(this.position, this.part.moves);
+    this.board.draw(this.position.fen, look);
+    this.modes.play.drawPlayers(look.flipped);
+    find("balance").classList.toggle("turned", look.flipped);
     this.drawCaptions();
     this.modes[this.mode].draw();
   }
 
-  /** A message above the board, until the next one or another game. */
-  tell(text) {
+  /**
+   * A message at the board, until the next one or another game.
+   * @param passing it is about what was tried here and now, and goes with another position.
+   */
+  tell(text, { passing = false } = {}) {
+    this.#passing = passing;
     setText(find("message"), text);
     find("message").hidden = !text;
+  }
+
+  /** Leaves nothing of a move that was begun in another position, nor of what was said of it. */
+  leavePosition() {
+    this.hand.clear();
+    if (this.#passing) {
+      this.tell("");
+    }
   }
 
   /** Sets the bar beside the board to White's share of the points, 0 to 100. */
@@ -181,6 +210,7 @@ class App extends Walk {
     if (this.mode !== mode || !this.#chosen) {
       if (this.#chosen) {
         this.modes[this.mode].leave();
+        this.leavePosition();
       }
       this.#chosen = true;
       this.mode = mode;
@@ -204,7 +234,7 @@ class App extends Walk {
   async copy(text) {
     try {
       await navigator.clipboard.writeText(text);
-      this.say(this.texts.get("copied"));
+      this.tell(this.texts.get("copied"), { passing: true });
     } catch {
       this.tell(this.texts.get("copy.failed"));
     }
@@ -237,8 +267,14 @@ class App extends Walk {
   }
 }
 
+// Until the core is there nothing can be done with the page.
+function setInert(inert) {
+  document.querySelectorAll("header, main").forEach((each) => (each.inert = inert));
+}
+
 const app = new App();
 app.start().catch((error) => {
+  setInert(false);
   find("message").textContent = String(error.message ?? error);
   find("message").hidden = false;
 });

@@ -19,6 +19,7 @@ export function typedMoves(text, legal, say = (san) => san) {
     (move) => move.uci === coordinates,
     // Which piece a pawn becomes is left open.
     (move) => /^[a-h][1-8][a-h][1-8]$/.test(coordinates) && move.uci.startsWith(coordinates),
+    (move) => move.promotion && plain(move.san).slice(0, -1) === wanted,
     // Without regard to capitals, where that leaves one: nf3, o-o, but bxc4 is a pawn's.
     (move) => plain(say(move.san)).toLowerCase() === small,
     (move) => plain(move.san).toLowerCase() === small,

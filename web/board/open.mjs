@@ -11,13 +11,22 @@ const MOST_SHOWN = 500;
 const isFen = (text) =>
   /^[1-8pnbrqk]+(\/[1-8pnbrqk]+){7}(\s|$)/i.test(text) && !text.includes("\n");
 
+/** The text of bytes: UTF-8, or where it is none the Latin-1 of which PGN was made. */
+export function textOf(bytes) {
+  try {
+    return new TextDecoder("utf-8", { fatal: true }).decode(bytes);
+  } catch {
+    return new TextDecoder("windows-1252").decode(bytes);
+  }
+}
+
 /** The text of a file, or nothing where it is too large. */
 export async function readFile(app, file) {
   if (file.size > MOST_BYTES) {
     app.tell(app.texts.get("open.large"));
     return "";
   }
-  return file.text();
+  return textOf(await file.arrayBuffer());
 }
 
 const titleOf = ({ tags, result }) =>

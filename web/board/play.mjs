@@ -201,6 +201,7 @@ export class Play {
       app.searcher.stop();
     }
     this.hint.drop();
+    app.leavePosition();
     app.game.moves.splice(app.game.moves.length - count, count);
     app.view = { ply: app.game.moves.length, line: [] };
     this.clock.stop();

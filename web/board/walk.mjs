@@ -3,7 +3,10 @@
 import { emptyGame } from "./game.mjs";
 import { moveWords } from "./speech.mjs";
 
-/** What extends this shows the position by show(), and says and sounds what is done. */
+/**
+ * What extends this shows the position by show(), leaves the one before by leavePosition(), and
+ * says and sounds what is done.
+ */
 export class Walk {
   game = emptyGame();
   // The position that is shown: half-moves of the game, and a line that leaves it there.
@@ -14,13 +17,13 @@ export class Walk {
   }
 
   go(ply) {
-    this.hand.clear();
+    this.leavePosition();
     this.view = { ply: Math.min(Math.max(ply, 0), this.game.moves.length), line: [], step: 0 };
     return this.show();
   }
 
   goLine(step) {
-    this.hand.clear();
+    this.leavePosition();
     this.view = { ...this.view, step };
     return this.show();
   }
@@ -42,7 +45,7 @@ export class Walk {
 
   /** Shows a line from the position with this many half-moves on, at a step of it. */
   showLine(ply, line, step) {
-    this.hand.clear();
+    this.leavePosition();
     this.view = { ply, line, step };
     return this.show();
   }

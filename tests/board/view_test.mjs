@@ -262,6 +262,28 @@ describe("games in and out", () => {
     await page.click("dialog .cell[data-square=d5]");
     await page.click("dialog button.main");
     await says(page, "fen", "4k3/8/8/3Q4/8/8/8/4K3 w - - 0 1");
+    // And by drawing pieces from beside the board, which chooses none of them.
+    await page.click("#moves-panel .set-up");
+    const middle = async (selector) => {
+      const box = await page.locator(`dialog ${selector}`).boundingBox();
+      return [box.x + box.width / 2, box.y + box.height / 2];
+    };
+    for (const [from, to] of [[".palette [aria-label='black rook']", ".cell[data-square=a8]"],
+      ["[aria-label='Remove pieces']", ".cell[data-square=d5]"],
+      [".cell[data-square=e1]", ".cell[data-square=f2]"]]) {
+      await page.mouse.move(...await middle(from));
+      await page.mouse.down();
+      await page.mouse.move(...await middle(to), { steps: 4 });
+      await page.mouse.up();
+    }
+    assert.match(await page.inputValue("dialog input.fen"), /^r3k3\/8\/8\/8\/8\/8\/5K2\/8 /);
+    assert.equal(await page.locator("dialog .carried").count(), 0);
+    await page.click("dialog .palette [aria-label='black rook']");
+    await page.click("dialog .cell[data-square=h1]");
+    await page.click("dialog .palette [aria-label='Move pieces']");
+    await page.click("dialog .cell[data-square=h1]");
+    await page.click("dialog .cell[data-square=h2]");
+    assert.match(await page.inputValue("dialog input.fen"), /^r3k3\/8\/8\/8\/8\/8\/5K1r\/8 /);
   }));
 });
 
@@ -364,6 +386,24 @@ describe("for everybody", () => {
         await look("setup");
       }));
     }
+  }
+
+  for (const [width, height] of [[740, 360], [1366, 640], [800, 600]]) {
+    test(`all of the board is seen on ${width} by ${height} pixels`, () => withBoard({ viewport: { width, height } },
+      async (page) => {
+        await clickMove(page, "e2", "e4");
+        await hasMoves(page, 2);
+        await page.evaluate(() => scrollTo(0, 0));
+        const wide = await page.evaluate(() => document.documentElement.scrollWidth);
+        assert.ok(wide <= width, `${wide} pixels wide`);
+        const size = (await page.locator("#board").boundingBox()).height;
+        assert.ok(size <= height - 60 && size >= 240, `${size} pixels high`);
+        await page.click("#moves-panel .set-up");
+        for (const selector of ["dialog .squares", "dialog .palette"]) {
+          const box = await page.locator(selector).boundingBox();
+          assert.ok(box.y >= 0 && box.y + box.height <= height, `${selector} ends at ${box.y + box.height}`);
+        }
+      }));
   }
 
   test("the switch of colours", () => withBoard({ colorScheme: "light" }, async (page) => {

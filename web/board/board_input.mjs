@@ -3,7 +3,7 @@
 import { squareOf } from "./fen.mjs";
 
 // A press that moves less than so many pixels is a click.
-const CLICK = 6;
+export const CLICK = 6;
 // What steps through the game elsewhere on the page.
 const GAME_KEYS = ["ArrowLeft", "ArrowRight", "Home", "End"];
 
@@ -35,7 +35,8 @@ export class BoardInput {
 
   // By hand.
 
-  #pointed(event) {
+  /** The name of the square that is pointed at, or null beside the board. */
+  squareAt(event) {
     const box = this.view.root.getBoundingClientRect();
     const column = Math.floor(((event.clientX - box.left) / box.width) * 8);
     const row = Math.floor(((event.clientY - box.top) / box.height) * 8);
@@ -50,7 +51,7 @@ export class BoardInput {
   }
 
   #pressed(event) {
-    const square = this.#pointed(event);
+    const square = this.squareAt(event);
     if (event.button !== 0 || !square || this.#press) {
       return;
     }
@@ -87,7 +88,7 @@ export class BoardInput {
     const x = event.clientX - box.left - box.width / 16;
     const y = event.clientY - box.top - box.height / 16;
     press.piece.style.transform = `translate(${x}px, ${y}px)`;
-    const over = this.#pointed(event);
+    const over = this.squareAt(event);
     this.view.cells.forEach((cell) => cell.classList.toggle("over", cell.dataset.square === over));
   }
 
@@ -96,7 +97,7 @@ export class BoardInput {
     if (!press || event.pointerId !== press.event.pointerId) {
       return;
     }
-    const to = this.#pointed(event);
+    const to = this.squareAt(event);
     this.#letGo();
     if (press.moved) {
       if (to && to !== press.square && this.view.hooks.targets(press.square)?.includes(to)) {

@@ -3,17 +3,15 @@
 
 import { BoardView } from "./board_view.mjs";
 import { openBox } from "./dialogs.mjs";
-import { button, drawn, make, setText } from "./dom.mjs";
+import { button, make, setText } from "./dom.mjs";
 import { boardOf, nameOf, placementOf, squareOf, START } from "./fen.mjs";
 import { emptyGame } from "./game.mjs";
+import { Palette } from "./palette.mjs";
 
 const RIGHTS = "KQkq";
 const EVERYWHERE = [...Array(64).keys()].map(nameOf);
 
 class Editor {
-  // The piece that a click puts; null moves pieces.
-  #tool = null;
-
   constructor(app, box, close) {
     this.app = app;
     this.texts = app.texts;
@@ -33,7 +31,9 @@ class Editor {
     this.wrong = make("p", { class: "wrong small", role: "status" });
     this.done = button(this.texts.get("setup.done"), { class: "main" }, () => this.#finish(close));
     const clear = (fen) => () => this.#read(fen);
-    box.append(squares, this.#palette(), this.#fields(), this.fen, this.wrong);
+    const palette = new Palette(this.texts, (tool) => this.#choose(tool),
+      (tool, event) => this.#drop(tool, event));
+    box.append(squares, palette.root, this.#fields(), this.fen, this.wrong);
     box.append(make("p", { class: "buttons" }, this.done,
       button(this.texts.get("setup.start"), {}, clear(START)),
       button(this.texts.get("setup.clear"), {}, clear("8/8/8/8/8/8/8/8 w - - 0 1")),
@@ -41,36 +41,26 @@ class Editor {
     this.#read(app.position.fen);
   }
 
-  #palette() {
-    const row = make("div", { class: "palette", role: "group",
-      "aria-label": this.texts.get("setup.pieces") });
-    const choose = (tool, chosen) => {
-      this.#tool = tool;
-      if (tool) {
-        this.hooks.clicked = (square) => this.#change(() => {
-          const place = squareOf(square);
-          this.board[place] = this.board[place] === tool || tool === "x" ? "." : tool;
-        });
-      } else {
-        delete this.hooks.clicked;
-      }
-      row.querySelectorAll("button").forEach((each) =>
-        (each.ariaPressed = String(each === chosen)));
-    };
-    const add = (tool, name, picture) => {
-      const one = button("", { "aria-label": name, title: name,
-        "aria-pressed": String(tool === null) }, () => choose(tool, one));
-      one.append(picture);
-      row.append(one);
-    };
-    add(null, this.texts.get("setup.move"), "✥");
-    for (const letter of "KQRBNPkqrbnp") {
-      const picture = drawn("svg", { viewBox: "0 0 40 40", "aria-hidden": "true" });
-      picture.append(drawn("use", { href: "#piece-" + letter }));
-      add(letter, this.texts.get("piece." + letter), picture);
+  #choose(tool) {
+    if (tool) {
+      this.hooks.clicked = (square) => {
+        const there = this.board[squareOf(square)] === tool;
+        this.#put(there ? "x" : tool, square);
+      };
+    } else {
+      delete this.hooks.clicked;
     }
-    add("x", this.texts.get("setup.remove"), "✕");
-    return row;
+  }
+
+  #put(tool, square) {
+    this.#change(() => (this.board[squareOf(square)] = tool === "x" ? "." : tool));
+  }
+
+  #drop(tool, event) {
+    const square = this.view.input.squareAt(event);
+    if (square) {
+      this.#put(tool, square);
+    }
   }
 
   #fields() {

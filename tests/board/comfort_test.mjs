@@ -338,6 +338,7 @@ describe("languages", () => {
   test("a review in German", () => withBoard({ locale: "de-DE" }, async (page) => {
     await openGame(page, SHORT_GAME);
     await reviewGame(page, "durchgesehen");
+    assert.match(await page.locator("#review-sides strong").first().textContent(), /^\d+,\d %$/);
     await page.click("#moves [data-ply='6']");
     await says(page, "headline", "3...Sf6?? – Patzer");
     await says(page, "sentence", "3...Sf6 lässt ein Matt in 1 zu; besser war 3...");

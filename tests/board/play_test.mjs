@@ -102,6 +102,25 @@ describe("a game", () => {
     assert.ok(await page.locator("#new-game").isVisible());
   }));
 
+  test("another one begins where the last one was set up", () => withBoard({}, async (page) => {
+    const start = "8/P6k/8/8/8/8/8/K7 w - - 0 1";
+    await openGame(page, start);
+    await page.click("#tab-play");
+    for (let i = 0; i < 2; i += 1) {
+      await says(page, "fen", start);
+      await begins(page);
+      await typeMove(page, "a8=Q");
+      await hasMoves(page, 2);
+      await page.click("#resign");
+      await page.click("dialog button.main");
+      await says(page, "play-words", "White has resigned");
+      await page.click("#again");
+      await hasMoves(page, 0);
+    }
+    await says(page, "fen", start);
+    assert.equal(await page.inputValue("[name=start]"), "board");
+  }));
+
   test("moves are taken back", () => withBoard({}, async (page) => {
     const start = await drawn(page);
     await clickMove(page, "d2", "d4");

@@ -78,6 +78,19 @@ export class GameForm {
     this.#changed();
   }
 
+  /** The position to choose the next game at: the start of the last one, where it was set up. */
+  again({ start, chess960 }) {
+    const { value } = this.root.elements.start;
+    if (value === "board" && start !== "startpos") {
+      return emptyGame(start, chess960);
+    }
+    if (value === "board") {
+      this.root.elements.start.value = "standard";
+      this.#changed();
+    }
+    return emptyGame();
+  }
+
   #clock() {
     const { clock, minutes, increment } = this.root.elements;
     if (clock.value === "none") {

@@ -3,7 +3,7 @@
 import { ask } from "./dialogs.mjs";
 import { on } from "./dom.mjs";
 import { boardOf, isWhite, otherSide } from "./fen.mjs";
-import { emptyGame, partOf } from "./game.mjs";
+import { partOf } from "./game.mjs";
 import { GameClock } from "./game_clock.mjs";
 import { GameForm } from "./game_form.mjs";
 import { Hint } from "./hint.mjs";
@@ -52,9 +52,11 @@ export class Play {
     await this.app.load(game, { ply: game.moves.length });
   }
 
+  // What was set up is there again for another game.
   #showForm() {
-    this.app.game.play = null;
-    this.app.load(emptyGame());
+    const { game } = this.app;
+    game.play = null;
+    this.app.load(this.form.again(game));
   }
 
   // The course of a game.

@@ -68,7 +68,9 @@ export class ReviewView {
       .map((record) => record.played.judgement);
     const known = judged.map(({ accuracy }) => accuracy).filter((each) => each !== null);
     const sum = known.reduce((total, each) => total + each, 0);
-    const mean = known.length ? (sum / known.length).toFixed(1) + " %" : "–";
+    const number = new Intl.NumberFormat(texts.language,
+      { minimumFractionDigits: 1, maximumFractionDigits: 1 });
+    const mean = known.length ? number.format(sum / known.length) + " %" : "–";
     const counts = Object.entries(MARK_CLASSES).map(([mark, kind]) => {
       const name = texts.get("mark." + mark);
       const count = judged.filter((each) => each.mark === mark).length;

@@ -45,6 +45,18 @@ describe("a game", () => {
     await says(page, "where", "Your move");
   }));
 
+  test("the board stays where it is when one begins, and when something is said", () => withBoard({}, async (page) => {
+    const place = () => page.locator("#board").evaluate((board) => board.offsetTop);
+    const before = await place();
+    await says(page, "upper", "Orvelin");
+    await clickMove(page, "e2", "e4");
+    await hasMoves(page, 2);
+    assert.equal(await place(), before);
+    await typeMove(page, "Zz9");
+    await page.waitForSelector("#message:not([hidden])");
+    assert.equal(await place(), before);
+  }));
+
   test("a piece is drawn to its square", () => withBoard({}, async (page) => {
     await dragMove(page, "g1", "f3");
     await hasMoves(page, 2);

@@ -29,6 +29,6 @@ export function drawKept({ board, texts }, kept, mode) {
   const view = keptView(kept);
   if (view) {
     board.draw(view.fen, view);
-    drawNames(view, texts, view.flipped);
+    drawNames(view, texts, view.flipped, mode === "play" && !view.play);
   }
 }

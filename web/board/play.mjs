@@ -244,7 +244,7 @@ export class Play {
 
   /** Names and clocks beside the board, where there is a game. */
   drawPlayers(flipped) {
-    drawNames(this.app.game, this.texts, flipped);
+    drawNames(this.app.game, this.texts, flipped, this.app.mode === "play" && !this.play);
     this.clock.draw();
   }
 }

@@ -13,16 +13,22 @@ export function namesOf({ tags, play }, texts) {
   return play ? { ...names, [play.side]: texts.get("you") } : names;
 }
 
-/** Draws the names of the players, where the game has any. */
-export function drawNames(game, texts, flipped) {
+/**
+ * Draws the names of the players, where the game has any.
+ * @param expected whether a game of the user is to begin: who will sit where is named then without
+ * the colour, and the board does not move when it begins.
+ */
+export function drawNames(game, texts, flipped, expected) {
   const names = namesOf(game, texts);
+  const open = expected && !names.white && !names.black;
   for (const place of PLACES) {
     const side = (place === "upper") === flipped ? "white" : "black";
     const row = find(place);
-    const name = names[side];
+    const name = open ? (place === "lower" ? texts.get("you") : "Orvelin") : names[side];
     row.hidden = !name;
     row.dataset.side = side;
-    row.querySelector(".name").replaceChildren(make("span", { class: "dot-side " + side }), name);
+    const dot = open ? [] : [make("span", { class: "dot-side " + side })];
+    row.querySelector(".name").replaceChildren(...dot, name);
   }
 }
 

@@ -35,9 +35,14 @@ std::string change_text(double pawns) {
 std::string changes_text(MoveReason const& reason) {
     std::string text;
     for (NamedChange const& loss : reason.losses) {
-        text += (text.empty() ? "" : ", ") + text_of(loss);
+        text += text.empty() ? "" : ", ";
+        text += text_of(loss);
     }
-    return text + (reason.gain ? " against " + text_of(*reason.gain) : "");
+    if (reason.gain) {
+        text += " against ";
+        text += text_of(*reason.gain);
+    }
+    return text;
 }
 
 std::string mate_text(int moves) {

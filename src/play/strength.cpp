@@ -13,28 +13,30 @@ namespace orvelin::play {
 
 namespace {
 
-/// From this level on no mate is overlooked that a line shows.
-constexpr int mate_aware_elo = 1400;
-
 struct Anchor {
     int elo;
     Level level;
 };
 
-/// Between two of these a level is interpolated on a straight line, in whole numbers: floating
-/// point could differ by a node from one machine to the next. The smallest budget still lets about
-/// every second search of a line see each move and the captures behind it; with less the first
-/// move that is looked at would be played.
-constexpr std::array<Anchor, 9> anchors{{
-    {800, {800, 8, 300}},
+/// Placed by the games of results/ladder, as docs/strength.md has them. Between two of these a
+/// level is interpolated on a straight line, in whole numbers: floating point could differ by a
+/// node from one machine to the next. The smallest budget still lets about every second search of a
+/// line see each move and the captures behind it; with less the first move that is looked at would
+/// be played.
+constexpr std::array<Anchor, 13> anchors{{
+    {800, {800, 8, 420}},
+    {900, {900, 8, 300}},
     {1000, {1200, 8, 240}},
-    {1200, {2000, 7, 190}},
-    {1400, {4000, 6, 130}},
-    {1600, {9000, 5, 80}},
-    {1800, {20000, 4, 45}},
-    {2000, {50000, 3, 22}},
-    {2200, {130000, 2, 8}},
-    {2400, {400000, 1, 0}},
+    {1100, {2000, 7, 180}},
+    {1200, {5000, 6, 110}},
+    {1300, {9000, 5, 80}},
+    {1400, {14500, 4, 60}},
+    {1500, {22000, 4, 42}},
+    {1700, {34000, 3, 28}},
+    {1800, {60000, 3, 16}},
+    {2000, {110000, 2, 8}},
+    {2200, {250000, 1, 0}},
+    {2400, {800000, 1, 0}},
 }};
 static_assert(anchors.front().elo == min_elo && anchors.back().elo == max_elo);
 
@@ -67,13 +69,16 @@ std::int64_t exponential(std::uint64_t word) {
 }
 
 /// What makes a move look worse than it is, of exponential distribution, for each key and level
-/// another.
-std::int64_t disfavour(Move move, std::uint64_t key, int elo) {
+/// another. A level goes by how it plays, so that its games stay what they are when its number is
+/// placed by them.
+std::int64_t disfavour(Move move, std::uint64_t key, Level const& level) {
     // Without class and check bit: they tell how a move was found, not which it is.
     auto const square = [](Square place) { return static_cast<std::uint64_t>(place.id()); };
     std::uint64_t const name =
         square(move.from()) | square(move.to()) << 8 | std::uint64_t{move.code()} << 16;
-    return exponential(mixed(mixed(key) ^ mixed(name | static_cast<std::uint64_t>(elo) << 24)));
+    std::uint64_t const play = level.nodes | static_cast<std::uint64_t>(level.lines) << 32 |
+                               static_cast<std::uint64_t>(level.margin) << 40;
+    return exponential(mixed(mixed(key) ^ mixed(mixed(play) ^ name)));
 }
 
 enum mate_t : std::uint8_t { gets_mated, no_mate, mates };
@@ -119,9 +124,8 @@ Level level_of(int elo) {
 }
 
 std::size_t choose(std::vector<Candidate> const& candidates, std::uint64_t key, int elo) {
-    int const level = in_range(elo);
-    int const margin = level_of(level).margin;
-    if (margin == 0) {
+    Level const level = level_of(elo);
+    if (level.margin == 0) {
         return 0;
     }
     mate_t best_mate = gets_mated;
@@ -132,11 +136,11 @@ std::size_t choose(std::vector<Candidate> const& candidates, std::uint64_t key, 
     std::int64_t best = 0;
     for (std::size_t i = 0; i < candidates.size(); ++i) {
         auto const& [move, score] = candidates[i];
-        if (level >= mate_aware_elo && mate_in(score) != best_mate) {
+        if (level.margin <= mate_aware_margin && mate_in(score) != best_mate) {
             continue;
         }
         std::int64_t const value =
-            felt(score) * exponential_mean - margin * disfavour(move, key, level);
+            felt(score) * exponential_mean - level.margin * disfavour(move, key, level);
         if (!chosen || value > best) {
             chosen = i;
             best = value;

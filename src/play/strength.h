@@ -14,6 +14,9 @@ namespace orvelin::play {
 constexpr int min_elo = 800;
 constexpr int max_elo = 2400;
 
+/// Who errs by this margin or less overlooks no mate that a line shows.
+constexpr int mate_aware_margin = 110;
+
 /// How play is weakened at a level.
 struct Level {
     std::uint64_t nodes;  ///< budget of a move
@@ -34,8 +37,8 @@ struct Candidate {
 
 /// The index of the line to play; 0 where there is no choice. The same candidates, position key and
 /// level give the same choice. The best line has the index 0 and is always possible; a line that
-/// walks into a mate while another does not, or throws a mate away, is never chosen from level 1400
-/// on.
+/// walks into a mate while another does not, or throws a mate away, is never chosen at a margin of
+/// mate_aware_margin or less.
 std::size_t choose(std::vector<Candidate> const& candidates, std::uint64_t key, int elo);
 
 /// How long a move is to be held back, so that it comes at a human pace. At most a fiftieth of the

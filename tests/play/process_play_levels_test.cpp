@@ -124,7 +124,7 @@ TEST_P(ProcessPlayLevels, AnswerWithinTheClock) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(play, ProcessPlayLevels, testing::Values(800, 1400, 2000),
+INSTANTIATE_TEST_SUITE_P(play, ProcessPlayLevels, testing::Values(800, 1400, 1800),
                          testing::PrintToStringParamName());
 
 TEST_P(ProcessPlayLevels, ShowTheMoveThatTheyPlay) {

@@ -18,12 +18,14 @@ from rating_lib.plan import GAMES, SHARDS, plan
 
 HERE = os.path.dirname(os.path.dirname(os.path.realpath(__file__)))
 ENGINE = "orvelin-play"
+# About what a game costs beside its nodes.
+NODES_BESIDE = 2000000
 # Weak players find no end.
 MOST_MOVES = "250"
 DESCRIPTION = """
 Plays the matches that place the levels of orvelin-play. FOLDER holds the engine, orvelin-play, and
 gets a file of orvelin-match for each part of each match. The next part is always one of the match
-that has taken the fewest nodes so far. A signal ends the run, and the same command goes on with it.
+that has cost least so far. A signal ends the run, and the same command goes on with it.
 """
 
 
@@ -42,8 +44,12 @@ class Part:
             return
         _, records = read(self.file)
         self.games = len(records)
-        # Not the time, which tells of the other work of the machine.
         self.nodes = sum(sum(filter(None, record["nodes"])) for record in records)
+
+    @property
+    def cost(self):
+        """Of the games, in nodes. Not the time, which tells of the other work of the machine."""
+        return self.nodes + self.games * NODES_BESIDE
 
     @property
     def is_whole(self):
@@ -74,7 +80,7 @@ class Ladder:
     def next_part(self):
         """None when all is played."""
         open_parts = [
-            (sum(part.nodes for part in parts), next(part for part in parts if not part.is_whole))
+            (sum(part.cost for part in parts), next(part for part in parts if not part.is_whole))
             for parts in self.parts.values()
             if not all(part.is_whole for part in parts)
         ]

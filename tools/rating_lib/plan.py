@@ -10,14 +10,14 @@ The other engines are given a depth: they have no rating of their own then, and 
 import zlib
 from dataclasses import dataclass
 
-LEVELS = (800, 950, 1100, 1250, 1400, 1550, 1700, 1850, 2000, 2150, 2300, 2400)
+LEVELS = (800, 900, 1000, 1100, 1200, 1300, 1400, 1500, 1700, 1800, 2000, 2200, 2400)
 GAMES = 200
 # Parts in which a match is played, each of some minutes at most.
 SHARDS = 20
 # More than any level uses.
 ENOUGH_NODES = 10000000
 
-STOCKFISH = {1350: 20000, 1500: 20000, 1700: 20000, 1900: 50000, 2100: 50000, 2300: 100000}
+STOCKFISH = {1350: 20000, 1500: 20000, 1700: 20000, 1900: 50000, 2100: 50000}
 # Commands and options of the others.
 OTHERS = {
     "gnuchess": ("gnuchess --uci", ("option.OwnBook=false",)),
@@ -26,27 +26,28 @@ OTHERS = {
 }
 AGAINST_STOCKFISH = {
     800: (1350,),
-    950: (1350,),
+    900: (1350,),
+    1000: (1350,),
     1100: (1350,),
-    1250: (1350, 1500),
-    1400: (1350, 1500),
-    1550: (1500, 1700),
-    1700: (1700, 1900),
-    1850: (1700, 1900),
-    2000: (1900, 2100),
-    2150: (2100, 2300),
-    2300: (2100, 2300),
-    2400: (2300,),
+    1200: (1350, 1500),
+    1300: (1350, 1500),
+    1400: (1500, 1700),
+    1500: (1500, 1700),
+    1700: (1700,),
+    1800: (1700, 1900),
+    2000: (1900,),
+    2200: (1900, 2100),
+    2400: (2100,),
 }
 # (engine, depth) for levels that are about as strong.
 AGAINST_OTHERS = {
-    1250: (("glaurung", 1),),
-    1400: (("glaurung", 1),),
-    1550: (("gnuchess", 1), ("toga2", 1)),
-    1700: (("gnuchess", 1), ("toga2", 1), ("glaurung", 2)),
-    1850: (("gnuchess", 2), ("toga2", 2), ("glaurung", 3)),
-    2000: (("gnuchess", 3), ("toga2", 3), ("glaurung", 4)),
-    2150: (("gnuchess", 4), ("toga2", 4)),
+    1200: (("gnuchess", 1),),
+    1300: (("toga2", 1),),
+    1400: (("gnuchess", 1), ("glaurung", 2)),
+    1500: (("toga2", 2), ("glaurung", 2)),
+    1700: (("gnuchess", 2), ("glaurung", 3)),
+    1800: (("toga2", 3),),
+    2000: (("gnuchess", 3), ("glaurung", 4)),
 }
 
 

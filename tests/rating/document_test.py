@@ -152,7 +152,7 @@ class PageTest(ScratchTest):
 class ToolTest(ScratchTest):
     def test_all_players_of_the_kept_results(self):
         text = run_tool("results").stdout
-        self.assertIn("| stockfish-1700, 1+0.01 ", text)
+        self.assertIn("| orvelin-play, 1+0.01 ", text)
         self.assertIn("White's advantage", text)
 
     def test_what_levels_play_like(self):

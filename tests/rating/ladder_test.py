@@ -65,16 +65,22 @@ class LadderTest(ScratchTest):
         text = "".join(json.dumps(each) + "\n" for each in records)
         self.file(f"{name}.{shard}.jsonl", text)
 
-    def test_the_match_with_the_fewest_nodes_is_next(self):
+    def test_the_match_with_the_least_cost_is_next(self):
         one, two = Planned("one", (), 1), Planned("two", (), 2)
-        self.played("one", 1, PART, 2000)
-        self.played("two", 1, PART, 3000)
+        self.played("one", 1, PART, 200000000)
+        self.played("two", 1, PART, 300000000)
         self.assertEqual(self.made(one, two).next_part().file, self.file("one.2.jsonl"))
         # A part that was cut off goes on.
-        self.played("one", 2, PART - 1, 1000)
+        self.played("one", 2, PART - 1, 100000000)
         self.assertEqual(self.made(one, two).next_part().file, self.file("one.2.jsonl"))
-        self.played("one", 2, PART, 2000)
+        self.played("one", 2, PART, 200000000)
         self.assertEqual(self.made(one, two).next_part().file, self.file("two.2.jsonl"))
+
+    def test_a_game_costs_more_than_its_nodes(self):
+        one, two = Planned("one", (), 1), Planned("two", (), 2)
+        self.played("one", 1, PART, 1000)
+        self.played("two", 1, PART - 1, 2000)
+        self.assertEqual(self.made(one, two).next_part().file, self.file("two.1.jsonl"))
 
     def test_all_is_played(self):
         for shard in range(1, SHARDS + 1):
@@ -140,7 +146,7 @@ class RunTest(ScratchTest):
         tool = os.path.join(ROOT, "tools", "run-ladder")
         run = subprocess.run([sys.executable, tool, "--list", self.directory],
                              capture_output=True, text=True, timeout=240, check=True)
-        self.assertIn("| 800-950 ", run.stdout)
+        self.assertIn("| 800-900 ", run.stdout)
         self.assertEqual(len(run.stdout.splitlines()), 2 + len(plan.plan("")))
 
 

@@ -113,7 +113,18 @@ class RefusedTest(unittest.TestCase):
     def test_one_name_for_two_players(self):
         made = results((A, B, 2, 2, 2))
         with self.assertRaisesRegex(ToolError, "A, depth 1 has other settings"):
-            made.add_player(player("A", 1500), "other file")
+            made.add_player(player("A", title="Other 2"), "other file")
+        made.add_player(LOW, "file")
+        with self.assertRaisesRegex(ToolError, "low has other settings"):
+            made.add_player(player("low", 1600), "other file")
+
+    def test_a_level_with_a_claim_is_one_player_whatever_it_is_given(self):
+        made = results((A, LOW, 2, 2, 2))
+        options = (("Hash", "16"), *LOW.options)
+        other = Player(LOW.name, "10+0.1", LOW.title, options)
+        made.add_player(other, "other file")
+        self.assertEqual(other.label, LOW.label)
+        self.assertNotEqual(Player("A", "10+0.1", A.title, ()).label, A.label)
 
 
 if __name__ == "__main__":

@@ -15,7 +15,8 @@ OURS, ANCHOR = "orvelin-play", "Stockfish"
 @dataclass(frozen=True)
 class Player:
     """An engine with its settings and what it is given for a move: with another limit it is
-    another player."""
+    another player. A level of the engine that the scale is tied to is one player whatever it is
+    given: it decides at a depth that its number fixes, and every match lets it go deeper."""
 
     name: str
     limit: str
@@ -25,7 +26,12 @@ class Player:
 
     @property
     def label(self):
-        return f"{self.name}, {self.limit}"
+        return f"{self.name}, {self.limit}" if self.claim is None else self.name
+
+    @property
+    def identity(self):
+        """What players of one label have in common."""
+        return self if self.claim is None else (self.title, self.claim, self.program)
 
     @property
     def level(self):
@@ -66,7 +72,7 @@ class Results:
     def add_player(self, player, file):
         """ToolError when another one has the label: two engines would be rated as one."""
         known = self.players.setdefault(player.label, player)
-        if known != player:
+        if known.identity != player.identity:
             raise ToolError(f"{file}: {player.label} has other settings than in other files")
 
     def add(self, white, black, result):
@@ -91,7 +97,7 @@ def _match(name):
     head, games = kept.read(name)
     players = {}
     for player in head["players"]:
-        options = tuple(tuple(option) for option in player["options"])
+        options = tuple(sorted(tuple(option) for option in player["options"]))
         limit = Limit(**player["limit"]).words()
         own = (player["name"], limit, player["title"], options, player["program"])
         players[player["name"]] = Player(*own)

@@ -20,7 +20,8 @@ mean of their fitted ratings, each counted by its games, is the mean of what the
 `UCI_Elo`. That is a claim of that program, calibrated, as its README says, at 60 s + 0.6 s and
 anchored to CCRL 40/4. It was not checked here. Errors tell how well the games place a player
 against that mean, and nothing of whether the claim is right. How well the claims agree with each
-other shows the last column.
+other shows the last column. A level of stockfish counts as one player whatever its clock or nodes:
+it chooses its move at a depth that the level fixes, and has always been given more than that takes.
 """
 MODEL = """
 White's advantage is {advantage} Elo, and of games between equal players {draws} are drawn, as one

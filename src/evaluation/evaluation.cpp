@@ -1,6 +1,7 @@
 #include "evaluation/evaluation.h"
 
 #include <array>
+#include <cmath>
 #include <cstdint>
 
 #include "evaluation/counting.h"
@@ -27,7 +28,7 @@ constexpr std::size_t most_hundreds = std::size_t{64} * (9 + 5 + 3 + 3);
 constexpr std::array<float, most_hundreds + 1> make_mg_phases() {
     std::array<float, most_hundreds + 1> phases{};
     for (std::size_t i = 0; i < phases.size(); ++i) {
-        phases[i] = static_cast<float>(100 * i) / 6200.0F;
+        phases[i] = Weight::mg_share(i);
     }
     return phases;
 }
@@ -70,19 +71,15 @@ void Evaluation::set_log(bool on) {
     }
 }
 
-// The order of the steps is free as far as the terms go; here it serves the sum. That is taken in
-// the order of the terms, one addition after the other, and so it is begun while later terms are
-// still computed. A stretch of it does not follow at once upon the steps that write its terms:
-// what is stored one by one can be loaded by four only when it has reached the cache. The pawn
-// terms come just before their stretch, as most of them stand from the last evaluation.
 int Evaluation::static_eval() {
     ++total_evals_;
     if (!terms_are_current()) {
-        sum_of_terms_ = evaluate_terms();
+        evaluate_terms();
     }
     find_stm();
-    score_ = blend_stm(sum_of_terms_);
-    scale_opposite_bishops();
+    if (!score_by_loose_sum()) {
+        score_by_ordered_sum();
+    }
     if (may_have_endgame(position_.materialindex())) {
         dispatch_endgame();
     }
@@ -120,12 +117,12 @@ bool Evaluation::terms_are_current() {
     return same;
 }
 
-template <group_t Group>
-[[gnu::always_inline]] inline float Evaluation::add_group(float score) {
-    return add_blend<Group>(score, terms_, mg_phase_, eg_phase_);
-}
-
-float Evaluation::evaluate_terms() {
+// The order of the steps is free as far as the terms go; here it serves the sum, which is begun
+// while later terms are still computed. A stretch of it does not follow at once upon the steps that
+// write its terms: what is stored one by one can be loaded by four only when it has reached the
+// cache. The pawn terms come just before their stretch, as most of them stand from the last
+// evaluation.
+void Evaluation::evaluate_terms() {
     find_phase_and_material();
     find_pawn_record();
     find_pst_terms();
@@ -133,8 +130,9 @@ float Evaluation::evaluate_terms() {
     find_mobility_terms();
     find_opposite_colored_bishops();
     find_pinned_pieces();
-    float sum = add_group<group::material_to_space>(0.0F);
-    sum = add_group<group::pst_of_pieces>(sum);
+    loose_sum_t sum;
+    sum.add<group::material_to_space>(terms_, *blended_weights_);
+    sum.add<group::pst_of_pieces>(terms_, *blended_weights_);
     king_relations_t const& relations = find_king_relations();
     // Where a king shuts in a rook is looked up for one king a side.
     if (several(position_.white_king()) || several(position_.black_king())) {
@@ -143,10 +141,37 @@ float Evaluation::evaluate_terms() {
         king_terms::find<true>(terms_, position_, mobility_, relations);
     }
     find_king_activity(relations);
-    sum = add_group<group::pst_to_king_attack>(sum);
-    sum = add_group<group::castling_to_battlefield>(sum);
+    sum.add<group::pst_to_king_attack>(terms_, *blended_weights_);
+    sum.add<group::castling_to_battlefield>(terms_, *blended_weights_);
     find_pawn_terms(relations);
-    return add_group<group::king_activity_to_bishops>(sum);
+    sum.add<group::king_activity_to_bishops>(terms_, *blended_weights_);
+    loose_sum_ = sum.sum();
+    loose_sum_error_ = sum.error();
+}
+
+// What rounds to the same integer from both ends of the error has the score already. Where that is
+// 0 the sum in the right order gives its sign too.
+bool Evaluation::score_by_loose_sum() {
+    float const room = 0.5F - loose_sum_error_;
+    // Turned round so that what is no number goes the other way too. The sum is below 2^16 here.
+    if (!(room > 0.0F)) {
+        return false;
+    }
+    float const score = scaled_by_bishops(blend_stm(loose_sum_));
+    float const nearest = rounded(score);
+    score_ = nearest;
+    return std::fabs(score - nearest) < room && nearest != 0.0F;
+}
+
+// In the order of the terms, one addition after the other, as each of them rounds.
+void Evaluation::score_by_ordered_sum() {
+    float sum = 0.0F;
+    sum = add_blend<group::material_to_space>(sum, terms_, mg_phase_, eg_phase_);
+    sum = add_blend<group::pst_of_pieces>(sum, terms_, mg_phase_, eg_phase_);
+    sum = add_blend<group::pst_to_king_attack>(sum, terms_, mg_phase_, eg_phase_);
+    sum = add_blend<group::castling_to_battlefield>(sum, terms_, mg_phase_, eg_phase_);
+    sum = add_blend<group::king_activity_to_bishops>(sum, terms_, mg_phase_, eg_phase_);
+    score_ = rounded(scaled_by_bishops(blend_stm(sum)));
 }
 
 // Not clamped: with promoted pieces beyond the first set the end-game share turns negative
@@ -158,6 +183,7 @@ void Evaluation::find_phase() {
                          3 * count(position_.white_knight() | position_.black_knight());
     mg_phase_ = mg_phases[static_cast<std::size_t>(hundreds)];
     eg_phase_ = 1.0F - mg_phase_;
+    blended_weights_ = &Weight::blended_row(static_cast<std::size_t>(hundreds));
 }
 
 // The pieces of the phase change with the material word only, where the board is consistent. What
@@ -322,7 +348,7 @@ void Evaluation::find_stm() {
     terms_.integers[term::stm] = 2 * position_.stm() - 1;
 }
 
-float Evaluation::blend_stm(float score) {
+float Evaluation::blend_stm(float score) const {
     float const side = static_cast<float>(terms_.integers[term::stm]);
     float const end_game = side * Weight::eg_row[term::stm] * eg_phase_;
     float const middle_game = side * Weight::mg_row[term::stm] * mg_phase_;
@@ -330,10 +356,10 @@ float Evaluation::blend_stm(float score) {
 }
 
 // Whatever else is on the board; the bonus of the term is White's for both sides (oddity 104).
-void Evaluation::scale_opposite_bishops() {
+float Evaluation::scaled_by_bishops(float score) const {
     // Halving is exact, so it needs neither double precision nor a division.
     bool const halved = terms_.integers[term::opposite_colored_bishops] != 0;
-    score_ = rounded(halved ? score_ * 0.5F : score_);
+    return halved ? score * 0.5F : score;
 }
 
 std::vector<float> const& Evaluation::variable_vector() const {

@@ -30,8 +30,8 @@ struct Tables;
 /// blends middle-game and end-game weights by the phase. The piece-square sums are the only part
 /// that follows the position move by move: after `init()` every move made or unmade must pass
 /// through `make_move()` or `unmake_move()`. Used by one thread at a time, without locks. All
-/// arithmetic is single precision unless said, in a fixed order, so scores are the same on every
-/// machine.
+/// arithmetic is single precision unless said, and scores are those of a fixed order, so that they
+/// are the same on every machine: the sum is taken in another order where that cannot be seen.
 class Evaluation {
  public:
     /// Builds all members; the piece-square sums are those of the position as it stands.
@@ -157,15 +157,15 @@ class Evaluation {
     /// A step by itself may be taken on another position than the last evaluation was.
     void forget_last_evaluation();
 
-    /// Adds the blended terms of a group to `score`.
-    template <group_t Group>
-    float add_group(float score);
-    float blend_stm(float score);
+    float blend_stm(float score) const;
     /// Whether all but the side to move is as at the last evaluation, which this one becomes.
     bool terms_are_current();
-    /// Computes all terms but the side to move, and gives their blended sum.
-    float evaluate_terms();
-    void scale_opposite_bishops();
+    /// Computes all terms but the side to move, and their loose sum.
+    void evaluate_terms();
+    /// Finds the score unless the loose sum leaves two, and says whether it has.
+    bool score_by_loose_sum();
+    void score_by_ordered_sum();
+    float scaled_by_bishops(float score) const;
     /// False for nearly all material that has no endgame function.
     static bool may_have_endgame(MaterialIndex material) {
         return (material.index() & ~endgame_material_bits) == 0;
@@ -206,7 +206,11 @@ class Evaluation {
     /// The state of the position at the last evaluation, see terms_are_current().
     std::uint64_t evaluated_moves_ = 0;
     std::uint64_t evaluated_set_ups_ = 0;
-    float sum_of_terms_ = 0.0F;
+    /// See loose_sum_t.
+    float loose_sum_ = 0.0F;
+    float loose_sum_error_ = 0.0F;
+    /// Those of the phase below.
+    Weight::row_t const* blended_weights_ = &Weight::blended_row(Weight::most_phases);
     float mg_phase_ = 1.0F;
     float eg_phase_ = 0.0F;
     float score_ = 0.0F;

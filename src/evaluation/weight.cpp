@@ -1,6 +1,7 @@
 #include "evaluation/weight.h"
 
 #include <array>
+#include <limits>
 
 namespace orvelin {
 
@@ -75,8 +76,23 @@ constexpr std::array<float, Weight::padded> row_of(float weight_t::*half) {
     return row;
 }
 
+constexpr std::array<Weight::row_t, Weight::most_phases + 2> make_blended_rows() {
+    std::array<Weight::row_t, Weight::most_phases + 2> rows{};
+    for (std::size_t phase = 0; phase <= Weight::most_phases; ++phase) {
+        float const mg_share = Weight::mg_share(phase);
+        float const eg_share = 1.0F - mg_share;
+        for (std::size_t i = 0; i < term::stm; ++i) {
+            rows[phase][i] = weights[i].eg * eg_share + weights[i].mg * mg_share;
+        }
+    }
+    rows.back().fill(std::numeric_limits<float>::quiet_NaN());
+    return rows;
+}
+
 }  // namespace
 
+alignas(64) constinit const
+    std::array<Weight::row_t, Weight::most_phases + 2> Weight::blended_rows = make_blended_rows();
 alignas(64) constinit const std::array<float, Weight::padded> Weight::mg_row =
     row_of(&weight_t::mg);
 alignas(64) constinit const std::array<float, Weight::padded> Weight::eg_row =

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <string>
@@ -71,6 +72,22 @@ class Weight {
     /// The weights once more, in rows of whole groups; the spare ones are 0.
     alignas(64) static const std::array<float, padded> mg_row;
     alignas(64) static const std::array<float, padded> eg_row;
+
+    /// Hundreds of nobelmen at the start of a game.
+    static constexpr std::size_t most_phases = 62;
+    /// The middle-game share by hundreds of nobelmen. What is above 1 leaves a negative rest for
+    /// the end game.
+    static constexpr float mg_share(std::size_t hundreds) {
+        return static_cast<float>(100 * hundreds) / 6200.0F;
+    }
+
+    /// Both weights in one, blended by the share of each phase, with 0 for the side to move. Behind
+    /// the last phase a row of no numbers.
+    using row_t = std::array<float, padded>;
+    alignas(64) static const std::array<row_t, most_phases + 2> blended_rows;
+    static row_t const& blended_row(std::size_t hundreds) {
+        return blended_rows[std::min(hundreds, most_phases + 1)];
+    }
 
     /// Fills the three vectors from the literals of the model.
     Weight();

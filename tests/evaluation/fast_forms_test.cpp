@@ -83,6 +83,75 @@ TEST(FastForms, CountsAreThoseOfTheBoard) {
     EXPECT_FALSE(several(BitBoard()));
 }
 
+/// Terms as large as those of positions and larger, some of them 0.
+terms_t random_terms(std::mt19937& random) {
+    terms_t terms;
+    int const largest = 1 << (random() % 12);
+    for (std::size_t i = 0; i < term::stm; ++i) {
+        int const value = static_cast<int>(random() % 2001 - 1000) * largest / 1000;
+        if (is_float_term(i)) {
+            terms.float_bits[i] = bits(static_cast<float>(value) / 7.0F);
+        } else {
+            terms.integers[i] = value;
+        }
+    }
+    return terms;
+}
+
+float ordered_sum(terms_t const& terms, float mg_phase, float eg_phase) {
+    float sum = 0.0F;
+    for (std::size_t i = 0; i < term::stm; ++i) {
+        float const end_game = terms.value(i) * Weight::eg_row[i] * eg_phase;
+        float const middle_game = terms.value(i) * Weight::mg_row[i] * mg_phase;
+        sum += end_game + middle_game;
+    }
+    return sum;
+}
+
+loose_sum_t loose_sum(terms_t const& terms, std::size_t hundreds) {
+    Weight::row_t const& weights = Weight::blended_row(hundreds);
+    loose_sum_t sum;
+    sum.add<group::material_to_space>(terms, weights);
+    sum.add<group::pst_of_pieces>(terms, weights);
+    sum.add<group::pst_to_king_attack>(terms, weights);
+    sum.add<group::castling_to_battlefield>(terms, weights);
+    sum.add<group::king_activity_to_bishops>(terms, weights);
+    return sum;
+}
+
+TEST(FastForms, TheLooseSumIsAsNearAsItSays) {
+    std::mt19937 random(13);
+    int different = 0;
+    for (int i = 0; i < 100000; ++i) {
+        terms_t terms = random_terms(random);
+        std::size_t const hundreds = random() % (Weight::most_phases + 1);
+        float const mg_phase = Weight::mg_share(hundreds);
+        float const ordered = ordered_sum(terms, mg_phase, 1.0F - mg_phase);
+        // The side to move is added to both behind the sum.
+        terms.integers[term::stm] = (i & 1) != 0 ? 1 : -1;
+        loose_sum_t const loose = loose_sum(terms, hundreds);
+        ASSERT_LE(std::fabs(loose.sum() - ordered), loose.error());
+        different += loose.sum() != ordered ? 1 : 0;
+    }
+    EXPECT_GT(different, 10000);
+}
+
+TEST(FastForms, TheLooseSumOfAPositionLeavesOneScoreMostly) {
+    terms_t terms;
+    terms.integers[term::material] = 300;
+    terms.integers[term::mobility] = -200;
+    EXPECT_LT(loose_sum(terms, Weight::most_phases).error(), 0.02F);
+}
+
+TEST(FastForms, WithMorePiecesThanAtTheStartTheLooseSumIsNoNumber) {
+    terms_t const terms;
+    for (std::size_t const hundreds : {Weight::most_phases + 1, Weight::most_phases + 500}) {
+        loose_sum_t const sum = loose_sum(terms, hundreds);
+        EXPECT_TRUE(std::isnan(sum.sum()));
+        EXPECT_TRUE(std::isnan(sum.error()));
+    }
+}
+
 template <int Side>
 void expect_same_rooks(ChessPosition const& position, Mobility const& maps) {
     KingZone<Side, true> const fast(position, maps);

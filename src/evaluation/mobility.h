@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "evaluation/counting.h"
+#include "generation/attack_sets.h"
 #include "position/bit_board.h"
 #include "position/chess_position.h"
 #include "position/side.h"
@@ -181,6 +182,11 @@ class Mobility {
     /// Union of all attacks of Black, the king's included.
     BitBoard const& black_attacks() const { return maps_[side::black].attacked; }
 
+    /// What a side attacks, by its number as side to move.
+    attack_sets_t const& attack_sets(int side) const {
+        return maps_[static_cast<std::size_t>(side)];
+    }
+
     /// Safe queen check squares, white minus black.
     int safe_queen_checks() const;
     /// Pieces that no friend defends, black minus white.
@@ -206,17 +212,11 @@ class Mobility {
     static constexpr std::size_t rook = 2;
     static constexpr std::size_t queen = 3;
 
-    struct side_maps_t {
+    struct side_maps_t : attack_sets_t {
         BitBoard pawn_attacks;
-        BitBoard knight_attacks;
-        BitBoard bishop_attacks;
-        BitBoard rook_attacks;
-        BitBoard queen_attacks;
         BitBoard queen_safe_squares;
         BitBoard safe_queen_checks;
         BitBoard king_attacks;
-        /// Union of all attacks.
-        BitBoard attacked;
         BitBoard neighbourhood;
         BitBoard battlefield;
         /// Attacked squares of the enemy battlefield, by piece type.

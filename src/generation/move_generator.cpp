@@ -67,16 +67,17 @@ void MoveGenerator::serialize_captures(ChessPosition const& position, movetable_
     }
 }
 
-void MoveGenerator::generate_captures_directly(ChessPosition const& position, MoveList& list) {
+void MoveGenerator::generate_captures_directly(ChessPosition const& position,
+                                               attack_sets_t const& attacks, MoveList& list) {
     if (position.board_is_inconsistent()) {
         // Two pieces on a square share its entry of the table, and go where the later of them goes.
         movetable_t table;
         create_movetable(position, table);
         serialize_captures(position, table, list);
     } else if (position.white_to_move()) {
-        serialize_captures_directly<side::white>(position, list);
+        serialize_captures_directly<side::white>(position, attacks, list);
     } else {
-        serialize_captures_directly<side::black>(position, list);
+        serialize_captures_directly<side::black>(position, attacks, list);
     }
 }
 
@@ -107,12 +108,27 @@ void MoveGenerator::serialize(ChessPosition const& position, movetable_t& table,
     list.set_size(move_count_);
 }
 
+// Of several kings the sets know one.
 template <int Side>
-void MoveGenerator::serialize_captures_directly(ChessPosition const& position, MoveList& list) {
+bool MoveGenerator::may_capture(ChessPosition const& position, attack_sets_t const& attacks) {
+    using Own = SideOf<Side>;
+    BitBoard other_kings = Own::kings(position);
+    other_kings.get_reset_square();
+    return (attacks.attacked & SideOf<enemy_of<Side>>::pieces(position)) ||
+           (Own::pawns(position) & ahead<enemy_of<Side>>(Own::last_rank, 1)) ||
+           position.ep() != Square() || other_kings;
+}
+
+template <int Side>
+void MoveGenerator::serialize_captures_directly(ChessPosition const& position,
+                                                attack_sets_t const& attacks, MoveList& list) {
     list.clear();
+    if (!may_capture<Side>(position, attacks)) {
+        return;
+    }
     move_count_ = 0;
     prepare<Side>(position);
-    captures_directly<Side>(position, list);
+    captures_directly<Side>(position, attacks, list);
     list.set_size(move_count_);
 }
 

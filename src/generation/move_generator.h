@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "generation/attack_sets.h"
 #include "position/bit_board.h"
 #include "position/move.h"
 #include "position/move_list.h"
@@ -43,7 +44,13 @@ class MoveGenerator {
     /// Fills `list` with the legal captures and promotions of a table made for `position`.
     void serialize_captures(ChessPosition const& position, movetable_t& table, MoveList& list);
     /// The same list without a table: what a piece reaches is looked up when its turn comes.
-    void generate_captures_directly(ChessPosition const& position, MoveList& list);
+    void generate_captures_directly(ChessPosition const& position, MoveList& list) {
+        generate_captures_directly(position, unknown_attacks, list);
+    }
+    /// The same list for whoever knows what the side to move attacks at most: what attacks no enemy
+    /// is not looked at.
+    void generate_captures_directly(ChessPosition const& position, attack_sets_t const& attacks,
+                                    MoveList& list);
     /// Fills `list` with all legal moves of a table made for `position`.
     void serialize_moves(ChessPosition const& position, movetable_t& table, MoveList& list);
     /// `create_movetable` on a table of its own, then `serialize_moves`.
@@ -82,13 +89,18 @@ class MoveGenerator {
     template <int Side, int PieceId>
     void fill(ChessPosition const& position, BitBoard enemies, movetable_t& table) const;
     template <int Side>
-    void serialize_captures_directly(ChessPosition const& position, MoveList& list);
+    void serialize_captures_directly(ChessPosition const& position, attack_sets_t const& attacks,
+                                     MoveList& list);
+    /// False when the side has neither a capture nor a promotion; else it may have one.
+    template <int Side>
+    static bool may_capture(ChessPosition const& position, attack_sets_t const& attacks);
 
     /// The stage of the captures; `Reach` tells what a piece reaches.
     template <int Side, typename Reach>
     void captures(ChessPosition const& position, Reach const& reach, MoveList& list);
     template <int Side>
-    void captures_directly(ChessPosition const& position, MoveList& list);
+    void captures_directly(ChessPosition const& position, attack_sets_t const& attacks,
+                           MoveList& list);
     template <int Side, typename Reach>
     void pawn_captures(ChessPosition const& position, Reach const& reach, MoveList& list);
     template <int Side>
@@ -99,6 +111,8 @@ class MoveGenerator {
     template <int Side, int PieceId>
     void append_moves(ChessPosition const& position, Square from, BitBoard to_set,
                       BitBoard check_squares, MoveList& list);
+    template <int Side, int PieceId, typename Reach>
+    void piece_captures(ChessPosition const& position, Reach const& reach, MoveList& list);
     template <int Side, int PieceId, typename Reach>
     void piece_moves(ChessPosition const& position, Reach const& reach, BitBoard to_mask,
                      MoveList& list);

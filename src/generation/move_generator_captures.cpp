@@ -14,8 +14,9 @@ void MoveGenerator::generate_captures(ChessPosition const& position, movetable_t
 }
 
 template <int Side>
-void MoveGenerator::captures_directly(ChessPosition const& position, MoveList& list) {
-    captures<Side>(position, DirectReach{*this}, list);
+void MoveGenerator::captures_directly(ChessPosition const& position, attack_sets_t const& attacks,
+                                      MoveList& list) {
+    captures<Side>(position, DirectReach{*this, attacks}, list);
 }
 
 template <int Side, typename Reach>
@@ -23,12 +24,20 @@ void MoveGenerator::captures(ChessPosition const& position, Reach const& reach, 
     using Own = SideOf<Side>;
     targets_ = enemy_pieces_ & ~enemy_king_;
     pawn_captures<Side>(position, reach, list);
-    piece_moves<Side, Own::knight>(position, reach, targets_, list);
-    piece_moves<Side, Own::bishop>(position, reach, targets_, list);
-    piece_moves<Side, Own::rook>(position, reach, targets_, list);
-    piece_moves<Side, Own::queen>(position, reach, targets_, list);
+    piece_captures<Side, Own::knight>(position, reach, list);
+    piece_captures<Side, Own::bishop>(position, reach, list);
+    piece_captures<Side, Own::rook>(position, reach, list);
+    piece_captures<Side, Own::queen>(position, reach, list);
     king_moves<Side>(position, reach, targets_, list);
     sort_by_victim(list);
+}
+
+template <int Side, int PieceId, typename Reach>
+void MoveGenerator::piece_captures(ChessPosition const& position, Reach const& reach,
+                                   MoveList& list) {
+    if (reach.template may_reach<PieceId>(targets_)) {
+        piece_moves<Side, PieceId>(position, reach, targets_, list);
+    }
 }
 
 template <int Side, typename Reach>
@@ -108,8 +117,10 @@ void MoveGenerator::sort_by_victim(MoveList& list) const {
     }
 }
 
-template void MoveGenerator::captures_directly<side::black>(ChessPosition const&, MoveList&);
-template void MoveGenerator::captures_directly<side::white>(ChessPosition const&, MoveList&);
+template void MoveGenerator::captures_directly<side::black>(ChessPosition const&,
+                                                            attack_sets_t const&, MoveList&);
+template void MoveGenerator::captures_directly<side::white>(ChessPosition const&,
+                                                            attack_sets_t const&, MoveList&);
 template void MoveGenerator::generate_captures<side::black>(ChessPosition const&, movetable_t&,
                                                             MoveList&);
 template void MoveGenerator::generate_captures<side::white>(ChessPosition const&, movetable_t&,

@@ -99,6 +99,11 @@ BitBoard MoveGenerator::reached_from(Square from, BitBoard enemies) const {
 struct MoveGenerator::TableReach {
     movetable_t const& table;
 
+    template <int PieceId>
+    bool may_reach(BitBoard) const {
+        return true;
+    }
+
     template <int Side, int PieceId>
     BitBoard reached_from(Square from) const {
         return BitBoard(table[index(from)]);
@@ -108,6 +113,19 @@ struct MoveGenerator::TableReach {
 /// By a look-up when the piece's turn comes, at the occupancy that the generator cached.
 struct MoveGenerator::DirectReach {
     MoveGenerator const& generator;
+    attack_sets_t const& attacks;
+
+    /// Whether a piece of this kind may attack one of the squares.
+    template <int PieceId>
+    bool may_reach(BitBoard targets) const {
+        constexpr Piece piece(PieceId);
+        static_assert(piece.knight() || piece.bishop() || piece.rook() || piece.queen());
+        BitBoard const& reached = piece.knight()   ? attacks.knight_attacks
+                                  : piece.bishop() ? attacks.bishop_attacks
+                                  : piece.rook()   ? attacks.rook_attacks
+                                                   : attacks.queen_attacks;
+        return static_cast<bool>(reached & targets);
+    }
 
     template <int Side, int PieceId>
     BitBoard reached_from(Square from) const {

@@ -50,7 +50,9 @@ int Analysis::quiescence(int alpha, int beta, int qdepth) {
             return counters_.ply - mate_score;
         }
     } else {
-        move_generator_.generate_captures_directly(position_, list);
+        // The evaluation has just found what is attacked.
+        move_generator_.generate_captures_directly(
+            position_, evaluation_.mobility_maps().attack_sets(position_.stm()), list);
         if (list.size() == 0) {
             return alpha;
         }

@@ -5,10 +5,12 @@
 #include <cstdint>
 #include <random>
 
+#include "evaluation/mobility.h"
 #include "generation/generator_fixture.h"
 #include "support/logic_error_text.h"
 #include "support/plain_board.h"
 #include "support/positions.h"
+#include "support/shared_tables.h"
 
 namespace orvelin::test {
 
@@ -249,6 +251,43 @@ TEST_F(MoveGeneratorTest, CapturesWithoutATableAreThoseOfTheTable) {
         compared += expected.size();
     }
     EXPECT_GT(compared, 10000U);
+}
+
+TEST_F(MoveGeneratorTest, CapturesWithinTheAttacksOfAnEvaluationAreAll) {
+    std::mt19937 random(80);
+    std::vector<std::string> fens{
+        // Nothing but the second king, an en passant capture, a promotion; what stands behind own
+        // pieces, and nothing at all.
+        "7k/8/8/8/8/6p1/7K/K7 w - - 0 1",    "7k/8/8/3pP3/8/8/8/K7 w - d6 0 1",
+        "7k/P7/8/8/8/8/8/K7 w - - 0 1",      "7k/8/8/q7/8/R7/R7/K7 w - - 0 1",
+        "7k/8/8/8/1Q4p1/2B5/8/K7 w - - 0 1", "7k/8/8/8/8/8/8/K7 w - - 0 1",
+        "K7/8/8/8/8/8/p7/7k b - - 0 1"};
+    for (int i = 0; i < 3000; ++i) {
+        fens.push_back(random_fen(random));
+    }
+    std::size_t without = 0;
+    for (std::string const& fen : fens) {
+        std::vector<Move> const expected = captures(fen);
+        Mobility maps(shared_tables().attacks);
+        maps.compute(position_);
+        MoveList list;
+        generator_.generate_captures_directly(position_, maps.attack_sets(position_.stm()), list);
+        ASSERT_EQ(words({list.begin(), list.end()}), words(expected)) << fen;
+        without += expected.empty() ? 1U : 0U;
+    }
+    EXPECT_GT(without, 2U);
+}
+
+TEST_F(MoveGeneratorTest, WhatAttacksNothingIsNotLookedAt) {
+    position_.fen("7k/8/3p4/8/4N3/8/3Q4/K7 w - - 0 1");
+    attack_sets_t attacks;
+    MoveList list;
+    generator_.generate_captures_directly(position_, attacks, list);
+    EXPECT_EQ(list.size(), 0U);
+    attacks.attacked = attacks.knight_attacks = position_.black_pawn();
+    generator_.generate_captures_directly(position_, attacks, list);
+    ASSERT_EQ(list.size(), 1U);
+    EXPECT_EQ(list[0].algebraic(false), "e4d6");
 }
 
 TEST_F(MoveGeneratorTest, CapturesWithoutATableAreThoseOfTheTableWhereTwoPiecesShareASquare) {

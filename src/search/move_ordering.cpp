@@ -150,21 +150,19 @@ void Analysis::promote_quiet_moves(MoveList& list) const {
     };
     Move const previous = position_.last_move();
     Move const before_previous = move_before_last();
-    std::int64_t const* const answers =
-        previous != Move() ? counter_moves_->answers(previous) : nullptr;
-    std::int64_t const* const own_answers =
-        before_previous != Move() ? counter_moves_->answers(before_previous) : nullptr;
+    CounterMove::answers_t const answers = counter_moves_->answers(previous);
+    CounterMove::answers_t const own_answers = counter_moves_->answers(before_previous);
     Ranking<2> counters;
     Ranking<2> own_counters;
     Ranking<3> history;
     for (int i = 0; i < size; ++i) {
         std::size_t const index = HistoryTable::index(list[i]);
         // Here the entry itself is cut to 32 bits before it is compared.
-        if (answers != nullptr) {
-            counters.enter(i, low_word(answers[index]));
+        if (answers.is_above_zero(index)) {
+            counters.enter(i, low_word(answers.values[index]));
         }
-        if (own_answers != nullptr) {
-            own_counters.enter(i, own_answers[index]);
+        if (own_answers.is_above_zero(index)) {
+            own_counters.enter(i, own_answers.values[index]);
         }
         history.enter(i, history_table_.value(index));
     }

@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 #include <limits>
 #include <memory>
+#include <random>
+#include <vector>
 
 #include "position/move.h"
 #include "position/square.h"
@@ -94,6 +96,47 @@ TEST_F(CounterMoveTest, WhatIsWrittenBehindAClearIsAgedAndClearedAgain) {
     table_->clear();
     EXPECT_EQ(table_->value(pawn_e4, pawn_e5), 0);
     EXPECT_EQ(table_->value(pawn_e5, pawn_c5), 0);
+}
+
+// Whoever ranks answers by their values goes by the bits.
+TEST_F(CounterMoveTest, AnswersAboveZeroHaveABit) {
+    std::vector<Move> const moves{pawn_e4, pawn_e5, pawn_c5, king_h8};
+    std::mt19937 random(17);
+    auto const any_move = [&] { return moves[random() % moves.size()]; };
+    int above_zero = 0;
+    for (int i = 0; i < 20000; ++i) {
+        Move const earlier = any_move();
+        Move const answer = any_move();
+        // Among them what is above 0 in its low 32 bits alone, and what is so as a whole alone.
+        int const depth = static_cast<int>(random() % 40);
+        if ((random() & 1) != 0) {
+            table_->increment(earlier, answer, depth);
+        } else {
+            table_->decrement(earlier, answer, depth);
+        }
+        if (i % 50 == 0) {
+            table_->divide_by_8();
+        }
+        if (i % 5000 == 0) {
+            table_->clear();
+        }
+        for (Move const& other : moves) {
+            std::size_t const index = HistoryTable::index(other);
+            std::int64_t const value = table_->value(earlier, other);
+            auto const low = static_cast<std::int32_t>(static_cast<std::uint32_t>(value));
+            CounterMove::answers_t const answers = table_->answers(earlier);
+            ASSERT_EQ(answers.values[index], value);
+            ASSERT_EQ(answers.is_above_zero(index), value > 0 || low > 0) << value;
+            above_zero += value > 0 ? 1 : 0;
+        }
+    }
+    EXPECT_GT(above_zero, 10000);
+}
+
+TEST_F(CounterMoveTest, NothingAnswersTheEmptyMove) {
+    table_->increment(Move(), pawn_e5, 3);
+    EXPECT_FALSE(table_->answers(Move()).is_above_zero(HistoryTable::index(pawn_e5)));
+    EXPECT_FALSE(table_->answers(Move()).is_above_zero(15 * 64 + 63));
 }
 
 TEST_F(CounterMoveTest, EmptyMovesStayInside) {

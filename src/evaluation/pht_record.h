@@ -32,7 +32,7 @@ struct king_relations_t {
 /// A plain record: everything but the key and the relations is a pure function of the two pawn
 /// sets. All scores are black minus white, the passer scores excepted, which stand for their own
 /// side.
-struct PHTrecord {
+struct alignas(64) PHTrecord {
     /// Number of maximal runs of adjacent set bits, for each mask of eight files.
     static const std::array<std::uint8_t, 256> pawn_island_table;
 
@@ -45,21 +45,19 @@ struct PHTrecord {
     /// Analyses the pawn structure; the key stays as it is.
     void set_pawns(BitBoard const& white, BitBoard const& black);
 
+    // What nearly every evaluation reads comes first, in two cache lines.
+
     std::uint64_t key = 0;  ///< pawn key of the structure, 0 also for an empty slot
 
-    BitBoard white_passed;      ///< passed pawns
-    BitBoard white_stop;        ///< the squares one rank ahead of the passed pawns
-    BitBoard white_ahead;       ///< the squares two to seven ranks ahead of the passed pawns
-    BitBoard white_behind;      ///< the squares behind the passed pawns on their files
-    BitBoard white_weak;        ///< pawns no friend on an adjacent file can ever stand beside
-    BitBoard white_open_files;  ///< every square of each file without a white pawn
+    king_relations_t relations;  ///< with the last kings that stood beside the pawns
 
-    BitBoard black_passed;      ///< as for White
-    BitBoard black_stop;        ///< as for White, one rank down
-    BitBoard black_ahead;       ///< as for White, two to seven ranks down
-    BitBoard black_behind;      ///< as for White
-    BitBoard black_weak;        ///< as for White
-    BitBoard black_open_files;  ///< every square of each file without a black pawn
+    BitBoard white_passed;  ///< passed pawns
+    BitBoard white_stop;    ///< the squares one rank ahead of the passed pawns
+    BitBoard white_behind;  ///< the squares behind the passed pawns on their files
+
+    BitBoard black_passed;  ///< as for White
+    BitBoard black_stop;    ///< as for White, one rank down
+    BitBoard black_behind;  ///< as for White
 
     std::int32_t white_passer_score = 0;  ///< by rank, connected passed pawns twice
     std::int32_t black_passer_score = 0;  ///< by rank, connected passed pawns twice
@@ -69,7 +67,15 @@ struct PHTrecord {
     std::int32_t islands = 0;             ///< groups of adjacent files with pawns
     std::int32_t rookpawns = 0;           ///< pawns on the a and h files
 
-    king_relations_t relations;  ///< with the last kings that stood beside the pawns
+    BitBoard white_ahead;       ///< the squares two to seven ranks ahead of the passed pawns
+    BitBoard white_weak;        ///< pawns no friend on an adjacent file can ever stand beside
+    BitBoard white_open_files;  ///< every square of each file without a white pawn
+
+    BitBoard black_ahead;       ///< as for White, two to seven ranks down
+    BitBoard black_weak;        ///< as for White
+    BitBoard black_open_files;  ///< every square of each file without a black pawn
 };
+
+static_assert(sizeof(PHTrecord) == 192);
 
 }  // namespace orvelin

@@ -120,8 +120,8 @@ bool Evaluation::terms_are_current() {
 // The order of the steps is free as far as the terms go; here it serves the sum, which is begun
 // while later terms are still computed. A stretch of it does not follow at once upon the steps that
 // write its terms: what is stored one by one can be loaded by four only when it has reached the
-// cache. The pawn terms come just before their stretch, as most of them stand from the last
-// evaluation.
+// cache. So the pawn terms come between those of the kings and their stretch; of their own, the
+// last one, most stand from the last evaluation.
 void Evaluation::evaluate_terms() {
     find_phase_and_material();
     find_pawn_record();
@@ -141,9 +141,9 @@ void Evaluation::evaluate_terms() {
         king_terms::find<true>(terms_, position_, mobility_, relations);
     }
     find_king_activity(relations);
+    find_pawn_terms(relations);
     sum.add<group::pst_to_king_attack>(terms_, *blended_weights_);
     sum.add<group::castling_to_battlefield>(terms_, *blended_weights_);
-    find_pawn_terms(relations);
     sum.add<group::king_activity_to_bishops>(terms_, *blended_weights_);
     loose_sum_ = sum.sum();
     loose_sum_error_ = sum.error();

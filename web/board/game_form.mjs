@@ -4,7 +4,8 @@ import { find } from "./dom.mjs";
 import { chess960Start } from "./fen.mjs";
 import { emptyGame, partOf } from "./game.mjs";
 
-const LEVELS = [800, 1000, 1200, 1400, 1600, 1800, 2000, 2200, 2400];
+// Those whose strength was measured.
+const LEVELS = [800, 900, 1000, 1100, 1200, 1300, 1400, 1500, 1700, 1800, 2000, 2200, 2400];
 const CLOCKS = ["none", "1+0", "3+2", "5+3", "10+5", "15+10", "30+20"];
 const STARTS = ["standard", "chess960", "board"];
 

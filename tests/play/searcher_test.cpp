@@ -237,7 +237,7 @@ TEST_F(SearcherTest, KeepsToTheSearchMovesWithoutAnyIteration) {
 TEST_F(SearcherTest, ALevelKeepsItsBudgetAndTheLimitOfNodes) {
     Options options;
     options.limit_strength = true;
-    options.elo = 1400;
+    options.elo = 1200;
     begin(endless(), options);
     EXPECT_FALSE(answered_within(milliseconds(300)));
     searcher().stop();

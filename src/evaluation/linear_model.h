@@ -136,7 +136,7 @@ template <group_t Group>
 
 /// The same sum with one weight for both phases, and in whatever order is quick: four at a time.
 ///
-/// It is not the sum that counts, but tells how near that is. Each of the two rounds less often
+/// It is not the sum that counts, but tells how near that is. The two together round less often
 /// than 128 times for a term, additions included, and each time by 2^-24 of the terms' magnitudes
 /// at most; shares and weights are not negative, so that nothing cancels within a term.
 struct loose_sum_t {

@@ -1,5 +1,6 @@
 #include "evaluation/weight.h"
 
+#include <algorithm>
 #include <array>
 #include <limits>
 
@@ -67,6 +68,11 @@ constexpr std::array<weight_t, term::count> weights{{
 
 static_assert(weights.front().mg == 2.50148F && weights.front().eg == 2.05895F);
 static_assert(weights.back().mg == 14.0F && weights.back().eg == 14.0F);
+// What the error of loose_sum_t relies on.
+static_assert(std::all_of(weights.begin(), weights.end(), [](weight_t const& weight) {
+    return weight.mg >= 0.0F && weight.eg >= 0.0F;
+}));
+static_assert(weights.back().mg <= 16.0F && weights.back().eg <= 16.0F);
 
 constexpr std::array<float, Weight::padded> row_of(float weight_t::*half) {
     std::array<float, Weight::padded> row{};

@@ -136,6 +136,26 @@ TEST(FastForms, TheLooseSumIsAsNearAsItSays) {
     EXPECT_GT(different, 10000);
 }
 
+// The loose sum lies on the other side of a half, or on it, where the sum in its order does not.
+TEST(FastForms, TheOrderOfTheSumDecidesAtAHalf) {
+    struct {
+        char const* fen;
+        int score;  ///< White's
+    } const cases[] = {
+        {"4kq2/2b2p2/b3p3/n1B3pQ/Pr6/P1p1N3/2P2PK1/2R5 w - - 5 28", -879},
+        {"r2k1b2/3p4/p1nPqpp1/1bp1pnN1/5P1r/PpP1B3/1P5P/R2NK3 w - - 6 30", -5025},
+        {"2rqk2b/p2p3n/b3Pp2/QBp1N1pr/1p2PP2/2N4P/PPPB3P/R3K2R w KQ - 0 11", 1421},
+        {"1n2N3/rb6/1p4k1/p1b2Pp1/PN6/4P2P/2PKn3/2R1Q2R b - - 0 37", 2220},
+        {"rq3br1/p1pp1k2/b5p1/1N1Pp3/1P2PP2/3B4/1nP1K2P/2B1R2q w - - 1 14", -5954},
+        {"6k1/1pp3pp/2npNn2/2B1N3/3Pr3/P7/1PR2PK1/2R5 b - - 2 48", 1666},
+    };
+    for (auto const& [fen, score] : cases) {
+        FreshEvaluation fresh(fen);
+        fresh.score();
+        EXPECT_EQ(fresh.evaluation().score(), static_cast<float>(score)) << fen;
+    }
+}
+
 TEST(FastForms, TheLooseSumOfAPositionLeavesOneScoreMostly) {
     terms_t terms;
     terms.integers[term::material] = 300;

@@ -204,7 +204,7 @@ TEST_F(MoveGeneratorTest, MoreMovesThanAListHoldsAreDropped) {
 namespace {
 
 /// A board of random pieces, any number of kings and pawns on the last ranks included, with random
-/// rights and a random en passant square.
+/// rights and a random en passant square or none.
 std::string random_fen(std::mt19937& random) {
     std::string const letters = "PNBRQKpnbrqk";
     auto const density = 1 + random() % 12;
@@ -217,6 +217,9 @@ std::string random_fen(std::mt19937& random) {
     }
     fen += random() % 2 == 0 ? " w " : " b ";
     fen += random() % 2 == 0 ? "KQkqBCDEFGbcdefg " : "ABCDEFGHabcdefgh ";
+    if (random() % 2 == 0) {
+        return fen + "- 0 1";
+    }
     fen += "abcdefgh"[random() % 8];
     fen += random() % 2 == 0 ? "3 0 1" : "6 0 1";
     return fen;

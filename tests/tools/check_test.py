@@ -87,10 +87,10 @@ class CheckTest(unittest.TestCase):
         for name in ("STUCK", "FAILS", "UNTIL"):
             environment[name] = what.get(name.lower(), "")
         environment["WAITS"] = waits if "until" in what else ""
-        if traced:
-            environment["SHELLOPTS"] = "xtrace"
+        # Not by SHELLOPTS: all that is started would take over the job control of the script as well.
+        shell = ["bash", "-x"] if traced else []
         return subprocess.Popen(
-            [os.path.join(self.tree, "check"), *arguments],
+            [*shell, os.path.join(self.tree, "check"), *arguments],
             env=environment,
             stdin=subprocess.DEVNULL,
             stdout=subprocess.DEVNULL,

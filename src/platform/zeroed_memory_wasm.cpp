@@ -10,7 +10,8 @@ namespace orvelin {
 
 // Memory that was never given out is zero, and what the library has been given it never gives back:
 // all beyond the end so far is new. std::calloc writes to all of it nevertheless, which makes the
-// browser find real memory for tables of which little may ever be used.
+// browser find real memory for tables of which little may ever be used. That holds for the
+// allocator that is linked by default, and for one thread, which is all that these modules have.
 void* zeroed_memory(std::size_t bytes) {
     auto const used = reinterpret_cast<std::uintptr_t>(sbrk(0));
     void* const memory = std::malloc(bytes);

@@ -82,7 +82,8 @@ constexpr std::array<float, Weight::padded> row_of(float weight_t::*half) {
     return row;
 }
 
-constexpr std::array<Weight::row_t, Weight::most_phases + 2> make_blended_rows() {
+// Built at the start: as constants they would be a twentieth of the engine for pages.
+std::array<Weight::row_t, Weight::most_phases + 2> make_blended_rows() {
     std::array<Weight::row_t, Weight::most_phases + 2> rows{};
     for (std::size_t phase = 0; phase <= Weight::most_phases; ++phase) {
         float const mg_share = Weight::mg_share(phase);
@@ -97,8 +98,8 @@ constexpr std::array<Weight::row_t, Weight::most_phases + 2> make_blended_rows()
 
 }  // namespace
 
-alignas(64) constinit const
-    std::array<Weight::row_t, Weight::most_phases + 2> Weight::blended_rows = make_blended_rows();
+alignas(64) const std::array<Weight::row_t, Weight::most_phases + 2> Weight::blended_rows =
+    make_blended_rows();
 alignas(64) constinit const std::array<float, Weight::padded> Weight::mg_row =
     row_of(&weight_t::mg);
 alignas(64) constinit const std::array<float, Weight::padded> Weight::eg_row =

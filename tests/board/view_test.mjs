@@ -252,7 +252,7 @@ describe("games in and out", () => {
   test("a position is set up by hand", () => withBoard({}, async (page) => {
     await page.click("#panel-play .set-up");
     await page.click("dialog >> text=Empty board");
-    assert.ok(await page.locator("dialog button.main").isDisabled());
+    await page.waitForSelector("dialog button.main:disabled");
     for (const [piece, square] of [["white king", "e1"], ["black king", "e8"], ["white queen", "d1"]]) {
       await page.click(`dialog .palette [aria-label='${piece}']`);
       await page.click(`dialog .cell[data-square=${square}]`);

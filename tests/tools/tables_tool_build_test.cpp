@@ -160,9 +160,6 @@ void TablesToolBuildTest::check_files(std::string const& good) const {
 }  // namespace
 
 TEST_F(TablesToolBuildTest, BuildsAFileThatHoldsTheRightTable) {
-    if (!whole_tests()) {
-        GTEST_SKIP() << "the table is built by BuiltTable here; by the tool with ./check --whole";
-    }
     tools::ending_t const& ending = *tools::find_ending("KRKN");
     std::string const file = path("krkn.txt");
     write_text(file, "old");

@@ -112,10 +112,10 @@ export async function typeMove(page, text) {
   await page.press("#typed", "Enter");
 }
 
-/** Draws a piece from one square to another by the mouse. */
-export async function dragMove(page, from, to) {
-  const middle = async (square) => {
-    const box = await page.locator(`#board .cell[data-square=${square}]`).boundingBox();
+/** Draws from the middle of one element to that of another by the mouse. */
+export async function drag(page, from, to) {
+  const middle = async (selector) => {
+    const box = await page.locator(selector).boundingBox();
     return [box.x + box.width / 2, box.y + box.height / 2];
   };
   await page.mouse.move(...await middle(from));
@@ -123,6 +123,10 @@ export async function dragMove(page, from, to) {
   await page.mouse.move(...await middle(to), { steps: 4 });
   await page.mouse.up();
 }
+
+/** Draws a piece from one square of the game to another. */
+export const dragMove = (page, from, to) =>
+  drag(page, `#board .cell[data-square=${from}]`, `#board .cell[data-square=${to}]`);
 
 export async function clickMove(page, from, to) {
   await page.click(`#board .cell[data-square=${from}]`);

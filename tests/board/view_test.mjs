@@ -3,7 +3,7 @@ import assert from "node:assert/strict";
 import { execFileSync } from "node:child_process";
 import { readFile } from "node:fs/promises";
 import { after, before, describe, test } from "node:test";
-import { audit, begin, clickMove, drawn, end, hasMoves, NARROW, openGame, ready, reviewGame, sansOf, says, shoot,
+import { audit, begin, clickMove, drag, drawn, end, hasMoves, NARROW, openGame, ready, reviewGame, sansOf, says, shoot,
   typeMove, WIDE, withBoard } from "./support.mjs";
 
 const GAME = `[Event "Club evening"]
@@ -264,17 +264,10 @@ describe("games in and out", () => {
     await says(page, "fen", "4k3/8/8/3Q4/8/8/8/4K3 w - - 0 1");
     // And by drawing pieces from beside the board, which chooses none of them.
     await page.click("#moves-panel .set-up");
-    const middle = async (selector) => {
-      const box = await page.locator(`dialog ${selector}`).boundingBox();
-      return [box.x + box.width / 2, box.y + box.height / 2];
-    };
     for (const [from, to] of [[".palette [aria-label='black rook']", ".cell[data-square=a8]"],
       ["[aria-label='Remove pieces']", ".cell[data-square=d5]"],
       [".cell[data-square=e1]", ".cell[data-square=f2]"]]) {
-      await page.mouse.move(...await middle(from));
-      await page.mouse.down();
-      await page.mouse.move(...await middle(to), { steps: 4 });
-      await page.mouse.up();
+      await drag(page, `dialog ${from}`, `dialog ${to}`);
     }
     assert.match(await page.inputValue("dialog input.fen"), /^r3k3\/8\/8\/8\/8\/8\/5K2\/8 /);
     assert.equal(await page.locator("dialog .carried").count(), 0);
